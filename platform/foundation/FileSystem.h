@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/foundation/Error.h"
+#include "platform/foundation/Value.h"
+
+namespace platform {
+
+enum class Write { InPlace, Atomically };
+
+/// What tells one state of a file from another without reading it.
+struct FileStamp {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::int64_t size = 0;
+    std::int64_t modifiedNanoseconds = 0;
+    std::int64_t changedNanoseconds = 0;
+
+    bool operator==(const FileStamp&) const = default;
+};
+
+/// An exclusive lock that is held as long as this object lives, also against other processes.
+class FileLock {
+  public:
+    virtual ~FileLock() = default;
+};
+
+/// The phone's file system. All paths are the phone's absolute paths ("/var/mobile/…"); what lies behind them
+/// is the device's business. A path that is not absolute, or that leads out of the phone, is an error. Every
+/// error names the phone's path and the reason. Usable from any thread.
+class FileSystem {
+  public:
+    virtual ~FileSystem() = default;
+
+    virtual Result<Data> read(std::string_view path) const = 0;
+    /// InPlace truncates and writes the file itself. Atomically writes a temporary file beside it, syncs it,
+    /// renames it over the old one and syncs the directory: killed at any instant, the path holds the old or
+    /// the new bytes whole. A symbolic link stays one; its target is what is replaced.
+    virtual Result<void> write(std::string_view path, const Data& data, Write how) = 0;
+    virtual bool exists(std::string_view path) const = 0;
+    virtual bool isDirectory(std::string_view path) const = 0;
+    /// Empty when nothing is there. Follows symbolic links.
+    virtual std::optional<FileStamp> stamp(std::string_view path) const = 0;
+    virtual Result<void> remove(std::string_view path) = 0;
+    /// Creates the directory and those above it; one that exists is a success.
+    virtual Result<void> createDirectory(std::string_view path) = 0;
+    /// The names in a directory, sorted by their bytes.
+    virtual Result<std::vector<std::string>> list(std::string_view path) const = 0;
+    /// Locks what the path names (through a lock file beside the link's target, which may stay behind), waiting
+    /// `seconds` of real time at most.
+    virtual Result<std::unique_ptr<FileLock>> lockExclusively(std::string_view path, double seconds) = 0;
+    /// Where the path really is, for opening code with the dynamic loader.
+    virtual std::string hostPath(std::string_view path) const = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/foundation/Method.h"
+#include "platform/foundation/Value.h"
+
+namespace platform {
+
+/// A notification as an observer gets it.
+struct Notification {
+    std::string name;
+    std::shared_ptr<Object> object;
+    Value userInfo;
+};
+
+/// The process's own notification centre. Posting calls the observers at once, on the posting thread, in the
+/// order of their registration. Observers are held weakly: nothing is delivered to a destroyed one. Observers
+/// may be added and removed during a delivery: one removed is not called any more, one added is called from the
+/// next posting on. Usable from any thread; each posting is written to the journal ("local").
+class NotificationCenter {
+  public:
+    using Action = Method<void(const Notification&)>;
+
+    static NotificationCenter& defaultCenter();
+
+    /// An empty name observes every name; an empty object every sender. Observing twice delivers twice.
+    void addObserver_selector_name_object(const std::shared_ptr<Object>& observer, Action selector,
+                                          std::string_view name, const std::shared_ptr<Object>& object);
+    /// Removes every registration of the observer; called from its destructor too, hence the plain pointer.
+    void removeObserver(const Object* observer);
+    void postNotificationName_object_userInfo(std::string_view name, const std::shared_ptr<Object>& object,
+                                              const Value& userInfo);
+    /// How many registrations whose observer still lives there are for exactly that name; for tests.
+    std::size_t observerCount(std::string_view name) const;
+    /// Forgets every registration. For tests, between cases.
+    void reset();
+
+  private:
+    struct Registration;
+    mutable std::mutex mutex_;
+    std::vector<std::shared_ptr<Registration>> registrations_;
+};
+
+}  // namespace platform

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/preferences/PSListController.h"
+
+namespace platform {
+
+/// A list screen whose rows can be deleted, with an edit button in its bar.
+class PSEditableListController : public PSListController {
+    PLATFORM_CLASS(PSEditableListController, PSListController)
+
+  public:
+    /// The button that switches editing on and off; a fresh one at each call.
+    virtual std::shared_ptr<UIBarButtonItem> _editButtonBarItem();
+    void editButtonAction(const std::shared_ptr<Object>& sender);
+    /// The screen's own edit button shows "Done" while editing.
+    void setEditing(bool editing) override;
+    /// Puts the edit button at the right when the right side is empty.
+    void viewWillAppear(bool animated) override;
+    /// Deleting removes the row, animated, and leaves editing mode; other styles do nothing.
+    void tableView_commitEditingStyle_forRowAtIndexPath(const std::shared_ptr<UITableView>& table, std::int64_t style,
+                                                        IndexPath path) override;
+    /// What the user's swipe over a row with the delete style does: editing mode begins, as it does on the phone for
+    /// a swipe too, and the delete button's press commits. False when the row cannot be deleted.
+    bool userDeletedRow(IndexPath path);
+
+  private:
+    bool showsOwnEditButton();
+};
+
+}  // namespace platform

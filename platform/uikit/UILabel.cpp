@@ -1,0 +1,8 @@
+// SPDX-License-Identifier: MIT
+#include "platform/uikit/UILabel.h"
+
+namespace platform {
+
+PLATFORM_REGISTER_CLASS(UILabel)
+
+}  // namespace platform
