@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "shell/chrome/ThemedChrome.h"
+
+#include "platform/foundation/Bundle.h"
+#include "platform/uikit/UIApplication.h"
+#include "platform/uikit/UIImageView.h"
+#include "profile/model/QXUtils.h"
+#include "shell/base/Lookups.h"
+#include "shell/base/NavBarColor.h"
+#include "shell/base/ProductInfo.h"
+
+namespace quietrix {
+
+using platform::PSViewController;
+using platform::UIApplication;
+using platform::UIBarButtonItem;
+using platform::UIImage;
+
+namespace {
+
+std::shared_ptr<UIImage> bundleImage(const PSViewController& screen, std::string_view name) {
+    return UIImage::imageNamed_inBundle(name, platform::Bundle::bundleForClass(screen.getClass()));
+}
+
+void fadeInTitleLogo(PSViewController& screen) {
+    const auto logo = std::make_shared<platform::UIImageView>(bundleImage(screen, "Quietrix"));
+    screen.navigationItem()->setTitleView(logo);
+    logo->setAlpha(0);
+    platform::UIView::animateWithDuration_animations(1.0, [logo] { logo->setAlpha(1); });
+}
+
+/// Nobody answers `backButtonAction:`; the item only brings the image.
+void setLogoAsBackItem(PSViewController& screen) {
+    screen.navigationItem()->setBackBarButtonItem(
+        std::make_shared<UIBarButtonItem>(bundleImage(screen, "Quietrix"), platform::UIBarButtonItemStylePlain,
+                                          screen.shared(&screen), BarAction("backButtonAction:", nullptr)));
+}
+
+}  // namespace
+
+std::shared_ptr<UIBarButtonItem> makeShareButton(PSViewController& screen, BarAction action) {
+    return std::make_shared<UIBarButtonItem>(bundleImage(screen, "twitter"), platform::UIBarButtonItemStylePlain,
+                                             screen.shared(&screen), std::move(action));
+}
+
+void chromeDidLoad(PSViewController& screen, BarAction twitterAction) {
+    screen.navigationItem()->setRightBarButtonItem_animated(makeShareButton(screen, std::move(twitterAction)), true);
+    fadeInTitleLogo(screen);
+    if (!QXUtils::isIOS11()) setLogoAsBackItem(screen);
+    if (currentYear() < 1) currentYear() = yearOfPresentDate();
+}
+
+void chromeWillAppear(const PSViewController& screen, SavedChrome& saved) {
+    auto& application = UIApplication::sharedApplication();
+    saved.prevStatubarStyle = application.statusBarStyle();
+    application.setStatusBarStyle(platform::UIStatusBarStyleLightContent);
+    const auto navigation = __vmRealNavigationController(screen);
+    if (!navigation) return;
+    const auto& bar = navigation->navigationBar();
+    saved.prevTintcolor = bar->tintColor();
+    saved.prevBarTintcolor = bar->barTintColor();
+    bar->setTintColor(platform::UIColor::whiteColor());
+    bar->setBarTintColor(navBarPatternColor(screen.getClass()));
+}
+
+void chromeWillDisappear(const PSViewController& screen, const SavedChrome& saved) {
+    UIApplication::sharedApplication().setStatusBarStyle(saved.prevStatubarStyle);
+    const auto navigation = __vmRealNavigationController(screen);
+    if (!navigation) return;
+    navigation->navigationBar()->setTintColor(saved.prevTintcolor);
+    navigation->navigationBar()->setBarTintColor(saved.prevBarTintcolor);
+}
+
+}  // namespace quietrix

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "shell/root/QXPackageHeaderCell.h"
+
+#include "platform/uikit/UIDevice.h"
+#include "shell/base/NavBarColor.h"
+#include "shell/base/ProductInfo.h"
+
+namespace quietrix {
+
+using platform::UIColor;
+using platform::UIView;
+
+namespace {
+
+/// How far the pad's background reaches beyond the cell's left edge: over the margin of the pad's table.
+constexpr double padOverhang = 40;
+
+}  // namespace
+
+PLATFORM_REGISTER_CELL_CLASS(QXPackageHeaderCell)
+
+QXPackageHeaderCell::QXPackageHeaderCell(std::int64_t style, std::string reuseIdentifier,
+                                         std::shared_ptr<platform::PSSpecifier> specifier)
+    : VMPackageHeaderCell(style, std::move(reuseIdentifier), std::move(specifier)) {
+    const auto pattern = navBarPatternColor(QXPackageHeaderCell::staticClass());
+    const auto color = pattern ? pattern->colorWithAlphaComponent(0.85) : nullptr;
+    if (UI_USER_INTERFACE_IDIOM() != platform::UIUserInterfaceIdiomPad) {
+        setBackgroundColor(color);
+        return;
+    }
+    const double width = frame().width + padOverhang;
+    padBackground_ = std::make_shared<UIView>(
+        platform::Rect{-padOverhang, 0, width, VMPackageHeaderCell::preferredHeightForWidth(width)});
+    padBackground_->setAutoresizingMask(platform::UIViewAutoresizingFlexibleWidth);
+    padBackground_->setBackgroundColor(color);
+}
+
+void QXPackageHeaderCell::refreshCellContentsWithSpecifier(const std::shared_ptr<platform::PSSpecifier>& specifier) {
+    VMPackageHeaderCell::refreshCellContentsWithSpecifier(specifier);
+    // A cell under construction has no owner that its subviews could point back to, so the background joins here.
+    if (padBackground_ && !padBackground_->superview()) {
+        addSubview(padBackground_);
+        sendSubviewToBack(padBackground_);
+    }
+}
+
+void QXPackageHeaderCell::layoutSubviews() {
+    VMPackageHeaderCell::layoutSubviews();
+    textLabel()->setBackgroundColor(UIColor::clearColor());
+    textLabel()->setTextColor(UIColor::whiteColor());
+}
+
+}  // namespace quietrix
