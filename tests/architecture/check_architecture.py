@@ -1,0 +1,167 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Checks the architecture from the include lines and from the linked libraries.
+
+Usage: check_architecture.py SOURCE_TREE SHARED_OBJECT...
+
+1. The plug-in, velmora/ and platform/ include nothing but their own headers, the C++ standard library's and POSIX's,
+   and their shared objects need nothing but each other and the compiler's run time.
+2. settings/ includes no header of the plug-in or of velmora/.
+3. The plug-in includes no header of the operating system: it reaches the machine through platform/.
+4. Nothing depends upwards, and there are no cycles between files or between folders.
+
+Prints one line for each breach; the exit status is 1 when there is one.
+"""
+
+import re
+import subprocess
+import sys
+from pathlib import Path
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
+
+# From the bottom. A folder may include its own headers and those of the folders that stand before it, as far as its
+# row in MAY_INCLUDE allows.
+LAYERS = (
+    "platform/foundation", "platform/uikit", "platform/preferences", "platform/social", "velmora",
+    "shell/base", "profile/model", "support/sharing", "shell/chrome", "profile/cells",
+    "profile/hours", "profile/editor", "conditions", "support/misc", "shell/root",
+    "device", "settings/server", "settings",
+)
+PLUGIN = ("shell/", "profile/", "conditions/", "support/")
+CORE = PLUGIN + ("velmora/", "platform/")
+# Folders of one height: screens, which open each other by name only.
+SCREENS = ("profile/hours", "profile/editor", "conditions", "support/misc")
+
+CPP_HEADERS = set("""
+algorithm any array atomic bit bitset charconv chrono cmath compare complex concepts condition_variable cstddef cstdint
+cstdio cstdlib cstring ctime deque exception expected filesystem fstream functional future initializer_list iomanip ios
+iosfwd iostream istream iterator latch limits list locale map memory mutex new numbers numeric optional ostream queue
+random ranges ratio regex scoped_allocator semaphore set shared_mutex source_location span sstream stack stdexcept
+stop_token streambuf string string_view strstream system_error thread tuple type_traits typeindex typeinfo
+unordered_map unordered_set utility valarray variant vector version cassert cctype cerrno cfenv cfloat cinttypes
+climits clocale csetjmp csignal cstdarg cuchar cwchar cwctype
+""".split())
+POSIX_HEADERS = set("""
+arpa/inet.h dirent.h dlfcn.h errno.h fcntl.h fnmatch.h locale.h poll.h pthread.h signal.h spawn.h sys/file.h sys/mman.h
+sys/random.h sys/socket.h sys/stat.h sys/time.h sys/types.h sys/un.h sys/wait.h time.h unistd.h wctype.h
+""".split())
+RUNTIME_LIBRARIES = re.compile(r"^(libstdc\+\+|libc|libm|libgcc_s|ld-linux.*|libasan|libubsan|libtsan)\.so")
+
+
+def layer_of(path):
+    matching = [layer for layer in LAYERS if path.startswith(layer + "/")]
+    return max(matching, key=len) if matching else None
+
+
+def sources(tree):
+    for top in ("platform", "velmora", "shell", "profile", "conditions", "support", "device", "settings"):
+        for path in sorted((tree / top).rglob("*")):
+            if path.suffix in (".h", ".cpp") and "node_modules" not in path.parts:
+                yield path.relative_to(tree).as_posix()
+
+
+def includes(tree, source):
+    text = (tree / source).read_text(encoding="utf-8")
+    for number, line in enumerate(text.splitlines(), 1):
+        if match := INCLUDE.match(line):
+            yield number, match.group(1), match.group(2)
+
+
+def check_system_header(source, where, header):
+    if not source.startswith(CORE) or header in CPP_HEADERS:
+        return
+    if header not in POSIX_HEADERS:
+        yield f"{where}: <{header}> is neither of the C++ standard library nor of POSIX"
+    elif source.startswith(PLUGIN):
+        yield f"{where}: the plug-in includes the operating system's <{header}>"
+
+
+def check_own_header(tree, source, where, header):
+    if not (tree / header).is_file():
+        yield f'{where}: "{header}" is no file of this tree'
+        return
+    if source.startswith("settings/") and header.startswith(PLUGIN + ("velmora/",)):
+        yield f'{where}: settings/ includes "{header}" of the plug-in'
+        return
+    own, other = layer_of(source), layer_of(header)
+    if other is None:
+        yield f'{where}: "{header}" is in no layer'
+    elif own != other and (LAYERS.index(other) > LAYERS.index(own)
+                           or (other in SCREENS and own in SCREENS)
+                           or (own in ("device", "settings", "settings/server")
+                               and not other.startswith(("platform/", "device", "settings")))):
+        yield f'{where}: {own} may not depend on {other} ("{header}")'
+
+
+def cycle_in(graph):
+    """A list of nodes that form a cycle, or None."""
+    done, path = set(), []
+
+    def visit(node):
+        if node in path:
+            return path[path.index(node):] + [node]
+        if node in done:
+            return None
+        path.append(node)
+        for following in sorted(graph.get(node, ())):
+            if found := visit(following):
+                return found
+        path.pop()
+        done.add(node)
+        return None
+
+    for start in sorted(graph):
+        if found := visit(start):
+            return found
+    return None
+
+
+def check_tree(tree):
+    files, folders, seen = {}, {}, 0
+    for source in sources(tree):
+        seen += 1
+        if layer_of(source) is None:
+            yield f"{source}: is in no layer"
+            continue
+        for number, own, system in includes(tree, source):
+            where = f"{source}:{number}"
+            if system:
+                yield from check_system_header(source, where, system)
+                continue
+            yield from check_own_header(tree, source, where, own)
+            files.setdefault(source, set()).add(own)
+            here, there = str(Path(source).parent), str(Path(own).parent)
+            if here != there:
+                folders.setdefault(here, set()).add(there)
+    for kind, graph in (("files", files), ("folders", folders)):
+        if found := cycle_in(graph):
+            yield f"cycle between {kind}: " + " -> ".join(found)
+    if seen < 20:
+        yield f"only {seen} sources were found below {tree}"
+
+
+def check_library(path, known):
+    listing = subprocess.run(["readelf", "-d", path], check=True, capture_output=True, text=True).stdout
+    needed = re.findall(r"\(NEEDED\).*\[(.+)\]", listing)
+    if not needed:
+        yield f"{path}: needs no library at all, which cannot be"
+    for library in needed:
+        if not RUNTIME_LIBRARIES.match(library) and library not in known:
+            yield f"{Path(path).name}: needs {library}"
+
+
+def main():
+    tree, objects = Path(sys.argv[1]), sys.argv[2:]
+    breaches = list(check_tree(tree))
+    known = {Path(path).name for path in objects}
+    for path in objects:
+        breaches += check_library(path, known)
+    for breach in breaches:
+        print(breach)
+    print(f"{len(breaches)} breaches of the architecture")
+    return 1 if breaches or not objects else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

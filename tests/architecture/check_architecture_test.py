@@ -1,0 +1,75 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Breaks each rule once in a small tree of its own and expects the line that says so."""
+
+import tempfile
+import unittest
+from pathlib import Path
+
+import check_architecture
+
+
+class ArchitectureRules(unittest.TestCase):
+    def setUp(self):
+        self.directory = tempfile.TemporaryDirectory()
+        self.addCleanup(self.directory.cleanup)
+        self.tree = Path(self.directory.name)
+        for number in range(20):
+            self.write(f"platform/foundation/Filler{number}.h", "#pragma once\n#include <string>\n")
+
+    def write(self, name, text):
+        path = self.tree / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(text, encoding="utf-8")
+
+    def breaches(self):
+        return "\n".join(check_architecture.check_tree(self.tree))
+
+    def test_soundTree_hasNoBreach(self):
+        self.write("shell/base/A.cpp", '#include "platform/foundation/Filler1.h"\n')
+        self.assertEqual("", self.breaches())
+
+    def test_foreignLibraryInPlatform_isNamed(self):
+        self.write("platform/uikit/A.cpp", "#include <boost/json.hpp>\n")
+        self.assertIn("platform/uikit/A.cpp:1: <boost/json.hpp>", self.breaches())
+
+    def test_systemHeaderInPlugin_isNamed(self):
+        self.write("shell/root/A.cpp", "#include <unistd.h>\n")
+        self.assertIn("the plug-in includes the operating system's <unistd.h>", self.breaches())
+
+    def test_settingsIncludingThePlugin_isNamed(self):
+        self.write("shell/base/A.h", "#pragma once\n")
+        self.write("settings/A.cpp", '#include "shell/base/A.h"\n')
+        self.assertIn("settings/ includes", self.breaches())
+
+    def test_upwardDependency_isNamed(self):
+        self.write("shell/root/A.h", "#pragma once\n")
+        self.write("profile/model/A.cpp", '#include "shell/root/A.h"\n')
+        self.assertIn("profile/model may not depend on shell/root", self.breaches())
+
+    def test_screenIncludingAnotherScreen_isNamed(self):
+        self.write("profile/hours/A.h", "#pragma once\n")
+        self.write("profile/editor/A.cpp", '#include "profile/hours/A.h"\n')
+        self.assertIn("profile/editor may not depend on profile/hours", self.breaches())
+
+    def test_pluginIncludingDevice_isNamed(self):
+        self.write("device/A.h", "#pragma once\n")
+        self.write("shell/base/A.cpp", '#include "device/A.h"\n')
+        self.assertIn("shell/base may not depend on device", self.breaches())
+
+    def test_cycleBetweenFiles_isNamed(self):
+        self.write("device/A.h", '#include "device/B.h"\n')
+        self.write("device/B.h", '#include "device/A.h"\n')
+        self.assertIn("cycle between files: device/A.h -> device/B.h -> device/A.h", self.breaches())
+
+    def test_missingHeader_isNamed(self):
+        self.write("device/A.h", '#include "device/Gone.h"\n')
+        self.assertIn('"device/Gone.h" is no file of this tree', self.breaches())
+
+    def test_emptyTree_isABreach(self):
+        with tempfile.TemporaryDirectory() as empty:
+            self.assertIn("only 0 sources", "\n".join(check_architecture.check_tree(Path(empty))))
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+#include "shell/chrome/ThemedChrome.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/uikit/UIAlertController.h"
+#include "platform/uikit/UIApplication.h"
+#include "platform/uikit/UIImageView.h"
+#include "shell/base/Localization.h"
+#include "shell/base/ProductInfo.h"
+#include "shell/chrome/CopyRight.h"
+#include "tests/shell/chrome/ThemedScreen.h"
+#include "tests/shell/phone/PluginPhone.h"
+
+namespace quietrix {
+
+PLATFORM_REGISTER_CLASS(ThemedScreen)
+
+namespace {
+
+using platform::PSSpecifier;
+using platform::UIApplication;
+using platform::UIColor;
+
+class ThemedChrome : public testing::Test {
+  protected:
+    std::shared_ptr<PSSpecifier> addCopyRightRow() {
+        const auto row = PSSpecifier::groupSpecifierWithName("About");
+        row->setIdentifier("CopyRightHeader");
+        screen_->rows->push_back(row);
+        return row;
+    }
+
+    doubles::PluginPhone phone_;
+    std::shared_ptr<ThemedScreen> screen_ = std::make_shared<ThemedScreen>();
+};
+
+TEST_F(ThemedChrome, pushedAndPopped_leavesTheBarAsItWas) {
+    const auto navigation = phone_.show(std::make_shared<platform::PSViewController>());
+    const auto& bar = navigation->navigationBar();
+    const auto tint = UIColor::redColor();
+    const auto barTint = UIColor::darkGrayColor();
+    bar->setTintColor(tint);
+    bar->setBarTintColor(barTint);
+    auto& application = UIApplication::sharedApplication();
+
+    navigation->pushViewController_animated(screen_, true);
+    EXPECT_TRUE(bar->tintColor()->isEqual(*UIColor::whiteColor()));
+    ASSERT_NE(nullptr, bar->barTintColor());
+    ASSERT_NE(nullptr, bar->barTintColor()->patternImage());
+    EXPECT_EQ("nav", bar->barTintColor()->patternImage()->name());
+    EXPECT_EQ(platform::UIStatusBarStyleLightContent, application.statusBarStyle());
+    EXPECT_EQ(tint, screen_->prevTintcolor());
+    EXPECT_EQ(barTint, screen_->prevBarTintcolor());
+    EXPECT_EQ(platform::UIStatusBarStyleDefault, screen_->prevStatubarStyle());
+
+    navigation->popViewControllerAnimated(true);
+    EXPECT_EQ(tint, bar->tintColor());
+    EXPECT_EQ(barTint, bar->barTintColor());
+    EXPECT_EQ(platform::UIStatusBarStyleDefault, application.statusBarStyle());
+}
+
+TEST_F(ThemedChrome, shownTwiceWithoutDisappearing_savesItsOwnColours) {
+    const auto navigation = phone_.show(screen_);
+    screen_->viewWillAppear(false);
+    EXPECT_TRUE(screen_->prevTintcolor()->isEqual(*UIColor::whiteColor()));
+    EXPECT_EQ(platform::UIStatusBarStyleLightContent, screen_->prevStatubarStyle());
+}
+
+TEST_F(ThemedChrome, withoutTheColourImage_leavesThePlatformsDefault) {
+    phone_.removePluginBundle();
+    const auto navigation = phone_.show(screen_);
+    EXPECT_EQ(nullptr, navigation->navigationBar()->barTintColor());
+}
+
+TEST_F(ThemedChrome, loaded_hasShareButtonAndLogo) {
+    phone_.show(screen_);
+    const auto item = screen_->navigationItem();
+    ASSERT_EQ(1U, item->rightBarButtonItems().size());
+    const auto button = item->rightBarButtonItem();
+    ASSERT_NE(nullptr, button->image());
+    EXPECT_EQ("twitter", button->image()->name());
+    EXPECT_EQ(platform::UIBarButtonItemStylePlain, button->style());
+    EXPECT_EQ("__tessaneTwitterAction:", button->action().selector());
+    EXPECT_EQ(screen_, button->target());
+    const auto logo = std::dynamic_pointer_cast<platform::UIImageView>(item->titleView());
+    ASSERT_NE(nullptr, logo);
+    EXPECT_EQ("Quietrix", logo->image()->name());
+    EXPECT_EQ(1.0, logo->alpha());
+    EXPECT_EQ(nullptr, item->backBarButtonItem());
+}
+
+TEST_F(ThemedChrome, beforeIOS11_hasTheLogoForTheBackButton) {
+    phone_.facts->version = "10.3.3";
+    phone_.show(screen_);
+    const auto back = screen_->navigationItem()->backBarButtonItem();
+    ASSERT_NE(nullptr, back);
+    EXPECT_EQ("Quietrix", back->image()->name());
+    EXPECT_EQ("backButtonAction:", back->action().selector());
+}
+
+TEST_F(ThemedChrome, yearSetAlready_isNotComputedAgain) {
+    currentYear() = 1999;
+    phone_.show(screen_);
+    EXPECT_EQ(1999, currentYear());
+}
+
+TEST_F(ThemedChrome, yearNotSet_isThePresentOne) {
+    phone_.show(screen_);
+    EXPECT_EQ(yearOfPresentDate(), currentYear());
+    EXPECT_GT(currentYear(), 2000);
+}
+
+TEST_F(ThemedChrome, loaded_putsTheVersionNoticeUnderTheCopyrightRow) {
+    const auto row = addCopyRightRow();
+    currentYear() = 2031;
+    phone_.show(screen_);
+    EXPECT_EQ("Version 1.4.2. Quietrix Go \u00A9 2031 Velmora. All rights reserved.",
+              row->propertyForKey("footerText").stringOr());
+}
+
+TEST_F(ThemedChrome, versionThatCannotBeRead_isPrintedAsNil) {
+    const auto row = addCopyRightRow();
+    ASSERT_TRUE(phone_.files->remove(std::string(bundlePath) + "/Quietrix.plist"));
+    phone_.show(screen_);
+    EXPECT_TRUE(row->propertyForKey("footerText").stringOr().starts_with("Version (null). Quietrix Go "));
+}
+
+TEST_F(ThemedChrome, noCopyrightRow_loadsAllTheSame) {
+    phone_.show(screen_);
+    EXPECT_TRUE(screen_->isViewLoaded());
+}
+
+TEST_F(ThemedChrome, shareButtonPressed_showsTheSheet) {
+    phone_.show(screen_);
+    screen_->navigationItem()->rightBarButtonItem()->press();
+    EXPECT_NE(nullptr, std::dynamic_pointer_cast<platform::UIAlertController>(
+                           UIApplication::sharedApplication().topmostPresented()));
+}
+
+TEST_F(ThemedChrome, closedScreen_isFreed) {
+    const auto navigation = phone_.show(std::make_shared<platform::PSViewController>());
+    navigation->pushViewController_animated(screen_, true);
+    screen_->navigationItem()->rightBarButtonItem()->press();
+    std::dynamic_pointer_cast<platform::UIAlertController>(UIApplication::sharedApplication().topmostPresented())
+        ->choose(2);
+    const std::weak_ptr<ThemedScreen> weak = screen_;
+    screen_ = nullptr;
+    navigation->popViewControllerAnimated(true);
+    EXPECT_TRUE(weak.expired());
+}
+
+}  // namespace
+}  // namespace quietrix

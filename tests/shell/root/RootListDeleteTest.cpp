@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "tests/shell/root/RootListFixture.h"
+
+namespace quietrix {
+namespace {
+
+using platform::UITableViewCellEditingStyleDelete;
+using platform::UITableViewCellEditingStyleNone;
+
+class RootListDelete : public RootListFixture {
+  protected:
+    RootListDelete() {
+        addProfile("Work", true);
+        addProfile("Sleep", true);
+        switchProductBefore(true);
+        open();
+    }
+    platform::IndexPath pathOf(const std::string& name) { return *screen_->indexPathForIndex(indexOf(name)); }
+    bool swipe(const std::string& name) { return screen_->userDeletedRow(pathOf(name)); }
+};
+
+TEST_F(RootListDelete, onlyProfileRows_canBeDeleted) {
+    const auto style = [this](const std::string& name) {
+        return screen_->tableView_editingStyleForRowAtIndexPath(screen_->table(), pathOf(name));
+    };
+    EXPECT_EQ(UITableViewCellEditingStyleDelete, style("Work"));
+    EXPECT_EQ(UITableViewCellEditingStyleNone, style("Enabled"));
+    EXPECT_EQ(UITableViewCellEditingStyleNone, style("No Profiles"));
+    EXPECT_EQ(UITableViewCellEditingStyleNone, style("Miscellaneous"));
+}
+
+TEST_F(RootListDelete, swiped_asksWithTheProfilesTitle) {
+    ASSERT_TRUE(swipe("Work"));
+    const auto sheet = alert();
+    ASSERT_NE(nullptr, sheet);
+    EXPECT_EQ(platform::UIAlertControllerStyleActionSheet, sheet->preferredStyle());
+    EXPECT_EQ(std::nullopt, sheet->title());
+    EXPECT_EQ("Are you sure you want to delete the profile 'Work'?", sheet->message());
+    ASSERT_EQ(2U, sheet->actions().size());
+    EXPECT_EQ("Delete", sheet->actions()[0].title);
+    EXPECT_EQ(platform::UIAlertActionStyleDestructive, sheet->actions()[0].style);
+    EXPECT_EQ("Cancel", sheet->actions()[1].title);
+    EXPECT_EQ(platform::UIAlertActionStyleCancel, sheet->actions()[1].style);
+}
+
+TEST_F(RootListDelete, otherStyle_doesNothing) {
+    screen_->tableView_commitEditingStyle_forRowAtIndexPath(screen_->table(), UITableViewCellEditingStyleNone,
+                                                            pathOf("Work"));
+    EXPECT_EQ(nullptr, alert());
+}
+
+TEST_F(RootListDelete, cancelled_leavesEditingModeAndKeepsTheProfile) {
+    ASSERT_TRUE(swipe("Work"));
+    EXPECT_TRUE(screen_->isEditing());
+    alert()->choose(1);
+    EXPECT_FALSE(screen_->isEditing());
+    EXPECT_EQ(nullptr, alert());
+    phone_.drain();
+    EXPECT_NE(nullptr, rowNamed("Work"));
+    EXPECT_EQ(2U, QXProfilesManager::sharedManager()->enabledProfiles().size());
+}
+
+TEST_F(RootListDelete, confirmed_removesTheRowAtOnceAndThenTheProfile) {
+    ASSERT_TRUE(swipe("Work"));
+    phone_.takeEvents();
+    alert()->choose(0);
+    const auto removals = phone_.takeEvents("remove");
+    ASSERT_EQ(1U, removals.size());
+    EXPECT_EQ("3", doubles::joined(removals, "index"));
+    EXPECT_FALSE(screen_->isEditing());
+    phone_.drain();
+    EXPECT_EQ(nullptr, rowNamed("Work"));
+    const auto left = QXProfilesManager::sharedManager()->enabledProfiles();
+    ASSERT_EQ(1U, left.size());
+    EXPECT_EQ("Sleep", left[0]->title());
+}
+
+TEST_F(RootListDelete, failed_showsTheErrorAndTheNextRefreshBringsTheRowBack) {
+    ASSERT_TRUE(swipe("Work"));
+    phone_.files->failWrites("No space left on device");
+    alert()->choose(0);
+    EXPECT_EQ(nullptr, rowNamed("Work"));
+    phone_.drain();
+    ASSERT_NE(nullptr, alert());
+    EXPECT_EQ("Error", alert()->title());
+    ASSERT_TRUE(alert()->message());
+    EXPECT_NE(std::string::npos, alert()->message()->find("No space left on device"));
+    alert()->choose(0);
+    screen_->profilesUpdated({});
+    phone_.drain();
+    EXPECT_NE(nullptr, rowNamed("Work"));
+}
+
+TEST_F(RootListDelete, screenGoneBeforeTheFailure_showsNothing) {
+    ASSERT_TRUE(swipe("Work"));
+    phone_.files->failWrites("No space left on device");
+    alert()->choose(0);
+    platform::UIApplication::sharedApplication().setRootViewController(nullptr);
+    const std::weak_ptr<QuietrixPreferencesController> weak = screen_;
+    screen_ = nullptr;
+    navigation_ = nullptr;
+    phone_.drain();
+    EXPECT_TRUE(weak.expired());
+    EXPECT_EQ(nullptr, platform::UIApplication::sharedApplication().topmostPresented());
+}
+
+}  // namespace
+}  // namespace quietrix
