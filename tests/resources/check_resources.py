@@ -37,7 +37,6 @@ IMAGE_SIZES = {
     "icon": (29, 29),
 }
 SPEAKER_IMAGES = ("SpeakerMute", "SpeakerMax")
-SPEAKER_FOLDER = "System/Library/PrivateFrameworks/PreferencesUI.framework"
 
 
 class Report:
@@ -302,7 +301,7 @@ def main() -> int:
     tables = Tables(bundles, report)
     check_tables(tables, report)
     check_agreement(tables, report)
-    check_images(bundles["plug-in"], phone / SPEAKER_FOLDER, report)
+    check_images(bundles["plug-in"], phone, report)
     check_property_lists(bundles, report)
     check_calendars(phone / "calendars", report)
     check_sources(root, tables, report)

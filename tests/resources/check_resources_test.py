@@ -15,7 +15,7 @@ import string_table
 
 HERE = Path(__file__).resolve().parent
 CHECKOUT = HERE.parents[1]
-SPEAKERS = "settings/resources/root/System/Library/PrivateFrameworks/PreferencesUI.framework"
+SPEAKERS = "settings/resources/root"
 EVENT = "settings/resources/root/calendars/Home/personal/sample-dentist.ics"
 
 
