@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+// Builds the page: build.mjs --outdir=DIR [--modules=DIR]. Nothing is written but below the output directory.
+import { copyFile, mkdir } from 'node:fs/promises';
+import { createRequire } from 'node:module';
+import { dirname, join, resolve } from 'node:path';
+import { fileURLToPath } from 'node:url';
+import { parseArgs } from 'node:util';
+
+const here = dirname(fileURLToPath(import.meta.url));
+
+let values;
+try {
+    ({ values } = parseArgs({ options: { outdir: { type: 'string' }, modules: { type: 'string' } } }));
+} catch (error) {
+    console.error(`build.mjs: ${error.message}`);
+    process.exit(2);
+}
+if (!values.outdir) {
+    console.error('build.mjs: --outdir=DIR is missing');
+    process.exit(2);
+}
+
+const outdir = resolve(values.outdir);
+const modules = resolve(values.modules ?? join(here, 'node_modules'));
+const esbuild = createRequire(join(modules, 'package.json'))('esbuild');
+
+await mkdir(outdir, { recursive: true });
+try {
+    await esbuild.build({
+        entryPoints: [
+            { in: join(here, 'src/main.ts'), out: 'app' },
+            { in: join(here, 'styles/page.css'), out: 'app' },
+        ],
+        absWorkingDir: here,
+        nodePaths: [modules],
+        bundle: true,
+        minify: true,
+        format: 'esm',
+        target: ['chrome114', 'firefox115', 'safari16.4'],
+        outdir,
+        assetNames: 'fonts/[name]',
+        publicPath: '/',
+        loader: { '.woff2': 'file' },
+        legalComments: 'none',
+        logLevel: 'warning',
+    });
+} catch {
+    // esbuild has printed what is wrong and where.
+    process.exit(1);
+}
+for (const name of ['index.html', 'icon.svg']) await copyFile(join(here, 'src', name), join(outdir, name));

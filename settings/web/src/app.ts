@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+import { Connection, type Status } from './connection';
+import { Frame } from './frame';
+import { setImageHint } from './images';
+import type { PageView } from './page';
+import { onPatternMeasured } from './patterns';
+import { Presenter } from './presenter';
+import { presentedLabel } from './prompts';
+import type { Command, Device, Message, Row, State } from './protocol';
+import { wholeListLimit } from './rowstore';
+import { screenTitle } from './bar';
+import { Stage } from './stage';
+import { textsFor, type Texts } from './texts';
+import type { View } from './view';
+
+/** Carries states to the document and the user's actions to the application; knows nothing of what they mean. */
+export class App implements View {
+    texts: Texts = textsFor(navigator.language);
+    language = navigator.language;
+    scale = 2;
+
+    private readonly connection: Connection;
+    private readonly stage: Stage;
+    private readonly presenter: Presenter;
+    private readonly frame: Frame;
+    private revision = -1;
+    private announced = '';
+    /** Values on their way: the row's key, and the command that carries the last one. */
+    private readonly pending = new Map<string, number>();
+    private readonly fetching = new Set<number>();
+    private lastFetch = '';
+    private fetchedFor = '';
+    private darkMode = false;
+
+    constructor(root: HTMLElement, url: string) {
+        this.frame = new Frame(() => this.act({ do: 'dark', on: !this.darkMode }), () => this.connection.retryNow());
+        this.stage = new Stage(this, (page, beside) => this.fetch(page, beside));
+        this.presenter = new Presenter(this, [this.stage.element], () => this.stage.page?.focusHeading());
+        this.frame.mount(root, this.stage.element, this.presenter.element);
+        this.connection = new Connection(url, {
+            opened: () => this.opened(),
+            statusChanged: (status) => this.statusChanged(status),
+            received: (message) => this.received(message),
+        });
+        onPatternMeasured(() => this.stage.redraw());
+        this.statusChanged('connecting');
+        this.connection.open();
+    }
+
+    act(command: Command): void {
+        this.connection.send({ ...command, ...(this.stage.page?.wanted ?? { from: 0, count: wholeListLimit }) });
+    }
+
+    set(row: Row, value: boolean | number | string): void {
+        const wanted = this.stage.page?.wanted ?? { from: 0, count: wholeListLimit };
+        const id = this.connection.send({ do: 'set', row: row.index, value, ...wanted });
+        if (id !== null) this.pending.set(row.key, id);
+        else this.stage.redraw();
+    }
+
+    held(row: Row): boolean { return this.pending.has(row.key); }
+
+    private opened(): void {
+        // Another application may answer now, and it counts its revisions from the start.
+        this.revision = -1;
+        this.pending.clear();
+        this.fetching.clear();
+        this.lastFetch = '';
+        this.act({ do: 'state' });
+    }
+
+    private statusChanged(status: Status): void {
+        if (status === 'lost') this.pending.clear();
+        this.frame.showStatus(status, this.stage.page !== null, this.texts);
+        if (status === 'lost') this.stage.redraw();
+    }
+
+    private received(message: Message): void {
+        if (message.id !== null) {
+            this.fetching.delete(message.id);
+            for (const [key, id] of this.pending) if (id === message.id) this.pending.delete(key);
+        }
+        const { state } = message;
+        if (!state || state.revision < this.revision) return;
+        if (this.mustFetchFirst(state)) return;
+        this.revision = state.revision;
+        if (state.device) this.takeDevice(state.device);
+        if (this.stage.changes(state.screen)) setImageHint(state.screen.className);
+        this.stage.show(state.screen, state.revision);
+        // Whatever was asked about a row has been answered.
+        if (this.presenter.active && !state.presented) this.stage.page?.uncover(null);
+        this.presenter.show(state.presented);
+        this.frame.showScreen(state.screen, this.texts);
+        this.announce(state);
+    }
+
+    /** A screen that arrives is shown once its first rows are there; it may have come with the window of the screen before. */
+    private mustFetchFirst(state: State): boolean {
+        const { screen } = state;
+        const needed = Math.min(screen.count, wholeListLimit);
+        const present = new Set(screen.rows.map((row) => row.index));
+        let complete = true;
+        for (let index = 0; index < needed; index += 1) complete &&= present.has(index);
+        const name = `${state.revision}:${screen.modals}:${screen.stack.join()}`;
+        if (complete || !this.stage.changes(screen) || this.fetchedFor === name) return false;
+        this.fetchedFor = name;
+        return this.connection.send({ do: 'state', from: 0, count: wholeListLimit }) !== null;
+    }
+
+    private fetch(page: PageView, beside: readonly number[]): void {
+        if (this.fetching.size > 0 || page !== this.stage.page) return;
+        const wanted = page.wanted;
+        // The same rows are not asked for twice of one revision: a server that lacks them would be asked for ever.
+        const name = `${this.revision}:${wanted.from}:${page.screen.stack.join()}`;
+        if (name === this.lastFetch && beside.length === 0) return;
+        this.lastFetch = name;
+        // The window goes last: what was asked for last is what the server pushes.
+        const commands = [...beside.map((index) => ({ from: index, count: 1 })), wanted];
+        for (const window of commands) {
+            const id = this.connection.send({ do: 'state', ...window });
+            if (id !== null) this.fetching.add(id);
+        }
+    }
+
+    private takeDevice(device: Device): void {
+        if (device.language !== this.language || document.documentElement.lang !== device.language) this.texts = textsFor(device.language);
+        this.language = device.language;
+        this.scale = device.scale;
+        this.darkMode = device.darkMode;
+        this.frame.showDevice(device, this.texts);
+    }
+
+    private announce(state: State): void {
+        const text = state.presented ? presentedLabel(state.presented, this) : screenTitle(state.screen);
+        if (text === this.announced) return;
+        // The first screen is read with the page itself.
+        if (this.announced !== '') this.frame.announce(text);
+        this.announced = text;
+    }
+}

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+import { html, nothing, type TemplateResult } from 'lit-html';
+import { barGround, fill, isDark, textColour, themeColour } from './colour';
+import { backChevron, plus, share, stencil } from './icons';
+import { imageUrl, imageWord } from './images';
+import type { Bar, BarItem, Screen } from './protocol';
+import { styles } from './style';
+import { systemItemText } from './texts';
+import type { View } from './view';
+
+const systemItem = { add: 4, action: 9 } as const;
+
+/** The navigation bar, with the room above it that the status bar covers. */
+export function barTemplate(screen: Screen, view: View): TemplateResult {
+    const { bar } = screen;
+    const page = themeColour('--bar');
+    const dark = isDark(bar.barTint, page);
+    const ground = barGround(bar.barTint, page);
+    return html`
+        <div class="bar-fill ${bar.barTint ? 'tinted' : ''}" ${styles(fill(bar.barTint, page, view.scale))}></div>
+        <div class="bar-content ${dark ? 'on-dark' : 'on-light'}" ${styles({ '--bar-tint': textColour(bar.tint, ground) })}>
+            <div class="bar-side leading">
+                ${bar.back ? backButton(bar.back, view) : nothing}
+                ${bar.left.map((item, at) => barButton(item, 'left', at, view))}
+            </div>
+            ${heading(screen)}
+            <div class="bar-side trailing">
+                ${bar.right.map((item, at) => barButton(item, 'right', at, view)).reverse()}
+            </div>
+        </div>`;
+}
+
+function backButton(back: NonNullable<Bar['back']>, view: View): TemplateResult {
+    const title = back.title ?? (back.image ? null : view.texts.back);
+    return html`
+        <button class="bar-button back" type="button" @click=${() => view.act({ do: 'back' })}>
+            ${backChevron()}
+            ${title === view.texts.back ? nothing : html`<span class="unseen">${view.texts.back}: </span>`}
+            ${back.image ? html`${stencil(back.image)}<span class="unseen">${imageWord(back.image)}</span>` : nothing}
+            ${title === null ? nothing : html`<span class="bar-text" dir="auto">${title}</span>`}
+        </button>`;
+}
+
+function barButton(item: BarItem, side: 'left' | 'right', at: number, view: View): TemplateResult {
+    const press = (): void => view.act({ do: 'bar', side, item: at });
+    const strong = item.style === 2 || item.system === 0 || item.system === 3;
+    return html`<button class="bar-button ${strong ? 'strong' : ''}" type="button" data-side=${side} data-item=${at} @click=${press}>${face(item, view)}</button>`;
+}
+
+function face(item: BarItem, view: View): TemplateResult {
+    if (item.title !== null) return html`<span class="bar-text" dir="auto">${item.title}</span>`;
+    if (item.image !== null) return html`${stencil(item.image)}<span class="unseen">${imageWord(item.image)}</span>`;
+    const text = systemItemText(view.texts, item.system ?? 0);
+    if (item.system === systemItem.add) return html`${plus()}<span class="unseen">${text}</span>`;
+    if (item.system === systemItem.action) return html`${share()}<span class="unseen">${text}</span>`;
+    return html`<span class="bar-text">${text}</span>`;
+}
+
+/** What a screen is called: in its bar, and in what is announced. */
+export function screenTitle(screen: Screen): string {
+    const { titleView } = screen.bar;
+    if (titleView && 'label' in titleView) return titleView.label;
+    return screen.title ?? (titleView ? imageWord(titleView.image) : '');
+}
+
+function heading(screen: Screen): TemplateResult {
+    const { titleView } = screen.bar;
+    const title = screenTitle(screen);
+    return html`<h1 class="bar-title" tabindex="-1">
+        ${titleView && 'image' in titleView
+            ? html`<img class="logo" alt=${title} src=${imageUrl(titleView.image)}>`
+            : html`<span class="bar-text" dir="auto">${title}</span>`}
+    </h1>`;
+}

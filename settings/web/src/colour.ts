@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+import { imageUrl } from './images';
+import { patternSample } from './patterns';
+import type { Colour } from './protocol';
+import { black, contrast, luminance, mix, parseHex, white, type Rgb } from './rgb';
+import type { Styles } from './style';
+
+/** The contrasts that text of any size, and the parts of a control, need. */
+const readable = 4.5;
+const discernible = 3;
+
+const css = (colour: Rgb): string => `rgb(${colour.join(' ')})`;
+
+/** A colour of the theme, read from the custom property that the style sheet sets. */
+export function themeColour(property: string): Rgb {
+    const value = getComputedStyle(document.documentElement).getPropertyValue(property).trim();
+    return /^#[0-9a-f]{6}$/i.test(value) ? parseHex(value).rgb : white;
+}
+
+/** The colour nearest to the wanted one that can be read on the ground. */
+export function legible(wanted: Rgb, ground: Rgb): Rgb {
+    const towards = luminance(ground) > 0.18 ? black : white;
+    for (let step = 0; step <= 20; step += 1) {
+        const candidate = mix(towards, wanted, step / 20);
+        if (contrast(candidate, ground) >= readable) return candidate;
+    }
+    return towards;
+}
+
+/** The solid colour that stands for a colour or pattern on a ground; null while it cannot be told. */
+export function solid(colour: Colour, ground: Rgb): Rgb | null {
+    if (colour === null) return null;
+    if (typeof colour === 'string') {
+        const { rgb, alpha } = parseHex(colour);
+        return alpha === 0 ? null : mix(rgb, ground, alpha);
+    }
+    return patternSample(colour.pattern)?.average ?? null;
+}
+
+/** Text of the given colour on the ground, kept readable; null leaves the style sheet's colour. A pattern is too restless to read: its average stands for it. */
+export function textColour(colour: Colour, ground: Rgb): string | null {
+    const wanted = solid(colour, ground);
+    return wanted ? css(legible(wanted, ground)) : null;
+}
+
+/** How dark a veil over a pattern has to be for white to stand out from its brightest spot; unless told otherwise, white text. */
+export function veilFor(brightest: Rgb, wanted = readable): number {
+    for (let step = 0; step < 100; step += 1) if (contrast(white, mix(black, brightest, step / 100)) >= wanted) return step / 100;
+    return 1;
+}
+
+// Covers a white pattern too; only until the image has been measured.
+const cautiousVeil = 0.55;
+
+const layer = (url: string, scale: number): string => `image-set(url("${url}") ${scale}x)`;
+
+/** Fills with a colour, or with a repeated pattern under as much veil as white text needs. */
+export function fill(colour: Colour, ground: Rgb, scale: number): Styles {
+    if (colour === null) return {};
+    if (typeof colour === 'string') return { 'background-color': colour };
+    const sample = patternSample(colour.pattern);
+    const veil = sample ? veilFor(mix(sample.brightest, ground, colour.alpha)) : cautiousVeil;
+    const layers = [layer(imageUrl(colour.pattern), scale)];
+    if (colour.alpha < 1) layers.unshift(wash(ground, 1 - colour.alpha));
+    if (veil > 0) layers.unshift(wash(black, veil));
+    // The solid colour shows should the image not come.
+    return { 'background-color': css(mix(black, sample?.average ?? ground, sample ? veil : 0.7)), 'background-image': layers.join(', ') };
+}
+
+const wash = (colour: Rgb, alpha: number): string => {
+    const stop = `rgb(${colour.join(' ')} / ${alpha.toFixed(2)})`;
+    return `linear-gradient(${stop}, ${stop})`;
+};
+
+/** A switch's "on" colours as the custom properties that its track reads. */
+export function switchStyles(colour: Colour, scale: number): Styles {
+    if (colour === null) return {};
+    if (typeof colour === 'string') return { '--on-colour': colour };
+    const sample = patternSample(colour.pattern);
+    const veil = sample ? veilFor(sample.brightest, discernible) : cautiousVeil;
+    return { '--on-image': `${wash(black, veil)}, ${layer(imageUrl(colour.pattern), scale)}` };
+}
+
+/** Whether white content goes on a bar of this colour. */
+export function isDark(colour: Colour, ground: Rgb): boolean {
+    if (colour !== null && typeof colour !== 'string') return true;
+    const shown = solid(colour, ground) ?? ground;
+    return contrast(white, shown) > contrast(black, shown);
+}
+
+/** The solid ground that stands for a filled bar when the readability of what is on it is judged. */
+export function barGround(colour: Colour, ground: Rgb): Rgb {
+    if (colour === null || typeof colour === 'string') return solid(colour, ground) ?? ground;
+    const sample = patternSample(colour.pattern);
+    if (!sample) return black;
+    const brightest = mix(sample.brightest, ground, colour.alpha);
+    return mix(black, brightest, veilFor(brightest));
+}

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+import { html, nothing, render } from 'lit-html';
+import { screenTitle } from './bar';
+import { isDark, themeColour } from './colour';
+import type { Status } from './connection';
+import { broken, halfMoon, statusGlyphs } from './icons';
+import type { Device, Screen } from './protocol';
+import { textsFor, type Texts } from './texts';
+
+/** The phone around the screens: frame, status bar, messages about the connection, and the switch beside it. */
+export class Frame {
+    private readonly phone = document.createElement('div');
+    private readonly statusBar = document.createElement('div');
+    private readonly banner = document.createElement('div');
+    private readonly trouble = document.createElement('div');
+    private readonly live = document.createElement('div');
+    private readonly side = document.createElement('div');
+
+    constructor(private readonly toggleDark: () => void, private readonly retry: () => void) {
+        this.phone.className = 'phone';
+        this.statusBar.className = 'status-bar';
+        this.statusBar.setAttribute('aria-hidden', 'true');
+        this.banner.className = 'banner';
+        this.banner.setAttribute('role', 'status');
+        this.trouble.className = 'trouble';
+        this.live.className = 'unseen';
+        this.live.setAttribute('aria-live', 'polite');
+        this.side.className = 'side';
+        document.documentElement.dataset['theme'] = matchMedia('(prefers-color-scheme: dark)').matches ? 'dark' : 'light';
+        render(statusGlyphs(), this.statusBar);
+    }
+
+    mount(root: HTMLElement, stage: HTMLElement, presenter: HTMLElement): void {
+        this.phone.append(stage, this.trouble, this.statusBar, presenter, this.banner);
+        root.append(this.phone, this.side, this.live);
+    }
+
+    showStatus(status: Status, hasScreen: boolean, texts: Texts): void {
+        this.phone.dataset['connection'] = status;
+        render(status === 'lost' && hasScreen ? html`<span class="banner-text"><span class="spinner small" aria-hidden="true"></span>${texts.lost}</span>` : nothing, this.banner);
+        if (hasScreen) return;
+        render(status === 'lost' ? html`
+            <div class="notice"><div role="alert">${broken()}<h1>${texts.unreachable}</h1><p>${texts.unreachableHint}</p></div>
+                <button class="pill" type="button" @click=${this.retry}>${texts.retry}</button></div>`
+            : html`<div class="notice"><span class="spinner" aria-hidden="true"></span><p role="status">${texts.connecting}</p></div>`, this.trouble);
+    }
+
+    showScreen(screen: Screen, texts: Texts): void {
+        render(nothing, this.trouble);
+        const light = screen.bar.statusBarStyle === 1 || isDark(null, themeColour('--bar'));
+        this.statusBar.classList.toggle('light-content', light);
+        document.title = screenTitle(screen) || texts.settings;
+    }
+
+    showDevice(device: Device, texts: Texts): void {
+        const root = document.documentElement;
+        root.dataset['theme'] = device.darkMode ? 'dark' : 'light';
+        root.dataset['idiom'] = device.idiom;
+        root.lang = device.language;
+        root.dir = device.rightToLeft ? 'rtl' : 'ltr';
+        // A language that the table lacks is spelled in English here; then so is the label's language.
+        const own = textsFor(device.language).darkMode === textsFor('en').darkMode ? 'en' : device.language;
+        render(html`<button class="dark-switch" type="button" lang=${own} aria-pressed=${device.darkMode} title=${texts.darkMode} aria-label=${texts.darkMode}
+            @click=${this.toggleDark}>${halfMoon()}</button>`, this.side);
+    }
+
+    announce(text: string): void { this.live.textContent = text; }
+}

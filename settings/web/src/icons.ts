@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+import { html, svg, type SVGTemplateResult, type TemplateResult } from 'lit-html';
+import { imageUrl } from './images';
+import { styles } from './style';
+
+const icon = (size: string, name: string, body: SVGTemplateResult): TemplateResult =>
+    html`<svg class="icon icon-${name}" viewBox=${size} aria-hidden="true" focusable="false">${body}</svg>`;
+
+export const chevron = (): TemplateResult => icon('0 0 8 14', 'chevron', svg`<path d="M1 1l6 6-6 6" />`);
+export const backChevron = (): TemplateResult => icon('0 0 12 21', 'back', svg`<path d="M10.5 1.5l-9 9 9 9" />`);
+export const check = (): TemplateResult => icon('0 0 16 13', 'check', svg`<path d="M1.5 7l4.5 4.5L14.5 1.5" />`);
+export const plus = (): TemplateResult => icon('0 0 20 20', 'plus', svg`<path d="M10 2v16M2 10h16" />`);
+export const share = (): TemplateResult => icon('0 0 20 24', 'share', svg`<path d="M10 15V2M5.5 6L10 1.5 14.5 6M6 9.5H3v13h14v-13h-3" />`);
+export const minus = (): TemplateResult => icon('0 0 22 22', 'minus', svg`<circle cx="11" cy="11" r="11" /><path d="M5.5 11h11" />`);
+export const info = (): TemplateResult => icon('0 0 22 22', 'info', svg`<circle cx="11" cy="11" r="9.5" /><path d="M11 10v6M11 6.2v.6" />`);
+export const halfMoon = (): TemplateResult => icon('0 0 20 20', 'moon', svg`<path d="M17 12.5A7.5 7.5 0 0 1 7.5 3 7.5 7.5 0 1 0 17 12.5z" />`);
+export const broken = (): TemplateResult =>
+    icon('0 0 48 48', 'large', svg`<path d="M10 22a20 20 0 0 1 11-5M38 22a20 20 0 0 0-6-3.6M4 15a28 28 0 0 1 13-6.6M44 15a28 28 0 0 0-17-7.9M16 29a11 11 0 0 1 8-3.5M24 37v.5M6 5l36 38" />`);
+export const emptyTray = (): TemplateResult => icon('0 0 48 48', 'large', svg`<path d="M6 28h11l3 5h8l3-5h11M6 28l7-17h22l7 17v10H6z" />`);
+
+export const statusGlyphs = (): TemplateResult => html`
+    ${icon('0 0 17 11', 'signal', svg`<path d="M0 7h3v4H0zM4.7 5h3v6h-3zM9.3 2.5h3V11h-3zM14 0h3v11h-3z" />`)}
+    ${icon('0 0 25 12', 'battery', svg`<rect x=".5" y=".5" width="21" height="11" rx="3" /><path d="M2 2h18v8H2zM23 4v4c.9-.3 1.5-1.1 1.5-2S23.9 4.3 23 4z" />`)}`;
+
+/** An image used as a stencil: it takes the colour of the text around it. */
+export const stencil = (name: string): TemplateResult =>
+    html`<span class="stencil" aria-hidden="true" ${styles({ 'mask-image': `url("${imageUrl(name)}")` })}></span>`;

@@ -1,0 +1,5 @@
+// SPDX-License-Identifier: MIT
+import { App } from './app';
+
+const scheme = location.protocol === 'https:' ? 'wss' : 'ws';
+new App(document.body, `${scheme}://${location.host}/ws`);

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+// Durations and easing are custom properties of the style sheet, which sets the durations to nothing under reduced motion.
+
+export type Duration = '--push-time' | '--sheet-time' | '--alert-time' | '--rows-time' | '--logo-time';
+
+const running = new WeakMap<Element, Animation>();
+
+function milliseconds(duration: Duration): number {
+    const value = getComputedStyle(document.documentElement).getPropertyValue(duration).trim();
+    const time = Number.parseFloat(value);
+    if (!Number.isFinite(time)) return 0;
+    return value.endsWith('ms') ? time : time * 1000;
+}
+
+/** 1 where reading goes to the right, -1 where it goes to the left. */
+export const direction = (): 1 | -1 => (document.documentElement.dir === 'rtl' ? -1 : 1);
+
+/** Ends what animate() has begun on an element; the element is at once where it belongs. */
+export function settle(element: Element): void {
+    running.get(element)?.cancel();
+    running.delete(element);
+}
+
+/** Animates an element in place of whatever animate() has begun on it before; `done` follows only if nothing else takes its place. */
+export function animate(element: Element, keyframes: Keyframe[], duration: Duration, done: () => void = () => {}): void {
+    settle(element);
+    const time = milliseconds(duration);
+    if (time === 0) {
+        done();
+        return;
+    }
+    const easing = getComputedStyle(document.documentElement).getPropertyValue('--ease').trim() || 'ease';
+    // Filled forwards, so that nothing flashes back between the last frame and the removal that `done` may bring.
+    const animation = element.animate(keyframes, { duration: time, easing, fill: 'both' });
+    running.set(element, animation);
+    animation.addEventListener('finish', () => {
+        if (running.get(element) !== animation) return;
+        done();
+        settle(element);
+    });
+}
+
+/** Where an element is drawn at this moment, as a transform to start the next motion from. */
+export const presentTransform = (element: Element): string => getComputedStyle(element).transform;

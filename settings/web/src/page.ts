@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+import { html, nothing, render, type TemplateResult } from 'lit-html';
+import { barTemplate } from './bar';
+import { sectionsTemplate } from './groups';
+import { chevron, emptyTray } from './icons';
+import { RowIdentity } from './identity';
+import { ListWindow } from './listwindow';
+import { paneTemplate, tonesTemplate } from './panes';
+import type { Row, Screen } from './protocol';
+import { captureLayout, playChange } from './rowmotion';
+import { RowStore, type Window } from './rowstore';
+import { enableSwipe } from './swipe';
+import type { ListUse, View } from './view';
+
+function element(className: string, parent?: HTMLElement): HTMLElement {
+    const made = document.createElement('div');
+    made.className = className;
+    parent?.append(made);
+    return made;
+}
+
+/** One screen in the document: its bar, its list, and the user's place in it. Kept while screens lie above it. */
+export class PageView implements ListUse {
+    readonly bar = element('bar');
+    readonly body = element('page');
+    readonly store = new RowStore();
+    uncovered: string | null = null;
+    /** What had the focus when the screen was covered. */
+    lastFocus: HTMLElement | null = null;
+
+    private readonly inner = element('page-inner', this.body);
+    private readonly ghosts = element('ghosts', this.inner);
+    private readonly list = element('list', this.inner);
+    private readonly below = element('below', this.inner);
+    private readonly identity = new RowIdentity();
+    private readonly window: ListWindow;
+    private scheduled = 0;
+    private scrollTop = 0;
+    private order = '';
+
+    constructor(public screen: Screen, private readonly view: View, private readonly needsRows: (page: PageView, beside: readonly number[]) => void) {
+        this.ghosts.inert = true;
+        this.ghosts.setAttribute('aria-hidden', 'true');
+        this.window = new ListWindow(this.body, this.list, this.store, () => this.schedule());
+        enableSwipe(this.list, (name) => this.uncover(name));
+        // A tap elsewhere covers the delete button again; one on a row has done so by now, and nothing else.
+        this.body.addEventListener('click', (event) => {
+            const row = (event.target as Element).closest<HTMLElement>('.row');
+            if (this.uncovered !== null && row?.dataset['name'] !== this.uncovered) this.uncover(null);
+        });
+    }
+
+    /** Takes over a newer state of the same screen. */
+    update(screen: Screen, revision: number): void {
+        const before = this.body.isConnected && this.order !== '' ? captureLayout(this.list) : null;
+        this.screen = screen;
+        const count = this.store.count;
+        this.store.update(screen, revision);
+        this.window.update(count !== this.store.count);
+        const order = this.order;
+        this.draw();
+        if (before && order !== this.order) playChange(before, this.list, this.ghosts, this.body.getBoundingClientRect());
+    }
+
+    draw(): void {
+        const slots = this.window.slots();
+        const rows = slots.map((slot) => this.store.at(slot.index)).filter((row): row is Row => row !== undefined);
+        // A section goes by the name of its group row, also where that row is not drawn.
+        const groups = rows.map((row) => this.store.groupOf(row)).filter((row): row is Row => row !== undefined);
+        this.identity.update([...new Set([...rows, ...groups])]);
+        this.order = rows.map((row) => this.identity.of(row)).join();
+        this.list.classList.toggle('whole', this.store.whole);
+        render(barTemplate(this.screen, this.view), this.bar);
+        render(sectionsTemplate(slots, this.store, this, this.view), this.list);
+        render(this.extras(), this.below);
+        this.window.placed();
+        if (!this.body.isConnected) return;
+        const beside = this.store.whole ? [] : this.store.neededBeside(slots.map((slot) => slot.index));
+        if (this.window.incomplete || beside.length > 0) this.needsRows(this, beside);
+    }
+
+    /** The window of rows that commands carry while this page is on top. */
+    get wanted(): Window { return this.window.wanted(); }
+
+    nameOf(row: Row): string { return this.identity.of(row); }
+
+    uncover(name: string | null): void {
+        this.uncovered = name;
+        const row = name === null ? null : this.list.querySelector<HTMLElement>(`[data-name="${CSS.escape(name)}"]`);
+        const button = row?.querySelector<HTMLElement>('.delete');
+        if (row && button) row.style.setProperty('--uncovered', `${button.offsetWidth}px`);
+        this.draw();
+        if (button && document.activeElement?.classList.contains('minus')) button.focus({ preventScroll: true });
+    }
+
+    /** To be called before the page leaves the document. */
+    leave(): void {
+        this.scrollTop = this.body.scrollTop;
+        const active = document.activeElement;
+        this.lastFocus = active instanceof HTMLElement && (this.body.contains(active) || this.bar.contains(active)) ? active : null;
+        this.uncovered = null;
+    }
+
+    /** To be called when the page is back in the document. */
+    returned(): void {
+        this.body.scrollTop = this.scrollTop;
+    }
+
+    focusHeading(): void { this.bar.querySelector<HTMLElement>('h1')?.focus({ preventScroll: true }); }
+
+    focusWhereLeft(): void {
+        if (this.lastFocus?.isConnected) this.lastFocus.focus({ preventScroll: true });
+        if (document.activeElement !== this.lastFocus || this.lastFocus === null) this.focusHeading();
+    }
+
+    release(): void {
+        cancelAnimationFrame(this.scheduled);
+        this.window.release();
+    }
+
+    private schedule(): void {
+        if (this.scheduled !== 0) return;
+        this.scheduled = requestAnimationFrame(() => {
+            this.scheduled = 0;
+            if (this.body.isConnected) this.draw();
+        });
+    }
+
+    private extras(): TemplateResult {
+        const { screen, view } = this;
+        const empty = screen.count === 0 && screen.links.length === 0 && !screen.pane && !screen.tones;
+        return html`
+            ${screen.pane ? paneTemplate(screen.pane, view) : nothing}
+            ${screen.tones ? tonesTemplate(screen.tones, view) : nothing}
+            ${screen.links.length === 0 ? nothing : html`<section class="group links">
+                <div class="head untitled"></div>
+                <ul class="rows" role="list">
+                    ${screen.links.map((link, at) => html`<li class="row"><button class="cell" type="button" @click=${() => view.act({ do: 'link', item: at })}>
+                        <span class="words"><span class="title" dir="auto">${link.title}</span></span><span class="mark">${chevron()}</span></button></li>`)}
+                </ul></section>`}
+            ${empty ? html`<div class="notice">${emptyTray()}<p>${view.texts.empty}</p></div>` : nothing}`;
+    }
+}

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+import { html, nothing, type TemplateResult } from 'lit-html';
+import type { Action, Presented, Prompt } from './protocol';
+import { composerTemplate, serviceName } from './composers';
+import type { View } from './view';
+
+const choose = (action: Action, view: View) => (): void => view.act({ do: 'choose', action: action.title });
+
+const button = (action: Action, view: View): TemplateResult =>
+    html`<button class="choice ${action.style}" type="button" dir="auto" @click=${choose(action, view)}>${action.title}</button>`;
+
+function wordsTemplate(prompt: Prompt): TemplateResult {
+    return html`
+        ${prompt.title ? html`<h2 class="prompt-title" dir="auto">${prompt.title}</h2>` : nothing}
+        ${prompt.message ? html`<p class="prompt-message" dir="auto">${prompt.message}</p>` : nothing}`;
+}
+
+function sheetTemplate(prompt: Prompt, view: View): TemplateResult {
+    const closing = prompt.actions.filter((action) => action.style === 'cancel');
+    const others = prompt.actions.filter((action) => action.style !== 'cancel');
+    return html`
+        <div class="sheet" tabindex="-1" role="dialog" aria-modal="true" aria-label=${presentedLabel(prompt, view)}>
+            <div class="sheet-card">
+                ${prompt.title || prompt.message ? html`<div class="prompt-words">${wordsTemplate(prompt)}</div>` : nothing}
+                ${others.map((action) => button(action, view))}
+            </div>
+            ${closing.map((action) => html`<div class="sheet-card">${button(action, view)}</div>`)}
+        </div>`;
+}
+
+function alertTemplate(prompt: Prompt, view: View): TemplateResult {
+    const activity = prompt.kind === 'activity';
+    return html`
+        <div class="alert ${activity ? 'activity' : ''}" tabindex="-1" role="alertdialog" aria-modal="true" aria-busy=${activity ? 'true' : nothing}
+            aria-label=${presentedLabel(prompt, view)}>
+            <div class="prompt-words">
+                ${activity ? html`<span class="spinner" aria-hidden="true"></span>` : nothing}
+                ${wordsTemplate(prompt)}
+            </div>
+            ${prompt.actions.length === 0 ? nothing : html`
+                <div class="alert-choices ${prompt.actions.length === 2 ? 'pair' : ''}">${prompt.actions.map((action) => button(action, view))}</div>`}
+        </div>`;
+}
+
+export function presentedTemplate(presented: Presented, view: View): TemplateResult {
+    switch (presented.kind) {
+        case 'mail': case 'social': return composerTemplate(presented, view);
+        case 'sheet': case 'confirmation': return sheetTemplate(presented, view);
+        default: return alertTemplate(presented, view);
+    }
+}
+
+/** What assistive technology calls it. */
+export function presentedLabel(presented: Presented, view: View): string {
+    switch (presented.kind) {
+        case 'mail': return presented.subject;
+        case 'social': return serviceName(presented.service);
+        default: return [presented.title, presented.message].filter(Boolean).join('. ') || presented.actions[0]?.title || view.texts.loading;
+    }
+}
+
+/** What Escape does: the cancelling way out, where there is one. */
+export function escape(presented: Presented, view: View): void {
+    if (presented.kind === 'mail' || presented.kind === 'social') {
+        view.act({ do: 'compose', result: 'cancelled' });
+        return;
+    }
+    const way = presented.actions.find((action) => action.style === 'cancel');
+    if (way) choose(way, view)();
+}

@@ -1,0 +1,248 @@
+// SPDX-License-Identifier: MIT
+// The objects that travel over the WebSocket, as the page reads them.
+
+export type Colour = string | { pattern: string; alpha: number } | null;
+export type Frame = readonly [number, number, number, number];
+
+export interface BarItem { title: string | null; image: string | null; system: number | null; style: number; action: string | null }
+export interface Label { tag: number; text: string; frame: Frame }
+
+export interface Row {
+    key: string;
+    index: number;
+    section: number;
+    /** The row's place in its section; null for the group row that opens one. */
+    row: number | null;
+    kind: number;
+    name: string | null;
+    identifier: string | null;
+    set: string | null;
+    action: string | null;
+    cellClass: string | null;
+    properties: Readonly<Record<string, unknown>>;
+    userInfo: unknown;
+    value: unknown;
+    text: string | null;
+    detailText: string | null;
+    detailTextColour: Colour;
+    tint: Colour;
+    onTint: Colour;
+    background: Colour;
+    accessory: number;
+    height: number;
+    editingStyle: number;
+    labels: readonly Label[];
+    titleFrame: Frame | null;
+    controlFrame: Frame | null;
+}
+
+export interface Bar {
+    tint: Colour;
+    barTint: Colour;
+    statusBarStyle: number;
+    titleView: { image: string } | { label: string } | null;
+    back: { title: string | null; image: string | null } | null;
+    left: readonly BarItem[];
+    right: readonly BarItem[];
+}
+
+export interface Pane { rows: readonly string[]; selected: number; time: string | null }
+export interface Tones { selected: string | null; noneAtTop: boolean; list: readonly { identifier: string; name: string }[] }
+
+export interface Screen {
+    className: string;
+    title: string | null;
+    links: readonly { title: string }[];
+    stack: readonly string[];
+    modals: number;
+    bar: Bar;
+    editing: boolean;
+    count: number;
+    rows: readonly Row[];
+    pane: Pane | null;
+    tones: Tones | null;
+}
+
+export interface Action { title: string; style: string }
+export interface Prompt { kind: 'alert' | 'sheet' | 'confirmation' | 'activity'; title: string | null; message: string | null; actions: readonly Action[] }
+export interface Mail {
+    kind: 'mail'; subject: string; to: readonly string[]; body: string; html: boolean;
+    attachments: readonly { name: string; bytes: number }[];
+}
+export interface Social { kind: 'social'; service: string; text: string }
+export type Presented = Prompt | Mail | Social;
+
+export interface Device { darkMode: boolean; rightToLeft: boolean; language: string; scale: number; idiom: string }
+
+export interface State { revision: number; screen: Screen; presented: Presented | null; device: Device | null }
+export interface Message { id: number | null; ok: boolean; error: string | null; state: State | null }
+export type Command = { readonly do: string } & Readonly<Record<string, unknown>>;
+
+export const groupKind = 0;
+
+type Bag = Record<string, unknown>;
+
+const bag = (value: unknown): Bag | null => (typeof value === 'object' && value !== null && !Array.isArray(value) ? (value as Bag) : null);
+const text = (value: unknown): string | null => (typeof value === 'string' ? value : null);
+const number = (value: unknown, fallback: number): number => (typeof value === 'number' && Number.isFinite(value) ? value : fallback);
+const list = <T>(value: unknown, each: (item: unknown) => T | null): T[] =>
+    Array.isArray(value) ? value.map(each).filter((item): item is T => item !== null) : [];
+
+function colour(value: unknown): Colour {
+    if (typeof value === 'string') return /^#([0-9a-f]{6}|[0-9a-f]{8})$/i.test(value) ? value : null;
+    const pattern = bag(value);
+    const name = text(pattern?.['pattern']);
+    return name === null ? null : { pattern: name, alpha: Math.min(1, Math.max(0, number(pattern?.['alpha'], 1))) };
+}
+
+function frame(value: unknown): Frame | null {
+    if (!Array.isArray(value) || value.length !== 4 || !value.every((part) => typeof part === 'number' && Number.isFinite(part))) return null;
+    return value as unknown as Frame;
+}
+
+function label(value: unknown): Label | null {
+    const source = bag(value);
+    const place = frame(source?.['frame']);
+    return source && place ? { tag: number(source['tag'], 0), text: text(source['text']) ?? '', frame: place } : null;
+}
+
+function row(value: unknown): Row | null {
+    const source = bag(value);
+    if (!source || typeof source['index'] !== 'number' || source['index'] < 0) return null;
+    const kind = number(source['kind'], groupKind);
+    return {
+        key: text(source['key']) ?? `index-${source['index']}`,
+        index: source['index'],
+        section: number(source['section'], 0),
+        row: typeof source['row'] === 'number' ? source['row'] : null,
+        kind,
+        name: text(source['name']),
+        identifier: text(source['identifier']),
+        set: text(source['set']),
+        action: text(source['action']),
+        cellClass: text(source['cellClass']),
+        properties: bag(source['properties']) ?? {},
+        userInfo: source['userInfo'] ?? null,
+        value: source['value'] ?? null,
+        text: text(source['text']),
+        detailText: text(source['detailText']),
+        detailTextColour: colour(source['detailTextColour']),
+        tint: colour(source['tint']),
+        onTint: colour(source['onTint']),
+        background: colour(source['background']),
+        accessory: number(source['accessory'], 0),
+        height: number(source['height'], 44),
+        editingStyle: number(source['editingStyle'], 0),
+        labels: list(source['labels'], label),
+        titleFrame: frame(source['titleFrame']),
+        controlFrame: frame(source['controlFrame']),
+    };
+}
+
+function barItem(value: unknown): BarItem | null {
+    const source = bag(value);
+    if (!source) return null;
+    return {
+        title: text(source['title']), image: text(source['image']), style: number(source['style'], 0), action: text(source['action']),
+        system: typeof source['system'] === 'number' ? source['system'] : null,
+    };
+}
+
+function bar(value: unknown): Bar {
+    const source = bag(value) ?? {};
+    const titleView = bag(source['titleView']);
+    const image = text(titleView?.['image']);
+    const caption = text(titleView?.['label']);
+    const back = bag(source['back']);
+    return {
+        tint: colour(source['tint']),
+        barTint: colour(source['barTint']),
+        statusBarStyle: number(source['statusBarStyle'], 0),
+        titleView: image !== null ? { image } : caption !== null ? { label: caption } : null,
+        back: back ? { title: text(back['title']), image: text(back['image']) } : null,
+        left: list(source['left'], barItem),
+        right: list(source['right'], barItem),
+    };
+}
+
+function pane(value: unknown): Pane | null {
+    const source = bag(value);
+    return source ? { rows: list(source['rows'], text), selected: number(source['selected'], 0), time: text(source['time']) } : null;
+}
+
+function tones(value: unknown): Tones | null {
+    const source = bag(value);
+    if (!source) return null;
+    const entries = list(source['list'], (item) => {
+        const entry = bag(item);
+        const identifier = text(entry?.['identifier']);
+        return identifier === null ? null : { identifier, name: text(entry?.['name']) ?? identifier };
+    });
+    return { selected: text(source['selected']), noneAtTop: source['noneAtTop'] === true, list: entries };
+}
+
+function screen(value: unknown): Screen | null {
+    const source = bag(value);
+    if (!source) return null;
+    const rows = list(source['rows'], row);
+    return {
+        className: text(source['class']) ?? '',
+        title: text(source['title']),
+        links: list(source['links'], (item) => ({ title: text(bag(item)?.['title']) ?? '' })),
+        stack: list(source['stack'], text),
+        modals: number(source['modals'], 0),
+        bar: bar(source['bar']),
+        editing: source['editing'] === true,
+        count: Math.max(0, number(source['count'], rows.length)),
+        rows,
+        pane: pane(source['pane']),
+        tones: tones(source['tones']),
+    };
+}
+
+function presented(value: unknown): Presented | null {
+    const source = bag(value);
+    if (!source) return null;
+    const kind = text(source['kind']);
+    if (kind === 'mail') {
+        return {
+            kind, subject: text(source['subject']) ?? '', to: list(source['to'], text), body: text(source['body']) ?? '', html: source['html'] === true,
+            attachments: list(source['attachments'], (item) => ({ name: text(bag(item)?.['name']) ?? '', bytes: number(bag(item)?.['bytes'], 0) })),
+        };
+    }
+    if (kind === 'social') return { kind, service: text(source['service']) ?? '', text: text(source['text']) ?? '' };
+    if (kind !== 'alert' && kind !== 'sheet' && kind !== 'confirmation' && kind !== 'activity') return null;
+    const actions = list(source['actions'], (item) => ({ title: text(bag(item)?.['title']) ?? '', style: text(bag(item)?.['style']) ?? 'default' }));
+    return { kind, title: text(source['title']), message: text(source['message']), actions };
+}
+
+function device(value: unknown): Device | null {
+    const source = bag(value);
+    if (!source) return null;
+    return {
+        darkMode: source['darkMode'] === true,
+        rightToLeft: source['rightToLeft'] === true,
+        language: text(source['language']) ?? 'en',
+        scale: Math.max(1, number(source['scale'], 2)),
+        idiom: text(source['idiom']) ?? 'phone',
+    };
+}
+
+/** What a frame of the socket says, or null when it is not of this protocol. Missing or misshapen parts take harmless values. */
+export function parseMessage(data: unknown): Message | null {
+    let source: Bag | null;
+    try {
+        source = typeof data === 'string' ? bag(JSON.parse(data)) : null;
+    } catch {
+        return null;
+    }
+    if (!source) return null;
+    const inner = bag(source['state']);
+    const shown = inner ? screen(inner['screen']) : null;
+    const state = inner && shown
+        ? { revision: number(inner['revision'], 0), screen: shown, presented: presented(inner['presented']), device: device(inner['device']) }
+        : null;
+    const id = typeof source['id'] === 'number' ? source['id'] : null;
+    if (state === null && id === null) return null;
+    return { id, ok: source['ok'] !== false, error: text(source['error']), state };
+}

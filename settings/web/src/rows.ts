@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+import { html, nothing, type TemplateResult } from 'lit-html';
+import { textColour, themeColour } from './colour';
+import { rowLabel, sliderControl, switchControl, textControl } from './controls';
+import { check, chevron, info, minus } from './icons';
+import { imageUrl } from './images';
+import type { Colour, Label, Row } from './protocol';
+import { styles } from './style';
+import type { ListUse, View } from './view';
+
+const cellKind = { titleValue: 4, slider: 5, toggle: 6, staticText: 7, editText: 8, button: 13 } as const;
+const accessory = { disclosure: 1, detailDisclosure: 2, checkmark: 3, detail: 4 } as const;
+const chevronKinds: readonly number[] = [1, 2];
+
+/** The width in points that rows are laid out for when they place labels themselves. */
+const layoutWidth = 390;
+
+type Contents = TemplateResult | typeof nothing;
+
+/** Where a row stands in its section, for a list of which only a part is in the document. */
+export interface Place { position: number; size: number; first: boolean; last: boolean; gapBefore: number }
+
+export function rowTemplate(row: Row, place: Place | null, use: ListUse, view: View): TemplateResult {
+    const name = use.nameOf(row);
+    const deletable = row.editingStyle === 1;
+    const editing = use.screen.editing && deletable;
+    const open = deletable && use.uncovered === name;
+    const label = rowLabel(row);
+    return html`
+        <li class="row ${place?.first ? 'first' : ''} ${place?.last ? 'last' : ''} ${editing ? 'editing' : ''}" data-name=${name} data-index=${row.index}
+            ?data-deletable=${deletable} ?data-open=${open}
+            aria-posinset=${place ? place.position : nothing} aria-setsize=${place ? place.size : nothing}
+            ${styles({ '--row-height': `${row.height / 16}rem`, 'margin-top': place && place.gapBefore > 0 ? `${place.gapBefore}px` : null })}>
+            ${editing ? html`<button class="minus" type="button" aria-expanded=${open} aria-label="${view.texts.delete}: ${label}"
+                @click=${() => use.uncover(open ? null : name)}>${minus()}</button>` : nothing}
+            ${cell(row, use, view, deletable)}
+            ${deletable ? html`<button class="delete" type="button" aria-label="${view.texts.delete}: ${label}" tabindex=${open ? 0 : -1} aria-hidden=${open ? nothing : 'true'}
+                @click=${() => view.act({ do: 'delete', row: row.index })}>${view.texts.delete}</button>` : nothing}
+        </li>`;
+}
+
+/** A row that has not arrived yet. */
+export const placeholderRow = (index: number, gapBefore: number, name: string, view: View): TemplateResult => html`
+    <li class="row" data-name=${name} data-index=${index} ${styles({ '--row-height': '2.75rem', 'margin-top': gapBefore > 0 ? `${gapBefore}px` : null })}>
+        <div class="cell" aria-busy="true"><span class="skeleton"></span><span class="unseen">${view.texts.loading}</span></div>
+    </li>`;
+
+function cell(row: Row, use: ListUse, view: View, deletable: boolean): TemplateResult {
+    const tap = (): void => {
+        // A tap beside an uncovered delete button only covers it again, as on the phone.
+        if (use.uncovered !== null) use.uncover(null);
+        else view.act({ do: 'tap', row: row.index });
+    };
+    const keys = (event: KeyboardEvent): void => {
+        if (!deletable || (event.key !== 'Delete' && event.key !== 'Backspace')) return;
+        event.preventDefault();
+        view.act({ do: 'delete', row: row.index });
+    };
+    const body = contents(row, view);
+    const shape = cellShape(row);
+    if (!answersTap(row)) {
+        // The body of a control's row may be tapped too; the control itself is another matter.
+        const bodyTap = (event: Event): void => { if (!(event.target as Element).closest('input')) tap(); };
+        return html`<div class="cell ${shape}" @click=${hasControl(row) ? bodyTap : nothing}>${body}</div>`;
+    }
+    return html`<button class="cell ${shape}" type="button" aria-keyshortcuts=${deletable ? 'Delete' : nothing} @click=${tap} @keydown=${keys}>${body}</button>`;
+}
+
+const hasControl = (row: Row): boolean => row.kind === cellKind.slider || row.kind === cellKind.toggle || row.kind === cellKind.editText;
+
+// A static row stays text, unless a cell class of its own makes something of a tap.
+const answersTap = (row: Row): boolean =>
+    !hasControl(row) && ((row.kind !== cellKind.staticText && row.kind !== cellKind.titleValue) || row.cellClass !== null || row.action !== null);
+
+function cellShape(row: Row): string {
+    const middle = (frame: Row['titleFrame']): number => (frame ? frame[1] + frame[3] / 2 : 0);
+    const stacked = row.kind === cellKind.slider && row.titleFrame !== null && row.controlFrame !== null && middle(row.titleFrame) < middle(row.controlFrame);
+    const destructive = row.properties['isDestructive'] === true || row.properties['isDestructive'] === 1;
+    return [
+        `kind-${row.kind}`,
+        stacked ? 'stacked' : '',
+        row.labels.length > 0 ? 'labelled' : '',
+        row.kind === cellKind.button ? (destructive ? 'destructive' : 'action') : '',
+        row.properties['iconImage'] ? 'with-icon' : '',
+    ].filter(Boolean).join(' ');
+}
+
+function contents(row: Row, view: View): TemplateResult {
+    const ground = themeColour('--row');
+    const title = row.text ?? (row.labels.length > 0 ? null : row.name);
+    const detail = row.detailText ?? (row.kind === cellKind.titleValue && typeof row.value === 'string' ? row.value : null);
+    const bare = row.kind === cellKind.slider && row.titleFrame === null;
+    return html`
+        ${rowIcon(row, view)}
+        ${row.labels.length > 0 ? html`<span class="unseen">${title ?? row.name}</span>${row.labels.map((label) => ownLabel(label, row, ground))}` : nothing}
+        <span class="words">
+            ${title === null || bare || row.labels.length > 0 ? nothing : html`<span class="title" dir="auto">${title}</span>`}
+            ${detail === null || detail === '' ? nothing : html`<span class="detail" dir="auto" ${styles({ color: textColour(row.detailTextColour, ground) })}>${detail}</span>`}
+            ${control(row, view)}
+        </span>
+        ${accessoryMark(row, ground, view)}`;
+}
+
+function control(row: Row, view: View): Contents {
+    switch (row.kind) {
+        case cellKind.slider: return sliderControl(row, view);
+        case cellKind.toggle: return switchControl(row, view);
+        case cellKind.editText: return textControl(row, view);
+        default: return nothing;
+    }
+}
+
+function rowIcon(row: Row, view: View): Contents {
+    const icon = row.properties['iconImage'];
+    if (typeof icon === 'string') return html`<img class="row-icon" alt="" src=${imageUrl(icon)} srcset="${imageUrl(icon)} ${view.scale}x">`;
+    const swatch = (icon as { swatch?: Colour } | undefined)?.swatch;
+    return typeof swatch === 'string' ? html`<span class="row-icon swatch" ${styles({ 'background-color': swatch })}></span>` : nothing;
+}
+
+function accessoryMark(row: Row, ground: ReturnType<typeof themeColour>, view: View): Contents {
+    if (row.accessory === accessory.checkmark) {
+        return html`<span class="mark check" ${styles({ color: textColour(row.tint, ground) })}>${check()}<span class="unseen">${view.texts.selected}</span></span>`;
+    }
+    if (row.accessory === accessory.detail || row.accessory === accessory.detailDisclosure) return html`<span class="mark">${info()}</span>`;
+    return row.accessory === accessory.disclosure || (row.accessory === 0 && chevronKinds.includes(row.kind) && opens(row)) ? html`<span class="mark">${chevron()}</span>` : nothing;
+}
+
+// A link row with a cell class of its own says by its accessory whether it leads anywhere.
+const opens = (row: Row): boolean => row.cellClass === null || row.labels.length > 0;
+
+/** A label that the cell has placed itself. One in the trailing half keeps its distance from the trailing edge at any width. */
+function ownLabel(label: Label, row: Row, ground: ReturnType<typeof themeColour>): TemplateResult {
+    const [x, y, width, height] = label.frame;
+    const trailing = x >= layoutWidth / 2;
+    const alone = row.labels.length === 1;
+    return html`<span class="own-label ${trailing ? 'trailing' : ''} ${alone ? 'alone' : ''}" ${styles({
+        top: `${y / 16}rem`,
+        height: `${height / 16}rem`,
+        'inset-inline-start': trailing ? null : `${x}px`,
+        'inset-inline-end': trailing ? `${Math.max(0, layoutWidth - x - width)}px` : null,
+        color: alone ? textColour(row.tint, ground) : null,
+    })}><span dir="auto">${label.text}</span></span>`;
+}

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+import assert from 'node:assert/strict';
+import { after, before, test } from 'node:test';
+import { accessibilityProblems, deskSize, openPage, phoneSize, settled, startBrowser } from './harness.mjs';
+
+let session;
+before(async () => { session = await startBrowser(); });
+after(async () => { await session.close(); });
+
+const scenes = {
+    root: () => {},
+    editing: (phone) => { phone.editing = true; },
+    plain: (phone) => phone.show(phone.root(), phone.plain()),
+    editor: (phone) => phone.show(phone.root(), phone.editor('Work', false)),
+    long: (phone) => phone.show(phone.long(1000)),
+    empty: (phone) => phone.show(phone.empty()),
+    pane: (phone) => phone.show(phone.root(), phone.pane()),
+    tones: (phone) => phone.show(phone.root(), phone.tones()),
+    alert: (phone) => phone.alert('Error', 'The profile could not be saved.'),
+    activity: (phone) => phone.activity('Resetting'),
+    deleting: (phone) => phone.perform({ do: 'delete', row: 3 }),
+    sharing: (phone) => phone.perform({ do: 'bar', side: 'right', item: 1 }),
+    posting: (phone) => { phone.perform({ do: 'bar', side: 'right', item: 1 }); phone.perform({ do: 'choose', action: 'Share 😘' }); },
+    mail: (phone) => { phone.show(phone.root(), phone.plain()); phone.perform({ do: 'tap', row: 3 }); },
+    modal: (phone) => phone.perform({ do: 'bar', side: 'right', item: 0 }),
+};
+
+for (const [name, arrange] of Object.entries(scenes)) {
+    test(`Scene_${name}_isAccessibleInLightAndDark`, async () => {
+        const ui = await openPage(session, { arrange });
+        assert.deepEqual(await accessibilityProblems(ui.page), []);
+        ui.phone.device = { ...ui.phone.device, darkMode: true };
+        ui.phone.changed();
+        ui.server.push();
+        await ui.page.waitForFunction(() => document.documentElement.dataset.theme === 'dark');
+        assert.deepEqual(await accessibilityProblems(ui.page), []);
+        await ui.close();
+    });
+}
+
+/** Elements whose text is cut off or sticks out of the window, as lines to be read. */
+const clipped = (page) => page.evaluate(() => {
+    const width = document.querySelector('.phone').getBoundingClientRect();
+    const found = [];
+    for (const element of document.querySelectorAll('.title, .detail, .header, .footer, .product-title, .product-subtitle, .choice, .prompt-message, .social-text, .own-label')) {
+        const box = element.getBoundingClientRect();
+        if (box.width === 0) continue;
+        if (box.left < width.left - 0.5 || box.right > width.right + 0.5 || element.scrollWidth > element.clientWidth + 1) found.push(`${element.className}: ${element.textContent}`);
+    }
+    return found;
+});
+
+/** Pairs of neighbours that lie over one another. */
+const overlapping = (page) => page.evaluate(() => {
+    const found = [];
+    for (const parent of document.querySelectorAll('.words, .bar-content, .slider-line, .cell')) {
+        const parts = [...parent.children].filter((child) => getComputedStyle(child).position !== 'absolute' && child.getBoundingClientRect().width > 0);
+        for (let at = 1; at < parts.length; at += 1) {
+            const [one, other] = [parts[at - 1].getBoundingClientRect(), parts[at].getBoundingClientRect()];
+            const across = Math.min(one.right, other.right) - Math.max(one.left, other.left);
+            const down = Math.min(one.bottom, other.bottom) - Math.max(one.top, other.top);
+            if (across > 1 && down > 1) found.push(`${parts[at - 1].className} / ${parts[at].className}`);
+        }
+    }
+    return found;
+});
+
+const sizes = { narrow: { width: 320, height: 640 }, phone: phoneSize, desk: deskSize };
+
+for (const scene of ['root', 'editor', 'plain', 'deleting', 'posting', 'editing']) {
+    test(`Layout_${scene}_clipsAndOverlapsNothingAtAnySizeAndDirection`, async () => {
+        const ui = await openPage(session, { arrange: scenes[scene] });
+        const check = async (where) => {
+            await settled(ui.page);
+            assert.deepEqual(await clipped(ui.page), [], where);
+            assert.deepEqual(await overlapping(ui.page), [], where);
+            assert.equal(await ui.page.locator('.page').last().evaluate((element) => element.scrollWidth <= element.clientWidth), true, where);
+        };
+        for (const rightToLeft of [false, true]) {
+            ui.phone.device = { ...ui.phone.device, rightToLeft, language: rightToLeft ? 'ar' : 'en' };
+            ui.phone.changed();
+            ui.server.push();
+            await ui.page.waitForFunction((direction) => document.documentElement.dir === direction, rightToLeft ? 'rtl' : 'ltr');
+            for (const [name, size] of Object.entries(sizes)) {
+                await ui.page.setViewportSize(size);
+                await check(`${name}, right to left: ${rightToLeft}`);
+            }
+            await ui.page.setViewportSize(phoneSize);
+            await ui.page.evaluate(() => { document.documentElement.style.fontSize = '200%'; });
+            await check(`large type, right to left: ${rightToLeft}`);
+            await ui.page.evaluate(() => { document.documentElement.style.fontSize = ''; });
+        }
+        await ui.close();
+    });
+}
+
+test('Bar_ofALightPattern_isVeiledUntilWhiteTextCanBeRead', async () => {
+    const ui = await openPage(session);
+    const fill = ui.page.locator('.bar-fill');
+    // The cautious veil gives way to the measured one.
+    await ui.page.waitForFunction(() => !getComputedStyle(document.querySelector('.bar-fill')).backgroundImage.includes('0.55'));
+    const [, alpha] = /rgba\(0, 0, 0, ([\d.]+)\)/.exec(await fill.evaluate((element) => getComputedStyle(element).backgroundImage));
+    const linear = (part) => (part / 255 <= 0.04045 ? part / 255 / 12.92 : ((part / 255 + 0.055) / 1.055) ** 2.4);
+    const [red, green, blue] = [0xd5, 0xe6, 0xff].map((part) => linear(part * (1 - alpha)));
+    const contrast = 1.05 / (0.2126 * red + 0.7152 * green + 0.0722 * blue + 0.05);
+    assert.ok(contrast >= 4.5 && contrast < 5, `contrast ${contrast}`);
+    await ui.close();
+});
+
+test('Detail_ofAPatternColour_isASolidReadableColour', async () => {
+    const ui = await openPage(session);
+    const colour = await ui.page.locator('.detail').first().evaluate((element) => getComputedStyle(element).color);
+    assert.match(colour, /^rgb\(\d+, \d+, \d+\)$/);
+    assert.deepEqual(await accessibilityProblems(ui.page), []);
+    await ui.close();
+});
+
+test('Logo_fadesInOnceAnArrival', async () => {
+    const ui = await openPage(session, { reducedMotion: 'no-preference' });
+    const fades = () => ui.page.evaluate(() => document.getAnimations().filter((animation) => animation.animationName === 'logo-in').length);
+    assert.equal(await fades(), 1);
+    await settled(ui.page);
+    ui.phone.enabled = false;
+    ui.phone.changed();
+    ui.server.push();
+    await ui.page.waitForFunction(() => document.querySelectorAll('.list .row').length === 2);
+    assert.equal(await fades(), 0);
+    await ui.close();
+});
+
+test('StatusBar_style_followsTheState', async () => {
+    const ui = await openPage(session, { arrange: (phone) => phone.show(phone.root(), phone.empty()) });
+    const light = () => ui.page.locator('.status-bar').evaluate((element) => element.classList.contains('light-content'));
+    assert.equal(await light(), false);
+    await ui.page.locator('.bar-button.back').click();
+    await ui.page.getByRole('switch').waitFor();
+    assert.equal(await light(), true);
+    await ui.close();
+});
+
+test('Phone_onADesk_isAFramedPhone', async () => {
+    const ui = await openPage(session, { viewport: { width: 1280, height: 1000 } });
+    const box = await ui.page.locator('.phone').boundingBox();
+    assert.deepEqual([box.width, box.height, box.x], [390, 844, 445]);
+    await ui.close();
+});

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+// What every browser test needs: the built page, a server behind it, a browser in front of it.
+import { spawnSync } from 'node:child_process';
+import { mkdtemp, rm } from 'node:fs/promises';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+import { fileURLToPath } from 'node:url';
+import { MockPhone } from './mock-phone.mjs';
+import { startMockServer } from './mock-server.mjs';
+import { requireModule } from './modules.mjs';
+
+const { chromium } = requireModule('playwright-core');
+const axe = requireModule('axe-core');
+
+const flags = [
+    '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run', '--disable-background-networking', '--disable-component-update', '--disable-sync',
+    '--force-color-profile=srgb',
+];
+
+export const phoneSize = { width: 390, height: 844 };
+export const deskSize = { width: 1280, height: 900 };
+
+let dist = null;
+
+/** The built page: QUIETRIX_WEB_DIST, or else built once for this test file. */
+async function builtPage() {
+    if (process.env.QUIETRIX_WEB_DIST) return { path: process.env.QUIETRIX_WEB_DIST, temporary: false };
+    const path = await mkdtemp(join(tmpdir(), 'quietrix-page-'));
+    const script = fileURLToPath(new URL('../../settings/web/build.mjs', import.meta.url));
+    const modules = process.env.QUIETRIX_WEB_MODULES ? [`--modules=${process.env.QUIETRIX_WEB_MODULES}`] : [];
+    const built = spawnSync(process.execPath, [script, `--outdir=${path}`, ...modules], { encoding: 'utf8' });
+    if (built.status !== 0) throw new Error(`the page cannot be built: ${built.stderr}`);
+    return { path, temporary: true };
+}
+
+/** A browser for the tests of one file; close() ends it and removes what it left. */
+export async function startBrowser() {
+    dist = await builtPage();
+    const profile = await mkdtemp(join(tmpdir(), 'quietrix-browser-'));
+    const browser = await chromium.launch({ executablePath: process.env.QUIETRIX_CHROMIUM ?? '/usr/bin/chromium', headless: true, args: flags, env: { ...process.env, HOME: profile } });
+    const servers = new Set();
+    return {
+        browser,
+        servers,
+        async close() {
+            await browser.close();
+            // A test that failed has not closed its own.
+            for (const server of servers) await server.close();
+            await rm(profile, { recursive: true, force: true });
+            if (dist.temporary) await rm(dist.path, { recursive: true, force: true });
+        },
+    };
+}
+
+/**
+ * Opens the page. Without an address in `url`, on a made-up application of its own that `arrange` may prepare.
+ * The result's close() fails the test if the page has logged an error (but for what `tolerate` matches) or broken its content-security policy.
+ */
+export async function openPage(session, { arrange = () => {}, url = null, viewport = phoneSize, reducedMotion = 'reduce', colorScheme = 'light', touch = false, scale = 1, tolerate = null } = {}) {
+    const phone = new MockPhone();
+    arrange(phone);
+    const server = url ? null : await startMockServer({ dist: dist.path, phone });
+    if (server) session.servers.add(server);
+    const context = await session.browser.newContext({ viewport, reducedMotion, colorScheme, hasTouch: touch, deviceScaleFactor: scale, locale: 'en-US' });
+    const page = await context.newPage();
+    page.setDefaultTimeout(15_000);
+    const problems = [];
+    page.on('pageerror', (error) => problems.push(String(error)));
+    page.on('console', (message) => {
+        // A lost connection is reported by the browser itself; some tests cut it on purpose.
+        if (message.type() === 'error' && !/WebSocket connection|ERR_CONNECTION_REFUSED/.test(message.text()) && !tolerate?.test(message.text())) problems.push(message.text());
+    });
+    await page.goto(url ?? server.url);
+    await page.locator('.navigator .page').first().waitFor();
+    return {
+        page, phone, server,
+        async close() {
+            await context.close();
+            await server?.close();
+            session.servers.delete(server);
+            if (problems.length > 0) throw new Error(`the page reported: ${problems.join(' | ')}`);
+        },
+    };
+}
+
+/** Violations of WCAG 2 A and AA, as lines to be read in a failing test. */
+export async function accessibilityProblems(page) {
+    // Evaluated, not added as an element: the page's policy would rightly refuse that.
+    await page.evaluate(axe.source);
+    await settled(page);
+    const { violations } = await page.evaluate(() => globalThis.axe.run(document, { runOnly: ['wcag2a', 'wcag2aa', 'wcag21a', 'wcag21aa'] }));
+    return violations.map((violation) => `${violation.id}: ${violation.nodes.map((node) => `${node.target} ${node.any[0]?.message ?? ''}`).join('; ')}`);
+}
+
+/** Resolves when no animation runs any more. */
+export async function settled(page) {
+    await page.waitForFunction(() => document.getAnimations().every((animation) => animation.playState !== 'running' || animation.effect?.getTiming().iterations === Infinity));
+}
+
+/** Resolves when a condition on this side of the browser holds; fails after its time limit. */
+export async function until(condition, what) {
+    const end = Date.now() + 10_000;
+    while (!condition()) {
+        if (Date.now() > end) throw new Error(`never happened: ${what}`);
+        await new Promise((resolve) => setImmediate(resolve));
+    }
+}
+
+export const lastCommand = (phone, name) => phone.commands.filter((command) => command.do === name).at(-1);

@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: MIT
+// A made-up application behind the page: a few screens that answer the commands, enough to see everything the page draws.
+import { bar, group, layOut, pattern, plainBar, product, row, slider, toggle } from './mock-rows.mjs';
+
+const profile = (name, detailText) => row(1, name, {
+    identifier: 'title', detailText, detailTextColour: pattern, editingStyle: 1, userInfo: { class: 'SampleProfile', identifier: name },
+});
+
+export class MockPhone {
+    constructor() {
+        this.device = { darkMode: false, rightToLeft: false, language: 'en', scale: 2, idiom: 'phone' };
+        this.revision = 1;
+        this.commands = [];
+        this.refuse = new Set();
+        this.enabled = true;
+        this.active = [profile('Work', '9:00 AM - 5:00 PM'), profile('Cinema', 'All Day')];
+        this.inactive = [profile('Night', '10:00 PM - 11:30 PM')];
+        this.fixed = { header: product(), toggle: toggle('Enabled', true, { identifier: 'enabled' }), activeGroup: group('Active Profiles'), inactiveGroup: group('Inactive Profiles') };
+        this.editing = false;
+        this.presented = null;
+        this.deleting = null;
+        this.levels = [[this.root()]];
+    }
+
+    get screens() { return this.levels.at(-1); }
+    get screen() { return this.screens.at(-1); }
+
+    root() {
+        const none = row(7, 'No Profiles');
+        const about = [group('About', 'Version 1.0. Sample Go © 2026 Sample'), row(1, 'Miscellaneous', { identifier: 'misc', properties: { iconImage: 'Misc' } })];
+        return {
+            class: 'SampleRootController', title: 'Sample Go', bar: () => bar(),
+            rows: () => [
+                this.fixed.header, Object.assign(this.fixed.toggle, { value: this.enabled }),
+                ...(this.enabled ? [this.fixed.activeGroup, ...(this.active.length ? this.active : [none]), this.fixed.inactiveGroup, ...(this.inactive.length ? this.inactive : [none])] : []),
+                ...about,
+            ],
+        };
+    }
+
+    plain(title = 'Miscellaneous') {
+        const rows = [
+            group(null, 'Removes every profile and restarts the system shell.'), row(13, 'Reset Profiles', { properties: { isDestructive: true } }),
+            group(), row(13, 'Report Problem', { properties: { iconImage: 'email' } }), row(4, 'Version', { value: '1.0' }),
+        ];
+        return { class: 'SampleMiscController', title, bar: () => bar({ titleView: null, right: [] }), rows: () => rows, links: [{ title: 'Event Status', class: 'SampleStatusController' }] };
+    }
+
+    editor(title, isNew) {
+        const hours = row(1, 'Active Hours', {
+            text: null, height: 64, cellClass: 'SampleRangeCell',
+            labels: [
+                { tag: 21, text: 'From', frame: [16, 10, 150, 20] }, { tag: 22, text: '9:00 AM', frame: [255, 10, 100, 20] },
+                { tag: 23, text: 'To', frame: [16, 34, 150, 20] }, { tag: 24, text: '5:00 PM', frame: [255, 34, 100, 20] },
+            ],
+        });
+        const rows = [
+            group(), row(8, 'Title', { identifier: 'title', value: title, set: 'set:', properties: { placeholder: 'Required', autoCaps: 'words', noAutoCorrect: false } }),
+            group(), toggle('Enable', true),
+            group('Schedule', 'This profile will be active based on these settings.'), toggle('All Day', false), hours,
+            group('Ringer Volume & Vibrate'), slider('Playback Volume', 0.25), slider('Ringer Volume', 0.5), toggle('Vibrate', false),
+            group('Alerts', 'Turn on to get notified before and after.'), row(1, 'Alert Tone', { detailText: 'Calendar Alert', detailTextColour: '#aaaaaaff' }),
+            toggle('Show on StatusBar', true, { properties: { iconImage: 'StatusBar' } }),
+            group('Calendars', 'Select calendars.\n\nWithout any, all events count.'),
+            row(1, 'Home', { accessory: 3, cellClass: 'SampleCalendarCell', tint: '#555555ff', properties: { iconImage: { swatch: '#ff9500ff' } } }),
+            row(1, 'Team and everything else with a very long name that wraps', { accessory: 0, cellClass: 'SampleCalendarCell', properties: { iconImage: { swatch: '#34c759ff' } } }),
+        ];
+        return {
+            class: 'SampleEditorController', title, rows: () => rows,
+            bar: () => bar({
+                titleView: null, right: isNew ? [{ title: null, image: null, system: 3, style: 2, action: 'save:' }] : [],
+                left: isNew ? [{ title: null, image: null, system: 1, style: 0, action: 'cancel:' }] : [],
+            }),
+        };
+    }
+
+    long(count) {
+        const rows = [group('Ten thousand', 'The end of the list.')];
+        for (let number = 1; number < count; number += 1) rows.push(row(1, `Row ${number}`));
+        return { class: 'SampleLongController', title: 'Long List', bar: () => plainBar(), rows: () => rows };
+    }
+
+    empty() { return { class: 'SampleEmptyController', title: 'Empty', bar: () => plainBar(), rows: () => [] }; }
+
+    pane() {
+        return {
+            class: 'SampleHoursController', title: 'Active Hours', bar: () => plainBar(), rows: () => [],
+            pane: { rows: ['From 9:00 AM', 'To 5:00 PM'], selected: 0, tag: 5412, time: '9:00 AM' },
+        };
+    }
+
+    tones() {
+        return {
+            class: 'SampleToneController', title: 'Tones', bar: () => plainBar(), rows: () => [],
+            tones: { selected: 'texttone:Chord', noneAtTop: true, list: [{ identifier: 'texttone:Chord', name: 'Chord' }, { identifier: 'texttone:Bell', name: 'Bell' }] },
+        };
+    }
+
+    /** Puts other screens in place of the stack, as the start of a scene. */
+    show(...screens) { this.levels = [screens]; this.presented = null; this.changed(); }
+    push(screen) { this.screens.push(screen); this.changed(); }
+
+    changed() { this.revision += 1; }
+
+    state(window = {}) {
+        const { screen, screens } = this;
+        const rows = (screen.laidOut?.revision === this.revision ? screen.laidOut : (screen.laidOut = { revision: this.revision, rows: layOut(screen.rows()) })).rows;
+        const from = window.from ?? 0;
+        const count = window.count ?? rows.length;
+        const beneath = screens.at(-2);
+        const fullBar = screen.bar();
+        if (beneath) fullBar.back = { title: beneath.title, image: null };
+        return {
+            protocol: 1, revision: this.revision, events: [], device: this.device, presented: this.presented,
+            screen: {
+                class: screen.class, title: screen.title, specifier: null, links: screen.links ?? [], stack: screens.map((entry) => entry.class), modals: this.levels.length - 1,
+                bar: fullBar, editing: this.editing, count: rows.length, rows: rows.slice(from, from + count), pane: screen.pane ?? null, tones: screen.tones ?? null,
+            },
+        };
+    }
+
+    /** Does what a command says; true when it could be done. */
+    perform(command) {
+        this.commands.push(command);
+        if (this.refuse.has(command.do)) return false;
+        const handler = this[`do_${command.do}`];
+        if (!handler) return false;
+        const done = handler.call(this, command);
+        if (done && command.do !== 'state') this.changed();
+        return done;
+    }
+
+    do_state() { return true; }
+    do_dark({ on }) { this.device = { ...this.device, darkMode: on }; return true; }
+    do_link() { this.screens.push(this.plain('Event Status')); return true; }
+    do_pickTime({ time }) { this.screen.pane = { ...this.screen.pane, time }; return true; }
+    do_pickTimeRow({ row: selected }) { this.screen.pane = { ...this.screen.pane, selected }; return true; }
+    do_pickTone({ identifier }) { this.screen.tones = { ...this.screen.tones, selected: identifier }; return true; }
+
+    do_back() {
+        if (this.screens.length < 2) return false;
+        this.screens.pop();
+        return true;
+    }
+
+    do_tap({ row: index }) {
+        const tapped = this.screen.rows()[index];
+        if (!tapped) return false;
+        if (tapped.editingStyle === 1) this.screens.push(this.editor(tapped.name, false));
+        else if (tapped.identifier === 'misc') this.screens.push(this.plain());
+        else if (tapped.cellClass === 'SampleCalendarCell') tapped.accessory = tapped.accessory === 3 ? 0 : 3;
+        else if (tapped.name === 'Reset Profiles') this.presented = { kind: 'confirmation', title: null, message: 'Reset all profiles?', actions: [{ title: 'OK', style: 'destructive' }, { title: 'Cancel', style: 'cancel' }] };
+        else if (tapped.name === 'Report Problem') this.presented = { kind: 'mail', subject: 'Problem', to: ['help@example.org'], body: '<p>Hello</p><p>It <b>rings</b>.</p><script>document.title="bad"</script>', html: true, attachments: [{ name: 'sample.log', type: 'text/plain', bytes: 2048 }] };
+        else return false;
+        return true;
+    }
+
+    do_set({ row: index, value }) {
+        const target = this.screen.rows()[index];
+        if (!target?.set) return false;
+        target.value = value;
+        if (target.identifier === 'enabled') {
+            this.enabled = value;
+            // The screen rebuilds its rows: equal ones, under new keys.
+            this.fixed.toggle = toggle('Enabled', value, { identifier: 'enabled' });
+            this.levels[0][0] = this.root();
+        }
+        return true;
+    }
+
+    do_delete({ row: index }) {
+        const target = this.screen.rows()[index];
+        if (target?.editingStyle !== 1) return false;
+        this.deleting = target;
+        this.presented = {
+            kind: 'sheet', title: null, message: `Are you sure you want to delete the profile '${target.name}'?`,
+            actions: [{ title: 'Delete', style: 'destructive' }, { title: 'Cancel', style: 'cancel' }],
+        };
+        return true;
+    }
+
+    do_bar({ side, item }) {
+        const pressed = this.screen.bar()[side][item];
+        if (!pressed) return false;
+        if (pressed.action === 'add:') this.levels.push([this.editor('New Profile', true)]);
+        else if (pressed.action === 'cancel:') this.levels.pop();
+        else if (pressed.action === 'save:') this.alert('Error', 'The profile could not be saved.');
+        else if (pressed.action === 'share:') {
+            this.presented = { kind: 'sheet', title: null, message: null, actions: [{ title: 'Share 😘', style: 'default' }, { title: 'Follow @sample', style: 'default' }, { title: 'Cancel', style: 'cancel' }] };
+        }
+        return true;
+    }
+
+    do_choose({ action }) {
+        if (!this.presented?.actions?.some((each) => each.title === action)) return false;
+        this.presented = null;
+        if (action === 'Delete') {
+            this.active = this.active.filter((each) => each !== this.deleting);
+            this.inactive = this.inactive.filter((each) => each !== this.deleting);
+        }
+        if (action === 'Cancel') this.editing = false;
+        if (action.startsWith('Share')) this.presented = { kind: 'social', service: 'SLServiceTypeTwitter', text: "I'm enjoying #Sample, which keeps my phone quiet by reading my calendar." };
+        return true;
+    }
+
+    do_compose() {
+        if (this.presented?.kind !== 'mail' && this.presented?.kind !== 'social') return false;
+        this.presented = null;
+        return true;
+    }
+
+    alert(title, message) {
+        this.presented = { kind: 'alert', title, message, actions: [{ title: 'Close', style: 'cancel' }] };
+        this.changed();
+    }
+
+    activity(title) {
+        this.presented = { kind: 'activity', title, message: null, actions: [] };
+        this.changed();
+    }
+}

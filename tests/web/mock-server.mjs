@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+// Serves the built page over loopback with a made-up application behind it.
+// For looking at the page by hand: node mock-server.mjs DIST [PORT]
+import { readFile } from 'node:fs/promises';
+import { createServer } from 'node:http';
+import { extname, join, normalize } from 'node:path';
+import { fileURLToPath } from 'node:url';
+import { MockPhone } from './mock-phone.mjs';
+import { requireModule } from './modules.mjs';
+
+const { WebSocketServer } = requireModule('ws');
+
+const types = { '.html': 'text/html; charset=utf-8', '.js': 'text/javascript; charset=utf-8', '.css': 'text/css; charset=utf-8', '.woff2': 'font/woff2', '.svg': 'image/svg+xml' };
+const policy = "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; font-src 'self'; connect-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
+
+const picture = (width, height, body) => `<svg xmlns="http://www.w3.org/2000/svg" width="${width}" height="${height}" viewBox="0 0 ${width} ${height}">${body}</svg>`;
+const glyph = (body) => picture(48, 48, `<g fill="none" stroke="#000" stroke-width="4" stroke-linecap="round" stroke-linejoin="round">${body}</g>`);
+const tile = (colour, body) => picture(58, 58, `<rect width="58" height="58" fill="${colour}"/><g fill="none" stroke="#fff" stroke-width="4" stroke-linecap="round">${body}</g>`);
+
+export const images = {
+    nav: picture(24, 24, '<rect width="24" height="24" fill="#3a6ea5"/><path d="M-6 6L6-6M-6 30L30-6M18 30L30 18" stroke="#d5e6ff" stroke-width="6"/>'),
+    Logo: picture(240, 56, '<text x="120" y="42" font-family="sans-serif" font-weight="700" font-size="42" text-anchor="middle" fill="#fff">Sample</text>'),
+    twitter: glyph('<path d="M6 36c14 8 32 0 32-20l4-6-6 1c-4-5-12-2-12 5-8 0-13-4-17-8-3 7 0 11 4 14l-4-1c1 5 4 7 8 8l-4 1c2 4 4 5 8 5-4 2-8 2-13 1z"/>'),
+    Misc: tile('#7a7a80', '<path d="M16 20h26M16 29h26M16 38h26"/>'),
+    StatusBar: tile('#3a6ea5', '<path d="M14 20h30v18H14z"/>'),
+    email: tile('#2b7de9', '<path d="M14 20h30v18H14zl15 12 15-12"/>'),
+    'SpeakerMute@2x': glyph('<path d="M10 19v10h7l9 8V11l-9 8z"/>'),
+    'SpeakerMax@2x': glyph('<path d="M6 19v10h7l9 8V11l-9 8zM29 18q5 6 0 12M35 13q9 11 0 22"/>'),
+};
+
+/** Starts the server; url is where the page is, push() sends the state to every page, dropAll() closes every socket. */
+export async function startMockServer({ dist, port = 0, phone = new MockPhone() }) {
+    const server = createServer(async (request, response) => {
+        const { pathname } = new URL(request.url, 'http://localhost');
+        response.setHeader('Content-Security-Policy', policy);
+        response.setHeader('X-Content-Type-Options', 'nosniff');
+        if (pathname.startsWith('/image/')) {
+            const image = images[decodeURIComponent(pathname.slice('/image/'.length))];
+            response.writeHead(image ? 200 : 404, { 'Content-Type': 'image/svg+xml' });
+            response.end(image ?? '');
+            return;
+        }
+        const path = normalize(join(dist, pathname === '/' ? 'index.html' : pathname));
+        try {
+            if (!path.startsWith(normalize(dist))) throw new Error('outside');
+            const body = await readFile(path);
+            response.writeHead(200, { 'Content-Type': types[extname(path)] ?? 'application/octet-stream' });
+            response.end(body);
+        } catch {
+            response.writeHead(404).end();
+        }
+    });
+    const sockets = new WebSocketServer({ server, path: '/ws' });
+    const windows = new Map();
+    sockets.on('connection', (socket) => {
+        windows.set(socket, {});
+        socket.on('close', () => windows.delete(socket));
+        socket.on('message', (data) => {
+            const command = JSON.parse(String(data));
+            if (command.from !== undefined) windows.set(socket, { from: command.from, count: command.count });
+            const ok = phone.perform(command);
+            const answer = { ok, id: command.id, state: phone.state(windows.get(socket)) };
+            if (!ok) answer.error = `cannot do ${command.do}`;
+            if (api.hold) api.held.push(() => socket.send(JSON.stringify(answer)));
+            else socket.send(JSON.stringify(answer));
+        });
+    });
+    await new Promise((resolve, reject) => server.once('error', reject).listen(port, '127.0.0.1', resolve));
+    const api = {
+        phone,
+        url: `http://127.0.0.1:${server.address().port}/`,
+        /** While set, answers wait in `held`. */
+        hold: false,
+        held: [],
+        push() { for (const [socket, window] of windows) socket.send(JSON.stringify({ state: phone.state(window) })); },
+        raw(text) { for (const socket of windows.keys()) socket.send(text); },
+        dropAll() { for (const socket of windows.keys()) socket.terminate(); },
+        async close() {
+            for (const socket of sockets.clients) socket.terminate();
+            sockets.close();
+            server.closeAllConnections();
+            await new Promise((resolve) => server.close(resolve));
+        },
+    };
+    return api;
+}
+
+if (process.argv[1] === fileURLToPath(import.meta.url)) {
+    const [dist, port] = process.argv.slice(2);
+    if (!dist) {
+        console.error('mock-server.mjs: usage: node mock-server.mjs DIST [PORT]');
+        process.exit(2);
+    }
+    const { url } = await startMockServer({ dist, port: Number(port ?? 0) });
+    console.log(url);
+}
