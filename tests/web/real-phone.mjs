@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+// A real Settings application for browser tests, on a root of its own: started, asked for its address, and ended by its
+// process id. QUIETRIX_PROGRAM names the program.
+import { spawn, spawnSync } from 'node:child_process';
+import { mkdtemp, readFile, rename, rm, writeFile } from 'node:fs/promises';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+import { createInterface } from 'node:readline';
+
+const program = process.env.QUIETRIX_PROGRAM;
+const preferences = 'var/mobile/Library/Preferences';
+
+/** Property lists are written as XML text here; the application reads both forms. */
+function xml(value) {
+    if (typeof value === 'boolean') return value ? '<true/>' : '<false/>';
+    if (typeof value === 'number') return `<integer>${value}</integer>`;
+    if (typeof value === 'string') return `<string>${value.replace(/&/g, '&amp;').replace(/</g, '&lt;')}</string>`;
+    if (Array.isArray(value)) return `<array>${value.map(xml).join('')}</array>`;
+    return `<dict>${Object.entries(value).map(([key, entry]) => `<key>${key}</key>${xml(entry)}`).join('')}</dict>`;
+}
+
+export const profile = (title, values = {}) => ({ identifier: `ID-${title}`, title, enabled: true, ...values });
+
+/** Starts the application; `device` are its device settings, `profiles` and `enabled` what its files hold. */
+export async function startPhone({ device = {}, profiles = [], enabled = true } = {}) {
+    const directory = await mkdtemp(join(tmpdir(), 'quietrix-phone-'));
+    const root = join(directory, 'phone');
+    const path = (name) => join(root, preferences, name);
+    const write = async (name, value) => {
+        await writeFile(`${path(name)}.new`, `<plist version="1.0">${xml(value)}</plist>`);
+        await rename(`${path(name)}.new`, path(name));
+    };
+    const options = ['--root', root, ...Object.entries(device).flatMap(([key, value]) => ['--device', `${key}=${value}`])];
+    // A first start fills the root.
+    const filled = spawnSync(program, ['drive', ...options], { input: '', encoding: 'utf8' });
+    if (filled.status !== 0) throw new Error(`the root was not filled: ${filled.stderr}`);
+    const phone = {
+        writeProfiles: (list) => write('com.velmora.quietrix.profiles.plist', { format: 1, profiles: list }),
+        /** Posts a Darwin notification from another process. */
+        post: (name) => spawnSync(program, ['drive', ...options], { input: `${JSON.stringify({ do: 'post', name })}\n`, encoding: 'utf8' }),
+        /** The settings file, by way of another process that shows the switch. */
+        switchIsOn() {
+            const answer = spawnSync(program, ['drive', ...options], { input: '{"do":"state"}\n', encoding: 'utf8' });
+            return JSON.parse(answer.stdout).state.screen.rows[1].value;
+        },
+        readProfiles: () => readFile(path('com.velmora.quietrix.profiles.plist')),
+    };
+    await phone.writeProfiles(profiles);
+    await write('com.velmora.quietrix.plist', { 'com.velmora.quietrix.enabled': enabled });
+
+    const child = spawn(program, ['serve', ...options], { stdio: ['ignore', 'pipe', 'pipe'] });
+    let errors = '';
+    child.stderr.on('data', (data) => { errors += data; });
+    const ended = new Promise((resolve) => child.on('exit', resolve));
+    phone.url = await new Promise((resolve, reject) => {
+        createInterface({ input: child.stdout }).on('line', (line) => {
+            const address = /http:\/\/\S+/.exec(line);
+            if (address) resolve(address[0]);
+        });
+        child.on('error', reject);
+        child.on('exit', (status) => reject(new Error(`the application ended with ${status}: ${errors}`)));
+    });
+    phone.close = async () => {
+        child.kill('SIGTERM');
+        const status = await ended;
+        await rm(directory, { recursive: true, force: true });
+        if (status !== 0) throw new Error(`the application ended with ${status}: ${errors}`);
+    };
+    return phone;
+}
