@@ -5,9 +5,12 @@ namespace velmora {
 
 PLATFORM_REGISTER_CELL_CLASS(VMControlTableCell)
 
-std::shared_ptr<platform::UIColor> VMControlTableCell::switchCellOnTintColor() { return nullptr; }
+std::shared_ptr<platform::UIColor> VMControlTableCell::switchCellOnTintColor() {
+    return nullptr;
+}
 
-void VMControlTableCell::refreshCellContentsWithSpecifier(const std::shared_ptr<platform::PSSpecifier>& specifier) {
+void VMControlTableCell::refreshCellContentsWithSpecifier(
+    const std::shared_ptr<platform::PSSpecifier>& specifier) {
     PSSwitchTableCell::refreshCellContentsWithSpecifier(specifier);
     colourSwitch();
 }

@@ -5,8 +5,8 @@
 
 namespace velmora {
 
-/// A row with an on/off switch whose colour when on is a subclass's to say. The colour is asked for whenever the
-/// cell takes its row's contents or is laid out, so it follows dark mode with the next look at the row.
+/// A row with an on/off switch whose colour when on is a subclass's to say. The colour is asked for whenever
+/// the cell takes its row's contents or is laid out, so it follows dark mode with the next look at the row.
 class VMControlTableCell : public platform::PSSwitchTableCell {
     PLATFORM_CLASS(VMControlTableCell, platform::PSSwitchTableCell)
 

@@ -16,7 +16,9 @@ constexpr double titleHeight = 40;
 constexpr double subtitleLineHeight = 22;
 constexpr double narrowWidth = 320;
 
-bool isNarrow(double width) { return width < narrowWidth; }
+bool isNarrow(double width) {
+    return width < narrowWidth;
+}
 
 std::optional<std::string> textOf(const platform::PSSpecifier& specifier, std::string_view key) {
     const platform::Value value = specifier.propertyForKey(key);
@@ -39,7 +41,8 @@ double VMPackageHeaderCell::preferredHeightForWidth(double width) const {
     return defaultCellHeight() + (isNarrow(width) ? subtitleLineHeight : 0);
 }
 
-void VMPackageHeaderCell::refreshCellContentsWithSpecifier(const std::shared_ptr<platform::PSSpecifier>& specifier) {
+void VMPackageHeaderCell::refreshCellContentsWithSpecifier(
+    const std::shared_ptr<platform::PSSpecifier>& specifier) {
     PSTableCell::refreshCellContentsWithSpecifier(specifier);
     if (!specifier) return;
     textLabel()->setText(textOf(*specifier, "title"));

@@ -5,8 +5,8 @@
 
 namespace velmora {
 
-/// The header of a product's first screen: the property "title" large, "subTitle" beneath it. Its height depends on
-/// the width it gets.
+/// The header of a product's first screen: the property "title" large, "subTitle" beneath it. Its height
+/// depends on the width it gets.
 class VMPackageHeaderCell : public platform::PSTableCell {
     PLATFORM_CLASS(VMPackageHeaderCell, platform::PSTableCell)
 

@@ -104,14 +104,18 @@ void DarwinNotificationCenter::deliverNext() {
     }
     Journal::shared().record("darwinReceived", {{"name", name}});
     for (const Registration& registration : present) {
-        if (registration.name == name) registration.callback(*this, registration.observer, name, nullptr, Value());
+        if (registration.name == name)
+            registration.callback(*this, registration.observer, name, nullptr, Value());
     }
 }
 
-DarwinNotificationCenter& CFNotificationCenterGetDarwinNotifyCenter() { return DarwinNotificationCenter::shared(); }
+DarwinNotificationCenter& CFNotificationCenterGetDarwinNotifyCenter() {
+    return DarwinNotificationCenter::shared();
+}
 
-void CFNotificationCenterAddObserver(DarwinNotificationCenter& center, void* observer, CFNotificationCallback callback,
-                                     std::string_view name, const void* /*object*/,
+void CFNotificationCenterAddObserver(DarwinNotificationCenter& center, void* observer,
+                                     CFNotificationCallback callback, std::string_view name,
+                                     const void* /*object*/,
                                      CFNotificationSuspensionBehavior suspensionBehavior) {
     center.addObserver({observer, callback, std::string(name), suspensionBehavior});
 }

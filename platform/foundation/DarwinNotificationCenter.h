@@ -17,10 +17,10 @@ namespace platform {
 
 class DarwinNotificationCenter;
 
-/// The platform's notification callback: centre, observer, name, object, user information. Darwin notifications
-/// carry a name only, so the last two are null and nil.
-using CFNotificationCallback = void (*)(DarwinNotificationCenter& center, void* observer, const std::string& name,
-                                        const void* object, const Value& userInfo);
+/// The platform's notification callback: centre, observer, name, object, user information. Darwin
+/// notifications carry a name only, so the last two are null and nil.
+using CFNotificationCallback = void (*)(DarwinNotificationCenter& center, void* observer,
+                                        const std::string& name, const void* object, const Value& userInfo);
 
 /// What becomes of notifications while the observer's process is suspended.
 enum class CFNotificationSuspensionBehavior : std::int64_t {
@@ -44,8 +44,9 @@ class DarwinNotificationCenter {
 
     static DarwinNotificationCenter& shared();
 
-    /// Connects the centre to the installed device's transport; registrations may come before or after. Without
-    /// a transport, postings reach this process only. When it is connected already, a success. Main thread.
+    /// Connects the centre to the installed device's transport; registrations may come before or after.
+    /// Without a transport, postings reach this process only. When it is connected already, a success. Main
+    /// thread.
     Result<void> connect();
     /// Forgets the registrations, the transport and what was not delivered yet. For tests, between cases.
     /// Main thread.
@@ -53,7 +54,8 @@ class DarwinNotificationCenter {
 
     /// Any thread. A registration is never removed.
     void addObserver(Registration registration);
-    /// Any thread; never calls a callback itself. Equal names that wait for the main thread are delivered as one.
+    /// Any thread; never calls a callback itself. Equal names that wait for the main thread are delivered as
+    /// one.
     void post(const std::string& name);
     /// In the order of registration.
     std::vector<Registration> registrations() const;
@@ -75,10 +77,10 @@ class DarwinNotificationCenter {
 
 /// The phone's own spellings of the above.
 DarwinNotificationCenter& CFNotificationCenterGetDarwinNotifyCenter();
-void CFNotificationCenterAddObserver(DarwinNotificationCenter& center, void* observer, CFNotificationCallback callback,
-                                     std::string_view name, const void* object,
-                                     CFNotificationSuspensionBehavior suspensionBehavior);
-void CFNotificationCenterPostNotification(DarwinNotificationCenter& center, std::string_view name, const void* object,
-                                          const Value& userInfo, bool deliverImmediately);
+void CFNotificationCenterAddObserver(DarwinNotificationCenter& center, void* observer,
+                                     CFNotificationCallback callback, std::string_view name,
+                                     const void* object, CFNotificationSuspensionBehavior suspensionBehavior);
+void CFNotificationCenterPostNotification(DarwinNotificationCenter& center, std::string_view name,
+                                          const void* object, const Value& userInfo, bool deliverImmediately);
 
 }  // namespace platform

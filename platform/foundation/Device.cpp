@@ -16,7 +16,9 @@ Device& installedDevice() {
 
 }  // namespace
 
-const Device& Device::current() { return installedDevice(); }
+const Device& Device::current() {
+    return installedDevice();
+}
 
 void Device::install(Device device) {
     // The old services go only after the new ones are in place: their destructors may log or post.

@@ -14,8 +14,9 @@
 namespace platform {
 
 /// Everything that the phone's frameworks need of the machine they run on. The program installs one before it
-/// opens a screen; tests install their own. A member that a program has no use for may be empty: the frameworks
-/// then answer as on a phone without it (no file, no library, nothing opened, the system's own time).
+/// opens a screen; tests install their own. A member that a program has no use for may be empty: the
+/// frameworks then answer as on a phone without it (no file, no library, nothing opened, the system's own
+/// time).
 struct Device {
     std::shared_ptr<FileSystem> files;
     std::shared_ptr<Clock> clock;
@@ -25,9 +26,9 @@ struct Device {
     std::shared_ptr<DynamicLibraries> libraries;
     std::shared_ptr<LogSink> log;
 
-    /// The installed device. Installing happens on the main thread while nothing else runs. The installed one is
-    /// not destroyed when the process ends: a program installs an empty one last, so that services that leave
-    /// traces (a socket in a directory) remove them.
+    /// The installed device. Installing happens on the main thread while nothing else runs. The installed one
+    /// is not destroyed when the process ends: a program installs an empty one last, so that services that
+    /// leave traces (a socket in a directory) remove them.
     static const Device& current();
     static void install(Device device);
 };

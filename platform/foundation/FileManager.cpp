@@ -8,7 +8,9 @@ namespace platform {
 
 namespace {
 
-std::shared_ptr<FileSystem> fileSystem() { return Device::current().files; }
+std::shared_ptr<FileSystem> fileSystem() {
+    return Device::current().files;
+}
 
 std::unexpected<Error> noFileSystem(std::string_view path, std::string_view action) {
     return failure("The file \"" + std::string(path) + "\" could not be " + std::string(action) +

@@ -16,9 +16,13 @@ namespace platform {
 namespace {
 
 /// A task that throws has no caller who could handle it.
-void runTask(RunLoop::Task task) noexcept { task(); }
+void runTask(RunLoop::Task task) noexcept {
+    task();
+}
 
-std::size_t threadLimit() { return std::clamp<std::size_t>(std::thread::hardware_concurrency(), 2, 4); }
+std::size_t threadLimit() {
+    return std::clamp<std::size_t>(std::thread::hardware_concurrency(), 2, 4);
+}
 
 }  // namespace
 
@@ -75,7 +79,8 @@ void GlobalQueue::async(RunLoop::Task task) {
     RunLoop::main().beginActivity();
     const std::lock_guard lock(state_->mutex);
     state_->tasks.push_back(std::move(task));
-    if (state_->threads < std::min(threadLimit(), state_->running + state_->tasks.size())) state_->startThread();
+    if (state_->threads < std::min(threadLimit(), state_->running + state_->tasks.size()))
+        state_->startThread();
     state_->ready.notify_one();
 }
 

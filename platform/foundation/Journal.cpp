@@ -30,7 +30,9 @@ void Journal::stop() {
     events_.clear();
 }
 
-void Journal::record(std::string event, Dictionary fields) { begin(std::move(event), std::move(fields)); }
+void Journal::record(std::string event, Dictionary fields) {
+    begin(std::move(event), std::move(fields));
+}
 
 Journal::Ticket Journal::begin(std::string event, Dictionary fields) {
     const std::lock_guard lock(mutex_);

@@ -33,8 +33,8 @@ NotificationCenter& NotificationCenter::defaultCenter() {
     return center;
 }
 
-void NotificationCenter::addObserver_selector_name_object(const std::shared_ptr<Object>& observer, Action selector,
-                                                          std::string_view name,
+void NotificationCenter::addObserver_selector_name_object(const std::shared_ptr<Object>& observer,
+                                                          Action selector, std::string_view name,
                                                           const std::shared_ptr<Object>& object) {
     if (!observer) return;
     auto registration = std::make_shared<Registration>();
@@ -45,8 +45,8 @@ void NotificationCenter::addObserver_selector_name_object(const std::shared_ptr<
     registration->everySender = object == nullptr;
     registration->object = object;
 
-    // What is taken out is destroyed after the lock is given back: a selector may own things whose destructors
-    // remove observers.
+    // What is taken out is destroyed after the lock is given back: a selector may own things whose
+    // destructors remove observers.
     std::vector<std::shared_ptr<Registration>> taken;
     const std::lock_guard lock(mutex_);
     std::erase_if(registrations_, [&](const std::shared_ptr<Registration>& known) {

@@ -21,8 +21,8 @@ struct Notification {
 
 /// The process's own notification centre. Posting calls the observers at once, on the posting thread, in the
 /// order of their registration. Observers are held weakly: nothing is delivered to a destroyed one. Observers
-/// may be added and removed during a delivery: one removed is not called any more, one added is called from the
-/// next posting on. Usable from any thread; each posting is written to the journal ("local").
+/// may be added and removed during a delivery: one removed is not called any more, one added is called from
+/// the next posting on. Usable from any thread; each posting is written to the journal ("local").
 class NotificationCenter {
   public:
     using Action = Method<void(const Notification&)>;

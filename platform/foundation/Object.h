@@ -37,26 +37,31 @@ class Object : public std::enable_shared_from_this<Object> {
 }  // namespace platform
 
 /// Inside a class's declaration: its place in the class registry.
-#define PLATFORM_CLASS(Type, Super)                                                       \
-  public:                                                                                 \
-    using Superclass = Super;                                                             \
-    static const ::platform::Class& staticClass();                                        \
-    const ::platform::Class& getClass() const override { return Type::staticClass(); }
+#define PLATFORM_CLASS(Type, Super)                      \
+  public:                                                \
+    using Superclass = Super;                            \
+    static const ::platform::Class& staticClass();       \
+    const ::platform::Class& getClass() const override { \
+        return Type::staticClass();                      \
+    }
 
 /// In the class's source, at namespace scope of its namespace: defines the class and registers it, so that it
 /// can be found and made by name. The class needs a default constructor.
-#define PLATFORM_REGISTER_CLASS(Type)                                                              \
-    const ::platform::Class& Type::staticClass() {                                                 \
-        static const ::platform::Class cls(#Type, &Superclass::staticClass(),                      \
-                                           [] { return std::shared_ptr<::platform::Object>(std::make_shared<Type>()); }); \
-        return cls;                                                                                \
-    }                                                                                              \
-    [[maybe_unused]] static const bool registered##Type = ::platform::ClassRegistry::shared().add(Type::staticClass());
+#define PLATFORM_REGISTER_CLASS(Type)                                              \
+    const ::platform::Class& Type::staticClass() {                                 \
+        static const ::platform::Class cls(#Type, &Superclass::staticClass(), [] { \
+            return std::shared_ptr<::platform::Object>(std::make_shared<Type>());  \
+        });                                                                        \
+        return cls;                                                                \
+    }                                                                              \
+    [[maybe_unused]] static const bool registered##Type =                          \
+        ::platform::ClassRegistry::shared().add(Type::staticClass());
 
 /// The same for a class that cannot be made by name (it has no default constructor).
-#define PLATFORM_REGISTER_ABSTRACT_CLASS(Type)                                                     \
-    const ::platform::Class& Type::staticClass() {                                                 \
-        static const ::platform::Class cls(#Type, &Superclass::staticClass(), nullptr);            \
-        return cls;                                                                                \
-    }                                                                                              \
-    [[maybe_unused]] static const bool registered##Type = ::platform::ClassRegistry::shared().add(Type::staticClass());
+#define PLATFORM_REGISTER_ABSTRACT_CLASS(Type)                                          \
+    const ::platform::Class& Type::staticClass() {                                      \
+        static const ::platform::Class cls(#Type, &Superclass::staticClass(), nullptr); \
+        return cls;                                                                     \
+    }                                                                                   \
+    [[maybe_unused]] static const bool registered##Type =                               \
+        ::platform::ClassRegistry::shared().add(Type::staticClass());

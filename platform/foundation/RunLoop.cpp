@@ -41,7 +41,9 @@ Wait sooner(Wait a, Wait b) {
 }
 
 /// A task that throws has no caller who could handle it.
-void runTask(const RunLoop::Task& task) noexcept { task(); }
+void runTask(const RunLoop::Task& task) noexcept {
+    task();
+}
 
 }  // namespace
 
@@ -76,7 +78,8 @@ struct RunLoop::State {
     std::vector<Watch> watches;
     std::vector<Check> checks;
     std::shared_ptr<const Task> beforeSleeping;
-    /// A turn is the tasks and due timers that were there when it began, so that neither can starve the other.
+    /// A turn is the tasks and due timers that were there when it began, so that neither can starve the
+    /// other.
     std::size_t tasksOfTurn = 0;
     TimerId timerLimitOfTurn = 0;
 
@@ -139,7 +142,8 @@ struct RunLoop::State {
             seconds = *wait;
         }
         constexpr double longestSeconds = 3600;
-        return milliseconds(static_cast<std::int64_t>(std::ceil(std::clamp(seconds, 0.0, longestSeconds) * 1000)));
+        return milliseconds(
+            static_cast<std::int64_t>(std::ceil(std::clamp(seconds, 0.0, longestSeconds) * 1000)));
     }
 
     bool anyPending() const {
@@ -151,7 +155,8 @@ struct RunLoop::State {
         return std::ranges::any_of(present, [](const Check& check) { return (*check.pending)(); });
     }
 
-    /// Sleeps until something was posted, a watched descriptor is ready, or the time is over; gives the ready ones.
+    /// Sleeps until something was posted, a watched descriptor is ready, or the time is over; gives the ready
+    /// ones.
     std::vector<Watch> wait(Wait atMost, std::vector<Watch> watched = {}) {
         std::vector<pollfd> descriptors{{wakePipe[0], POLLIN, 0}};
         for (const Watch& watch : watched) descriptors.push_back({watch.descriptor, POLLIN, 0});
@@ -172,7 +177,8 @@ struct RunLoop::State {
 
     bool isWatched(const Watch& watch) const {
         const std::lock_guard lock(mutex);
-        return std::ranges::any_of(watches, [&](const Watch& known) { return known.readable == watch.readable; });
+        return std::ranges::any_of(watches,
+                                   [&](const Watch& known) { return known.readable == watch.readable; });
     }
 
     bool takeStop() {
@@ -206,7 +212,9 @@ RunLoop& RunLoop::main() {
     return loop;
 }
 
-bool RunLoop::isCurrent() const { return std::this_thread::get_id() == state_->mainThread; }
+bool RunLoop::isCurrent() const {
+    return std::this_thread::get_id() == state_->mainThread;
+}
 
 void RunLoop::post(Task task) {
     if (!task) return;
@@ -332,7 +340,8 @@ void RunLoop::run() {
             // Held while it runs: it may set another.
             if (const auto task = state.beforeSleeping) runTask(*task);
         }
-        didSomething = state.serveDescriptors(nothingLeft ? state.untilNextTimer() : milliseconds(0)) || didSomething;
+        didSomething =
+            state.serveDescriptors(nothingLeft ? state.untilNextTimer() : milliseconds(0)) || didSomething;
     }
 }
 
@@ -346,7 +355,9 @@ void RunLoop::stop() {
     state_->changed();
 }
 
-std::optional<Date> RunLoop::nextTimer() const { return state_->firstInstant(); }
+std::optional<Date> RunLoop::nextTimer() const {
+    return state_->firstInstant();
+}
 
 void RunLoop::reset() {
     // Destroyed after the lock is given back: what these own may come back to the loop.

@@ -11,8 +11,8 @@
 
 namespace platform {
 
-/// The main run loop: tasks for the main queue, delayed calls on the phone's clock, and file descriptors. There
-/// is one; the thread that first asks for it is the main thread, and only that thread may run it.
+/// The main run loop: tasks for the main queue, delayed calls on the phone's clock, and file descriptors.
+/// There is one; the thread that first asks for it is the main thread, and only that thread may run it.
 class RunLoop {
   public:
     using Task = std::function<void()>;
@@ -31,17 +31,18 @@ class RunLoop {
     TimerId performAfterDelay(double seconds, Task task);
     /// A timer that has fired or is unknown is ignored. Any thread.
     void cancel(TimerId timer);
-    /// Calls the handler on the main thread as long as the descriptor is readable (or hung up). The descriptor
-    /// stays the caller's, who unwatches it before closing it. A second watch of a descriptor replaces the first.
-    /// The handler may drain() the loop. Main thread.
+    /// Calls the handler on the main thread as long as the descriptor is readable (or hung up). The
+    /// descriptor stays the caller's, who unwatches it before closing it. A second watch of a descriptor
+    /// replaces the first. The handler may drain() the loop. Main thread.
     void watch(int descriptor, Task readable);
     void unwatch(int descriptor);
 
     /// Work that goes on elsewhere and will come back to the main thread: drain() waits for it. Any thread.
     void beginActivity();
     void endActivity();
-    /// A question drain() asks before it believes that nothing is left: true while something is on its way that
-    /// will be posted by itself. Called on the main thread; kept for the life of the process unless removed.
+    /// A question drain() asks before it believes that nothing is left: true while something is on its way
+    /// that will be posted by itself. Called on the main thread; kept for the life of the process unless
+    /// removed.
     std::uint64_t addPendingCheck(std::function<bool()> pending);
     void removePendingCheck(std::uint64_t id);
 
@@ -54,10 +55,11 @@ class RunLoop {
     bool runUntil(const std::function<bool()>& until, std::chrono::milliseconds atMost);
     /// Runs, serving descriptors too, until stop(). Main thread.
     void run();
-    /// Called each time run() has done something, a descriptor's handler included, and is about to sleep; replaces
-    /// the one before, and an empty one is nobody's. It may drain() the loop. Main thread.
+    /// Called each time run() has done something, a descriptor's handler included, and is about to sleep;
+    /// replaces the one before, and an empty one is nobody's. It may drain() the loop. Main thread.
     void setBeforeSleeping(Task task);
-    /// Ends run(): the present one, or when none runs, the next one at once. Any thread, also from a signal-safe context through a watched descriptor.
+    /// Ends run(): the present one, or when none runs, the next one at once. Any thread, also from a
+    /// signal-safe context through a watched descriptor.
     void stop();
     /// The instant of the earliest delayed call, if there is one.
     std::optional<Date> nextTimer() const;
@@ -73,8 +75,8 @@ class RunLoop {
     std::unique_ptr<State> state_;
 };
 
-/// The global queue of default priority: runs tasks on background threads, in no promised order. The main loop's
-/// drain() waits for them.
+/// The global queue of default priority: runs tasks on background threads, in no promised order. The main
+/// loop's drain() waits for them.
 class GlobalQueue {
   public:
     static GlobalQueue& shared();
@@ -93,6 +95,8 @@ class GlobalQueue {
 };
 
 /// The main queue: `dispatchMain(task)` runs the task on the main thread later, never at once.
-inline void dispatchMain(RunLoop::Task task) { RunLoop::main().post(std::move(task)); }
+inline void dispatchMain(RunLoop::Task task) {
+    RunLoop::main().post(std::move(task));
+}
 
 }  // namespace platform

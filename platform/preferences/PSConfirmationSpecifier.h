@@ -5,15 +5,15 @@
 
 namespace platform {
 
-/// A button row that asks before it acts: selecting it shows the prompt with the ok and the cancel button, and
-/// only the ok button sends the row's action.
+/// A button row that asks before it acts: selecting it shows the prompt with the ok and the cancel button,
+/// and only the ok button sends the row's action.
 class PSConfirmationSpecifier : public PSSpecifier {
     PLATFORM_CLASS(PSConfirmationSpecifier, PSSpecifier)
 
   public:
     static std::shared_ptr<PSConfirmationSpecifier> preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-        std::string_view name, const std::shared_ptr<Object>& target, Setter set, Getter get, std::string_view detail,
-        PSCellType cell, std::string_view edit);
+        std::string_view name, const std::shared_ptr<Object>& target, Setter set, Getter get,
+        std::string_view detail, PSCellType cell, std::string_view edit);
 
     const std::string& prompt() const { return prompt_; }
     void setPrompt(std::string prompt) { prompt_ = std::move(prompt); }

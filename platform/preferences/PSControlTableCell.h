@@ -6,7 +6,8 @@
 
 namespace platform {
 
-/// A cell with a control that shows the row's value and writes the user's moves back through the row's setter.
+/// A cell with a control that shows the row's value and writes the user's moves back through the row's
+/// setter.
 class PSControlTableCell : public PSTableCell {
     PLATFORM_CLASS(PSControlTableCell, PSTableCell)
 
@@ -22,8 +23,9 @@ class PSControlTableCell : public PSTableCell {
   protected:
     /// Why the control cannot be moved; empty when it can.
     Result<void> checkEnabled() const;
-    /// The user's move, once the control stands where it was moved to: writes what the control shows to the row, then
-    /// tells the control's own targets. The row's setter may drop this very cell: the caller keeps it alive.
+    /// The user's move, once the control stands where it was moved to: writes what the control shows to the
+    /// row, then tells the control's own targets. The row's setter may drop this very cell: the caller keeps
+    /// it alive.
     void writeBack();
 
   private:

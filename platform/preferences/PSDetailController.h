@@ -14,8 +14,8 @@ class PSDetailController : public PSViewController {
     const std::shared_ptr<PSEditingPane>& pane() const { return pane_; }
     /// Replaces the pane in the screen's view, which it fills. Null takes the pane away.
     void setPane(std::shared_ptr<PSEditingPane> pane);
-    /// Makes the pane; called whenever the screen appears. The base makes the row's edit-pane class, if it names one
-    /// and there is no pane yet; a class that is no pane is logged.
+    /// Makes the pane; called whenever the screen appears. The base makes the row's edit-pane class, if it
+    /// names one and there is no pane yet; a class that is no pane is logged.
     virtual void loadPane();
     void viewWillAppear(bool animated) override;
 

@@ -14,9 +14,9 @@ constexpr const char* editSelector = "editButtonAction:";
 }  // namespace
 
 std::shared_ptr<UIBarButtonItem> PSEditableListController::_editButtonBarItem() {
-    return std::make_shared<UIBarButtonItem>(isEditing() ? UIBarButtonSystemItemDone : UIBarButtonSystemItemEdit,
-                                             shared(this),
-                                             method(editSelector, &PSEditableListController::editButtonAction));
+    return std::make_shared<UIBarButtonItem>(
+        isEditing() ? UIBarButtonSystemItemDone : UIBarButtonSystemItemEdit, shared(this),
+        method(editSelector, &PSEditableListController::editButtonAction));
 }
 
 void PSEditableListController::editButtonAction(const std::shared_ptr<Object>& /*sender*/) {
@@ -50,7 +50,8 @@ void PSEditableListController::tableView_commitEditingStyle_forRowAtIndexPath(
 
 bool PSEditableListController::userDeletedRow(IndexPath path) {
     if (indexForRow_inGroup(path.row, path.section) < 0) return false;
-    if (tableView_editingStyleForRowAtIndexPath(table(), path) != UITableViewCellEditingStyleDelete) return false;
+    if (tableView_editingStyleForRowAtIndexPath(table(), path) != UITableViewCellEditingStyleDelete)
+        return false;
     setEditing(true);
     tableView_commitEditingStyle_forRowAtIndexPath(table(), UITableViewCellEditingStyleDelete, path);
     return true;

@@ -18,10 +18,10 @@ class PSEditableListController : public PSListController {
     /// Puts the edit button at the right when the right side is empty.
     void viewWillAppear(bool animated) override;
     /// Deleting removes the row, animated, and leaves editing mode; other styles do nothing.
-    void tableView_commitEditingStyle_forRowAtIndexPath(const std::shared_ptr<UITableView>& table, std::int64_t style,
-                                                        IndexPath path) override;
-    /// What the user's swipe over a row with the delete style does: editing mode begins, as it does on the phone for
-    /// a swipe too, and the delete button's press commits. False when the row cannot be deleted.
+    void tableView_commitEditingStyle_forRowAtIndexPath(const std::shared_ptr<UITableView>& table,
+                                                        std::int64_t style, IndexPath path) override;
+    /// What the user's swipe over a row with the delete style does: editing mode begins, as it does on the
+    /// phone for a swipe too, and the delete button's press commits. False when the row cannot be deleted.
     bool userDeletedRow(IndexPath path);
 
   private:

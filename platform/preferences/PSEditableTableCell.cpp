@@ -10,7 +10,9 @@ PLATFORM_REGISTER_CELL_CLASS(PSEditableTableCell)
 
 namespace {
 
-std::string shownText(const Value& value) { return value.isNil() ? std::string() : value.description(); }
+std::string shownText(const Value& value) {
+    return value.isNil() ? std::string() : value.description();
+}
 
 }  // namespace
 
@@ -51,7 +53,8 @@ Result<void> PSEditableTableCell::userMovedControl(const Value& value) {
     if (auto enabled = checkEnabled(); !enabled) return enabled;
     const std::string* text = value.string();
     const auto field = textField();
-    if (text == nullptr || !field) return failure("A text field takes a text, not " + value.description() + ".");
+    if (text == nullptr || !field)
+        return failure("A text field takes a text, not " + value.description() + ".");
     field->becomeFirstResponder();
     field->setText(*text);
     field->pressReturn();
@@ -74,7 +77,9 @@ void PSEditableTableCell::layoutSubviews() {
     control()->setFrame({left, 0, std::max(0.0, area.width - left - margin), area.height});
 }
 
-void PSEditableTableCell::textFieldDidBeginEditing(UITextField& field) { textAtBegin_ = field.text(); }
+void PSEditableTableCell::textFieldDidBeginEditing(UITextField& field) {
+    textAtBegin_ = field.text();
+}
 
 bool PSEditableTableCell::textFieldShouldReturn(UITextField& field) {
     field.resignFirstResponder();

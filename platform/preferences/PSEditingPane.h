@@ -8,7 +8,8 @@
 
 namespace platform {
 
-/// The content of a detail screen: a view that edits one row's value. Its delegate (the screen) is held weakly.
+/// The content of a detail screen: a view that edits one row's value. Its delegate (the screen) is held
+/// weakly.
 class PSEditingPane : public UIView {
     PLATFORM_CLASS(PSEditingPane, UIView)
 
@@ -16,7 +17,9 @@ class PSEditingPane : public UIView {
     using UIView::UIView;
 
     const std::shared_ptr<PSSpecifier>& preferenceSpecifier() const { return specifier_; }
-    virtual void setPreferenceSpecifier(std::shared_ptr<PSSpecifier> specifier) { specifier_ = std::move(specifier); }
+    virtual void setPreferenceSpecifier(std::shared_ptr<PSSpecifier> specifier) {
+        specifier_ = std::move(specifier);
+    }
     std::shared_ptr<Object> delegate() const { return delegate_.lock(); }
     void setDelegate(const std::shared_ptr<Object>& delegate) { delegate_ = delegate; }
 

@@ -13,7 +13,9 @@ PLATFORM_REGISTER_CLASS(PSListController)
 
 namespace {
 
-Value journalName(const PSSpecifier& specifier) { return specifier.name() ? Value(*specifier.name()) : Value(); }
+Value journalName(const PSSpecifier& specifier) {
+    return specifier.name() ? Value(*specifier.name()) : Value();
+}
 
 }  // namespace
 
@@ -59,7 +61,8 @@ std::int64_t PSListController::indexOfSpecifier(const std::shared_ptr<PSSpecifie
 
 const std::vector<PSListController::Section>& PSListController::sections() {
     const auto list = rows();
-    if (sectionsValid_ && sectionedList_.lock() == list && sectionedCount_ == list->size()) return sectionCache_;
+    if (sectionsValid_ && sectionedList_.lock() == list && sectionedCount_ == list->size())
+        return sectionCache_;
     sectionCache_.clear();
     const std::int64_t count = std::ssize(*list);
     for (std::int64_t index = 0; index < count; ++index) {
@@ -99,7 +102,9 @@ std::int64_t PSListController::sectionForIndex(std::int64_t index) {
     return section == nullptr ? -1 : section - sectionCache_.data();
 }
 
-std::int64_t PSListController::numberOfSections() { return std::ssize(sections()); }
+std::int64_t PSListController::numberOfSections() {
+    return std::ssize(sections());
+}
 
 std::int64_t PSListController::numberOfRowsInSection(std::int64_t section) {
     const auto& all = sections();
@@ -117,8 +122,8 @@ void PSListController::insertSpecifier_atIndex_animated(const std::shared_ptr<PS
     const std::int64_t place = std::clamp<std::int64_t>(index, 0, std::ssize(*list));
     if (place != index) {
         log(getClass().name() + ": there is no index " + std::to_string(index) + " among " +
-            std::to_string(list->size()) + " rows; the row \"" + specifier->name().value_or("") + "\" goes to " +
-            std::to_string(place) + ".");
+            std::to_string(list->size()) + " rows; the row \"" + specifier->name().value_or("") +
+            "\" goes to " + std::to_string(place) + ".");
     }
     Journal::shared().record("insert",
                              {{"index", place}, {"name", journalName(*specifier)}, {"animated", animated}});
@@ -134,7 +139,8 @@ void PSListController::removeSpecifierAtIndex_animated(std::int64_t index, bool 
         return;
     }
     const auto removed = (*list)[static_cast<std::size_t>(index)];
-    Journal::shared().record("remove", {{"index", index}, {"name", journalName(*removed)}, {"animated", animated}});
+    Journal::shared().record("remove",
+                             {{"index", index}, {"name", journalName(*removed)}, {"animated", animated}});
     list->erase(list->begin() + index);
     cells_.erase(removed->key());
     rowsChanged();

@@ -15,9 +15,9 @@ namespace platform {
 
 /// A screen made of an ordered list of rows. Group rows begin sections; rows ahead of the first group form a
 /// section of their own. A subclass overrides `specifiers` to build the rows once into `specifiers_`.
-/// Row methods of the table may be overridden. Cells are made only for rows that someone looks at, and live until
-/// their row is reloaded or removed. A subclass that changes the row list behind the screen's back, without another
-/// list or another count, calls reloadSpecifiers.
+/// Row methods of the table may be overridden. Cells are made only for rows that someone looks at, and live
+/// until their row is reloaded or removed. A subclass that changes the row list behind the screen's back,
+/// without another list or another count, calls reloadSpecifiers.
 class PSListController : public PSViewController {
     PLATFORM_CLASS(PSListController, PSViewController)
 
@@ -44,30 +44,36 @@ class PSListController : public PSViewController {
     std::int64_t numberOfSections();
     std::int64_t numberOfRowsInSection(std::int64_t section);
 
-    /// An index out of range (-1 included) clamps to the nearest end and is logged. Journals "insert" with the index
-    /// that it took. Null is logged and ignored.
-    void insertSpecifier_atIndex_animated(const std::shared_ptr<PSSpecifier>& specifier, std::int64_t index, bool animated);
+    /// An index out of range (-1 included) clamps to the nearest end and is logged. Journals "insert" with
+    /// the index that it took. Null is logged and ignored.
+    void insertSpecifier_atIndex_animated(const std::shared_ptr<PSSpecifier>& specifier, std::int64_t index,
+                                          bool animated);
     /// An index out of range does nothing and is logged. Journals "remove".
     void removeSpecifierAtIndex_animated(std::int64_t index, bool animated);
 
     const std::shared_ptr<UITableView>& table();
-    /// The row's cell: what the table shows. The first look makes it, each look refreshes and lays it out at the main
-    /// screen's width. Null out of range and for group rows without a header cell ("headerCellClass").
+    /// The row's cell: what the table shows. The first look makes it, each look refreshes and lays it out at
+    /// the main screen's width. Null out of range and for group rows without a header cell
+    /// ("headerCellClass").
     std::shared_ptr<PSTableCell> cellAtIndex(std::int64_t index);
 
-    /// Makes the cell of a row, or gives the living one. Overrides call the base first and dress what it gives. Null
-    /// when there is no such row.
-    virtual std::shared_ptr<PSTableCell> tableView_cellForRowAtIndexPath(const std::shared_ptr<UITableView>& table,
-                                                                         IndexPath path);
+    /// Makes the cell of a row, or gives the living one. Overrides call the base first and dress what it
+    /// gives. Null when there is no such row.
+    virtual std::shared_ptr<PSTableCell> tableView_cellForRowAtIndexPath(
+        const std::shared_ptr<UITableView>& table, IndexPath path);
     /// Opens a link row's screen (with the row as its specifier, and the row's name as title), asks for a
-    /// confirmation row, sends a button row's action; anything else, a link row without a screen too, does nothing.
+    /// confirmation row, sends a button row's action; anything else, a link row without a screen too, does
+    /// nothing.
     virtual void tableView_didSelectRowAtIndexPath(const std::shared_ptr<UITableView>& table, IndexPath path);
-    virtual std::int64_t tableView_editingStyleForRowAtIndexPath(const std::shared_ptr<UITableView>& table, IndexPath path);
+    virtual std::int64_t tableView_editingStyleForRowAtIndexPath(const std::shared_ptr<UITableView>& table,
+                                                                 IndexPath path);
     virtual void tableView_commitEditingStyle_forRowAtIndexPath(const std::shared_ptr<UITableView>& table,
                                                                 std::int64_t style, IndexPath path);
     /// The row's "height", else its cell class's default.
-    virtual double tableView_heightForRowAtIndexPath(const std::shared_ptr<UITableView>& table, IndexPath path);
-    virtual double tableView_estimatedHeightForRowAtIndexPath(const std::shared_ptr<UITableView>& table, IndexPath path);
+    virtual double tableView_heightForRowAtIndexPath(const std::shared_ptr<UITableView>& table,
+                                                     IndexPath path);
+    virtual double tableView_estimatedHeightForRowAtIndexPath(const std::shared_ptr<UITableView>& table,
+                                                              IndexPath path);
     /// Whether the user's tap on the row does anything: what the application offers as tappable.
     virtual bool rowCanBeSelected(IndexPath path);
 
@@ -98,15 +104,16 @@ class PSListController : public PSViewController {
     void rowsChanged() { sectionsValid_ = false; }
     std::shared_ptr<PSSpecifier> specifierAtIndexPath(IndexPath path);
     std::shared_ptr<PSTableCell> livingCell(const PSSpecifier& specifier) const;
-    std::shared_ptr<PSTableCell> makeCellAtIndex(const std::shared_ptr<PSSpecifier>& specifier, std::int64_t index);
+    std::shared_ptr<PSTableCell> makeCellAtIndex(const std::shared_ptr<PSSpecifier>& specifier,
+                                                 std::int64_t index);
     void openScreenOfRow(const std::shared_ptr<PSSpecifier>& specifier);
     void askForConfirmation(const std::shared_ptr<PSSpecifier>& specifier);
 
     std::shared_ptr<UITableView> table_;
     std::vector<Section> sectionCache_;
     bool sectionsValid_ = false;
-    /// Which list the sections are of. Weak rather than plain: a new list cannot take the address of one that is
-    /// still watched, so another list is never taken for it.
+    /// Which list the sections are of. Weak rather than plain: a new list cannot take the address of one that
+    /// is still watched, so another list is never taken for it.
     std::weak_ptr<SpecifierList> sectionedList_;
     std::size_t sectionedCount_ = 0;
     /// By the specifiers' keys, so that inserting and removing rows moves no cell.

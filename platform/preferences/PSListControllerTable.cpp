@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The table half of a list screen: its cells, and what the user's taps do. The row list is in PSListController.cpp.
+// The table half of a list screen: its cells, and what the user's taps do. The row list is in
+// PSListController.cpp.
 #include <cmath>
 #include <utility>
 
@@ -17,7 +18,8 @@ namespace {
 
 bool opensScreen(const PSSpecifier& specifier) {
     const PSCellType type = specifier.cellType();
-    return (type == PSCellType::Link || type == PSCellType::LinkList) && !specifier.detailControllerClass().empty();
+    return (type == PSCellType::Link || type == PSCellType::LinkList) &&
+           !specifier.detailControllerClass().empty();
 }
 
 bool sendsAction(const PSSpecifier& specifier) {
@@ -103,7 +105,8 @@ void PSListController::tableView_didSelectRowAtIndexPath(const std::shared_ptr<U
 void PSListController::openScreenOfRow(const std::shared_ptr<PSSpecifier>& specifier) {
     const auto navigation = navigationController();
     if (!navigation) {
-        log(getClass().name() + ": no navigation controller to open " + specifier->detailControllerClass() + " on.");
+        log(getClass().name() + ": no navigation controller to open " + specifier->detailControllerClass() +
+            " on.");
         return;
     }
     const auto screen = makeViewController(specifier->detailControllerClass());
@@ -113,23 +116,24 @@ void PSListController::openScreenOfRow(const std::shared_ptr<PSSpecifier>& speci
 
 void PSListController::askForConfirmation(const std::shared_ptr<PSSpecifier>& specifier) {
     const auto row = std::static_pointer_cast<PSConfirmationSpecifier>(specifier);
-    const auto question =
-        std::make_shared<PSConfirmationController>(row->title(), row->prompt(), UIAlertControllerStyleActionSheet);
+    const auto question = std::make_shared<PSConfirmationController>(row->title(), row->prompt(),
+                                                                     UIAlertControllerStyleActionSheet);
     const bool destructive = row->propertyForKey("isDestructive").isTrue();
     // The row holds its target weakly, so the question keeps no screen alive.
-    question->addAction({row->okButton(), destructive ? UIAlertActionStyleDestructive : UIAlertActionStyleDefault,
+    question->addAction({row->okButton(),
+                         destructive ? UIAlertActionStyleDestructive : UIAlertActionStyleDefault,
                          [row] { row->performButtonAction(); }});
     question->addAction({row->cancelButton(), UIAlertActionStyleCancel, {}});
     presentViewController_animated_completion(question, true, {});
 }
 
-std::int64_t PSListController::tableView_editingStyleForRowAtIndexPath(const std::shared_ptr<UITableView>& /*table*/,
-                                                                       IndexPath /*path*/) {
+std::int64_t PSListController::tableView_editingStyleForRowAtIndexPath(
+    const std::shared_ptr<UITableView>& /*table*/, IndexPath /*path*/) {
     return UITableViewCellEditingStyleNone;
 }
 
-void PSListController::tableView_commitEditingStyle_forRowAtIndexPath(const std::shared_ptr<UITableView>& /*table*/,
-                                                                      std::int64_t /*style*/, IndexPath /*path*/) {}
+void PSListController::tableView_commitEditingStyle_forRowAtIndexPath(
+    const std::shared_ptr<UITableView>& /*table*/, std::int64_t /*style*/, IndexPath /*path*/) {}
 
 double PSListController::tableView_heightForRowAtIndexPath(const std::shared_ptr<UITableView>& /*table*/,
                                                            IndexPath path) {

@@ -13,8 +13,8 @@ void PSPlaceholderController::viewWillAppear(bool animated) {
     const auto navigation = navigationController();
     if (!navigation || !navigation->presentingViewController()) return;
     if (navigation->viewControllers().front().get() != this) return;
-    const auto done = std::make_shared<UIBarButtonItem>(UIBarButtonSystemItemDone, shared(this),
-                                                        method("doneAction:", &PSPlaceholderController::doneAction));
+    const auto done = std::make_shared<UIBarButtonItem>(
+        UIBarButtonSystemItemDone, shared(this), method("doneAction:", &PSPlaceholderController::doneAction));
     navigationItem()->setRightBarButtonItem_animated(done, false);
 }
 

@@ -5,8 +5,8 @@
 
 namespace platform {
 
-/// Stands in for a screen whose class nobody has: a plain screen with the title only. As the root of a presented
-/// navigation controller it has a Done button that dismisses it, so that it is never a dead end.
+/// Stands in for a screen whose class nobody has: a plain screen with the title only. As the root of a
+/// presented navigation controller it has a Done button that dismisses it, so that it is never a dead end.
 class PSPlaceholderController : public PSViewController {
     PLATFORM_CLASS(PSPlaceholderController, PSViewController)
 
@@ -15,8 +15,8 @@ class PSPlaceholderController : public PSViewController {
     void doneAction(const std::shared_ptr<Object>& sender);
 };
 
-/// The screen of the named class; when no such screen can be made, one log line that says why, and a placeholder.
-/// Never null.
+/// The screen of the named class; when no such screen can be made, one log line that says why, and a
+/// placeholder. Never null.
 std::shared_ptr<PSViewController> makeViewController(std::string_view className);
 
 }  // namespace platform

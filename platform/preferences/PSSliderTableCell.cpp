@@ -15,7 +15,9 @@ PSSliderTableCell::PSSliderTableCell(std::int64_t style, std::string reuseIdenti
     setControl(std::make_shared<UISlider>());
 }
 
-std::shared_ptr<UISlider> PSSliderTableCell::slider() const { return std::dynamic_pointer_cast<UISlider>(control()); }
+std::shared_ptr<UISlider> PSSliderTableCell::slider() const {
+    return std::dynamic_pointer_cast<UISlider>(control());
+}
 
 void PSSliderTableCell::refreshCellContentsWithSpecifier(const std::shared_ptr<PSSpecifier>& specifier) {
     PSControlTableCell::refreshCellContentsWithSpecifier(specifier);

@@ -20,8 +20,8 @@ std::uint64_t nextKey() {
 PSSpecifier::PSSpecifier() : key_(nextKey()) {}
 
 std::shared_ptr<PSSpecifier> PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-    std::string_view name, const std::shared_ptr<Object>& target, Setter set, Getter get, std::string_view detail,
-    PSCellType cell, std::string_view edit) {
+    std::string_view name, const std::shared_ptr<Object>& target, Setter set, Getter get,
+    std::string_view detail, PSCellType cell, std::string_view edit) {
     auto specifier = std::make_shared<PSSpecifier>();
     specifier->fill(name, target, std::move(set), std::move(get), detail, cell, edit);
     return specifier;

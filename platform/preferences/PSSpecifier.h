@@ -28,9 +28,9 @@ enum class PSCellType : std::int64_t {
     Button = 13
 };
 
-/// One row of a screen: its name and kind, how its value is read and written, what it opens, and a dictionary of
-/// properties. The target is held weakly. Properties hold strings, numbers, images (UIImage) and class names; the
-/// framework itself sets "label" to the name.
+/// One row of a screen: its name and kind, how its value is read and written, what it opens, and a dictionary
+/// of properties. The target is held weakly. Properties hold strings, numbers, images (UIImage) and class
+/// names; the framework itself sets "label" to the name.
 class PSSpecifier : public Object {
     PLATFORM_CLASS(PSSpecifier, Object)
 
@@ -41,11 +41,11 @@ class PSSpecifier : public Object {
 
     PSSpecifier();
 
-    /// `detail` is the class name of the screen that the row opens, "" for none. A null target with a setter or
-    /// getter makes a row whose value can be neither read nor written.
+    /// `detail` is the class name of the screen that the row opens, "" for none. A null target with a setter
+    /// or getter makes a row whose value can be neither read nor written.
     static std::shared_ptr<PSSpecifier> preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-        std::string_view name, const std::shared_ptr<Object>& target, Setter set, Getter get, std::string_view detail,
-        PSCellType cell, std::string_view edit);
+        std::string_view name, const std::shared_ptr<Object>& target, Setter set, Getter get,
+        std::string_view detail, PSCellType cell, std::string_view edit);
     static std::shared_ptr<PSSpecifier> groupSpecifierWithName(std::string_view name);
     /// A group without a name.
     static std::shared_ptr<PSSpecifier> emptyGroupSpecifier();
@@ -110,7 +110,8 @@ class PSSpecifier : public Object {
     Dictionary properties_;
 };
 
-/// A screen's ordered rows. One list is shared by all who hold it: the screen that caches it changes it in place.
+/// A screen's ordered rows. One list is shared by all who hold it: the screen that caches it changes it in
+/// place.
 using SpecifierList = std::vector<std::shared_ptr<PSSpecifier>>;
 using SpecifierArray = std::shared_ptr<SpecifierList>;
 

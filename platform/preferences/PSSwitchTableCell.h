@@ -11,7 +11,8 @@ class PSSwitchTableCell : public PSControlTableCell {
     PLATFORM_CLASS(PSSwitchTableCell, PSControlTableCell)
 
   public:
-    PSSwitchTableCell(std::int64_t style, std::string reuseIdentifier, std::shared_ptr<PSSpecifier> specifier);
+    PSSwitchTableCell(std::int64_t style, std::string reuseIdentifier,
+                      std::shared_ptr<PSSpecifier> specifier);
 
     std::shared_ptr<UISwitch> switchControl() const;
     /// Moves the switch without writing anything back.

@@ -48,27 +48,33 @@ std::string_view stockClass(PSCellType type) {
     }
 }
 
-bool isLink(PSCellType type) { return type == PSCellType::Link || type == PSCellType::LinkList; }
+bool isLink(PSCellType type) {
+    return type == PSCellType::Link || type == PSCellType::LinkList;
+}
 
 std::int64_t styleFor(const PSSpecifier& specifier) {
     const PSCellType type = specifier.cellType();
-    return isLink(type) || type == PSCellType::TitleValue ? UITableViewCellStyleValue1 : UITableViewCellStyleDefault;
+    return isLink(type) || type == PSCellType::TitleValue ? UITableViewCellStyleValue1
+                                                          : UITableViewCellStyleDefault;
 }
 
 std::shared_ptr<PSTableCell> makeKnown(std::string_view name, const std::shared_ptr<PSSpecifier>& specifier) {
     const CellClass* cls = findCellClass(name);
     if (cls == nullptr) return nullptr;
-    auto cell = cls->maker(specifier ? styleFor(*specifier) : UITableViewCellStyleDefault, std::string(name), specifier);
+    auto cell = cls->maker(specifier ? styleFor(*specifier) : UITableViewCellStyleDefault, std::string(name),
+                           specifier);
     cell->refreshCellContentsWithSpecifier(specifier);
     return cell;
 }
 
 }  // namespace
 
-PSTableCell::PSTableCell(std::int64_t style, std::string reuseIdentifier, std::shared_ptr<PSSpecifier> specifier)
+PSTableCell::PSTableCell(std::int64_t style, std::string reuseIdentifier,
+                         std::shared_ptr<PSSpecifier> specifier)
     : UITableViewCell(style, std::move(reuseIdentifier)), specifier_(std::move(specifier)) {
     // Here and not in each refresh: a screen may replace the arrow by its own checkmarks.
-    if (specifier_ && isLink(specifier_->cellType())) setAccessoryType(UITableViewCellAccessoryDisclosureIndicator);
+    if (specifier_ && isLink(specifier_->cellType()))
+        setAccessoryType(UITableViewCellAccessoryDisclosureIndicator);
 }
 
 PSTableCell::PSTableCell(std::shared_ptr<PSSpecifier> specifier)
@@ -101,15 +107,17 @@ double PSTableCell::heightOfClass(std::string_view className) {
 double PSTableCell::heightForSpecifier(const PSSpecifier& specifier) {
     const Value wanted = specifier.propertyForKey("cellClass");
     const std::string* name = wanted.string();
-    return heightOfClass(name != nullptr && findCellClass(*name) != nullptr ? *name
-                                                                            : stockClass(specifier.cellType()));
+    return heightOfClass(
+        name != nullptr && findCellClass(*name) != nullptr ? *name : stockClass(specifier.cellType()));
 }
 
 bool PSTableCell::registerMaker(const Class& cls, Maker maker, double height) {
     return cellClasses().try_emplace(cls.name(), CellClass{std::move(maker), height}).second;
 }
 
-double PSTableCell::preferredHeightForWidth(double /*width*/) const { return heightOfClass(getClass().name()); }
+double PSTableCell::preferredHeightForWidth(double /*width*/) const {
+    return heightOfClass(getClass().name());
+}
 
 void PSTableCell::refreshCellContentsWithSpecifier(const std::shared_ptr<PSSpecifier>& specifier) {
     if (!specifier) return;

@@ -18,7 +18,8 @@ class SLComposeViewController : public UIViewController {
 
   public:
     /// Never null here: every service has a composer.
-    static std::shared_ptr<SLComposeViewController> composeViewControllerForServiceType(std::string_view serviceType);
+    static std::shared_ptr<SLComposeViewController> composeViewControllerForServiceType(
+        std::string_view serviceType);
 
     const std::string& serviceType() const { return serviceType_; }
     const std::string& initialText() const { return text_; }

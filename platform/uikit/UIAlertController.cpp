@@ -15,7 +15,8 @@ UIAlertController::UIAlertController(std::optional<std::string> title, std::opti
 
 void UIAlertController::choose(std::size_t index) {
     if (index >= actions_.size()) return;
-    // Both outlive the handler: this alert, which its holder lets go, and the screen that handling_ points to.
+    // Both outlive the handler: this alert, which its holder lets go, and the screen that handling_ points
+    // to.
     const auto self = shared(this);
     const auto asker = asker_.lock();
     const auto handler = actions_[index].handler;

@@ -32,7 +32,8 @@ class UIAlertController : public UIViewController {
 
   public:
     UIAlertController() = default;
-    UIAlertController(std::optional<std::string> title, std::optional<std::string> message, std::int64_t style);
+    UIAlertController(std::optional<std::string> title, std::optional<std::string> message,
+                      std::int64_t style);
 
     std::optional<std::string> title() const override { return alertTitle_; }
     const std::optional<std::string>& message() const { return message_; }
@@ -40,8 +41,8 @@ class UIAlertController : public UIViewController {
     const std::vector<UIAlertAction>& actions() const { return actions_; }
     void addAction(UIAlertAction action) { actions_.push_back(std::move(action)); }
 
-    /// What the user's press on the button does: the alert is dismissed first, then the handler runs. An index out
-    /// of range does nothing, and so does a press on an alert that is not shown (any more).
+    /// What the user's press on the button does: the alert is dismissed first, then the handler runs. An
+    /// index out of range does nothing, and so does a press on an alert that is not shown (any more).
     void choose(std::size_t index);
 
   private:

@@ -10,7 +10,8 @@ namespace platform {
 PLATFORM_REGISTER_CLASS(UIApplication)
 
 UIApplication& UIApplication::sharedApplication() {
-    // Never destroyed: its screens may come from bundles and use services that are gone when the process ends.
+    // Never destroyed: its screens may come from bundles and use services that are gone when the process
+    // ends.
     static const auto& application = *new std::shared_ptr<UIApplication>(std::make_shared<UIApplication>());
     return *application;
 }

@@ -21,8 +21,8 @@ class UIApplication : public Object {
     std::int64_t statusBarStyle() const { return statusBarStyle_; }
     void setStatusBarStyle(std::int64_t style) { statusBarStyle_ = style; }
 
-    /// The screen at the bottom of everything; showing it makes it appear. What the old root presents is dismissed
-    /// with it. Null closes the window.
+    /// The screen at the bottom of everything; showing it makes it appear. What the old root presents is
+    /// dismissed with it. Null closes the window.
     const std::shared_ptr<UIViewController>& rootViewController() const { return root_; }
     void setRootViewController(std::shared_ptr<UIViewController> root);
     /// The root, or what is presented above it and above that, up to the topmost; null without a root.

@@ -15,7 +15,8 @@ UIBarButtonItem::UIBarButtonItem(std::shared_ptr<UIImage> image, std::int64_t st
                                  const std::shared_ptr<Object>& target, Action action)
     : image_(std::move(image)), style_(style), target_(target), action_(std::move(action)) {}
 
-UIBarButtonItem::UIBarButtonItem(std::int64_t systemItem, const std::shared_ptr<Object>& target, Action action)
+UIBarButtonItem::UIBarButtonItem(std::int64_t systemItem, const std::shared_ptr<Object>& target,
+                                 Action action)
     : systemItem_(systemItem), target_(target), action_(std::move(action)) {}
 
 void UIBarButtonItem::press() {

@@ -19,7 +19,8 @@ inline constexpr std::int64_t UIBarButtonSystemItemEdit = 2;
 inline constexpr std::int64_t UIBarButtonSystemItemSave = 3;
 inline constexpr std::int64_t UIBarButtonSystemItemAdd = 4;
 
-/// A button in a navigation bar: a title, an image, or one of the system's own items. Its target is held weakly.
+/// A button in a navigation bar: a title, an image, or one of the system's own items. Its target is held
+/// weakly.
 class UIBarButtonItem : public Object {
     PLATFORM_CLASS(UIBarButtonItem, Object)
 
@@ -28,7 +29,8 @@ class UIBarButtonItem : public Object {
     using Action = Method<void(const std::shared_ptr<Object>&)>;
 
     UIBarButtonItem() = default;
-    UIBarButtonItem(std::string title, std::int64_t style, const std::shared_ptr<Object>& target, Action action);
+    UIBarButtonItem(std::string title, std::int64_t style, const std::shared_ptr<Object>& target,
+                    Action action);
     UIBarButtonItem(std::shared_ptr<UIImage> image, std::int64_t style, const std::shared_ptr<Object>& target,
                     Action action);
     UIBarButtonItem(std::int64_t systemItem, const std::shared_ptr<Object>& target, Action action);

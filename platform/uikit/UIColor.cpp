@@ -21,7 +21,8 @@ bool isSameImage(const std::shared_ptr<UIImage>& one, const std::shared_ptr<UIIm
 
 }  // namespace
 
-std::shared_ptr<UIColor> UIColor::colorWithRed_green_blue_alpha(double red, double green, double blue, double alpha) {
+std::shared_ptr<UIColor> UIColor::colorWithRed_green_blue_alpha(double red, double green, double blue,
+                                                                double alpha) {
     auto color = std::make_shared<UIColor>();
     color->red_ = component(red);
     color->green_ = component(green);
@@ -41,12 +42,24 @@ std::shared_ptr<UIColor> UIColor::colorWithPatternImage(const std::shared_ptr<UI
     return color;
 }
 
-std::shared_ptr<UIColor> UIColor::whiteColor() { return colorWithWhite_alpha(1.0, 1.0); }
-std::shared_ptr<UIColor> UIColor::blackColor() { return colorWithWhite_alpha(0.0, 1.0); }
-std::shared_ptr<UIColor> UIColor::clearColor() { return colorWithWhite_alpha(0.0, 0.0); }
-std::shared_ptr<UIColor> UIColor::redColor() { return colorWithRed_green_blue_alpha(1.0, 0.0, 0.0, 1.0); }
-std::shared_ptr<UIColor> UIColor::lightGrayColor() { return colorWithWhite_alpha(2.0 / 3.0, 1.0); }
-std::shared_ptr<UIColor> UIColor::darkGrayColor() { return colorWithWhite_alpha(1.0 / 3.0, 1.0); }
+std::shared_ptr<UIColor> UIColor::whiteColor() {
+    return colorWithWhite_alpha(1.0, 1.0);
+}
+std::shared_ptr<UIColor> UIColor::blackColor() {
+    return colorWithWhite_alpha(0.0, 1.0);
+}
+std::shared_ptr<UIColor> UIColor::clearColor() {
+    return colorWithWhite_alpha(0.0, 0.0);
+}
+std::shared_ptr<UIColor> UIColor::redColor() {
+    return colorWithRed_green_blue_alpha(1.0, 0.0, 0.0, 1.0);
+}
+std::shared_ptr<UIColor> UIColor::lightGrayColor() {
+    return colorWithWhite_alpha(2.0 / 3.0, 1.0);
+}
+std::shared_ptr<UIColor> UIColor::darkGrayColor() {
+    return colorWithWhite_alpha(1.0 / 3.0, 1.0);
+}
 
 std::shared_ptr<UIColor> UIColor::colorWithAlphaComponent(double alpha) const {
     auto color = colorWithRed_green_blue_alpha(red_, green_, blue_, alpha);

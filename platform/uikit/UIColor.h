@@ -15,7 +15,8 @@ class UIColor : public Object {
     PLATFORM_CLASS(UIColor, Object)
 
   public:
-    static std::shared_ptr<UIColor> colorWithRed_green_blue_alpha(double red, double green, double blue, double alpha);
+    static std::shared_ptr<UIColor> colorWithRed_green_blue_alpha(double red, double green, double blue,
+                                                                  double alpha);
     static std::shared_ptr<UIColor> colorWithWhite_alpha(double white, double alpha);
     /// Nil for a nil image.
     static std::shared_ptr<UIColor> colorWithPatternImage(const std::shared_ptr<UIImage>& image);

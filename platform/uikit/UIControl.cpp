@@ -10,7 +10,8 @@ PLATFORM_REGISTER_CLASS(UIControl)
 void UIControl::addTarget_action_forControlEvents(const std::shared_ptr<Object>& target, Action action,
                                                   std::uint64_t events) {
     if (!target || !action) return;
-    std::erase_if(registrations_, [](const Registration& registration) { return registration.target.expired(); });
+    std::erase_if(registrations_,
+                  [](const Registration& registration) { return registration.target.expired(); });
     registrations_.push_back({target, std::move(action), events});
 }
 

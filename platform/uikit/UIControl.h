@@ -23,7 +23,8 @@ class UIControl : public UIView {
 
     bool isEnabled() const { return enabled_; }
     void setEnabled(bool enabled) { enabled_ = enabled; }
-    void addTarget_action_forControlEvents(const std::shared_ptr<Object>& target, Action action, std::uint64_t events);
+    void addTarget_action_forControlEvents(const std::shared_ptr<Object>& target, Action action,
+                                           std::uint64_t events);
     /// Calls every action registered for one of the events, in the order of registration.
     void sendActionsForControlEvents(std::uint64_t events);
 

@@ -8,12 +8,15 @@ namespace platform {
 
 namespace {
 
-const DeviceFacts* facts() { return Device::current().facts.get(); }
+const DeviceFacts* facts() {
+    return Device::current().facts.get();
+}
 
 }  // namespace
 
 bool UIDevice::respondsToSelector(std::string_view selector) const {
-    if (selector == "userInterfaceIdiom") return facts() != nullptr && facts()->userInterfaceIdiom().has_value();
+    if (selector == "userInterfaceIdiom")
+        return facts() != nullptr && facts()->userInterfaceIdiom().has_value();
     return selector == "systemVersion" || selector == "serialNumber" || selector == "UDID";
 }
 
@@ -22,13 +25,21 @@ std::int64_t UIDevice::userInterfaceIdiom() const {
     return facts()->userInterfaceIdiom().value_or(UIUserInterfaceIdiomPhone);
 }
 
-std::string UIDevice::systemVersion() const { return facts() == nullptr ? "" : facts()->systemVersion(); }
+std::string UIDevice::systemVersion() const {
+    return facts() == nullptr ? "" : facts()->systemVersion();
+}
 
-std::string UIDevice::serialNumber() const { return facts() == nullptr ? "" : facts()->serialNumber(); }
+std::string UIDevice::serialNumber() const {
+    return facts() == nullptr ? "" : facts()->serialNumber();
+}
 
-std::string UIDevice::UDID() const { return facts() == nullptr ? "" : facts()->UDID(); }
+std::string UIDevice::UDID() const {
+    return facts() == nullptr ? "" : facts()->UDID();
+}
 
-double UIScreen::scale() const { return facts() == nullptr ? 2.0 : facts()->screenScale(); }
+double UIScreen::scale() const {
+    return facts() == nullptr ? 2.0 : facts()->screenScale();
+}
 
 Rect UIScreen::bounds() const {
     if (UIDevice::currentDevice().userInterfaceIdiom() == UIUserInterfaceIdiomPad) return {0, 0, 768, 1024};

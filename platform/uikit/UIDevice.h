@@ -13,8 +13,8 @@ namespace platform {
 inline constexpr std::int64_t UIUserInterfaceIdiomPhone = 0;
 inline constexpr std::int64_t UIUserInterfaceIdiomPad = 1;
 
-/// The device that the phone's software runs on, from the installed device's facts. Without facts it is a phone
-/// that does not answer for its idiom, with empty texts.
+/// The device that the phone's software runs on, from the installed device's facts. Without facts it is a
+/// phone that does not answer for its idiom, with empty texts.
 class UIDevice {
   public:
     static UIDevice currentDevice() { return {}; }
@@ -41,7 +41,8 @@ class UIScreen {
 /// The user's languages, the preferred one first; {"en"} without a device.
 std::vector<std::string> preferredLanguages();
 
-/// The user interface toolkit's own translation of a text ("Error", "Close"), from the main bundle's "UIKit" table.
+/// The user interface toolkit's own translation of a text ("Error", "Close"), from the main bundle's "UIKit"
+/// table.
 std::string localizedLabelFromUIKit(std::string_view key);
 
 }  // namespace platform

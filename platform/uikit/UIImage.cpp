@@ -32,7 +32,8 @@ std::uint32_t bigEndian(const Data& data, std::size_t offset) {
 std::optional<Size> pixelSize(const Data& data) {
     if (data.size() < headerEnd) return std::nullopt;
     if (!std::equal(pngSignature.begin(), pngSignature.end(), data.begin())) return std::nullopt;
-    if (!std::equal(headerChunk.begin(), headerChunk.end(), data.begin() + pngSignature.size())) return std::nullopt;
+    if (!std::equal(headerChunk.begin(), headerChunk.end(), data.begin() + pngSignature.size()))
+        return std::nullopt;
     constexpr std::uint32_t largest = 0x7FFFFFFF;
     const std::uint32_t width = bigEndian(data, 16);
     const std::uint32_t height = bigEndian(data, 20);
@@ -69,7 +70,8 @@ std::vector<int> scalesFor(double screenScale) {
 
 }  // namespace
 
-std::shared_ptr<UIImage> UIImage::imageNamed_inBundle(std::string_view name, const std::shared_ptr<Bundle>& bundle) {
+std::shared_ptr<UIImage> UIImage::imageNamed_inBundle(std::string_view name,
+                                                      const std::shared_ptr<Bundle>& bundle) {
     if (name.empty()) return nullptr;
     const std::shared_ptr<Bundle> source = bundle ? bundle : Bundle::mainBundle();
     for (const int scale : scalesFor(UIScreen::mainScreen().scale())) {

@@ -16,9 +16,10 @@ class UIImage : public Object {
     PLATFORM_CLASS(UIImage, Object)
 
   public:
-    /// The image of that resource name at the best scale for the main screen: the screen's own ("@2x", "@3x", none
-    /// for 1), else the nearest larger, else the largest smaller. Nil when the bundle has none.
-    static std::shared_ptr<UIImage> imageNamed_inBundle(std::string_view name, const std::shared_ptr<Bundle>& bundle);
+    /// The image of that resource name at the best scale for the main screen: the screen's own ("@2x", "@3x",
+    /// none for 1), else the nearest larger, else the largest smaller. Nil when the bundle has none.
+    static std::shared_ptr<UIImage> imageNamed_inBundle(std::string_view name,
+                                                        const std::shared_ptr<Bundle>& bundle);
     /// The very file at that phone path; its scale from an "@Nx" in its name. Nil when it is no readable PNG.
     static std::shared_ptr<UIImage> imageWithContentsOfFile(std::string_view path);
 

@@ -5,8 +5,8 @@
 
 namespace platform {
 
-/// The bar of a navigation controller: `tintColor` for its buttons, `barTintColor` for its background. Null colours
-/// give the system's look.
+/// The bar of a navigation controller: `tintColor` for its buttons, `barTintColor` for its background. Null
+/// colours give the system's look.
 class UINavigationBar : public UIView {
     PLATFORM_CLASS(UINavigationBar, UIView)
 

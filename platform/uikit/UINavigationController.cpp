@@ -62,15 +62,22 @@ void UINavigationController::popToRootViewControllerAnimated(bool animated) {
     popped(leaving, animated);
 }
 
-void UINavigationController::popped(const std::vector<std::shared_ptr<UIViewController>>& leaving, bool animated) {
+void UINavigationController::popped(const std::vector<std::shared_ptr<UIViewController>>& leaving,
+                                    bool animated) {
     const auto self = shared(this);
     for (const auto& screen : std::views::reverse(leaving)) {
         Journal::shared().record("pop", {{"class", screen->getClass().name()}});
     }
-    // A leaving screen still finds this controller while it is told: it restores the bar that it had coloured.
+    // A leaving screen still finds this controller while it is told: it restores the bar that it had
+    // coloured.
     leaving.back()->beginAppearanceTransition(false, animated);
     if (isVisible() && !stack_.empty()) stack_.back()->beginAppearanceTransition(true, animated);
     for (const auto& screen : leaving) screen->setParentViewController(nullptr);
+}
+
+void UINavigationController::loadView() {
+    UIViewController::loadView();
+    if (const auto top = topViewController()) top->view();
 }
 
 void UINavigationController::viewWillAppear(bool animated) {

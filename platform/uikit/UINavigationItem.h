@@ -25,7 +25,9 @@ class UINavigationItem : public Object {
 
     const Items& leftBarButtonItems() const { return left_; }
     const Items& rightBarButtonItems() const { return right_; }
-    std::shared_ptr<UIBarButtonItem> rightBarButtonItem() const { return right_.empty() ? nullptr : right_.front(); }
+    std::shared_ptr<UIBarButtonItem> rightBarButtonItem() const {
+        return right_.empty() ? nullptr : right_.front();
+    }
     /// A single item replaces all of its side; null clears the side. Null entries of a list are left out.
     void setLeftBarButtonItem_animated(const std::shared_ptr<UIBarButtonItem>& item, bool animated);
     void setRightBarButtonItem_animated(const std::shared_ptr<UIBarButtonItem>& item, bool animated);

@@ -15,7 +15,8 @@ class UISlider : public UIControl {
 
     double minimumValue() const { return minimum_; }
     double maximumValue() const { return maximum_; }
-    /// A maximum below the minimum becomes the minimum; the value is brought into the range. Not-a-number is ignored.
+    /// A maximum below the minimum becomes the minimum; the value is brought into the range. Not-a-number is
+    /// ignored.
     void setRange(double minimum, double maximum);
     double value() const { return value_; }
     /// Brought into the range; not-a-number is ignored.

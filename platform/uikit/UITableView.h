@@ -10,8 +10,8 @@
 
 namespace platform {
 
-/// The table of a list screen, as the screen's row methods get it. The screen owns the rows and their cells; the
-/// table only passes questions on.
+/// The table of a list screen, as the screen's row methods get it. The screen owns the rows and their cells;
+/// the table only passes questions on.
 class UITableView : public UIView {
     PLATFORM_CLASS(UITableView, UIView)
 

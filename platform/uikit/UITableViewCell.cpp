@@ -38,7 +38,8 @@ void UITableViewCell::layoutSubviews() {
     contentView_->setFrame(area);
 
     const bool hasImage = static_cast<bool>(imageView_->image());
-    imageView_->setFrame(hasImage ? Rect{margin, (area.height - imageSide) / 2, imageSide, imageSide} : Rect{});
+    imageView_->setFrame(hasImage ? Rect{margin, (area.height - imageSide) / 2, imageSide, imageSide}
+                                  : Rect{});
 
     const double left = hasImage ? textAfterImage : margin;
     const double right = margin + (accessoryType_ == UITableViewCellAccessoryNone ? 0 : accessoryWidth);
@@ -46,7 +47,8 @@ void UITableViewCell::layoutSubviews() {
     const bool showsDetail = style_ == UITableViewCellStyleValue1 && detailTextLabel_->text().has_value();
     const double textWidth = showsDetail ? std::max(0.0, (width - gap) / 2) : width;
     textLabel_->setFrame({left, 0, textWidth, area.height});
-    detailTextLabel_->setFrame(showsDetail ? Rect{left + width - textWidth, 0, textWidth, area.height} : Rect{});
+    detailTextLabel_->setFrame(showsDetail ? Rect{left + width - textWidth, 0, textWidth, area.height}
+                                           : Rect{});
 }
 
 }  // namespace platform

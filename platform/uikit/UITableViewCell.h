@@ -43,8 +43,8 @@ class UITableViewCell : public UIView {
     const std::shared_ptr<UIImageView>& imageView() const { return imageView_; }
     std::int64_t accessoryType() const { return accessoryType_; }
     void setAccessoryType(std::int64_t type) { accessoryType_ = type; }
-    /// The content view fills the cell; the text label starts 16 points in (60 with an image) and is as high as the
-    /// row. The detail text of a Value1 cell shares the line with it, at the right.
+    /// The content view fills the cell; the text label starts 16 points in (60 with an image) and is as high
+    /// as the row. The detail text of a Value1 cell shares the line with it, at the right.
     void layoutSubviews() override;
 
   private:

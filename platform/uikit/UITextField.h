@@ -43,7 +43,8 @@ class UITextField : public UIControl {
     /// Begins and ends editing and tells the delegate; doing what is done already tells nobody.
     void becomeFirstResponder();
     void resignFirstResponder();
-    /// What the user's return key does: asks the delegate; true without one, false while nobody edits the field.
+    /// What the user's return key does: asks the delegate; true without one, false while nobody edits the
+    /// field.
     bool pressReturn();
 
   private:

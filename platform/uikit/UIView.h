@@ -76,8 +76,8 @@ class UIView : public Object {
     std::shared_ptr<UIColor> backgroundColor_;
     std::shared_ptr<UIColor> tintColor_;
     std::vector<std::shared_ptr<UIView>> subviews_;
-    // A plain pointer, because a view takes its first subviews while it is constructed and nobody owns it yet; the
-    // superview's destructor clears it.
+    // A plain pointer, because a view takes its first subviews while it is constructed and nobody owns it
+    // yet; the superview's destructor clears it.
     UIView* superview_ = nullptr;
 };
 

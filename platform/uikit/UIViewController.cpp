@@ -24,7 +24,9 @@ const std::shared_ptr<UIView>& UIViewController::view() {
     return view_;
 }
 
-void UIViewController::loadView() { setView(std::make_shared<UIView>(UIScreen::mainScreen().bounds())); }
+void UIViewController::loadView() {
+    setView(std::make_shared<UIView>(UIScreen::mainScreen().bounds()));
+}
 
 void UIViewController::viewWillAppear(bool /*animated*/) {}
 
@@ -51,8 +53,8 @@ std::shared_ptr<UIViewController> UIViewController::presentedViewController() co
     return nullptr;
 }
 
-void UIViewController::presentViewController_animated_completion(const std::shared_ptr<UIViewController>& screen,
-                                                                 bool animated, Completion completion) {
+void UIViewController::presentViewController_animated_completion(
+    const std::shared_ptr<UIViewController>& screen, bool animated, Completion completion) {
     if (!screen) {
         log(getClass().name() + ": there is no screen to present.");
         return;
@@ -103,8 +105,10 @@ bool UIViewController::dismissItself(bool animated) {
 void UIViewController::removePresented(bool animated, Uncover uncover) {
     const auto self = shared(this);
     std::vector<std::shared_ptr<UIViewController>> leaving;
-    // Out of the chain before anybody is told: a leaving screen that dismisses itself once more finds nothing to do.
-    for (auto next = std::exchange(presented_, nullptr); next; next = std::exchange(leaving.back()->presented_, nullptr)) {
+    // Out of the chain before anybody is told: a leaving screen that dismisses itself once more finds nothing
+    // to do.
+    for (auto next = std::exchange(presented_, nullptr); next;
+         next = std::exchange(leaving.back()->presented_, nullptr)) {
         leaving.push_back(next);
     }
     bool uncovers = false;

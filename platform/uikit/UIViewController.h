@@ -14,8 +14,9 @@ namespace platform {
 
 class UINavigationController;
 
-/// A screen. Its view is made on first use: loadView, then viewDidLoad. Navigation controllers hold the screens on
-/// their stack, a presenting screen holds what it presents; links in the other directions are weak.
+/// A screen. Its view is made on first use: loadView, then viewDidLoad. Navigation controllers hold the
+/// screens on their stack, a presenting screen holds what it presents; links in the other directions are
+/// weak.
 class UIViewController : public Object {
     PLATFORM_CLASS(UIViewController, Object)
 
@@ -44,27 +45,27 @@ class UIViewController : public Object {
     std::shared_ptr<UIViewController> parentViewController() const { return parent_.lock(); }
     void setParentViewController(const std::shared_ptr<UIViewController>& parent) { parent_ = parent; }
 
-    /// What this screen, or the nearest ancestor that does, presents directly; null when nothing is presented, and
-    /// while the handler of an alert runs that this screen, an ancestor or a screen it holds had asked for: what
-    /// the handler means is gone.
+    /// What this screen, or the nearest ancestor that does, presents directly; null when nothing is
+    /// presented, and while the handler of an alert runs that this screen, an ancestor or a screen it holds
+    /// had asked for: what the handler means is gone.
     std::shared_ptr<UIViewController> presentedViewController() const;
     std::shared_ptr<UIViewController> presentingViewController() const { return presenting_.lock(); }
-    /// Shows the screen above everything that is shown already. A full screen (a navigation controller) makes the
-    /// covered screen disappear, which reappears when the full screen is dismissed; alerts, sheets and composers do
-    /// not. Presenting null, or what is presented or held by another already, does nothing, its completion
-    /// included, and is logged.
-    void presentViewController_animated_completion(const std::shared_ptr<UIViewController>& screen, bool animated,
-                                                   Completion completion);
-    /// Dismisses what this screen (or an ancestor) presents, with everything above it; when that is nothing and
-    /// the screen is presented itself, dismisses the screen. When neither holds, and while the handler of an
-    /// alert runs for the alert that this screen presented (it is gone already), nothing happens. The completion
-    /// runs in every case.
+    /// Shows the screen above everything that is shown already. A full screen (a navigation controller) makes
+    /// the covered screen disappear, which reappears when the full screen is dismissed; alerts, sheets and
+    /// composers do not. Presenting null, or what is presented or held by another already, does nothing, its
+    /// completion included, and is logged.
+    void presentViewController_animated_completion(const std::shared_ptr<UIViewController>& screen,
+                                                   bool animated, Completion completion);
+    /// Dismisses what this screen (or an ancestor) presents, with everything above it; when that is nothing
+    /// and the screen is presented itself, dismisses the screen. When neither holds, and while the handler of
+    /// an alert runs for the alert that this screen presented (it is gone already), nothing happens. The
+    /// completion runs in every case.
     void dismissViewControllerAnimated_completion(bool animated, Completion completion);
 
     /// Whether this screen covers what is beneath it when presented.
     virtual bool isFullScreen() const { return false; }
-    /// Sends viewWillAppear or viewWillDisappear once for each change, making the view first. A screen that is
-    /// there already is not sent it again.
+    /// Sends viewWillAppear or viewWillDisappear once for each change, making the view first. A screen that
+    /// is there already is not sent it again.
     void beginAppearanceTransition(bool appears, bool animated);
     bool isVisible() const { return visible_; }
 
@@ -78,8 +79,8 @@ class UIViewController : public Object {
     friend class UIApplication;
 
     enum class Uncover { Yes, No };
-    /// Takes away everything that this screen holds presented, topmost first; what a full screen covered appears
-    /// again unless it is about to leave itself.
+    /// Takes away everything that this screen holds presented, topmost first; what a full screen covered
+    /// appears again unless it is about to leave itself.
     void removePresented(bool animated, Uncover uncover);
     /// This screen, or what holds it in the end; empty for a screen that nobody owns (any more).
     std::shared_ptr<UIViewController> outermostParent();
