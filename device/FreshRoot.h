@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "platform/foundation/Error.h"
+
+namespace device {
+
+/// Makes a directory ready to be the phone's root. One that does not exist or is empty is filled like a
+/// freshly set-up phone on which the product was just installed:
+///
+/// - "/System/Library/PrivateFrameworks/PreferencesUI.framework": the images of `resourceDirectory`/root
+/// - "/var/mobile/Library/Calendars": what is in `resourceDirectory`/root/calendars
+/// - "/var/mobile/Library/Preferences/com.velmora.quietrix.plist": the product switched off
+/// - "/tmp": empty
+///
+/// While that goes on the root holds the file ".filling"; killed in the middle, the next call fills it again,
+/// and a second process that comes meanwhile waits. Any other root is left as it is. Then, each time,
+/// "/Library/PreferenceBundles" gets a link to `bundleDirectory` under that directory's own name, in place of
+/// an older link. All three are host paths. The error is one sentence for the user.
+platform::Result<void> prepareRoot(const std::string& rootDirectory, const std::string& resourceDirectory,
+                                   const std::string& bundleDirectory);
+
+}  // namespace device

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+#include "device/RootFileSystem.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <sstream>
+#include <utility>
+
+#include "device/HostFile.h"
+
+namespace device {
+
+namespace {
+
+using platform::failure;
+using platform::Result;
+
+class HeldLock : public platform::FileLock {
+  public:
+    explicit HeldLock(Descriptor file) : file_(std::move(file)) {}
+
+  private:
+    /// Closing it gives the lock back.
+    Descriptor file_;
+};
+
+std::unexpected<platform::Error> failed(std::string_view path, const char* action, int errorNumber) {
+    return failure("The file \"" + std::string(path) + "\" could not be " + action + ": " +
+                   host::message(errorNumber) + ".");
+}
+
+/// The host's answer as the phone's, with the phone's path in the sentence.
+template <class T>
+Result<T> answer(host::Outcome<T> outcome, std::string_view path, const char* action) {
+    if (!outcome) return failed(path, action, outcome.error());
+    if constexpr (std::is_void_v<T>) {
+        return {};
+    } else {
+        return std::move(*outcome);
+    }
+}
+
+std::int64_t nanoseconds(const timespec& time) {
+    return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+}
+
+std::string secondsText(double seconds) {
+    std::ostringstream text;
+    text.imbue(std::locale::classic());
+    text << std::max(seconds, 0.0) << (seconds == 1.0 ? " second" : " seconds");
+    return text.str();
+}
+
+}  // namespace
+
+RootFileSystem::RootFileSystem(const std::string& rootDirectory) {
+    std::error_code ignored;  // only a missing working directory fails, and then lookups fail too
+    root_ = std::filesystem::absolute(rootDirectory, ignored).lexically_normal().string();
+    while (root_.ends_with('/')) root_.pop_back();
+}
+
+Result<std::string> RootFileSystem::resolve(std::string_view path) const {
+    const std::string quoted = "The path \"" + std::string(path) + "\"";
+    if (!path.starts_with('/')) return failure(quoted + " is not absolute.");
+    if (path.contains('\0')) return failure(quoted + " holds a null character.");
+    std::vector<std::string_view> pieces;
+    while (!path.empty()) {
+        const std::size_t slash = path.find('/');
+        const std::string_view piece = path.substr(0, slash);
+        path = slash == std::string_view::npos ? std::string_view() : path.substr(slash + 1);
+        if (piece.empty() || piece == ".") continue;
+        if (piece != "..") {
+            pieces.push_back(piece);
+        } else if (pieces.empty()) {
+            return failure(quoted + " leads out of the phone.");
+        } else {
+            pieces.pop_back();
+        }
+    }
+    std::string resolved = root_;
+    for (const std::string_view piece : pieces) resolved.append("/").append(piece);
+    return resolved.empty() ? "/" : resolved;
+}
+
+Result<platform::Data> RootFileSystem::read(std::string_view path) const {
+    const Result<std::string> file = resolve(path);
+    if (!file) return std::unexpected(file.error());
+    return answer(host::readFile(*file), path, "read");
+}
+
+Result<void> RootFileSystem::write(std::string_view path, const platform::Data& data, platform::Write how) {
+    const Result<std::string> file = resolve(path);
+    if (!file) return std::unexpected(file.error());
+    const bool atomically = how == platform::Write::Atomically;
+    return answer(atomically ? host::replaceFile(*file, data) : host::overwriteFile(*file, data), path,
+                  "written");
+}
+
+bool RootFileSystem::exists(std::string_view path) const {
+    return stamp(path).has_value();
+}
+
+bool RootFileSystem::isDirectory(std::string_view path) const {
+    const Result<std::string> file = resolve(path);
+    struct stat status{};
+    return file && ::stat(file->c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::optional<platform::FileStamp> RootFileSystem::stamp(std::string_view path) const {
+    const Result<std::string> file = resolve(path);
+    struct stat status{};
+    if (!file || ::stat(file->c_str(), &status) != 0) return std::nullopt;
+    return platform::FileStamp{status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_mtim),
+                               nanoseconds(status.st_ctim)};
+}
+
+Result<void> RootFileSystem::remove(std::string_view path) {
+    const Result<std::string> file = resolve(path);
+    if (!file) return std::unexpected(file.error());
+    if (*file == root_ || *file == "/") return failed(path, "removed", EBUSY);
+    struct stat status{};
+    if (lstat(file->c_str(), &status) != 0) return failed(path, "removed", errno);
+    std::error_code error;
+    std::filesystem::remove_all(*file, error);
+    if (error) return failed(path, "removed", error.value());
+    return {};
+}
+
+Result<void> RootFileSystem::createDirectory(std::string_view path) {
+    const Result<std::string> directory = resolve(path);
+    if (!directory) return std::unexpected(directory.error());
+    return answer(host::createDirectories(*directory), path, "created");
+}
+
+Result<std::vector<std::string>> RootFileSystem::list(std::string_view path) const {
+    const Result<std::string> directory = resolve(path);
+    if (!directory) return std::unexpected(directory.error());
+    const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(directory->c_str()), closedir);
+    if (!stream) return failed(path, "listed", errno);
+    std::vector<std::string> names;
+    errno = 0;
+    while (const dirent* entry = readdir(stream.get())) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") names.emplace_back(name);
+    }
+    if (errno != 0) return failed(path, "listed", errno);
+    std::ranges::sort(names);
+    return names;
+}
+
+Result<std::unique_ptr<platform::FileLock>> RootFileSystem::lockExclusively(std::string_view path,
+                                                                            double seconds) {
+    const Result<std::string> file = resolve(path);
+    if (!file) return std::unexpected(file.error());
+    const auto target = host::followLinks(*file);
+    if (!target) return failed(path, "locked", target.error());
+    const std::string lockFile = target->directory + "." + target->name + ".lock";
+    Descriptor descriptor(open(lockFile.c_str(), O_RDWR | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0644));
+    if (!descriptor) return failed(path, "locked", errno);
+    if (const auto locked = host::lock(descriptor.get(), seconds); !locked) {
+        if (locked.error() != ETIMEDOUT) return failed(path, "locked", locked.error());
+        return failure("The file \"" + std::string(path) + "\" could not be locked within " +
+                       secondsText(seconds) + ": it is in use.");
+    }
+    return std::make_unique<HeldLock>(std::move(descriptor));
+}
+
+std::string RootFileSystem::hostPath(std::string_view path) const {
+    return resolve(path).value_or("");
+}
+
+}  // namespace device

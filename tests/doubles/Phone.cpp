@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "tests/doubles/Phone.h"
+
+#include "platform/foundation/DarwinNotificationCenter.h"
+#include "platform/foundation/Device.h"
+#include "platform/foundation/Journal.h"
+#include "platform/foundation/NotificationCenter.h"
+#include "platform/foundation/RunLoop.h"
+
+namespace doubles {
+
+Phone::Phone()
+    : clock(std::make_shared<device::VirtualClock>(
+          device::VirtualClock::parse("2026-11-20T12:00:00").value_or(platform::Date()))) {
+    forgetEverything();
+    install();
+    platform::Journal::shared().start();
+}
+
+Phone::~Phone() {
+    forgetEverything();
+    platform::Device::install({});
+}
+
+void Phone::install() {
+    platform::Device::install({files, clock, notifications, facts, urls, libraries, log});
+    // A transport that refuses to start is what a test may want to see; it then connects itself.
+    static_cast<void>(platform::DarwinNotificationCenter::shared().connect());
+}
+
+void Phone::drain() {
+    platform::RunLoop::main().drain();
+}
+
+void Phone::advance(double seconds) {
+    static_cast<void>(device::advanceRunning(*clock, seconds));
+}
+
+std::vector<platform::Dictionary> Phone::takeEvents() {
+    return platform::Journal::shared().take();
+}
+
+std::vector<platform::Dictionary> Phone::takeEvents(std::string_view kind) {
+    std::vector<platform::Dictionary> events = takeEvents();
+    std::erase_if(events,
+                  [&](const platform::Dictionary& event) { return event.at("event").stringOr() != kind; });
+    return events;
+}
+
+void Phone::forgetEverything() {
+    // Background work first, because it posts to the rest.
+    platform::GlobalQueue::shared().waitUntilIdle();
+    platform::RunLoop::main().reset();
+    platform::NotificationCenter::defaultCenter().reset();
+    platform::DarwinNotificationCenter::shared().reset();
+    platform::Journal::shared().stop();
+}
+
+}  // namespace doubles
