@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/foundation/Error.h"
+#include "platform/foundation/Value.h"
+
+namespace quietrix {
+
+/// A binary property list left as the bytes it is: its objects are looked up and decoded one at a time, each
+/// named by its number in the list. Reading and changing one profile of a hundred thousand so costs one
+/// profile, where a tree of values would cost two million. Immutable; usable from any thread.
+class BinaryList {
+  public:
+    using Object = std::uint32_t;
+
+    struct Pair {
+        Object key;
+        Object value;
+    };
+
+    /// Checks everything that can be reached from the root, so that no later look-up can fail: offsets, sizes
+    /// and references, key types, text encodings, nesting (as deep as property lists may be), and that shared
+    /// references do not stand for far more objects than the bytes could hold. The error names the byte
+    /// offset.
+    static platform::Result<BinaryList> create(platform::Data bytes);
+    /// Bytes that this program wrote itself; nothing is checked.
+    static BinaryList trusted(platform::Data bytes);
+
+    const platform::Data& bytes() const { return bytes_; }
+    Object root() const { return root_; }
+    /// How many objects there are, those that nothing refers to included.
+    Object count() const { return count_; }
+    /// Bytes each of an offset and of a reference.
+    int offsetWidth() const { return offsetWidth_; }
+    int referenceWidth() const { return referenceWidth_; }
+    /// Where the table of offsets begins, and where an object does.
+    std::size_t tableStart() const { return tableStart_; }
+    std::size_t offset(Object object) const;
+
+    /// How many bytes the list would need without the objects that nothing refers to; 0 when nothing was
+    /// checked.
+    std::uint64_t reachableBytes() const { return reachableBytes_; }
+
+    bool isDictionary(Object object) const;
+    bool isArray(Object object) const;
+    /// A dictionary's entries in their order; none for any other object.
+    std::vector<Pair> pairs(Object object) const;
+    /// An array's elements; none for any other object.
+    std::vector<Object> elements(Object object) const;
+    /// The value's object under the key of a dictionary; the last one, should the key come twice.
+    std::optional<Object> find(Object dictionary, std::string_view key) const;
+    /// Empty for what is no string.
+    std::optional<std::string> string(Object object) const;
+    platform::Value value(Object object) const;
+    /// The object's own bytes: what a container refers to is not among them.
+    std::span<const std::uint8_t> encoded(Object object) const;
+
+  private:
+    friend class BinaryListCheck;
+
+    /// The kinds of objects: the high half of an object's first byte.
+    enum Kind : std::uint8_t {
+        Simple = 0x0,
+        Integer = 0x1,
+        Real = 0x2,
+        Date = 0x3,
+        Bytes = 0x4,
+        Ascii = 0x5,
+        Utf16 = 0x6,
+        Uid = 0x8,
+        Array = 0xA,
+        Dictionary = 0xD
+    };
+
+    /// An object's first bytes taken apart. `size` counts what its kind counts: bytes, characters, elements,
+    /// pairs.
+    struct Head {
+        std::uint8_t kind;
+        std::uint8_t detail;
+        std::uint64_t size;
+        std::size_t payload;
+        std::size_t end;
+    };
+
+    std::uint64_t number(std::size_t at, int width) const;
+    Object reference(std::size_t at) const { return static_cast<Object>(number(at, referenceWidth_)); }
+    /// Empty for a marker that property lists do not have and for an object that leads past the objects' end.
+    std::optional<Head> head(std::size_t at) const;
+    platform::Value integerValue(const Head& head) const;
+    bool textIs(Object object, std::string_view text) const;
+    void readTrailer();
+
+    platform::Data bytes_;
+    std::size_t tableStart_ = 0;
+    std::uint64_t reachableBytes_ = 0;
+    Object root_ = 0;
+    Object count_ = 0;
+    int offsetWidth_ = 1;
+    int referenceWidth_ = 1;
+};
+
+}  // namespace quietrix

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "profile/model/BinaryList.h"
+
+namespace quietrix {
+
+/// What the profiles file holds, and what it will hold after a change. It knows bytes, not paths: reading and
+/// writing them is the store's business. Immutable; usable from any thread.
+///
+/// The file is the dictionary {"format": 1, "profiles": […]}. What this class does not know it keeps and
+/// writes back as it is: keys beside those two, keys of a profile that a record does not have, and entries of
+/// "profiles" that are no profiles (no dictionary, or one without an identifier, or with one that an earlier
+/// entry has).
+class ProfilesFile {
+  public:
+    /// A profile of this very state of the file.
+    using Profile = BinaryList::Object;
+
+    /// The file that is not there: no profiles.
+    ProfilesFile() = default;
+    /// Reads every form of property list. The error is a sentence about what is wrong with the bytes.
+    static platform::Result<ProfilesFile> parse(platform::Data bytes);
+
+    /// Empty for the file that is not there.
+    const platform::Data& bytes() const;
+    /// In the file's order.
+    std::vector<Profile> profiles() const;
+    /// How many entries of "profiles" are none.
+    std::size_t foreignEntries() const { return foreignEntries_; }
+    std::optional<Profile> find(std::string_view identifier) const;
+    std::string identifier(Profile profile) const;
+    /// One value of a profile, nil for a key that it lacks.
+    platform::Value value(Profile profile, std::string_view key) const;
+    platform::Dictionary values(Profile profile) const;
+
+    /// The file with one profile more, at the end. The caller has made sure that its identifier is free.
+    platform::Result<ProfilesFile> adding(const platform::Dictionary& values) const;
+    /// The file with the values in place of the profile's own; keys that a record does not have stay.
+    platform::Result<ProfilesFile> updating(Profile profile, const platform::Dictionary& values) const;
+    /// The file without the profile, and without other entries under its identifier: it would come back as
+    /// one of those.
+    platform::Result<ProfilesFile> removing(Profile profile) const;
+
+  private:
+    class Draft;
+
+    static constexpr std::string_view formatKey = "format";
+    static constexpr std::string_view profilesKey = "profiles";
+    static constexpr std::int64_t currentFormat = 1;
+
+    struct Entry {
+        Profile object;
+        bool isProfile;
+    };
+    /// Where a profile is, kept in the order of the hashes of the identifiers.
+    struct Place {
+        std::uint32_t hash;
+        Profile object;
+    };
+    struct Candidate {
+        Place place;
+        std::size_t position;
+    };
+    /// What the next state has: the entries and places that stay, and the values, if any, for the entry at a
+    /// position.
+    struct Change {
+        std::vector<Entry> entries;
+        std::vector<Place> places;
+        std::size_t position = 0;
+        const platform::Dictionary* values = nullptr;
+        /// The profile that the change replaces or removes.
+        std::optional<Profile> previous = std::nullopt;
+    };
+
+    static std::uint32_t hashOf(std::string_view identifier);
+    platform::Result<void> readEntries();
+    void admit(std::vector<Candidate> candidates);
+
+    std::optional<BinaryList> list_;
+    std::vector<Entry> entries_;
+    std::vector<Place> places_;
+    std::size_t foreignEntries_ = 0;
+    /// An estimate, never too low for long, of what the file needs without the objects that changes left
+    /// behind.
+    std::uint64_t liveBytes_ = 0;
+    /// The file's last objects that the next change makes anew, known only for a file that was made here: the
+    /// array of the profiles and the root.
+    BinaryList::Object tail_ = 0;
+};
+
+}  // namespace quietrix

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+#include "profile/model/QXProfile.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <random>
+
+#include "platform/foundation/LogSink.h"
+#include "profile/model/ChangedProfiles.h"
+#include "profile/model/QXProfileKeys.h"
+#include "profile/model/QXUtils.h"
+#include "shell/base/Localization.h"
+
+namespace quietrix {
+
+PLATFORM_REGISTER_CLASS(QXProfile)
+
+namespace {
+
+std::string quoted(std::string_view text) {
+    return '"' + std::string(text) + '"';
+}
+
+/// A random UUID in capitals, as the phone writes its identifiers.
+std::string freshIdentifier() {
+    std::array<std::uint8_t, 16> bytes{};
+    if (getentropy(bytes.data(), bytes.size()) != 0) {
+        std::random_device random;
+        std::ranges::generate(bytes, [&] { return static_cast<std::uint8_t>(random()); });
+    }
+    bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x40);  // version 4: random
+    bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3F) | 0x80);  // the usual variant
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string text;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (i == 4 || i == 6 || i == 8 || i == 10) text += '-';
+        text += digits[bytes[i] >> 4];
+        text += digits[bytes[i] & 0x0F];
+    }
+    return text;
+}
+
+}  // namespace
+
+QXProfile::QXProfile() {
+    for (const QXProfileKey& key : profileKeys()) {
+        if (key.set) key.set(*this, key.defaultAsValue());
+    }
+    revision_ = 0;
+}
+
+std::shared_ptr<QXProfile> QXProfile::defaultProfile() {
+    auto profile = std::make_shared<QXProfile>();
+    profile->identifier_ = freshIdentifier();
+    profile->title_ = localized(profile->title_);
+    return profile;
+}
+
+std::shared_ptr<QXProfile> QXProfile::profileWithValues(const platform::Dictionary& values) {
+    auto profile = std::make_shared<QXProfile>();
+    for (const QXProfileKey& key : profileKeys()) {
+        const auto value = key.isStored() ? values.find(key.name) : values.end();
+        if (value == values.end() || key.set(*profile, value->second)) continue;
+        platform::log("The profile " + quoted(profile->identifier_) + " holds " +
+                      std::string(nameOfType(value->second.type())) + " under " + quoted(key.name) +
+                      ", which takes " + std::string(nameOfType(key.type)) + "; its default is used.");
+    }
+    profile->revision_ = 0;
+    return profile;
+}
+
+platform::Dictionary QXProfile::storedValues() const {
+    platform::Dictionary values;
+    for (const QXProfileKey& key : profileKeys()) {
+        if (!key.isStored()) continue;
+        if (auto value = key.get(*this)) values.emplace(key.name, std::move(value));
+    }
+    return values;
+}
+
+platform::Value QXProfile::valueForKey(std::string_view key) const {
+    if (const QXProfileKey* known = profileKey(key)) return known->get(*this);
+    platform::log("A profile has no key " + quoted(key) + ".");
+    return {};
+}
+
+void QXProfile::setValue_forKey(const platform::Value& value, std::string_view key) {
+    const QXProfileKey* known = profileKey(key);
+    if (known && known->set && known->set(*this, value)) return;
+    const std::string offered(nameOfType(value.type()));
+    if (!known) {
+        platform::log("A profile has no key " + quoted(key) + "; " + offered + " was not stored.");
+    } else if (!known->set) {
+        platform::log("The key " + quoted(key) + " of a profile is read-only; " + offered +
+                      " was not stored.");
+    } else {
+        platform::log("The key " + quoted(key) + " of a profile takes " +
+                      std::string(nameOfType(known->type)) + "; " + offered + " (" + value.description() +
+                      ") was not stored.");
+    }
+}
+
+std::optional<platform::Date> QXProfile::dateOfTime(const std::string& time) {
+    platform::DateFormatter& formatter = QXUtils::dateFormatter();
+    formatter.setDateFormat("h:mm a");
+    return formatter.dateFromString(time);
+}
+
+std::optional<platform::Date> QXProfile::startDate() const {
+    return dateOfTime(startTime_);
+}
+
+std::optional<platform::Date> QXProfile::endDate() const {
+    return dateOfTime(endTime_);
+}
+
+void QXProfile::setPlayBackVolume(double volume) {
+    if (!std::isnan(volume)) assign(playBackVolume_, volume);
+}
+
+void QXProfile::setRingerVolume(double volume) {
+    if (!std::isnan(volume)) assign(ringerVolume_, volume);
+}
+
+bool QXProfile::hasWiFiNetwork(std::string_view ssid) const {
+    return std::ranges::find(wifiNetworks_, ssid) != wifiNetworks_.end();
+}
+
+void QXProfile::addToWiFiNetwork(std::string_view ssid) {
+    if (hasWiFiNetwork(ssid)) return;
+    willChange();
+    wifiNetworks_.emplace_back(ssid);
+}
+
+void QXProfile::removeFromWiFiNetwork(std::string_view ssid) {
+    if (!hasWiFiNetwork(ssid)) return;
+    willChange();
+    std::erase(wifiNetworks_, ssid);
+}
+
+std::vector<std::string>& QXProfile::mutableCalendarIdentifiers() {
+    willChange();
+    return calendarIdentifiers_;
+}
+
+std::string QXProfile::applyProfileEventStatusString() const {
+    static constexpr std::array<std::string_view, 4> names{"All", "Accepted", "Tentative",
+                                                           "Declined/Cancelled"};
+    const auto status = static_cast<std::uint64_t>(applyProfileEventStatus_);
+    return status < names.size() ? localized(names.at(status)) : std::string();
+}
+
+void QXProfile::willChange() {
+    if (revision_++ == 0 && changed_) changed_->add({identifier_, weak_from_this()});
+}
+
+}  // namespace quietrix

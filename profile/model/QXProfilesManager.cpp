@@ -1,0 +1,289 @@
+// SPDX-License-Identifier: MIT
+#include "profile/model/QXProfilesManager.h"
+
+#include <utility>
+
+#include "platform/foundation/DarwinNotificationCenter.h"
+#include "platform/foundation/FileManager.h"
+#include "platform/foundation/Journal.h"
+#include "platform/foundation/LogSink.h"
+#include "platform/foundation/NotificationCenter.h"
+#include "platform/foundation/RunLoop.h"
+#include "shell/base/NotificationNames.h"
+
+namespace quietrix {
+
+PLATFORM_REGISTER_CLASS(QXProfilesManager)
+
+namespace {
+
+using platform::Dictionary;
+using platform::Error;
+using platform::failure;
+using platform::FileManager;
+using platform::Journal;
+using platform::Result;
+using platform::Value;
+
+constexpr double longestLockWait = 2.0;
+
+/// The one store of the process, made when it is first asked for.
+struct SharedManager {
+    std::mutex mutex;
+    std::shared_ptr<QXProfilesManager> manager;
+
+    static SharedManager& slot() {
+        static SharedManager slot;
+        return slot;
+    }
+};
+
+std::string quoted(std::string_view text) {
+    return '"' + std::string(text) + '"';
+}
+
+std::string identifierOf(const Dictionary& values) {
+    return values.at("identifier").stringOr();
+}
+
+std::unexpected<Error> noSuchProfile(const Dictionary& values) {
+    return failure("There is no profile with the identifier " + quoted(identifierOf(values)) + " in " +
+                   quoted(profilesPath) + "; it may have been deleted.");
+}
+
+Result<ProfilesFile> added(const ProfilesFile& file, const Dictionary& values) {
+    const std::string identifier = identifierOf(values);
+    if (identifier.empty()) return failure("A profile without an identifier cannot be added.");
+    if (file.find(identifier)) {
+        return failure("There is a profile with the identifier " + quoted(identifier) + " in " +
+                       quoted(profilesPath) + " already.");
+    }
+    return file.adding(values);
+}
+
+Result<ProfilesFile> updated(const ProfilesFile& file, const Dictionary& values) {
+    const auto profile = file.find(identifierOf(values));
+    return profile ? file.updating(*profile, values) : noSuchProfile(values);
+}
+
+Result<ProfilesFile> deleted(const ProfilesFile& file, const Dictionary& values) {
+    const auto profile = file.find(identifierOf(values));
+    return profile ? file.removing(*profile) : noSuchProfile(values);
+}
+
+void announce(std::string_view notification) {
+    platform::NotificationCenter::defaultCenter().postNotificationName_object_userInfo(notification, nullptr,
+                                                                                       {});
+    platform::CFNotificationCenterPostNotification(platform::CFNotificationCenterGetDarwinNotifyCenter(),
+                                                   notification, nullptr, {}, true);
+}
+
+Result<ProfilesFile> parsed(platform::Data bytes) {
+    auto file = ProfilesFile::parse(std::move(bytes));
+    if (file) return file;
+    return failure("The profiles file " + quoted(profilesPath) + " cannot be used and is left as it is. " +
+                   file.error().localizedDescription);
+}
+
+Journal::Ticket beginCall(std::string_view call, Value identifier) {
+    return Journal::shared().begin("store", {{"call", call}, {"identifier", std::move(identifier)}});
+}
+
+}  // namespace
+
+struct QXProfilesManager::Kind {
+    std::string_view call;
+    std::string_view notification;
+    Result<ProfilesFile> (*edit)(const ProfilesFile& file, const Dictionary& values);
+};
+
+const QXProfilesManager::Kind QXProfilesManager::addition{"add", ProfileAddedNotification, added};
+const QXProfilesManager::Kind QXProfilesManager::update{"update", ProfileChangedNotification, updated};
+const QXProfilesManager::Kind QXProfilesManager::deletion{"delete", ProfileDeletedNotification, deleted};
+
+std::shared_ptr<QXProfilesManager> QXProfilesManager::sharedManager() {
+    SharedManager& slot = SharedManager::slot();
+    const std::scoped_lock lock(slot.mutex);
+    if (!slot.manager) slot.manager = std::make_shared<QXProfilesManager>();
+    return slot.manager;
+}
+
+void QXProfilesManager::resetSharedManager() {
+    SharedManager& slot = SharedManager::slot();
+    const std::scoped_lock lock(slot.mutex);
+    slot.manager.reset();
+}
+
+void QXProfilesManager::reloadProfiles() {
+    const Journal::Ticket ticket = beginCall("reload", {});
+    const auto file = takeOverFile();
+    replaceChangedRecords();
+    Journal::shared().finish(ticket, file.has_value());
+}
+
+Result<QXProfilesManager::File> QXProfilesManager::takeOverFile() {
+    FileManager& files = FileManager::defaultManager();
+    for (;;) {
+        // The stamp is taken before the bytes: should the file change in between, the next look sees another
+        // stamp.
+        const Stamp stamp = files.stampAtPath(profilesPath);
+        std::uint64_t generation = 0;
+        {
+            const std::scoped_lock lock(mutex_);
+            if (isLoaded_ && stamp == stamp_) {
+                if (badFile_) return std::unexpected(*badFile_);
+                return file_;
+            }
+            generation = generation_;
+        }
+        auto bytes = stamp ? files.contentsAtPath(profilesPath) : platform::Data();
+        if (!bytes && files.stampAtPath(profilesPath) != stamp) continue;
+        auto file = !bytes  ? std::unexpected(bytes.error())
+                    : stamp ? parsed(*std::move(bytes))
+                            : ProfilesFile();
+
+        const std::scoped_lock lock(mutex_);
+        if (generation != generation_) continue;
+        if (!bytes) {
+            // Not remembered: it may be readable the next time, although no stamp will tell so.
+            const std::string reason = bytes.error().localizedDescription;
+            if (std::exchange(unreadable_, reason) != reason) platform::log(reason);
+            return std::unexpected(bytes.error());
+        }
+        if (!file) {
+            install(file_, stamp);
+            badFile_ = file.error();
+            platform::log(badFile_->localizedDescription);
+            return std::unexpected(*badFile_);
+        }
+        install(std::make_shared<const ProfilesFile>(*std::move(file)), stamp);
+        records_.clear();
+        if (const std::size_t foreign = file_->foreignEntries()) {
+            platform::log("The profiles file " + quoted(profilesPath) + " holds " + std::to_string(foreign) +
+                          " entries that are no profiles; they are left as they are.");
+        }
+        return file_;
+    }
+}
+
+void QXProfilesManager::install(File file, const Stamp& stamp) {
+    file_ = std::move(file);
+    stamp_ = stamp;
+    badFile_.reset();
+    unreadable_.clear();
+    isLoaded_ = true;
+    ++generation_;
+}
+
+void QXProfilesManager::replaceChangedRecords() {
+    for (const ChangedProfiles::Entry& entry : changed_->take()) {
+        const std::shared_ptr<platform::Object> changed = entry.record.lock();
+        const std::scoped_lock lock(mutex_);
+        const auto current = records_.find(entry.identifier);
+        if (current != records_.end() && current->second == changed) records_.erase(current);
+    }
+}
+
+std::vector<std::shared_ptr<QXProfile>> QXProfilesManager::profilesThatAre(bool enabled) {
+    load();
+    const std::scoped_lock lock(mutex_);
+    std::vector<std::shared_ptr<QXProfile>> result;
+    for (const ProfilesFile::Profile profile : file_->profiles()) {
+        if (auto found = record(profile); found->isEnabled() == enabled) result.push_back(std::move(found));
+    }
+    return result;
+}
+
+std::vector<std::shared_ptr<QXProfile>> QXProfilesManager::enabledProfiles() {
+    return profilesThatAre(true);
+}
+
+std::vector<std::shared_ptr<QXProfile>> QXProfilesManager::disabledProfiles() {
+    return profilesThatAre(false);
+}
+
+std::shared_ptr<QXProfile> QXProfilesManager::profileByIdentifier_shouldReload(std::string_view identifier,
+                                                                               bool shouldReload) {
+    if (shouldReload) reloadProfiles();
+    load();
+    const std::scoped_lock lock(mutex_);
+    const auto profile = file_->find(identifier);
+    return profile ? record(*profile) : nullptr;
+}
+
+void QXProfilesManager::load() {
+    {
+        const std::scoped_lock lock(mutex_);
+        if (isLoaded_) return;
+    }
+    // A failure has been reported; the store then holds what it held before.
+    (void)takeOverFile();
+}
+
+std::shared_ptr<QXProfile> QXProfilesManager::record(ProfilesFile::Profile profile) {
+    std::shared_ptr<QXProfile>& record = records_[file_->identifier(profile)];
+    if (!record) {
+        record = QXProfile::profileWithValues(file_->values(profile));
+        record->reportChangesTo(changed_);
+    }
+    return record;
+}
+
+void QXProfilesManager::addProfile_success_failure(const std::shared_ptr<QXProfile>& profile, Success success,
+                                                   Failure failure) {
+    change(addition, profile, std::move(success), std::move(failure));
+}
+
+void QXProfilesManager::updateProfile_success_failure(const std::shared_ptr<QXProfile>& profile,
+                                                      Success success, Failure failure) {
+    change(update, profile, std::move(success), std::move(failure));
+}
+
+void QXProfilesManager::deleteProfile_success_failure(const std::shared_ptr<QXProfile>& profile,
+                                                      Success success, Failure failure) {
+    change(deletion, profile, std::move(success), std::move(failure));
+}
+
+void QXProfilesManager::change(const Kind& kind, const std::shared_ptr<QXProfile>& profile, Success success,
+                               Failure failure) {
+    const Journal::Ticket ticket = beginCall(kind.call, profile ? Value(profile->identifier()) : Value());
+    const Result<void> result =
+        profile
+            ? apply(kind, profile->storedValues())
+            : platform::failure("There is no profile to " + std::string(kind.call) + ": the record is nil.");
+    Journal::shared().finish(ticket, result.has_value());
+    if (result) {
+        platform::dispatchMain([success = std::move(success), name = kind.notification] {
+            if (success) success();
+            announce(name);
+        });
+    } else if (failure) {
+        platform::dispatchMain([failure = std::move(failure), error = result.error()] { failure(error); });
+    }
+}
+
+Result<void> QXProfilesManager::apply(const Kind& kind, const Dictionary& values) {
+    FileManager& files = FileManager::defaultManager();
+    const auto fileLock = files.lockExclusively(profilesPath, longestLockWait);
+    if (!fileLock) return std::unexpected(fileLock.error());
+    const auto present = takeOverFile();
+    if (!present) return std::unexpected(present.error());
+    auto next = kind.edit(**present, values);
+    if (!next) return std::unexpected(next.error());
+    const auto file = std::make_shared<const ProfilesFile>(*std::move(next));
+    const auto written = files.writeData_toFile(file->bytes(), profilesPath, platform::Write::Atomically);
+    if (!written) return written;
+    const Stamp stamp = files.stampAtPath(profilesPath);
+
+    const std::scoped_lock lock(mutex_);
+    // Another thread's reload may have taken over the written file already.
+    if (file_ == *present) {
+        records_.erase(identifierOf(values));
+    } else {
+        records_.clear();
+    }
+    install(file, stamp);
+    return {};
+}
+
+}  // namespace quietrix

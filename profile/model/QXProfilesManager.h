@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/foundation/Error.h"
+#include "platform/foundation/FileSystem.h"
+#include "platform/foundation/Object.h"
+#include "profile/model/ChangedProfiles.h"
+#include "profile/model/ProfilesFile.h"
+#include "profile/model/QXProfile.h"
+
+namespace quietrix {
+
+/// Where the phone keeps the profiles.
+inline constexpr std::string_view profilesPath =
+    "/var/mobile/Library/Preferences/com.velmora.quietrix.profiles.plist";
+
+/// The store of all profiles. What it holds is the profiles file as it was last read or written; the file is
+/// first read when the store is first asked for something. It may be called from any thread.
+///
+/// The records that it hands out are the callers' to change: the store never alters one. Asked again for the
+/// same profile it gives the same record until the profile is saved or reloaded; from then on it gives a new
+/// one with the file's values.
+class QXProfilesManager : public platform::Object {
+    PLATFORM_CLASS(QXProfilesManager, platform::Object)
+
+  public:
+    using Success = std::function<void()>;
+    using Failure = std::function<void(const platform::Error&)>;
+
+    QXProfilesManager() = default;
+    /// The one store of the process.
+    static std::shared_ptr<QXProfilesManager> sharedManager();
+    /// Lets go of the one store; the next call of sharedManager() makes another. For tests, between cases.
+    static void resetSharedManager();
+
+    /// Takes over the file as it is now. Reads it only when it has changed since it was last read or written;
+    /// otherwise just those records are replaced, in the store, that were changed since they were handed out.
+    /// A file that is not there means no profiles; one that cannot be read changes nothing and is reported in
+    /// one log line.
+    void reloadProfiles();
+
+    /// In the file's order.
+    std::vector<std::shared_ptr<QXProfile>> enabledProfiles();
+    std::vector<std::shared_ptr<QXProfile>> disabledProfiles();
+    /// The current record of that identifier, or empty.
+    std::shared_ptr<QXProfile> profileByIdentifier_shouldReload(std::string_view identifier,
+                                                                bool shouldReload);
+
+    /// Each of these makes one change: it locks the file against all others (for at most 2 seconds), takes
+    /// over what they wrote meanwhile, applies the change to it and writes it in one piece and durably before
+    /// it returns. A file that cannot be read is left as it is.
+    ///
+    /// Exactly one of the callbacks, either of which may be empty, is then queued for the main thread. After
+    /// the success callback follow a notification of the change in the local centre (no object) and one of
+    /// the same name system-wide. The failure's sentence names what is wrong, and where; as all messages of
+    /// the system it is in English.
+    ///
+    /// The record is copied before the call returns. A nil one fails; one that has no identifier, or one that
+    /// another profile has, cannot be added; one that the file no longer holds can be neither updated nor
+    /// deleted.
+    void addProfile_success_failure(const std::shared_ptr<QXProfile>& profile, Success success,
+                                    Failure failure);
+    void updateProfile_success_failure(const std::shared_ptr<QXProfile>& profile, Success success,
+                                       Failure failure);
+    void deleteProfile_success_failure(const std::shared_ptr<QXProfile>& profile, Success success,
+                                       Failure failure);
+
+  private:
+    using File = std::shared_ptr<const ProfilesFile>;
+    using Stamp = std::optional<platform::FileStamp>;
+    /// One of the three kinds of change.
+    struct Kind;
+    static const Kind addition;
+    static const Kind update;
+    static const Kind deletion;
+
+    void change(const Kind& kind, const std::shared_ptr<QXProfile>& profile, Success success,
+                Failure failure);
+    platform::Result<void> apply(const Kind& kind, const platform::Dictionary& values);
+    /// The file as it is now, which the store has taken over.
+    platform::Result<File> takeOverFile();
+    void load();
+    /// The mutex is held for these two.
+    void install(File file, const Stamp& stamp);
+    std::shared_ptr<QXProfile> record(ProfilesFile::Profile profile);
+    void replaceChangedRecords();
+    std::vector<std::shared_ptr<QXProfile>> profilesThatAre(bool enabled);
+
+    /// Held for looking at and replacing the members below, never while a file is read, written or waited
+    /// for.
+    std::mutex mutex_;
+    bool isLoaded_ = false;
+    File file_ = std::make_shared<ProfilesFile>();
+    Stamp stamp_;
+    /// Counts the replacements of the file, so that a slow reader does not put an older state over a newer
+    /// one.
+    std::uint64_t generation_ = 0;
+    /// Why the file at this stamp is of no use, while it is not.
+    std::optional<platform::Error> badFile_;
+    /// What was last reported of a file that could not even be read.
+    std::string unreadable_;
+    /// The records in use, by the identifiers of the profiles they were made for.
+    std::unordered_map<std::string, std::shared_ptr<QXProfile>> records_;
+    std::shared_ptr<ChangedProfiles> changed_ = std::make_shared<ChangedProfiles>();
+};
+
+}  // namespace quietrix

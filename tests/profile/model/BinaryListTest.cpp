@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "platform/foundation/PropertyList.h"
+#include "profile/model/BinaryList.h"
+#include "profile/model/BinaryListBuilder.h"
+
+namespace {
+
+using platform::Array;
+using platform::Data;
+using platform::Dictionary;
+using platform::PropertyListFormat;
+using platform::PropertyListSerialization;
+using platform::Value;
+using quietrix::BinaryList;
+using quietrix::BinaryListBuilder;
+using testing::HasSubstr;
+
+Data encoded(const Value& value) {
+    return PropertyListSerialization::dataWithPropertyList(value, PropertyListFormat::Binary).value();
+}
+
+Value everything() {
+    return Dictionary{
+        {"yes", true},
+        {"no", false},
+        {"integers", Array{0, 255, 256, 65535, 65536, -1, INT64_MIN, INT64_MAX, UINT64_MAX}},
+        {"reals", Array{0.0, -0.0, 1.5, 1e300}},
+        {"date", platform::Date{-12.25}},
+        {"data", Data(300, 7)},
+        {"texts", Array{"", "plain", std::string(40, 'x'), "Büro", "日本", "🔕 off", "\xED\x9F\xBF"}},
+        {"empty", Array{Array{}, Dictionary{}}},
+        {"nested", Dictionary{{"a", Dictionary{{"b", Array{Array{1}}}}}}}};
+}
+
+/// A list of one byte for each width, from its objects' bytes, root first.
+Data listOf(const std::vector<Data>& objects, std::uint8_t root = 0) {
+    const std::string_view header = "bplist00";
+    Data bytes(header.begin(), header.end());
+    Data table;
+    for (const Data& object : objects) {
+        table.push_back(static_cast<std::uint8_t>(bytes.size()));
+        bytes.insert(bytes.end(), object.begin(), object.end());
+    }
+    const auto tableStart = static_cast<std::uint8_t>(bytes.size());
+    bytes.insert(bytes.end(), table.begin(), table.end());
+    bytes.insert(bytes.end(), {0, 0, 0, 0, 0, 0, 1, 1});
+    for (const std::uint8_t number : {static_cast<std::uint8_t>(objects.size()), root, tableStart}) {
+        bytes.insert(bytes.end(), {0, 0, 0, 0, 0, 0, 0, number});
+    }
+    return bytes;
+}
+
+std::string reasonAgainst(const Data& bytes) {
+    const auto list = BinaryList::create(bytes);
+    return list ? "none" : list.error().localizedDescription;
+}
+
+TEST(BinaryList, everyKindOfValue_isReadAsThePlatformReadsIt) {
+    const auto list = BinaryList::create(encoded(everything()));
+    ASSERT_TRUE(list) << list.error().localizedDescription;
+    EXPECT_EQ(everything(), list->value(list->root()));
+    EXPECT_EQ(list->bytes().size(), list->reachableBytes() + 8 + 32);
+}
+
+TEST(BinaryList, widthsAndSizesOfOtherWriters_areRead) {
+    // A real of four bytes, a UID, a size in eight bytes, an integer of sixteen.
+    const Data bytes = listOf({{0xA4, 1, 2, 3, 4},
+                               {0x22, 0x3F, 0xC0, 0, 0},
+                               {0x81, 1, 2},
+                               {0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0, 2, 'o', 'k'},
+                               {0x14, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0, 0, 0, 0, 0, 0, 0}});
+    const auto list = BinaryList::create(bytes);
+    ASSERT_TRUE(list) << list.error().localizedDescription;
+    EXPECT_EQ(Value(Array{1.5, Dictionary{{"CF$UID", 258}}, "ok", std::uint64_t{0xFF} << 56}),
+              list->value(0));
+    EXPECT_EQ(PropertyListSerialization::propertyListWithData(bytes).value(), list->value(0));
+}
+
+TEST(BinaryList, look_upsAnswerForTheirKindOnly) {
+    const auto list = BinaryList::create(encoded(Dictionary{{"a", Array{1, 2}}, {"ü", "x"}})).value();
+    const auto array = list.find(list.root(), "a");
+    ASSERT_TRUE(array);
+    EXPECT_EQ(2U, list.elements(*array).size());
+    EXPECT_TRUE(list.pairs(*array).empty());
+    EXPECT_TRUE(list.elements(list.root()).empty());
+    EXPECT_EQ(std::nullopt, list.string(*array));
+    EXPECT_EQ(std::nullopt, list.find(*array, "a"));
+    EXPECT_EQ(std::nullopt, list.find(list.root(), "b"));
+    EXPECT_EQ("x", list.string(list.find(list.root(), "ü").value()));
+}
+
+TEST(BinaryList, hostileBytes_areRefusedWithTheirPlace) {
+    EXPECT_THAT(reasonAgainst(listOf({{0xA1, 0}})), HasSubstr("at byte 8: a container holds itself"));
+    EXPECT_THAT(reasonAgainst(listOf({{0xA1, 1}, {0xA1, 0}})), HasSubstr("holds itself"));
+    EXPECT_THAT(reasonAgainst(listOf({{0xA1, 9}})), HasSubstr("at byte 9: a reference"));
+    EXPECT_THAT(reasonAgainst(listOf({{0xD1, 1, 1}, {0x10, 5}})), HasSubstr("key"));
+    EXPECT_THAT(reasonAgainst(listOf({{0x00}})), HasSubstr("unknown kind"));
+    EXPECT_THAT(reasonAgainst(listOf({{0xC0}})), HasSubstr("unknown kind"));
+    EXPECT_THAT(reasonAgainst(listOf({{0x5F, 0x13, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}})),
+                HasSubstr("leads out"));
+    EXPECT_THAT(reasonAgainst(listOf({{0xDF, 0x13, 0x7F, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}})),
+                HasSubstr("leads out"));
+    EXPECT_THAT(reasonAgainst(listOf({{0x51, 0xC3}})), HasSubstr("encoding"));
+    EXPECT_THAT(reasonAgainst(listOf({{0x61, 0xD8, 0x00}})), HasSubstr("surrogate"));
+    EXPECT_THAT(reasonAgainst(listOf({{0x62, 0xDC, 0x00, 0xD8, 0x00}})), HasSubstr("surrogate"));
+    EXPECT_THAT(reasonAgainst(listOf({{0x14, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}})),
+                HasSubstr("16 bytes"));
+    EXPECT_THAT(reasonAgainst(listOf({{0x09}}, 5)), HasSubstr("root"));
+}
+
+TEST(BinaryList, referencesThatUnfoldWithoutEnd_areRefused) {
+    // Each array holds the next one ten times.
+    std::vector<Data> objects;
+    for (std::uint8_t i = 0; i < 12; ++i) {
+        Data array(11, static_cast<std::uint8_t>(i + 1));
+        array[0] = 0xAA;
+        objects.push_back(array);
+    }
+    objects.push_back({0x09});
+    EXPECT_THAT(reasonAgainst(listOf(objects)), HasSubstr("unfold"));
+}
+
+TEST(BinaryList, objectsOnTopOfEachOther_areRefused) {
+    // An array of 200 objects, all of which are the same 3000 bytes of data.
+    constexpr int count = 200;
+    BinaryListBuilder builder;
+    const auto data = builder.add(Data(3000, 1)).value();
+    std::vector<BinaryList::Object> elements{data};
+    for (int i = 1; i < count; ++i) elements.push_back(builder.add(i).value());
+    Data bytes = std::move(builder).finish(builder.addArray(elements)).value();
+    const BinaryList list = BinaryList::trusted(bytes);
+    for (std::size_t i = 1; i < count; ++i) {
+        std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(list.tableStart()), 4,
+                    bytes.begin() + static_cast<std::ptrdiff_t>(list.tableStart() + 4 * i));
+    }
+    EXPECT_THAT(reasonAgainst(bytes), HasSubstr("share their bytes"));
+}
+
+TEST(BinaryList, everyPrefixAndEveryFlippedByte_givesAnErrorOrAValue) {
+    const Data whole = encoded(everything());
+    const auto look = [](Data bytes) {
+        const auto list = BinaryList::create(std::move(bytes));
+        if (!list) return false;
+        EXPECT_FALSE(list->value(list->root()).isNil());
+        return true;
+    };
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+        EXPECT_FALSE(look(Data(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)))) << size;
+    }
+    int accepted = 0;
+    for (std::size_t at = 8; at < whole.size(); ++at) {
+        for (const std::uint8_t flip : std::to_array<std::uint8_t>({0x01, 0x10, 0x80, 0xFF})) {
+            Data changed = whole;
+            changed[at] ^= flip;
+            accepted += look(std::move(changed)) ? 1 : 0;
+        }
+    }
+    EXPECT_GT(accepted, 0);
+}
+
+TEST(BinaryListBuilder, copy_isTheSameValueAndSharesWhatWasShared) {
+    const BinaryList source = BinaryList::create(encoded(everything())).value();
+    BinaryListBuilder builder;
+    BinaryListBuilder::Copies copies(source);
+    const auto first = builder.copy(source.root(), copies);
+    const auto second = builder.copy(source.root(), copies);
+    EXPECT_EQ(first, second);
+    const auto root = builder.addArray(std::vector{first, second});
+    const auto list = BinaryList::create(std::move(builder).finish(root).value());
+    ASSERT_TRUE(list) << list.error().localizedDescription;
+    EXPECT_EQ(Value(Array{everything(), everything()}), list->value(list->root()));
+    EXPECT_EQ(source.count() + 1, list->count());
+}
+
+TEST(BinaryListBuilder, continuedList_keepsItsObjects) {
+    BinaryListBuilder first;
+    const auto text = first.add("text").value();
+    const auto array = first.addArray(std::vector{text});
+    const BinaryList list = BinaryList::create(std::move(first).finish(array).value()).value();
+    ASSERT_TRUE(BinaryListBuilder::continuable(list));
+    BinaryListBuilder second(list, 1);
+    const auto more = second.add(everything()).value();
+    const auto longer =
+        BinaryList::create(std::move(second).finish(second.addArray(std::vector{text, more})).value());
+    ASSERT_TRUE(longer) << longer.error().localizedDescription;
+    EXPECT_EQ(Value(Array{"text", everything()}), longer->value(longer->root()));
+}
+
+TEST(BinaryListBuilder, valueThatNoListHolds_isAnError) {
+    BinaryListBuilder builder;
+    EXPECT_FALSE(builder.add(Value()));
+}
+
+}  // namespace

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <random>
+
+#include "platform/foundation/PropertyList.h"
+#include "profile/model/ProfilesFile.h"
+#include "profile/model/QXProfile.h"
+
+namespace {
+
+using platform::Array;
+using platform::Data;
+using platform::Dictionary;
+using platform::PropertyListFormat;
+using platform::PropertyListSerialization;
+using platform::Value;
+using quietrix::ProfilesFile;
+using quietrix::QXProfile;
+
+Dictionary profile(const std::string& identifier, const std::string& title) {
+    QXProfile record;
+    record.setIdentifier(identifier);
+    record.setTitle(title);
+    return record.storedValues();
+}
+
+Value contents(const ProfilesFile& file) {
+    return PropertyListSerialization::propertyListWithData(file.bytes()).value_or(Value());
+}
+
+Value expected(const std::vector<Dictionary>& profiles) {
+    return Dictionary{{"format", 1}, {"profiles", Array(profiles.begin(), profiles.end())}};
+}
+
+TEST(ProfilesFile, fileThatIsNotThere_hasNoProfiles) {
+    const ProfilesFile file;
+    EXPECT_TRUE(file.profiles().empty());
+    EXPECT_EQ(std::nullopt, file.find("A"));
+    EXPECT_TRUE(file.bytes().empty());
+}
+
+TEST(ProfilesFile, changes_leaveTheStateTheyStartFrom) {
+    const ProfilesFile one = ProfilesFile().adding(profile("A", "a")).value();
+    const Data before = one.bytes();
+    const ProfilesFile two = one.adding(profile("B", "b")).value();
+    const ProfilesFile changed = two.updating(two.find("A").value(), profile("A", "x")).value();
+    const ProfilesFile without = changed.removing(changed.find("A").value()).value();
+    EXPECT_EQ(before, one.bytes());
+    EXPECT_EQ(expected({profile("A", "a")}), contents(one));
+    EXPECT_EQ(expected({profile("A", "a"), profile("B", "b")}), contents(two));
+    EXPECT_EQ(expected({profile("A", "x"), profile("B", "b")}), contents(changed));
+    EXPECT_EQ(expected({profile("B", "b")}), contents(without));
+    EXPECT_EQ(std::nullopt, without.find("A"));
+}
+
+TEST(ProfilesFile, randomChanges_giveWhatAPlainListGives) {
+    std::mt19937 random(20261120);
+    std::vector<Dictionary> model;
+    ProfilesFile file;
+    int next = 0;
+    for (int step = 0; step < 1500; ++step) {
+        const auto position = model.empty() ? 0 : random() % model.size();
+        const auto choice = random() % 8;
+        if (choice < 3 || model.empty()) {
+            model.push_back(profile(std::to_string(next++), std::string(random() % 40, 't')));
+            file = file.adding(model.back()).value();
+        } else if (choice < 6) {
+            const std::string identifier = model[position].at("identifier").stringOr();
+            model[position].insert_or_assign("title", "Größe " + std::to_string(random() % 5));
+            model[position].insert_or_assign("enabled", random() % 2 == 0);
+            model[position].insert_or_assign("wifiNetworks", Array(random() % 3, Value("net")));
+            file = file.updating(file.find(identifier).value(), model[position]).value();
+        } else {
+            file = file.removing(file.find(model[position].at("identifier").stringOr()).value()).value();
+            model.erase(model.begin() + static_cast<std::ptrdiff_t>(position));
+        }
+        if (step % 50 == 0) {
+            // As another process would find it.
+            const auto reread = ProfilesFile::parse(file.bytes());
+            ASSERT_TRUE(reread) << reread.error().localizedDescription;
+            file = *reread;
+        }
+        ASSERT_EQ(model.size(), file.profiles().size());
+    }
+    ASSERT_EQ(expected(model), contents(file));
+    for (const auto object : file.profiles()) EXPECT_EQ(object, file.find(file.identifier(object)));
+}
+
+TEST(ProfilesFile, oneChangeAmongMany_writesOnlyThatProfileAnew) {
+    ProfilesFile file;
+    for (int i = 0; i < 300; ++i)
+        file = file.adding(profile("profile " + std::to_string(i), "title")).value();
+    const ProfilesFile changed =
+        file.updating(file.find("profile 7").value(), profile("profile 7", "x")).value();
+    // All that stood before the array of the profiles stays where it is, byte for byte.
+    const std::size_t kept = static_cast<std::size_t>(
+        std::mismatch(file.bytes().begin(), file.bytes().end(), changed.bytes().begin()).first -
+        file.bytes().begin());
+    EXPECT_GT(kept, 300U * 100U);
+    EXPECT_LT(changed.bytes().size(), file.bytes().size() + 400);
+}
+
+TEST(ProfilesFile, listsOfOtherWidths_areTakenOver) {
+    // The platform's writer takes the smallest widths that do; these are one, two and three bytes.
+    for (const int count : {3, 400, 9000}) {
+        std::vector<Dictionary> profiles;
+        for (int i = 0; i < count; ++i) {
+            profiles.push_back({{"identifier", std::to_string(i)},
+                                {"title", "t" + std::to_string(i)},
+                                {"endTime", "e" + std::to_string(i)},
+                                {"unknown", i}});
+        }
+        auto bytes =
+            PropertyListSerialization::dataWithPropertyList(expected(profiles), PropertyListFormat::Binary);
+        const auto file = ProfilesFile::parse(*std::move(bytes));
+        ASSERT_TRUE(file) << file.error().localizedDescription;
+        ASSERT_EQ(static_cast<std::size_t>(count), file->profiles().size());
+        const auto changed = file->removing(file->find("1").value());
+        ASSERT_TRUE(changed) << changed.error().localizedDescription;
+        profiles.erase(profiles.begin() + 1);
+        EXPECT_EQ(expected(profiles), contents(*changed));
+    }
+}
+
+TEST(ProfilesFile, valueOfAProfile_isFoundByItsKey) {
+    const ProfilesFile file = ProfilesFile().adding(profile("A", "a")).value();
+    const auto found = file.find("A").value();
+    EXPECT_EQ(Value("a"), file.value(found, "title"));
+    EXPECT_EQ(Value(), file.value(found, "nothing"));
+    EXPECT_EQ(profile("A", "a"), file.values(found));
+}
+
+TEST(ProfilesFile, everyPrefixAndFlippedByte_isRefusedOrCanBeChanged) {
+    ProfilesFile file;
+    for (const char* identifier : {"A", "B", "C"}) file = file.adding(profile(identifier, "Büro")).value();
+    const Data whole = file.bytes();
+    int refused = 0;
+    for (std::size_t at = 0; at < whole.size(); ++at) {
+        EXPECT_FALSE(
+            ProfilesFile::parse(Data(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(at))));
+        for (const std::uint8_t flip : std::to_array<std::uint8_t>({0x01, 0x40, 0xFF})) {
+            Data changed = whole;
+            changed[at] ^= flip;
+            const auto parsed = ProfilesFile::parse(std::move(changed));
+            if (!parsed) {
+                ++refused;
+                continue;
+            }
+            const auto next = parsed->adding(profile("new", "n"));
+            ASSERT_TRUE(next) << next.error().localizedDescription;
+            EXPECT_TRUE(ProfilesFile::parse(next->bytes())) << at;
+            EXPECT_EQ(parsed->profiles().size() + 1, next->profiles().size());
+        }
+    }
+    EXPECT_GT(refused, 0);
+}
+
+}  // namespace

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+// Another process that changes the profiles of a root: `store-writer ROOT PREFIX COUNT` adds COUNT profiles
+// whose identifiers begin with PREFIX and renames each of them once. Ends with status 0 when every change
+// succeeded.
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include "device/RootFileSystem.h"
+#include "platform/foundation/Device.h"
+#include "platform/foundation/RunLoop.h"
+#include "profile/model/QXProfilesManager.h"
+
+int main(int argc, char** argv) {
+    if (argc != 4) return 2;
+    platform::Device phone;
+    phone.files = std::make_shared<device::RootFileSystem>(argv[1]);
+    platform::Device::install(phone);
+    const std::string prefix = argv[2];
+    const int count = std::atoi(argv[3]);
+    const auto store = quietrix::QXProfilesManager::sharedManager();
+    int status = 0;
+    const auto failed = [&](const platform::Error& error) {
+        std::cerr << error.localizedDescription << '\n';
+        status = 1;
+    };
+    for (int i = 0; i < count; ++i) {
+        const auto profile = std::make_shared<quietrix::QXProfile>();
+        profile->setIdentifier(prefix + std::to_string(i));
+        store->addProfile_success_failure(profile, nullptr, failed);
+        profile->setTitle("renamed");
+        store->updateProfile_success_failure(profile, nullptr, failed);
+    }
+    platform::RunLoop::main().drain();
+    return status;
+}
