@@ -1,0 +1,38 @@
+# SPDX-License-Identifier: MIT
+# Builds the browser page into share/page. The packages are installed in a copy within the build tree, so that the
+# checkout stays as it is; an unchanged tree installs and builds nothing.
+find_program(NODE_PROGRAM node REQUIRED)
+find_program(NPM_PROGRAM npm REQUIRED)
+
+set(page_source "${CMAKE_CURRENT_SOURCE_DIR}/web")
+set(page_work "${CMAKE_BINARY_DIR}/web")
+set(page_output "${CMAKE_BINARY_DIR}/share/page")
+file(GLOB_RECURSE page_files CONFIGURE_DEPENDS RELATIVE "${page_source}"
+     "web/src/*" "web/styles/*")
+list(APPEND page_files package.json package-lock.json build.mjs tsconfig.json)
+if(EXISTS "${page_source}/.npmrc")
+    list(APPEND page_files .npmrc)
+endif()
+
+set(page_copies)
+foreach(file IN LISTS page_files)
+    add_custom_command(OUTPUT "${page_work}/${file}"
+        COMMAND ${CMAKE_COMMAND} -E copy "${page_source}/${file}" "${page_work}/${file}"
+        DEPENDS "${page_source}/${file}" VERBATIM)
+    list(APPEND page_copies "${page_work}/${file}")
+endforeach()
+
+add_custom_command(OUTPUT "${page_work}/installed"
+    COMMAND ${NPM_PROGRAM} ci --no-audit --no-fund --silent
+    COMMAND ${CMAKE_COMMAND} -E touch "${page_work}/installed"
+    WORKING_DIRECTORY "${page_work}"
+    DEPENDS "${page_work}/package.json" "${page_work}/package-lock.json"
+    COMMENT "Installing the page's packages" VERBATIM)
+add_custom_command(OUTPUT "${page_output}/index.html"
+    COMMAND ${CMAKE_COMMAND} -E rm -rf "${page_output}"
+    COMMAND ${NODE_PROGRAM} build.mjs "--outdir=${page_output}"
+    COMMAND ${CMAKE_COMMAND} -E touch "${page_output}/index.html"
+    WORKING_DIRECTORY "${page_work}"
+    DEPENDS "${page_work}/installed" ${page_copies}
+    COMMENT "Building the page" VERBATIM)
+add_custom_target(page ALL DEPENDS "${page_output}/index.html")

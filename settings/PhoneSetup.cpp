@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#include "settings/PhoneSetup.h"
+
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "device/BrowserURLOpener.h"
+#include "device/ConfiguredLibraries.h"
+#include "device/DatagramTransport.h"
+#include "device/FreshRoot.h"
+#include "device/RootFileSystem.h"
+#include "device/SettableDeviceFacts.h"
+#include "device/StandardErrorLog.h"
+#include "device/SystemClock.h"
+#include "platform/foundation/Bundle.h"
+#include "platform/foundation/DarwinNotificationCenter.h"
+#include "platform/foundation/Device.h"
+#include "platform/foundation/FileManager.h"
+#include "settings/BundleOpening.h"
+
+namespace settings {
+
+namespace fs = std::filesystem;
+using platform::Result;
+
+namespace {
+
+constexpr std::string_view applicationPath = "/Applications/Settings.app";
+
+/// Makes the phone's path a link to the host directory, in one step as others see it.
+Result<void> linkDirectory(const platform::FileSystem& files, std::string_view path, const fs::path& target) {
+    const fs::path link = files.hostPath(path);
+    const fs::path temporary = link.parent_path() / ("." + link.filename().string() + ".new");
+    std::error_code error;
+    // A second process that does the same at the same time may take the temporary link away.
+    for (int attempt = 0; attempt < 8; ++attempt) {
+        if (fs::read_symlink(link, error) == target && !error) return {};
+        fs::create_directories(link.parent_path(), error);
+        if (!error) fs::create_directory_symlink(target, temporary, error);
+        if (!error) fs::rename(temporary, link, error);
+        if (!error) return {};
+        std::error_code ignored;
+        fs::remove(temporary, ignored);
+    }
+    return platform::failure("\"" + link.string() + "\" could not be linked to \"" + target.string() +
+                             "\": " + error.message() + ".");
+}
+
+}  // namespace
+
+Result<std::unique_ptr<PhoneSetup>> PhoneSetup::create(const PhoneOptions& options) {
+    std::error_code error;
+    const fs::path resources = fs::canonical(options.resourceDirectory, error);
+    if (error) {
+        return platform::failure("The application's own files are missing at \"" + options.resourceDirectory +
+                                 "\".");
+    }
+    if (const auto ready =
+            device::prepareRoot(options.rootDirectory, options.resourceDirectory, options.bundleDirectory);
+        !ready) {
+        return std::unexpected(ready.error());
+    }
+    std::unique_ptr<PhoneSetup> phone(new PhoneSetup);
+    phone->files_ = std::make_shared<device::RootFileSystem>(options.rootDirectory);
+    if (const auto linked = linkDirectory(*phone->files_, applicationPath, resources); !linked) {
+        return std::unexpected(linked.error());
+    }
+    phone->bundlePath_ = platform::stringByAppendingPathComponent(
+        preferenceBundlesPath, fs::canonical(options.bundleDirectory, error).filename().string());
+    phone->install(options);
+    if (const auto connected = platform::DarwinNotificationCenter::shared().connect(); !connected) {
+        return std::unexpected(connected.error());
+    }
+    return phone;
+}
+
+void PhoneSetup::install(const PhoneOptions& options) {
+    const auto& device = options.device;
+    platform::Device phone;
+    phone.log = std::make_shared<device::StandardErrorLog>("quietrix-settings");
+    phone.files = files_;
+    if (device.clock) {
+        clock_ = std::make_shared<device::VirtualClock>(*device.clock);
+        phone.clock = clock_;
+    } else {
+        phone.clock = std::make_shared<device::SystemClock>();
+    }
+    phone.notifications = std::make_shared<device::DatagramTransport>(options.rootDirectory);
+    phone.facts = std::make_shared<device::SettableDeviceFacts>(device, files_);
+    phone.urls = std::make_shared<device::BrowserURLOpener>(
+        device.twitterApp ? device::TwitterApplication::Installed : device::TwitterApplication::Absent);
+    phone.libraries = std::make_shared<device::ConfiguredLibraries>(
+        device.statusBarLibrary ? device::StatusBarLibrary::Present : device::StatusBarLibrary::Absent,
+        files_);
+    platform::Device::install(std::move(phone));
+    platform::Bundle::setMainBundlePath(std::string(applicationPath));
+}
+
+PhoneSetup::~PhoneSetup() {
+    platform::DarwinNotificationCenter::shared().reset();
+    platform::Device::install({});
+}
+
+}  // namespace settings

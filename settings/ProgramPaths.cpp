@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "settings/ProgramPaths.h"
+
+#include <cstdlib>
+#include <system_error>
+
+namespace settings {
+
+namespace fs = std::filesystem;
+
+ProgramPaths ProgramPaths::ofThisProgram() {
+    std::error_code error;
+    return ProgramPaths(fs::read_symlink("/proc/self/exe", error).parent_path());
+}
+
+std::optional<std::string> ProgramPaths::find(const char* name) const {
+    for (const char* share : {"share/quietrix", "share"}) {
+        std::error_code error;
+        const fs::path directory = fs::weakly_canonical(programDirectory_ / ".." / share / name, error);
+        if (!error && fs::is_directory(directory, error)) return directory.string();
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> defaultRootDirectory() {
+    const auto variable = [](const char* name) {
+        // Read before any thread starts, and nothing here ever sets a variable.
+        const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe)
+        return fs::path(value ? value : "");
+    };
+    // A relative data directory is to be ignored, as other programs do.
+    if (const fs::path data = variable("XDG_DATA_HOME"); data.is_absolute()) return data / "quietrix/phone";
+    if (const fs::path home = variable("HOME"); !home.empty()) return home / ".local/share/quietrix/phone";
+    return std::nullopt;
+}
+
+}  // namespace settings

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace settings {
+
+/// Where the program finds what belongs to it: in "../share/quietrix" beside an installed program, in
+/// "../share" of the tree that it was built in. Host paths.
+class ProgramPaths {
+  public:
+    /// Of the running program.
+    static ProgramPaths ofThisProgram();
+    explicit ProgramPaths(std::filesystem::path programDirectory)
+        : programDirectory_(std::move(programDirectory)) {}
+
+    /// The product's bundle; empty when it is not there.
+    std::optional<std::string> bundle() const { return find("QuietrixPreferences.bundle"); }
+    /// The application's own bundle of texts and images; empty when it is not there.
+    std::optional<std::string> resources() const { return find("Settings"); }
+    /// The browser page; empty when it was not built.
+    std::optional<std::string> page() const { return find("page"); }
+
+  private:
+    std::optional<std::string> find(const char* name) const;
+
+    std::filesystem::path programDirectory_;
+};
+
+/// Where the phone's files are unless the command line says otherwise: "quietrix/phone" in the user's data
+/// directory ($XDG_DATA_HOME, else ~/.local/share); empty when neither variable is set.
+std::optional<std::string> defaultRootDirectory();
+
+}  // namespace settings

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#include "settings/ScreenCommands.h"
+
+#include <algorithm>
+#include <string>
+
+#include "platform/preferences/PSPlaceholderController.h"
+#include "platform/social/SLComposeViewController.h"
+#include "platform/uikit/UIAlertController.h"
+#include "settings/Front.h"
+#include "settings/LinkedScreens.h"
+#include "settings/SpecialScreens.h"
+
+namespace settings {
+
+using platform::failure;
+using platform::Result;
+using platform::SLComposeViewController;
+using platform::UIAlertController;
+
+Result<void> pressBarButton(Application& /*application*/, const CommandFields& fields) {
+    const Result<std::string> side = fields.text("side");
+    if (!side) return std::unexpected(side.error());
+    if (*side != "left" && *side != "right") return failure(R"("side" must be "left" or "right".)");
+    const Result<std::int64_t> number = fields.index("item");
+    if (!number) return std::unexpected(number.error());
+    const Front front = Front::now();
+    if (!front.screen) return failure("There is no screen.");
+    const auto& navigationItem = *front.screen->navigationItem();
+    const auto& items =
+        *side == "left" ? navigationItem.leftBarButtonItems() : navigationItem.rightBarButtonItems();
+    const auto position = static_cast<std::uint64_t>(*number);
+    if (position >= items.size()) {
+        return failure("There is no button " + std::to_string(*number) + " at the " + *side + " of the bar.");
+    }
+    // Held while it is pressed: its action may replace the bar's buttons.
+    const auto item = items[position];
+    if (!item->action() || !item->target()) {
+        return failure("Button " + std::to_string(*number) + " at the " + *side +
+                       " of the bar does nothing.");
+    }
+    item->press();
+    return {};
+}
+
+Result<void> goBack(Application& /*application*/, const CommandFields& /*fields*/) {
+    const Front front = Front::now();
+    if (!front.navigation || !front.navigation->popViewControllerAnimated(true)) {
+        return failure("This screen has no back button.");
+    }
+    return {};
+}
+
+Result<void> chooseAction(Application& /*application*/, const CommandFields& fields) {
+    const Result<std::string> title = fields.text("action");
+    if (!title) return std::unexpected(title.error());
+    const auto alert = std::dynamic_pointer_cast<UIAlertController>(Front::now().presented);
+    if (!alert) return failure("No alert or sheet is presented.");
+    const auto& actions = alert->actions();
+    const auto action = std::ranges::find(actions, *title, &platform::UIAlertAction::title);
+    if (action == actions.end()) return failure("There is no button \"" + *title + "\".");
+    alert->choose(static_cast<std::size_t>(action - actions.begin()));
+    return {};
+}
+
+Result<void> endComposer(Application& /*application*/, const CommandFields& fields) {
+    const Result<std::string> result = fields.text("result");
+    if (!result) return std::unexpected(result.error());
+    const auto composer = std::dynamic_pointer_cast<SLComposeViewController>(Front::now().presented);
+    if (!composer) return failure("No composer is presented.");
+    if (*result == "sent") {
+        composer->finish(SLComposeViewController::Outcome::Sent);
+    } else if (*result == "cancelled") {
+        composer->finish(SLComposeViewController::Outcome::Cancelled);
+    } else {
+        return failure("A post cannot end as \"" + *result + "\": it is \"sent\" or \"cancelled\".");
+    }
+    return {};
+}
+
+Result<void> openLink(Application& application, const CommandFields& fields) {
+    const Result<std::int64_t> number = fields.index("item");
+    if (!number) return std::unexpected(number.error());
+    const Front front = Front::now();
+    const auto links = linkedScreens(application.bundle(), front);
+    const auto position = static_cast<std::uint64_t>(*number);
+    if (position >= links.size()) return failure("This screen has no link " + std::to_string(*number) + ".");
+    const auto screen = platform::makeViewController(links[position].className);
+    screen->setSpecifier(links[position].specifier);
+    front.navigation->pushViewController_animated(screen, true);
+    return {};
+}
+
+Result<void> selectTimeRow(Application& /*application*/, const CommandFields& fields) {
+    const Result<std::int64_t> row = fields.integer("row");
+    if (!row) return std::unexpected(row.error());
+    return pickTimeRow(Front::now().screen, *row);
+}
+
+Result<void> moveTimePicker(Application& /*application*/, const CommandFields& fields) {
+    const Result<std::string> time = fields.text("time");
+    if (!time) return std::unexpected(time.error());
+    return pickTime(Front::now().screen, *time);
+}
+
+Result<void> selectTone(Application& /*application*/, const CommandFields& fields) {
+    if (!fields.has("identifier")) return failure("\"identifier\" must be a text or null.");
+    if (fields.value("identifier").isNil()) return pickTone(Front::now().screen, std::nullopt);
+    const Result<std::string> identifier = fields.text("identifier");
+    if (!identifier) return failure("\"identifier\" must be a text or null.");
+    return pickTone(Front::now().screen, *identifier);
+}
+
+}  // namespace settings

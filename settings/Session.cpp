@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "settings/Session.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "platform/foundation/Journal.h"
+#include "platform/foundation/RunLoop.h"
+#include "settings/Commands.h"
+#include "settings/JSON.h"
+
+namespace settings {
+
+using platform::Dictionary;
+using platform::failure;
+using platform::Result;
+using platform::RunLoop;
+using platform::Value;
+
+namespace {
+
+std::string withoutBraces(const std::string& object) {
+    return object.substr(1, object.size() - 2);
+}
+
+/// Far beyond anybody's patience, and well within what a duration holds.
+constexpr double longestWait = 1'000'000;
+
+}  // namespace
+
+std::string Session::answer(std::string_view line) {
+    application_.events().collect();
+    application_.events().trim();
+    Value id;
+    const Result<Acted> done = execute(line, id);
+    return answerText(id, done);
+}
+
+std::string Session::answerToOversizedLine() {
+    return answerText(nullptr,
+                      failure("The line is longer than " + std::to_string(maximumLineLength) + " bytes."));
+}
+
+std::optional<std::string> Session::push() {
+    if (!hasAnswered_) return std::nullopt;
+    Look now = look();
+    if (now.events.events.empty() && now.hash == seenHash_) return std::nullopt;
+    return "{\"state\":" + stateText(std::move(now), Acted::No) + "}";
+}
+
+Result<Session::Acted> Session::execute(std::string_view line, Value& id) {
+    if (line.size() > maximumLineLength) {
+        return failure("The line is longer than " + std::to_string(maximumLineLength) + " bytes.");
+    }
+    const Result<Value> json = parseJSON(line);
+    if (!json) return std::unexpected(json.error());
+    if (!json->dictionary()) return failure("The line is no JSON object.");
+    const CommandFields fields(*json->dictionary());
+    if (fields.has("id")) {
+        const Value given = fields.value("id");
+        if (!given.string() && (given.boolean() || !given.number())) {
+            return failure("\"id\" must be a text or a number.");
+        }
+        id = given;
+    }
+    const Result<std::string> name = fields.text("do");
+    if (!name) return std::unexpected(name.error());
+    if (const Result<void> window = takeWindow(fields); !window) return std::unexpected(window.error());
+    const Result<void> done = *name == "wait" ? wait(fields) : performCommand(application_, *name, fields);
+    if (!done) return std::unexpected(done.error());
+    return *name == "state" || *name == "wait" ? Acted::No : Acted::Yes;
+}
+
+Result<void> Session::takeWindow(const CommandFields& fields) {
+    RowWindow window;
+    for (const auto& [key, bound] : {std::pair{"from", &window.from}, std::pair{"count", &window.count}}) {
+        if (!fields.has(key)) continue;
+        const Result<std::int64_t> given = fields.index(key);
+        if (!given) return std::unexpected(given.error());
+        *bound = *given;
+    }
+    windowMoved_ = window.from != window_.from || window.count != window_.count;
+    window_ = window;
+    return {};
+}
+
+Result<void> Session::wait(const CommandFields& fields) {
+    const Result<std::string> kind = fields.text("event");
+    if (!kind) return std::unexpected(kind.error());
+    const Result<std::optional<std::string>> name = fields.optionalText("name");
+    if (!name) return std::unexpected(name.error());
+    const Result<double> seconds = fields.seconds("seconds");
+    if (!seconds) return std::unexpected(seconds.error());
+
+    using std::chrono::steady_clock;
+    const auto deadline =
+        steady_clock::now() + std::chrono::ceil<std::chrono::milliseconds>(
+                                  std::chrono::duration<double>(std::min(*seconds, longestWait)));
+    for (bool timeIsLeft = true;;) {
+        // Events are taken only when nothing is in flight: one that was begun has its outcome then.
+        RunLoop::main().drain();
+        application_.events().collect();
+        if (application_.events().holdsSince(answeredUpTo_, *kind, *name)) return {};
+        if (!timeIsLeft)
+            return failure("No event \"" + *kind + "\"" + (*name ? " named \"" + **name + "\"" : "") +
+                           " came.");
+        const auto counted = platform::Journal::shared().count();
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - steady_clock::now());
+        timeIsLeft = RunLoop::main().runUntil(
+            [&] {
+                return platform::Journal::shared().count() != counted || (interrupted_ && interrupted_());
+            },
+            left);
+        if (interrupted_ && interrupted_()) timeIsLeft = false;
+    }
+}
+
+std::string Session::answerText(const Value& id, const Result<Acted>& done) {
+    RunLoop::main().drain();
+    Dictionary head{{"ok", done.has_value()}};
+    if (!id.isNil()) head["id"] = id;
+    if (!done) head["error"] = done.error().localizedDescription;
+    std::string state = stateText(look(), done.value_or(Acted::No));
+    answeredUpTo_ = eventsFrom_;
+    hasAnswered_ = true;
+    return "{" + withoutBraces(jsonText(head)) + ",\"state\":" + std::move(state) + "}";
+}
+
+Session::Look Session::look() {
+    Look look;
+    look.body = jsonText(writer_.state(window_));
+    look.hash = std::hash<std::string>{}(look.body);
+    // After the state was written: looking at a row may have made something happen.
+    application_.events().collect();
+    look.events = application_.events().since(eventsFrom_);
+    return look;
+}
+
+std::string Session::stateText(Look look, Acted acted) {
+    // Other rows of the same screen are no change of it.
+    const bool looksOther = windowMoved_ ? acted == Acted::Yes : look.hash != seenHash_;
+    // When another session has seen a change since, it is taken for the same one.
+    if ((looksOther || !look.events.events.empty()) && application_.revision() == seenRevision_) {
+        application_.raiseRevision();
+    }
+    windowMoved_ = false;
+    seenRevision_ = application_.revision();
+    seenHash_ = look.hash;
+    eventsFrom_ = application_.events().end();
+    Dictionary own{{"protocol", 1}, {"revision", seenRevision_}, {"events", std::move(look.events.events)}};
+    if (look.events.dropped > 0) own["droppedEvents"] = look.events.dropped;
+    return "{" + withoutBraces(jsonText(own)) + "," + withoutBraces(look.body) + "}";
+}
+
+}  // namespace settings

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include "settings/StateWriter.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/foundation/Device.h"
+#include "platform/uikit/UIApplication.h"
+#include "platform/uikit/UIDevice.h"
+#include "settings/LinkedScreens.h"
+#include "settings/PresentedWriter.h"
+#include "settings/RowWriter.h"
+#include "settings/SpecialScreens.h"
+
+namespace settings {
+
+using platform::Array;
+using platform::Dictionary;
+using platform::UIViewController;
+using platform::Value;
+
+namespace {
+
+Value titleOf(UIViewController& screen) {
+    const auto& title = screen.navigationItem()->title();
+    return ScreenValues::text(title ? title : screen.title());
+}
+
+Value specifierOf(const UIViewController& screen) {
+    const auto* opened = dynamic_cast<const platform::PSViewController*>(&screen);
+    return opened ? ScreenValues::specifier(opened->specifier()) : Value();
+}
+
+bool isWrittenFromTheRight(std::string_view languageTag) {
+    constexpr std::array<std::string_view, 4> languages{"ar", "he", "fa", "ur"};
+    return std::ranges::find(languages, languageTag.substr(0, languageTag.find_first_of("-_"))) !=
+           languages.end();
+}
+
+Value deviceValue() {
+    const std::string language = platform::preferredLanguages().front();
+    const auto& facts = platform::Device::current().facts;
+    const bool pad =
+        platform::UIDevice::currentDevice().userInterfaceIdiom() == platform::UIUserInterfaceIdiomPad;
+    return Dictionary{{"darkMode", facts && facts->isDarkMode()},
+                      {"rightToLeft", isWrittenFromTheRight(language)},
+                      {"language", language},
+                      {"scale", platform::UIScreen::mainScreen().scale()},
+                      {"idiom", pad ? "pad" : "phone"}};
+}
+
+}  // namespace
+
+Dictionary StateWriter::state(RowWindow window) const {
+    const Front front = Front::now();
+    return {{"screen", screen(front, window)},
+            {"presented", presentedValue(front.presented)},
+            {"device", deviceValue()}};
+}
+
+Value StateWriter::screen(const Front& front, RowWindow window) const {
+    if (!front.screen) return nullptr;
+    UIViewController& screen = *front.screen;
+    // A screen's view is loaded before it is looked at: that is when a screen builds its rows.
+    screen.view();
+    Array stack;
+    for (const auto& below : front.navigation->viewControllers())
+        stack.emplace_back(below->getClass().name());
+
+    std::int64_t count = 0;
+    Array rows;
+    if (const auto list = front.list()) {
+        count = static_cast<std::int64_t>(list->specifiers()->size());
+        const RowWriter writer(values_, *list);
+        const std::int64_t from = std::min(window.from, count);
+        const std::int64_t end = from + std::min(window.count, count - from);
+        rows.reserve(static_cast<std::size_t>(end - from));
+        for (std::int64_t index = from; index < end; ++index) rows.push_back(writer.row(index));
+    }
+    return Dictionary{{"class", screen.getClass().name()},
+                      {"title", titleOf(screen)},
+                      {"specifier", specifierOf(screen)},
+                      {"links", links(front)},
+                      {"stack", std::move(stack)},
+                      {"modals", front.modals},
+                      {"bar", bar(front)},
+                      {"editing", screen.isEditing()},
+                      {"count", count},
+                      {"rows", std::move(rows)},
+                      {"pane", timePane(front.screen)},
+                      {"tones", tonePicker(front.screen)}};
+}
+
+Value StateWriter::links(const Front& front) const {
+    Array links;
+    for (const LinkedScreen& link : linkedScreens(application_.bundle(), front)) {
+        links.emplace_back(Dictionary{{"title", link.title}, {"class", link.className}});
+    }
+    return links;
+}
+
+Value StateWriter::bar(const Front& front) const {
+    const auto& bar = *front.navigation->navigationBar();
+    const auto& item = *front.screen->navigationItem();
+    return Dictionary{{"tint", values_.colour(bar.tintColor())},
+                      {"barTint", values_.colour(bar.barTintColor())},
+                      {"statusBarStyle", platform::UIApplication::sharedApplication().statusBarStyle()},
+                      {"titleView", titleView(item.titleView().get())},
+                      {"back", backButton(front)},
+                      {"left", barItems(item.leftBarButtonItems())},
+                      {"right", barItems(item.rightBarButtonItems())}};
+}
+
+Value StateWriter::titleView(const platform::UIView* view) const {
+    if (const auto* picture = dynamic_cast<const platform::UIImageView*>(view); picture && picture->image()) {
+        return Dictionary{{"image", values_.image(picture->image())}};
+    }
+    if (const auto* label = dynamic_cast<const platform::UILabel*>(view)) {
+        return Dictionary{{"label", label->text().value_or("")}};
+    }
+    return nullptr;
+}
+
+Value StateWriter::backButton(const Front& front) const {
+    const auto& stack = front.navigation->viewControllers();
+    if (stack.size() < 2) return nullptr;
+    UIViewController& beneath = *stack[stack.size() - 2];
+    const auto& item = beneath.navigationItem()->backBarButtonItem();
+    Value title = item && item->title() ? Value(*item->title()) : titleOf(beneath);
+    if (title.isNil()) title = "";
+    return Dictionary{{"title", title}, {"image", item ? values_.image(item->image()) : Value()}};
+}
+
+Value StateWriter::barItems(const platform::UINavigationItem::Items& items) const {
+    Array array;
+    for (const auto& item : items) array.push_back(values_.barItem(*item));
+    return array;
+}
+
+}  // namespace settings

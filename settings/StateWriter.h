@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <limits>
+
+#include "platform/foundation/Value.h"
+#include "settings/Application.h"
+#include "settings/Front.h"
+#include "settings/ScreenValues.h"
+
+namespace settings {
+
+/// Which rows of a screen somebody looks at.
+struct RowWindow {
+    std::int64_t from = 0;
+    std::int64_t count = std::numeric_limits<std::int64_t>::max();
+};
+
+/// Writes what the user sees just now. Main thread.
+class StateWriter {
+  public:
+    /// The application must outlive this.
+    explicit StateWriter(Application& application)
+        : application_(application), values_(application.images()) {}
+
+    /// The state without "protocol", "revision" and "events", which depend on who asks. Makes the cells of
+    /// the window's rows, and of no others.
+    platform::Dictionary state(RowWindow window) const;
+
+  private:
+    platform::Value screen(const Front& front, RowWindow window) const;
+    platform::Value links(const Front& front) const;
+    platform::Value bar(const Front& front) const;
+    platform::Value titleView(const platform::UIView* view) const;
+    platform::Value backButton(const Front& front) const;
+    platform::Value barItems(const platform::UINavigationItem::Items& items) const;
+
+    Application& application_;
+    ScreenValues values_;
+};
+
+}  // namespace settings

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace settings {
+
+using HeaderField = std::pair<std::string, std::string>;
+
+/// The first line and the headers of a request, as they came.
+struct Request {
+    std::string method;
+    std::string target;
+    std::vector<HeaderField> fields;
+    /// A complete request to change to the WebSocket protocol.
+    bool asksForWebSocket = false;
+};
+
+/// Whether a connection may go on with another request after an answer.
+enum class AfterAnswer { KeepOpen, Close };
+
+/// An answer but for what belongs to the transport (length, connection, version).
+struct Response {
+    unsigned status = 500;
+    std::vector<HeaderField> fields;
+    std::string body;
+    AfterAnswer after = AfterAnswer::KeepOpen;
+};
+
+/// The answer to a request that may become a WebSocket.
+struct AcceptWebSocket {};
+
+/// Decides what each request is answered: who is let in, and what there is to have. Holds no connection and
+/// changes nothing, so one serves them all. Used on the server's thread.
+class Responder {
+  public:
+    using ImageFile = std::function<std::optional<std::string>(std::string_view imageName)>;
+
+    /// `port` is the one listened on, `secret` what lets a browser in; the others as in ServerOptions.
+    Responder(std::uint16_t port, std::string secret, std::string pageDirectory, ImageFile imageFile);
+
+    /// Checks in this order, so that nothing is told to whom it does not concern: Host, Origin, method, form
+    /// of the target, secret or cookie, and only then what is asked for.
+    std::variant<Response, AcceptWebSocket> answer(const Request& request) const;
+
+    /// A refusal with a one-line text, after which the connection is closed.
+    static Response refusal(unsigned status, std::string_view sentence);
+
+    /// The cookie's name. It holds the port because browsers share cookies between the ports of a machine.
+    std::string cookieName() const;
+
+  private:
+    bool isLetIn(const Request& request) const;
+    Response image(const Request& request, std::string_view name) const;
+    Response page(const Request& request, std::string_view path) const;
+
+    std::uint16_t port_;
+    std::string secret_;
+    std::string pageDirectory_;
+    ImageFile imageFile_;
+};
+
+}  // namespace settings

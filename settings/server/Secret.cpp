@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include "settings/server/Secret.h"
+
+#include <sys/random.h>
+
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+
+namespace settings {
+
+platform::Result<std::string> makeSecret() {
+    std::array<unsigned char, 32> bytes{};
+    std::size_t filled = 0;
+    while (filled < bytes.size()) {
+        const ssize_t count = getrandom(bytes.data() + filled, bytes.size() - filled, 0);
+        if (count < 0) {
+            if (errno == EINTR) continue;
+            return platform::failure(std::string("No random secret could be made: ") + std::strerror(errno) +
+                                     ".");
+        }
+        filled += static_cast<std::size_t>(count);
+    }
+    static constexpr char digits[] = "0123456789abcdef";
+    std::string secret;
+    secret.reserve(bytes.size() * 2);
+    for (const unsigned char byte : bytes) {
+        secret += digits[byte >> 4];
+        secret += digits[byte & 15];
+    }
+    return secret;
+}
+
+bool isSecret(std::string_view candidate, std::string_view secret) {
+    if (candidate.size() != secret.size()) return false;
+    // Volatile, so that the compiler cannot turn the loop into a comparison that stops at the first
+    // difference.
+    volatile unsigned char difference = 0;
+    for (std::size_t index = 0; index < secret.size(); ++index)
+        difference = static_cast<unsigned char>(difference | (static_cast<unsigned char>(candidate[index]) ^
+                                                              static_cast<unsigned char>(secret[index])));
+    return difference == 0 && !secret.empty();
+}
+
+}  // namespace settings

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/foundation/Error.h"
+
+namespace settings {
+
+/// 256 bits from the kernel's random source as 64 lower-case hexadecimal digits. Fails with the system's
+/// reason when the kernel has none to give.
+platform::Result<std::string> makeSecret();
+
+/// Whether `candidate` is `secret`. Takes the same time wherever the two differ, so that a secret cannot be
+/// guessed digit by digit; only a wrong length answers sooner, and the length is no secret.
+bool isSecret(std::string_view candidate, std::string_view secret);
+
+}  // namespace settings

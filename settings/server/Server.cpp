@@ -1,0 +1,350 @@
+// SPDX-License-Identifier: MIT
+// The only translation unit that includes the HTTP and WebSocket library: each one costs many seconds to
+// compile.
+#include "settings/server/Server.h"
+
+#include <fcntl.h>
+#include <pthread.h>
+
+#include <array>
+#include <boost/asio/as_tuple.hpp>
+#include <boost/asio/co_spawn.hpp>
+#include <boost/asio/detached.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/post.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/asio/use_awaitable.hpp>
+#include <boost/beast/core.hpp>
+#include <boost/beast/http.hpp>
+#include <csignal>
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <system_error>
+#include <thread>
+#include <utility>
+#include <variant>
+
+#include "settings/server/Channel.h"
+#include "settings/server/Responder.h"
+#include "settings/server/Secret.h"
+
+namespace settings {
+
+namespace {
+
+using tcp = asio::ip::tcp;
+
+constexpr std::size_t maximumHeaderBytes = std::size_t{16} << 10;
+// More than a header, so that it is the header's bound that is met first, and with it the answer that says
+// so.
+constexpr std::size_t maximumReadAheadBytes = 2 * maximumHeaderBytes;
+
+/// One of a counted number of places; moved along with the connection that takes it, given back when it ends.
+struct GiveBack {
+    void operator()(std::size_t* count) const { --*count; }
+};
+using Slot = std::unique_ptr<std::size_t, GiveBack>;
+
+Slot takeSlot(std::size_t& count) {
+    ++count;
+    return Slot(&count);
+}
+
+/// Whether a new connection is served, or only told that there are too many.
+enum class Admission { Serve, TellBusy };
+
+/// Programs that the application starts must not hold the port or a page's connection open.
+void keepFromChildren(int descriptor) {
+    fcntl(descriptor, F_SETFD, FD_CLOEXEC);
+}
+
+Request requestFrom(const Message& message) {
+    Request request;
+    request.method = message.method_string();
+    request.target = message.target();
+    for (const auto& field : message) request.fields.emplace_back(field.name_string(), field.value());
+    request.asksForWebSocket = websocket::is_upgrade(message);
+    return request;
+}
+
+/// What to tell a client whose request could not be read; nothing when it has gone or has been too slow.
+std::optional<Response> refusalOf(error_code error) {
+    if (error == http::error::end_of_stream ||
+        error.category() != error_code(http::error::bad_value).category())
+        return std::nullopt;
+    if (error == http::error::header_limit || error == http::error::buffer_overflow)
+        return Responder::refusal(431, "The request's headers are longer than 16 KiB.");
+    if (error == http::error::body_limit) return Responder::refusal(413, "A request may have no body.");
+    return Responder::refusal(400, "The request is not valid HTTP.");
+}
+
+asio::awaitable<bool> write(beast::tcp_stream& stream, const Message& request, Response answer) {
+    http::response<http::string_body> message(static_cast<http::status>(answer.status), request.version());
+    for (const auto& [name, value] : answer.fields) message.insert(name, value);
+    message.body() = std::move(answer.body);
+    message.keep_alive(answer.after == AfterAnswer::KeepOpen && request.keep_alive());
+    message.prepare_payload();
+    const bool goesOn = message.keep_alive();
+    http::response_serializer<http::string_body> serializer(message);
+    error_code error;
+    if (request.method() == http::verb::head)
+        std::tie(error, std::ignore) = co_await http::async_write_header(stream, serializer, asResult);
+    else
+        std::tie(error, std::ignore) = co_await http::async_write(stream, serializer, asResult);
+    co_return !error && goesOn;
+}
+
+/// Ends a connection so that the client gets the last answer: closing a socket that has unread bytes would
+/// throw away what it has not taken yet.
+asio::awaitable<void> hangUp(beast::tcp_stream& stream, std::chrono::milliseconds patience) {
+    constexpr std::size_t maximumBytes = std::size_t{1} << 20;
+    std::array<char, 4096> scrap{};
+    error_code ignored;
+    stream.socket().shutdown(tcp::socket::shutdown_send, ignored);
+    stream.expires_after(patience);
+    for (std::size_t drained = 0; drained < maximumBytes;) {
+        const auto [error, count] = co_await stream.async_read_some(asio::buffer(scrap), asResult);
+        if (error) co_return;
+        drained += count;
+    }
+}
+
+}  // namespace
+
+class Server::Core {
+  public:
+    Core(ServerOptions options, ServerHandler& handler) : options_(std::move(options)), handler_(handler) {}
+
+    ~Core() {
+        if (!thread_.joinable()) return;
+        asio::post(io_, [this] { beginStop(); });
+        thread_.join();
+    }
+
+    Core(const Core&) = delete;
+    Core& operator=(const Core&) = delete;
+
+    platform::Result<void> start() {
+        auto secret = makeSecret();
+        if (!secret) return std::unexpected(secret.error());
+        if (const error_code error = listen()) return platform::failure(sentenceOf(error));
+        secret_ = *secret;
+        responder_.emplace(port_, secret_, options_.pageDirectory, options_.imageFile);
+        asio::co_spawn(io_, acceptAll(), asio::detached);
+
+        // Signals are the main thread's: the new thread inherits a mask that refuses them all.
+        sigset_t all;
+        sigset_t before;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &before);
+        std::string reason;
+        try {
+            thread_ = std::thread([this] { run(); });
+        } catch (const std::system_error& error) {
+            reason = error.what();
+        }
+        pthread_sigmask(SIG_SETMASK, &before, nullptr);
+        if (!reason.empty())
+            return platform::failure("The server's thread cannot be started: " + reason + ".");
+        return {};
+    }
+
+    std::uint16_t port() const { return port_; }
+    const std::string& secret() const { return secret_; }
+
+    /// Runs an action on a channel on the server's thread, if it is still there by then.
+    template <class Action>
+    void withChannel(ConnectionId connection, Action action) {
+        asio::post(io_, [this, connection, action = std::move(action)]() mutable {
+            const auto found = channels_.find(connection);
+            if (found != channels_.end()) action(*found->second);
+        });
+    }
+
+  private:
+    error_code listen() {
+        error_code error;
+        const tcp::endpoint endpoint(asio::ip::address_v4::loopback(), options_.port);
+        if (acceptor_.open(endpoint.protocol(), error)) return error;
+        keepFromChildren(acceptor_.native_handle());
+        if (acceptor_.set_option(tcp::acceptor::reuse_address(true), error)) return error;
+        if (acceptor_.bind(endpoint, error)) return error;
+        if (acceptor_.listen(asio::socket_base::max_listen_connections, error)) return error;
+        port_ = acceptor_.local_endpoint(error).port();
+        return error;
+    }
+
+    std::string sentenceOf(error_code error) const {
+        const std::string port = "Port " + std::to_string(options_.port) + " of 127.0.0.1 ";
+        if (error == asio::error::address_in_use) return port + "is in use by another program.";
+        return port + "cannot be listened on: " + error.message() + ".";
+    }
+
+    void run() {
+        for (bool ended = false; !ended;) {
+            try {
+                io_.run();
+                ended = true;
+            } catch (...) {
+                // What a connection could not cope with has ended that connection; the others go on.
+                ended = io_.stopped();
+            }
+        }
+        for (const auto& [connection, channel] : channels_) tellClosed(connection);
+        channels_.clear();
+    }
+
+    void beginStop() {
+        stopping_ = true;
+        error_code ignored;
+        acceptor_.close(ignored);
+        if (channels_.empty()) return io_.stop();
+        for (const auto& [connection, channel] : channels_) channel->close(websocket::close_code::going_away);
+        stopDeadline_.expires_after(options_.limits.closeTimeout);
+        stopDeadline_.async_wait([this](error_code error) {
+            if (!error) io_.stop();
+        });
+    }
+
+    void tellClosed(ConnectionId connection) {
+        try {
+            handler_.closed(connection);
+        } catch (...) {
+            // The connection that a failing handler would cost is this one, and it is gone already.
+            return;
+        }
+    }
+
+    asio::awaitable<void> acceptAll() {
+        constexpr std::chrono::milliseconds pauseWithoutDescriptors{50};
+        asio::steady_timer pause(io_);
+        while (acceptor_.is_open()) {
+            tcp::socket socket(io_);
+            const auto [error] = co_await acceptor_.async_accept(socket, asResult);
+            if (error) {
+                pause.expires_after(pauseWithoutDescriptors);
+                co_await pause.async_wait(asResult);
+                continue;
+            }
+            keepFromChildren(socket.native_handle());
+            error_code ignored;
+            socket.set_option(tcp::no_delay(true), ignored);
+            const bool hasRoom = served_ < options_.limits.connections;
+            std::size_t& count = hasRoom ? served_ : refused_;
+            // Beyond as many again that are only told so, the socket is closed without an answer.
+            if (count >= options_.limits.connections) continue;
+            asio::co_spawn(io_,
+                           serve(beast::tcp_stream(std::move(socket)), takeSlot(count),
+                                 hasRoom ? Admission::Serve : Admission::TellBusy),
+                           asio::detached);
+        }
+    }
+
+    asio::awaitable<void> serve(beast::tcp_stream stream, [[maybe_unused]] Slot slot, Admission admission) {
+        beast::flat_buffer buffer(maximumReadAheadBytes);
+        for (;;) {
+            http::request_parser<http::empty_body> parser;
+            parser.header_limit(maximumHeaderBytes);
+            parser.body_limit(0);
+            stream.expires_after(options_.limits.requestTimeout);
+            const auto [error, count] = co_await http::async_read_header(stream, buffer, parser, asResult);
+            std::variant<Response, AcceptWebSocket> answer;
+            if (error) {
+                auto refusal = refusalOf(error);
+                if (!refusal) co_return;
+                answer = std::move(*refusal);
+            } else if (admission == Admission::TellBusy) {
+                answer = Responder::refusal(503, "Too many connections are open.");
+            } else if (parser.chunked()) {
+                answer = Responder::refusal(413, "A request may have no body.");
+            } else {
+                answer = decide(parser.get(), buffer.size());
+            }
+            if (std::holds_alternative<AcceptWebSocket>(answer)) {
+                const Message request = parser.release();
+                stream.expires_never();
+                const auto channel = std::make_shared<Channel>(std::move(stream), options_.limits);
+                co_await converse(channel, request);
+                co_return;
+            }
+            stream.expires_after(options_.limits.requestTimeout);
+            if (!co_await write(stream, parser.get(), std::move(std::get<Response>(answer)))) break;
+        }
+        co_await hangUp(stream, options_.limits.closeTimeout);
+    }
+
+    std::variant<Response, AcceptWebSocket> decide(const Message& message, std::size_t bytesAfterIt) const {
+        try {
+            auto answer = responder_->answer(requestFrom(message));
+            if (std::holds_alternative<AcceptWebSocket>(answer) && bytesAfterIt > 0)
+                return Responder::refusal(400, "Nothing may follow the request before it is answered.");
+            return answer;
+        } catch (...) {
+            return Responder::refusal(500, "The request could not be answered.");
+        }
+    }
+
+    asio::awaitable<void> converse(std::shared_ptr<Channel> channel, const Message& request) {
+        if (!co_await channel->accept(request) || stopping_) co_return;
+        const ConnectionId connection = ++lastConnection_;
+        channels_.emplace(connection, channel);
+        try {
+            handler_.opened(connection);
+            co_await channel->readAll(
+                [this, connection](std::string text) { handler_.received(connection, std::move(text)); });
+            channel->cutOff();
+        } catch (...) {
+            channel->cutOff();
+        }
+        channels_.erase(connection);
+        tellClosed(connection);
+        if (stopping_ && channels_.empty()) io_.stop();
+    }
+
+    // Connections still under way are destroyed with io_, so what they use stands before it.
+    const ServerOptions options_;
+    ServerHandler& handler_;
+    std::uint16_t port_ = 0;
+    std::string secret_;
+    std::optional<Responder> responder_;
+    std::size_t served_ = 0;
+    std::size_t refused_ = 0;
+    ConnectionId lastConnection_ = 0;
+    bool stopping_ = false;
+    asio::io_context io_{1};
+    tcp::acceptor acceptor_{io_};
+    asio::steady_timer stopDeadline_{io_};
+    std::map<ConnectionId, std::shared_ptr<Channel>> channels_;
+    std::thread thread_;
+};
+
+platform::Result<std::unique_ptr<Server>> Server::start(ServerOptions options, ServerHandler& handler) {
+    auto core = std::make_unique<Core>(std::move(options), handler);
+    if (auto started = core->start(); !started) return std::unexpected(started.error());
+    return std::unique_ptr<Server>(new Server(std::move(core)));
+}
+
+Server::Server(std::unique_ptr<Core> core) : core_(std::move(core)) {}
+
+Server::~Server() = default;
+
+std::string Server::url() const {
+    return "http://127.0.0.1:" + std::to_string(core_->port()) + "/?secret=" + core_->secret();
+}
+
+std::uint16_t Server::port() const {
+    return core_->port();
+}
+
+void Server::send(ConnectionId connection, std::string text) {
+    core_->withChannel(connection,
+                       [text = std::move(text)](Channel& channel) mutable { channel.send(std::move(text)); });
+}
+
+void Server::close(ConnectionId connection) {
+    core_->withChannel(connection, [](Channel& channel) { channel.close(websocket::close_code::normal); });
+}
+
+}  // namespace settings

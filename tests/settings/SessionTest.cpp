@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include "platform/foundation/DarwinNotificationCenter.h"
+#include "platform/foundation/Journal.h"
+#include "platform/foundation/RunLoop.h"
+#include "settings/Session.h"
+#include "tests/settings/TestList.h"
+
+namespace {
+
+using fixtures::Desk;
+using fixtures::plainRow;
+using platform::PSCellType;
+using platform::RunLoop;
+using platform::Value;
+using settings::Session;
+
+std::uint64_t revisionOf(const Value& answer) {
+    return answer["state"]["revision"].unsignedInteger().value_or(0);
+}
+
+std::size_t eventCount(const Value& answer) {
+    return answer["state"]["events"].array()->size();
+}
+
+TEST(Session, firstAnswer_holdsTheEventsSinceTheStart) {
+    Desk desk;
+    const Value first = desk.answer(R"({"do":"state"})");
+    const platform::Array& events = *first["state"]["events"].array();
+    ASSERT_GE(events.size(), 2U);
+    EXPECT_EQ(events.back()["event"], Value("push"));
+    EXPECT_EQ(events.back()["class"], Value("TestList"));
+    EXPECT_EQ(eventCount(desk.answer(R"({"do":"state"})")), 0U);
+}
+
+TEST(Session, eachSession_hasItsOwnPlaceInTheEvents) {
+    Desk desk;
+    Session other(desk.application);
+    desk.answer(R"({"do":"state"})");
+    Desk::answer(other, R"({"do":"state"})");
+    desk.answer(R"({"do":"post","name":"a"})");
+    desk.answer(R"({"do":"post","name":"b"})");
+    EXPECT_EQ(eventCount(Desk::answer(other, R"({"do":"state"})")), 4U);
+    EXPECT_EQ(eventCount(Desk::answer(other, R"({"do":"state"})")), 0U);
+}
+
+TEST(Session, forgottenEvents_areCountedAndTheNewestStay) {
+    Desk desk;
+    desk.answer(R"({"do":"state"})");
+    for (int i = 0; i < 10'007; ++i) platform::Journal::shared().record("log", {{"text", i}});
+    const Value answer = desk.answer(R"({"do":"state"})");
+    EXPECT_EQ(eventCount(answer), 10'000U);
+    EXPECT_EQ(answer["state"]["droppedEvents"], Value(7));
+    EXPECT_EQ(answer["state"]["events"].array()->back()["text"], Value(10'006));
+    EXPECT_TRUE(desk.answer(R"({"do":"state"})")["state"]["droppedEvents"].isNil());
+}
+
+TEST(Session, revision_growsWithChangesOnly) {
+    Desk desk;
+    const auto first = revisionOf(desk.answer(R"({"do":"state"})"));
+    EXPECT_EQ(revisionOf(desk.answer(R"({"do":"state"})")), first);
+    EXPECT_EQ(revisionOf(desk.answer(R"({"do":"tap","row":4})")), first);
+    EXPECT_EQ(revisionOf(desk.answer("nonsense")), first);
+    const auto dark = revisionOf(desk.answer(R"({"do":"dark","on":true})"));
+    EXPECT_GT(dark, first);
+    // A change that no event tells of is seen all the same.
+    desk.list->setTitle("Changed");
+    EXPECT_GT(revisionOf(desk.answer(R"({"do":"state"})")), dark);
+}
+
+TEST(Session, revision_staysWhenOtherRowsOfTheSameScreenAreAskedFor) {
+    Desk desk;
+    desk.list->setRows({plainRow("A", PSCellType::StaticText), plainRow("B", PSCellType::StaticText)});
+    const auto whole = revisionOf(desk.answer(R"({"do":"state"})"));
+    EXPECT_EQ(revisionOf(desk.answer(R"({"do":"state","from":1,"count":1})")), whole);
+}
+
+TEST(Session, push_comesOnceForAChangeAndKeepsTheWindow) {
+    Desk desk;
+    desk.list->setRows({plainRow("A", PSCellType::StaticText), plainRow("B", PSCellType::StaticText)});
+    EXPECT_FALSE(desk.session.push().has_value()) << "nothing was asked yet";
+    desk.answer(R"({"do":"state","from":1,"count":1})");
+    EXPECT_FALSE(desk.session.push().has_value());
+    desk.list->setTitle("Changed");
+    const auto pushed = desk.session.push();
+    ASSERT_TRUE(pushed.has_value());
+    const Value state = settings::parseJSON(*pushed).value();
+    EXPECT_TRUE(state["ok"].isNil());
+    EXPECT_EQ(state["state"]["screen"]["title"], Value("Changed"));
+    ASSERT_EQ(Desk::rows(state).size(), 1U);
+    EXPECT_EQ(Desk::rows(state)[0]["name"], Value("B"));
+    EXPECT_FALSE(desk.session.push().has_value());
+}
+
+TEST(Session, window_makesCellsOfItsRowsOnly) {
+    Desk desk;
+    platform::SpecifierList rows;
+    for (int i = 0; i < 100'000; ++i) {
+        rows.push_back(plainRow("Row", PSCellType::StaticText));
+        rows.back()->setProperty_forKey("CountedCell", "cellClass");
+    }
+    desk.list->setRows(std::move(rows));
+    fixtures::CountedCell::made = 0;
+    const Value answer = desk.answer(R"({"do":"state","from":50000,"count":3})");
+    EXPECT_EQ(answer["state"]["screen"]["count"], Value(100'000));
+    ASSERT_EQ(Desk::rows(answer).size(), 3U);
+    EXPECT_EQ(Desk::rows(answer)[0]["index"], Value(50'000));
+    EXPECT_EQ(fixtures::CountedCell::made, 3);
+    desk.answer(R"({"do":"state","from":50000,"count":3})");
+    EXPECT_EQ(fixtures::CountedCell::made, 3);
+    desk.answer(R"({"do":"dark","on":true,"from":50000,"count":3})");
+    EXPECT_EQ(fixtures::CountedCell::made, 6) << "cells take their colours when they are made";
+}
+
+TEST(Session, wait_isOverWhenTheEventComes) {
+    Desk desk;
+    desk.answer(R"({"do":"state"})");
+    RunLoop::main().post(
+        [] { RunLoop::main().post([] { platform::DarwinNotificationCenter::shared().post("late"); }); });
+    const Value answer = desk.answer(R"({"do":"wait","event":"darwinReceived","name":"late","seconds":30})");
+    EXPECT_EQ(answer["ok"], Value(true));
+    EXPECT_EQ(desk.answer(R"({"do":"wait","event":"darwinReceived","name":"late","seconds":0})")["ok"],
+              Value(false))
+        << "it came before the last answer";
+}
+
+TEST(Session, wait_seesWhatAPushHasAlreadyShown) {
+    Desk desk;
+    desk.answer(R"({"do":"state"})");
+    platform::DarwinNotificationCenter::shared().post("pushed");
+    desk.phone.drain();
+    ASSERT_TRUE(desk.session.push().has_value());
+    EXPECT_EQ(desk.answer(R"({"do":"wait","event":"darwin","name":"pushed","seconds":0})")["ok"],
+              Value(true));
+}
+
+TEST(Session, wait_endsInVainWhenInterrupted) {
+    Desk desk;
+    desk.session.setInterruption([] { return true; });
+    EXPECT_EQ(desk.answer(R"({"do":"wait","event":"never","seconds":1000000})")["ok"], Value(false));
+}
+
+TEST(Session, answer_comesAfterEverythingThatTheCommandCaused) {
+    Desk desk;
+    platform::CFNotificationCenterAddObserver(
+        platform::CFNotificationCenterGetDarwinNotifyCenter(), desk.list.get(),
+        [](platform::DarwinNotificationCenter&, void* observer, const std::string&, const void*,
+           const Value&) {
+            platform::GlobalQueue::shared().async([observer] {
+                platform::dispatchMain(
+                    [observer] { static_cast<fixtures::TestList*>(observer)->setTitle("Done"); });
+            });
+        },
+        "begin", nullptr, platform::CFNotificationSuspensionBehavior::DeliverImmediately);
+    EXPECT_EQ(desk.answer(R"({"do":"post","name":"begin"})")["state"]["screen"]["title"], Value("Done"));
+}
+
+}  // namespace

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+// A server whose WebSocket echoes, for test_server.py. Prints its address, then a line for each event, and
+// ends with its standard input. Messages that do something else: "close" closes the connection; "burst COUNT
+// BYTES" sends that many messages of that length; "throw" lets an exception out of the handler.
+#include <atomic>
+#include <charconv>
+#include <cstdlib>
+#include <iostream>
+#include <map>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include "settings/server/Server.h"
+
+namespace {
+
+class EchoHandler : public settings::ServerHandler {
+  public:
+    /// A page may come before Server::start() has returned, so the calls wait until the server is known.
+    void serveWith(settings::Server& server) {
+        server_ = &server;
+        server_.notify_all();
+    }
+
+    void opened(settings::ConnectionId connection) override { report("opened", connection); }
+    void closed(settings::ConnectionId connection) override { report("closed", connection); }
+
+    void received(settings::ConnectionId connection, std::string text) override {
+        server_.wait(nullptr);
+        settings::Server& server = *server_;
+        std::istringstream words(text);
+        std::string command;
+        words >> command;
+        if (command == "throw") throw std::runtime_error("asked for");
+        if (command == "close") {
+            server.send(connection, "before the close");
+            server.close(connection);
+            server.send(connection, "after the close");
+        } else if (command == "burst") {
+            std::size_t count = 0;
+            std::size_t bytes = 0;
+            words >> count >> bytes;
+            for (std::size_t index = 0; index < count; ++index)
+                server.send(connection, std::string(bytes, 'x'));
+        } else {
+            // From another thread, as the application does.
+            std::thread([&server, connection, &text] { server.send(connection, text); }).join();
+        }
+    }
+
+  private:
+    static void report(const char* event, settings::ConnectionId connection) {
+        std::cout << event << ' ' << connection << std::endl;
+    }
+
+    std::atomic<settings::Server*> server_ = nullptr;
+};
+
+int usage(const std::string& argument) {
+    std::cerr << "unusable argument: " << argument << '\n';
+    return 2;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    settings::ServerOptions options;
+    std::map<std::string, std::string, std::less<>> images;
+    for (int index = 1; index < argc; ++index) {
+        const std::string argument = argv[index];
+        const std::size_t mark = argument.find('=');
+        if (mark == std::string::npos) return usage(argument);
+        const std::string key = argument.substr(0, mark);
+        const std::string value = argument.substr(mark + 1);
+        if (key == "page") {
+            options.pageDirectory = value;
+            continue;
+        }
+        if (key.starts_with("image:")) {
+            images[key.substr(6)] = value;
+            continue;
+        }
+        unsigned number = 0;
+        if (std::from_chars(value.data(), value.data() + value.size(), number).ec != std::errc())
+            return usage(argument);
+        if (key == "port")
+            options.port = static_cast<std::uint16_t>(number);
+        else if (key == "queuedBytes")
+            options.limits.queuedBytes = number;
+        else if (key == "requestTimeout")
+            options.limits.requestTimeout = std::chrono::milliseconds(number);
+        else if (key == "idleTimeout")
+            options.limits.idleTimeout = std::chrono::milliseconds(number);
+        else
+            return usage(argument);
+    }
+    options.imageFile = [&images](std::string_view name) -> std::optional<std::string> {
+        const auto found = images.find(name);
+        if (found == images.end()) return std::nullopt;
+        return found->second;
+    };
+
+    EchoHandler handler;
+    auto server = settings::Server::start(options, handler);
+    if (!server) {
+        std::cerr << server.error().localizedDescription << '\n';
+        return 1;
+    }
+    handler.serveWith(**server);
+    std::cout << (*server)->url() << std::endl;
+    std::string line;
+    while (std::getline(std::cin, line)) {
+    }
+    server->reset();
+    std::cout << "ended" << std::endl;
+    return 0;
+}

@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "settings/server/Responder.h"
+#include "tests/settings/server/TemporaryDirectory.h"
+
+namespace settings {
+
+namespace {
+
+const std::string secret(64, 'a');
+const std::string png = "\x89PNG\r\n\x1a\n----";
+
+class ResponderTest : public testing::Test {
+  protected:
+    ResponderTest() {
+        directory_.write("page/index.html", "<!doctype html>");
+        directory_.write("page/app.js", "go()");
+    }
+
+    Request request(std::string target) const {
+        return {"GET",
+                std::move(target),
+                {{"host", "127.0.0.1:8123"}, {"Cookie", "x=1; quietrix-settings-8123=" + secret}},
+                false};
+    }
+
+    std::variant<Response, AcceptWebSocket> answer(const Request& request) const {
+        return responder_.answer(request);
+    }
+
+    Response response(const Request& request) const { return std::get<Response>(responder_.answer(request)); }
+
+    static std::string field(const Response& response, std::string_view name) {
+        std::string value;
+        for (const auto& [fieldName, fieldValue] : response.fields)
+            if (fieldName == name) value += fieldValue;
+        return value;
+    }
+
+    TemporaryDirectory directory_;
+    std::map<std::string, std::string, std::less<>> images_;
+    Responder responder_{8123, secret, (directory_.path() / "page").string(),
+                         [this](std::string_view name) -> std::optional<std::string> {
+                             const auto found = images_.find(name);
+                             if (found == images_.end()) return std::nullopt;
+                             return found->second;
+                         }};
+};
+
+}  // namespace
+
+TEST_F(ResponderTest, addressWithTheSecret_givesTheCookieAndLeadsToThePage) {
+    Request first = request("/?secret=" + secret);
+    first.fields.pop_back();
+    const Response given = response(first);
+    EXPECT_EQ(given.status, 303u);
+    EXPECT_EQ(field(given, "Location"), "/");
+    EXPECT_EQ(field(given, "Set-Cookie"),
+              "quietrix-settings-8123=" + secret + "; Path=/; HttpOnly; SameSite=Strict");
+}
+
+TEST_F(ResponderTest, secretElsewhereThanAtTheRoot_letsNobodyIn) {
+    Request other = request("/app.js?secret=" + secret);
+    other.fields.pop_back();
+    EXPECT_EQ(response(other).status, 403u);
+}
+
+TEST_F(ResponderTest, wrongCookie_isRefusedBeforeAnythingIsLookedUp) {
+    for (const char* target : {"/", "/app.js", "/missing", "/../x", "/ws", "/image/A"}) {
+        Request other = request(target);
+        other.fields.back().second = "quietrix-settings-8123=" + std::string(64, 'b');
+        EXPECT_EQ(response(other).status, 403u) << target;
+        other.fields.back().second = "quietrix-settings-8124=" + secret;
+        EXPECT_EQ(response(other).status, 403u) << target;
+    }
+}
+
+TEST_F(ResponderTest, oneOfSeveralCookiesRight_isLetIn) {
+    Request several = request("/");
+    several.fields.insert(several.fields.begin(), {"Cookie", "quietrix-settings-8123=old"});
+    EXPECT_EQ(response(several).status, 200u);
+}
+
+TEST_F(ResponderTest, hostMissingTwiceOrForeign_isRefused) {
+    Request other = request("/");
+    other.fields.emplace_back("Host", "127.0.0.1:8123");
+    EXPECT_EQ(response(other).status, 421u);
+    other.fields.erase(other.fields.begin());
+    EXPECT_EQ(response(other).status, 200u);
+    other.fields.pop_back();
+    EXPECT_EQ(response(other).status, 421u);
+    other.fields.emplace_back("Host", "example:8123");
+    EXPECT_EQ(response(other).status, 421u);
+}
+
+TEST_F(ResponderTest, originOfTheOtherOwnName_isForeign) {
+    Request other = request("/app.js");
+    other.fields.emplace_back("Origin", "http://127.0.0.1:8123");
+    EXPECT_EQ(response(other).status, 200u);
+    other.fields.back().second = "http://localhost:8123";
+    EXPECT_EQ(response(other).status, 403u);
+    other.fields.back().second = "null";
+    EXPECT_EQ(response(other).status, 403u);
+}
+
+TEST_F(ResponderTest, otherMethods_areNamedTheAllowedOnes) {
+    for (const char* method : {"POST", "PUT", "DELETE", "OPTIONS", "CONNECT", "TRACE", "get", "BREW"}) {
+        Request other = request("/");
+        other.method = method;
+        EXPECT_EQ(response(other).status, 405u) << method;
+        EXPECT_EQ(field(response(other), "Allow"), "GET, HEAD");
+    }
+}
+
+TEST_F(ResponderTest, fileKnownToTheBrowser_isNotSentAgainUntilItChanges) {
+    Request again = request("/app.js");
+    const Response first = response(again);
+    EXPECT_EQ(first.body, "go()");
+    EXPECT_EQ(field(first, "Cache-Control"), "no-cache");
+    again.fields.emplace_back("If-None-Match", field(first, "ETag"));
+    EXPECT_EQ(response(again).status, 304u);
+    EXPECT_EQ(response(again).body, "");
+    directory_.write("page/app.js", "no()");
+    EXPECT_EQ(response(again).status, 200u);
+    EXPECT_EQ(response(again).body, "no()");
+}
+
+TEST_F(ResponderTest, image_isServedByNameWhateverTheQuery) {
+    images_["Speaker Mute@2x"] = directory_.write("image.png", png);
+    const Response given = response(request("/image/Speaker%20Mute%402x?device=1"));
+    EXPECT_EQ(given.status, 200u);
+    EXPECT_EQ(given.body, png);
+    EXPECT_EQ(field(given, "Content-Type"), "image/png");
+}
+
+TEST_F(ResponderTest, imageThatIsNoneOrTooLong_isNotFound) {
+    images_["Text"] = directory_.write("text.png", "hello");
+    images_["Missing"] = (directory_.path() / "missing.png").string();
+    images_["Folder"] = directory_.path().string();
+    images_["Long"] = directory_.write("long.png", png + std::string((std::size_t{8} << 20), '-'));
+    for (const char* name : {"Text", "Missing", "Folder", "Long", "Unknown", "", "..", "%00"})
+        EXPECT_EQ(response(request(std::string("/image/") + name)).status, 404u) << name;
+}
+
+TEST_F(ResponderTest, noImageLookUp_hasNoImages) {
+    const Responder plain(8123, secret, directory_.path().string(), {});
+    EXPECT_EQ(std::get<Response>(plain.answer(request("/image/A"))).status, 404u);
+}
+
+TEST_F(ResponderTest, webSocket_isAcceptedAtItsAddressWithAnOriginOnly) {
+    Request upgrade = request("/ws");
+    upgrade.asksForWebSocket = true;
+    EXPECT_EQ(response(upgrade).status, 403u);
+    upgrade.fields.emplace_back("Origin", "http://127.0.0.1:8123");
+    EXPECT_TRUE(std::holds_alternative<AcceptWebSocket>(answer(upgrade)));
+    upgrade.target = "/";
+    EXPECT_EQ(response(upgrade).status, 404u);
+    upgrade.target = "/ws";
+    upgrade.asksForWebSocket = false;
+    EXPECT_EQ(response(upgrade).status, 426u);
+}
+
+TEST_F(ResponderTest, everyKindOfAnswer_carriesTheSecurityHeaders) {
+    Request foreign = request("/");
+    foreign.fields.clear();
+    for (const Response& given : {response(request("/")), response(request("/missing")), response(foreign),
+                                  response(request("/?secret=" + secret)), Responder::refusal(400, "No.")}) {
+        EXPECT_TRUE(
+            field(given, "Content-Security-Policy").starts_with("default-src 'none'; script-src 'self';"));
+        EXPECT_EQ(field(given, "X-Content-Type-Options"), "nosniff");
+        EXPECT_EQ(field(given, "Referrer-Policy"), "no-referrer");
+        EXPECT_EQ(field(given, "Cross-Origin-Opener-Policy"), "same-origin");
+        EXPECT_EQ(field(given, "Cross-Origin-Resource-Policy"), "same-origin");
+        EXPECT_NE(field(given, "Cache-Control"), "");
+    }
+}
+
+}  // namespace settings

@@ -1,0 +1,469 @@
+# SPDX-License-Identifier: MIT
+"""The Settings application's server over real sockets: test_server.py PROGRAM, the built settings-echo-server."""
+import os
+import socket
+import struct
+import sys
+import tempfile
+import unittest
+
+from loopback_client import BINARY, CLOSE, PING, PONG, TEXT, Answer, EchoServer, WebSocket, everything_from
+
+PROGRAM = None
+PNG = b'\x89PNG\r\n\x1a\n' + bytes(range(256))
+SECURITY_FIELDS = {
+    'content-security-policy': "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; "
+                               "font-src 'self'; connect-src 'self'; media-src 'self'; base-uri 'none'; "
+                               "form-action 'none'; frame-ancestors 'none'",
+    'x-content-type-options': 'nosniff',
+    'referrer-policy': 'no-referrer',
+    'cross-origin-opener-policy': 'same-origin',
+    'cross-origin-resource-policy': 'same-origin',
+}
+
+
+class ServerTest(unittest.TestCase):
+    arguments = ()
+
+    def setUp(self):
+        directory = tempfile.TemporaryDirectory()
+        self.addCleanup(directory.cleanup)
+        self.directory = directory.name
+        self.write('page/index.html', b'<!doctype html><title>Settings</title>')
+        self.write('outside.txt', b'outside')
+        self.write('page-beside/file.txt', b'beside')
+        self.server = self.start(*self.arguments)
+
+    def start(self, *arguments):
+        server = EchoServer(PROGRAM, f'page={self.directory}/page', *arguments)
+        self.addCleanup(server.clean)
+        return server
+
+    def write(self, name, content):
+        path = os.path.join(self.directory, name)
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        with open(path, 'wb') as file:
+            file.write(content)
+        return path
+
+    def raw_status(self, data):
+        answer = self.server.raw(data)
+        self.assertRegex(answer, rb'^HTTP/1\.[01] \d{3} ')
+        return int(answer.split()[1])
+
+
+class Admission(ServerTest):
+    def test_address_holdsLoopbackPortAndSecret(self):
+        self.assertRegex(self.server.url, r'^http://127\.0\.0\.1:\d+/\?secret=[0-9a-f]{64}$')
+
+    def test_otherStart_hasAnotherSecret(self):
+        self.assertNotEqual(self.start().secret, self.server.secret)
+
+    def test_otherAddressesOfTheMachine_areNotListenedOn(self):
+        for family, address in ((socket.AF_INET, '127.0.0.2'), (socket.AF_INET6, '::1')):
+            with self.subTest(address), socket.socket(family) as other:
+                with self.assertRaises(OSError):
+                    other.connect((address, self.server.port))
+
+    def test_printedAddress_givesCookieThatOpensThePage(self):
+        answer = self.server.get(f'/?secret={self.server.secret}', Cookie=None)
+        self.assertEqual((answer.status, answer.field('location')), (303, '/'))
+        self.assertEqual(answer.field('cache-control'), 'no-store')
+        cookie, *attributes = answer.field('set-cookie').split('; ')
+        self.assertEqual(set(attributes), {'HttpOnly', 'SameSite=Strict', 'Path=/'})
+        self.assertIn(str(self.server.port), cookie.split('=')[0])
+        self.assertEqual(self.server.get('/', Cookie=None).status, 403)
+        self.assertEqual(self.server.get('/', Cookie=cookie).status, 200)
+
+    def test_missingOrForeignSecret_isRefusedWithOneLine(self):
+        name = self.server.cookie.split('=')[0]
+        for target, cookie in (('/', None), ('/', f'{name}={"0" * 64}'), ('/', f'{name}={self.server.secret}0'),
+                               ('/', f'{name}='), ('/', f'other={self.server.secret}'), ('/ws', None),
+                               (f'/?secret={"0" * 64}', None), ('/?secret=', None), ('/?secret', None),
+                               (f'/index.html?secret={self.server.secret}', None), ('/image/A', None)):
+            with self.subTest(target=target, cookie=cookie):
+                answer = self.server.get(target, Cookie=cookie)
+                self.assertEqual(answer.status, 403)
+                self.assertRegex(answer.body, rb'^[^\n]+\n$')
+                self.assertNotIn(self.server.secret.encode(), answer.body)
+
+    def test_foreignHost_isRefusedEvenWithTheSecret(self):
+        port = self.server.port
+        for host in (None, '', '127.0.0.1', f'example.org:{port}', f'127.0.0.1:{port + 1}', f'[::1]:{port}',
+                     f'127.0.0.1.example.org:{port}', f'localhost.:{port}'):
+            for target in ('/', f'/?secret={self.server.secret}'):
+                with self.subTest(host=host, target=target):
+                    self.assertEqual(self.server.get(target, Host=host).status, 421)
+        self.assertEqual(self.server.get('/', Host=f'localhost:{port}').status, 200)
+
+    def test_foreignOrigin_isRefusedEvenWithTheSecret(self):
+        for origin in ('null', 'http://example.org', f'https://{self.server.host}', self.server.origin + '0',
+                       f'http://localhost:{self.server.port}'):
+            with self.subTest(origin):
+                self.assertEqual(self.server.get('/', Origin=origin).status, 403)
+        self.assertEqual(self.server.get('/', Origin=self.server.origin).status, 200)
+
+    def test_takenPort_isOneSentenceThatNamesIt(self):
+        with self.assertRaisesRegex(RuntimeError, rf'^exit 1: Port {self.server.port} [^\n]* in use [^\n]*\.$'):
+            EchoServer(PROGRAM, f'port={self.server.port}')
+
+    def test_portOfAnEndedServer_canBeTakenAgainAtOnce(self):
+        with WebSocket(self.server) as page:
+            self.assertTrue(page.agreed)
+            self.server.end()
+        self.assertEqual(self.start(f'port={self.server.port}').port, self.server.port)
+
+
+class Files(ServerTest):
+    def test_everyKind_hasItsContentType(self):
+        for name, kind in (('index.html', 'text/html; charset=utf-8'), ('app.js', 'text/javascript; charset=utf-8'),
+                           ('app.css', 'text/css; charset=utf-8'), ('fonts/a.woff2', 'font/woff2'),
+                           ('a.svg', 'image/svg+xml'), ('a.png', 'image/png'), ('a.json', 'application/json'),
+                           ('app.js.map', 'application/json'), ('a b.unknown', 'application/octet-stream')):
+            with self.subTest(name):
+                content = os.urandom(100)
+                self.write('page/' + name, content)
+                answer = self.server.get('/' + name.replace(' ', '%20') + '?v=1')
+                self.assertEqual((answer.status, answer.body), (200, content))
+                self.assertEqual(answer.field('content-type'), kind)
+
+    def test_everyAnswer_carriesTheSecurityHeaders(self):
+        for target, changes in (('/', {}), ('/missing', {}), ('/', {'Cookie': None}), ('/', {'Host': 'x'}),
+                                (f'/?secret={self.server.secret}', {}), ('/', {'method': 'POST'})):
+            with self.subTest(target=target, **changes):
+                answer = self.server.get(target, **changes)
+                self.assertEqual({name: answer.field(name) for name in SECURITY_FIELDS}, SECURITY_FIELDS)
+                self.assertIsNotNone(answer.field('cache-control'))
+
+    def test_rebuiltFile_isSentAnew(self):
+        first = self.server.get('/')
+        self.assertEqual(first.field('cache-control'), 'no-cache')
+        self.assertEqual(self.server.get('/', If_None_Match=first.field('etag')).status, 304)
+        self.write('page/index.html', b'<!doctype html><title>Rebuilt </title>')
+        again = self.server.get('/', If_None_Match=first.field('etag'))
+        self.assertEqual((again.status, again.body), (200, b'<!doctype html><title>Rebuilt </title>'))
+
+    def test_head_isTheSameWithoutABody(self):
+        for target in ('/', '/missing'):
+            get, head = self.server.get(target), self.server.get(target, method='HEAD')
+            self.assertEqual((get.status, get.fields), (head.status, head.fields))
+
+    def test_headOnAKeptConnection_leavesNoBodyBehind(self):
+        with self.server.connect() as connection, connection.makefile('rb') as stream:
+            for method in ('HEAD', 'GET', 'HEAD', 'GET'):
+                connection.sendall(f'{method} / HTTP/1.1\r\n{self.server.fields()}\r\n'.encode())
+                self.assertEqual(Answer(stream, method).status, 200)
+
+    def test_otherMethods_areRefused(self):
+        for method in ('POST', 'PUT', 'DELETE', 'OPTIONS', 'TRACE', 'PATCH', 'BREW'):
+            answer = self.server.get('/', method=method)
+            self.assertEqual((answer.status, answer.field('allow')), (405, 'GET, HEAD'))
+
+    def test_pathsOutsideThePage_areNotFound(self):
+        page = os.path.join(self.directory, 'page')
+        os.symlink('../outside.txt', os.path.join(page, 'file-link'))
+        os.symlink('..', os.path.join(page, 'folder-link'))
+        os.mkfifo(os.path.join(page, 'pipe'))
+        os.mkdir(os.path.join(page, 'folder'))
+        for target in ('/missing', '/folder', '/folder/', '/pipe', '/file-link', '/folder-link/outside.txt',
+                       '/../outside.txt', '/%2e%2e/outside.txt', '/%2E%2E%2Foutside.txt', '/folder/../../outside.txt',
+                       '/..%5coutside.txt', '/..\\outside.txt', '/../page-beside/file.txt', '/%252e%252e/outside.txt',
+                       f'/{self.directory}/outside.txt', '//etc/passwd', '/index.html%00.png', '/index.html/',
+                       '/./index.html', '/%', '/%zz', '/index.html%', '/' + 'a' * 8000, '/' + 'a/' * 4000 + 'a'):
+            with self.subTest(target[:60]):
+                answer = self.server.get(target)
+                self.assertEqual(answer.status, 404)
+                self.assertNotIn(b'outside', answer.body)
+
+    def test_missingPage_isNotFoundUntilItIsBuilt(self):
+        os.remove(os.path.join(self.directory, 'page/index.html'))
+        os.rmdir(os.path.join(self.directory, 'page'))
+        self.assertEqual(self.server.get('/').status, 404)
+        self.write('page/index.html', b'built')
+        self.assertEqual(self.server.get('/').body, b'built')
+
+
+class Images(ServerTest):
+    def setUp(self):
+        super().setUp()
+        self.server = self.start(f'image:Speaker Mute@2x={self.write("speaker.png", PNG)}',
+                                 f'image:long={self.write("long.png", PNG + bytes(8 << 20))}',
+                                 f'image:text={self.write("text.png", b"no image")}',
+                                 f'image:folder={self.directory}')
+
+    def test_knownName_isSentWhateverTheQuery(self):
+        for target in ('/image/Speaker%20Mute@2x', '/image/Speaker%20Mute%402x?device=3'):
+            answer = self.server.get(target)
+            self.assertEqual((answer.status, answer.field('content-type'), answer.body), (200, 'image/png', PNG))
+
+    def test_whatIsNoImageOrTooLong_isNotFound(self):
+        for name in ('long', 'text', 'folder', 'unknown', '', '..', '%2e%2e%2fspeaker.png', '%00', '%ff'):
+            with self.subTest(name):
+                self.assertEqual(self.server.get('/image/' + name).status, 404)
+
+
+class Bounds(ServerTest):
+    arguments = ('requestTimeout=500',)
+
+    def test_malformedRequests_areAnswered400AndClosed(self):
+        host = f'Host: {self.server.host}\r\n'.encode()
+        for data in (b'\r\n\r\nGET\r\n\r\n', b'nonsense\r\n\r\n', b'GET / HTTP/9.9\r\n\r\n', b'GET  HTTP/1.1\r\n\r\n',
+                     b'GET / HTTP/1.1\r\nno colon\r\n\r\n', b'GET / HTTP/1.1\r\nA\x00: b\r\n\r\n',
+                     b'\x16\x03\x01\x02\x00\x01\x00\x01\xfc\x03\x03\r\n\r\n', b'GET / HTTP/1.1\n\n',
+                     b'GET / HTTP/1.1\r\nContent-Length: -1\r\n\r\n', b'GET * HTTP/1.1\r\n' + host + b'\r\n',
+                     b'GET http://example.org/ HTTP/1.1\r\n' + host + b'\r\n'):
+            with self.subTest(data):
+                self.assertEqual(self.raw_status(data), 400)
+        self.assertEqual(self.server.get('/').status, 200)
+
+    def test_randomBytes_neverEndTheServer(self):
+        for length in range(0, 4000, 97):
+            with self.server.connect() as connection:
+                try:
+                    connection.sendall(os.urandom(length) + b'\r\n\r\n')
+                    everything_from(connection)
+                except ConnectionError:
+                    pass
+        self.assertEqual(self.server.get('/').status, 200)
+
+    def test_longHeaders_areAnswered431(self):
+        fields = self.server.fields().encode()
+        self.assertEqual(self.server.get('/', A='a' * 15000).status, 200)
+        self.assertEqual(self.raw_status(b'GET / HTTP/1.1\r\n' + fields + b'A: ' + b'a' * 17000 + b'\r\n\r\n'), 431)
+        self.assertEqual(self.raw_status(b'GET / HTTP/1.1\r\n' + fields + b'A: b\r\n' * 4000 + b'\r\n'), 431)
+        self.assertEqual(self.raw_status(b'GET /' + b'a' * 17000 + b' HTTP/1.1\r\n' + fields + b'\r\n'), 431)
+
+    def test_body_isRefused(self):
+        head = b'GET / HTTP/1.1\r\n' + self.server.fields().encode()
+        self.assertEqual(self.raw_status(head + b'Content-Length: 5\r\n\r\nhello'), 413)
+        self.assertEqual(self.raw_status(head + b'Transfer-Encoding: chunked\r\n\r\n5\r\nhello\r\n0\r\n\r\n'), 413)
+        self.assertEqual(self.raw_status(head + b'Content-Length: 18446744073709551615\r\n\r\n'), 413)
+
+    def test_pipelinedRequests_areAnsweredInOrder(self):
+        fields = self.server.fields()
+        request = ''.join(f'GET {path} HTTP/1.1\r\n{fields}\r\n' for path in ('/', '/missing', '/index.html'))
+        with self.server.connect() as connection, connection.makefile('rb') as stream:
+            connection.sendall(request.encode())
+            self.assertEqual([Answer(stream).status for _ in range(3)], [200, 404, 200])
+
+    def test_slowRequest_isCutOff(self):
+        for data in (b'', b'GET / HTTP/1.1\r\nHost: '):
+            with self.subTest(data):
+                self.assertEqual(self.server.raw(data), b'')
+
+    def test_requestThatNeverEnds_isCutOffWhileItTrickles(self):
+        with self.server.connect() as connection:
+            connection.sendall(b'GET / HTTP/1.1\r\nA: ')
+            connection.settimeout(0.02)
+            for _ in range(3000):
+                try:
+                    connection.sendall(b'a')
+                    self.assertEqual(connection.recv(1), b'')
+                    return
+                except TimeoutError:
+                    continue
+                except ConnectionError:
+                    return
+            self.fail('the request was never cut off')
+
+
+class ManyConnections(ServerTest):
+    def test_connectionBeyondTheBound_isAnswered503UntilOneLeaves(self):
+        with WebSocket(self.server) as kept:
+            self.assertTrue(kept.agreed)
+            others = [self.server.connect() for _ in range(63)]
+            try:
+                for other in others:
+                    other.sendall(f'GET / HTTP/1.1\r\n{self.server.fields()}\r\n'.encode())
+                    self.assertEqual(Answer(other.makefile('rb')).status, 200)
+                for _ in range(3):
+                    self.assertEqual(self.server.get('/').status, 503)
+                kept.send('still here')
+                self.assertEqual(kept.receive(), (TEXT, b'still here'))
+            finally:
+                for other in others:
+                    other.close()
+            # The server learns of the leaving a moment later than the client leaves.
+            for _ in range(1000):
+                status = self.server.get('/').status
+                if status == 200:
+                    break
+            self.assertEqual(status, 200)
+
+    def test_floodOfConnections_leavesTheServerAnswering(self):
+        others = []
+        try:
+            for _ in range(300):
+                others.append(self.server.connect())
+        finally:
+            for other in others:
+                other.close()
+        for _ in range(1000):
+            try:
+                if self.server.get('/').status == 200:
+                    return
+            except ConnectionError:
+                continue
+        self.fail('the server did not come back')
+
+
+class WebSockets(ServerTest):
+    arguments = ('queuedBytes=2000000',)
+
+    def open(self, server=None):
+        page = WebSocket(server or self.server)
+        self.addCleanup(page.__exit__)
+        self.assertEqual((page.answer.status, page.agreed), (101, True))
+        return page
+
+    def test_text_comesBackWhole(self):
+        page = self.open()
+        for text in ('', 'a', 'é' * 100, 'x' * 125, 'x' * 126, 'x' * 65535, 'x' * 65536, 'x' * (1 << 20)):
+            page.send(text)
+            self.assertEqual(page.receive(), (TEXT, text.encode()))
+
+    def test_fragmentsWithAPingBetween_areOneMessage(self):
+        page = self.open()
+        page.send('ab', final=False)
+        page.send(b'ping', kind=PING)
+        page.send('cd', kind=0)
+        self.assertEqual(page.receive(), (PONG, b'ping'))
+        self.assertEqual(page.receive(), (TEXT, b'abcd'))
+
+    def test_connections_areTheirOwn(self):
+        pages = [self.open() for _ in range(5)]
+        for number, page in enumerate(pages):
+            page.send(f'page {number}')
+        for number, page in enumerate(pages):
+            self.assertEqual(page.receive(), (TEXT, f'page {number}'.encode()))
+
+    def test_openingAndClosing_areToldOnce(self):
+        page = self.open()
+        self.assertEqual(self.server.event(), 'opened 1')
+        page.send(struct.pack('>H', 1000), kind=CLOSE)
+        self.assertEqual(page.close_code(), 1000)
+        self.assertEqual(self.server.event(), 'closed 1')
+        with self.open():
+            self.assertEqual(self.server.event(), 'opened 2')
+        self.assertEqual(self.server.event(), 'closed 2')
+        self.assertEqual(self.server.end(), (['ended'], 0))
+
+    def test_handshake_needsOriginHostCookieAndItsAddress(self):
+        for status, target, changes in (
+                (403, '/ws', {'Origin': None}), (403, '/ws', {'Origin': 'null'}),
+                (403, '/ws', {'Origin': 'http://example.org'}), (403, '/ws', {'Cookie': None}),
+                (421, '/ws', {'Host': 'example.org'}), (404, '/', {}), (404, '/ws/', {}), (404, '/other', {}),
+                (400, '/ws', {'Sec_WebSocket_Key': None}), (400, '/ws', {'Sec_WebSocket_Key': 'x' * 100}),
+                (426, '/ws', {'Sec_WebSocket_Version': '12'}), (426, '/ws', {'Upgrade': None})):
+            with self.subTest(target=target, **changes), WebSocket(self.server, target, **changes) as page:
+                self.assertEqual((page.answer.status, page.agreed), (status, False))
+        self.assertEqual(self.server.end(), (['ended'], 0))
+
+    def test_whatIsAgainstTheRules_isClosedWithItsCode(self):
+        for code, frames in ((1003, [(b'x', {'kind': BINARY})]),
+                             (1009, [('x' * ((1 << 20) + 1), {})]),
+                             (1009, [('x' * (1 << 20), {'final': False}), ('x', {'kind': 0})]),
+                             (1007, [(b'\xff\xfe', {})]),
+                             (1002, [('x', {'masked': False})]),
+                             (1002, [('x', {'reserved': 4})]),
+                             (1002, [('x', {'kind': 0})]),
+                             (1002, [('x', {'kind': 3})]),
+                             (1002, [('x' * 126, {'kind': PING})])):
+            with self.subTest(code=code, frames=[options for _, options in frames]):
+                page = self.open()
+                for payload, options in frames:
+                    page.send(payload, **options)
+                self.assertEqual(page.close_code(), code)
+        page = self.open()
+        page.send('still answering')
+        self.assertEqual(page.receive(), (TEXT, b'still answering'))
+
+    def test_hugeAnnouncedLength_isRefusedBeforeItsBytes(self):
+        page = self.open()
+        page.connection.sendall(struct.pack('>BBQ', 0x81, 0xff, 1 << 40) + bytes(4))
+        self.assertEqual(page.close_code(), 1009)
+
+    def test_serversClose_comesAfterWhatWasSentBefore(self):
+        page = self.open()
+        page.send('close')
+        self.assertEqual(page.receive(), (TEXT, b'before the close'))
+        self.assertEqual(page.receive(), (CLOSE, struct.pack('>H', 1000)))
+        self.assertEqual(self.server.event(), 'opened 1')
+        self.assertEqual(self.server.event(), 'closed 1')
+
+    def test_clientThatReads_getsMoreThanTheQueueHolds(self):
+        page = self.open()
+        for _ in range(10):
+            page.send('burst 10 100000')
+            for _ in range(10):
+                self.assertEqual(page.receive(), (TEXT, b'x' * 100000))
+
+    def test_clientThatDoesNotRead_isCutOff(self):
+        page = self.open()
+        self.assertEqual(self.server.event(), 'opened 1')
+        try:
+            for _ in range(1000):
+                page.send('burst 20 50000')
+        except OSError:
+            pass
+        self.assertEqual(self.server.event(), 'closed 1')
+        self.open().send('others go on')
+
+    def test_failingHandler_costsItsConnectionOnly(self):
+        page, other = self.open(), self.open()
+        page.send('throw')
+        self.assertIsNone(page.close_code())
+        other.send('still here')
+        self.assertEqual(other.receive(), (TEXT, b'still here'))
+
+    def test_vanishedClient_isToldAsClosed(self):
+        page = self.open()
+        self.assertEqual(self.server.event(), 'opened 1')
+        page.connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack('ii', 1, 0))
+        page.__exit__()
+        self.assertEqual(self.server.event(), 'closed 1')
+
+    def test_silentClient_isPingedAndKeptAsLongAsItAnswers(self):
+        server = self.start('idleTimeout=400')
+        page = self.open(server)
+        for _ in range(4):
+            kind, payload = page.receive()
+            self.assertEqual(kind, PING)
+            page.send(payload, kind=PONG)
+        page.send('still here')
+        kind, payload = page.receive()
+        while kind == PING:
+            kind, payload = page.receive()
+        self.assertEqual((kind, payload), (TEXT, b'still here'))
+        self.assertIsNone(page.close_code())
+        self.assertEqual([server.event(), server.event()], ['opened 1', 'closed 1'])
+
+    def test_end_saysGoodByeToEveryPage(self):
+        pages = [self.open() for _ in range(3)]
+        for number in range(3):
+            self.assertEqual(self.server.event(), f'opened {number + 1}')
+        # The pages answer the close and leave, so that nobody has to be waited for.
+        self.server.process.stdin.close()
+        for page in pages:
+            self.assertEqual(page.close_code(), 1001)
+            page.send(struct.pack('>H', 1001), kind=CLOSE)
+            page.__exit__()
+        lines = self.server.process.stdout.read().splitlines()
+        self.assertEqual(sorted(lines[:3]) + lines[3:], ['closed 1', 'closed 2', 'closed 3', 'ended'])
+        self.assertEqual(self.server.process.wait(), 0)
+
+    def test_endWithPagesThatDoNotAnswer_comesAllTheSame(self):
+        with self.open(), self.open(), self.server.connect() as silent:
+            self.assertEqual([self.server.event(), self.server.event()], ['opened 1', 'opened 2'])
+            silent.sendall(b'GET / HTTP/1.1\r\n')
+            lines, status = self.server.end()
+        self.assertEqual((sorted(lines), status), (['closed 1', 'closed 2', 'ended'], 0))
+
+
+if __name__ == '__main__':
+    if len(sys.argv) < 2:
+        sys.exit('usage: test_server.py PROGRAM [unittest arguments]')
+    PROGRAM = sys.argv.pop(1)
+    program = unittest.main(exit=False)
+    # unittest is content with a run that found nothing to test.
+    sys.exit(0 if program.result.wasSuccessful() and program.result.testsRun > 0 else 1)

@@ -1,0 +1,146 @@
+# SPDX-License-Identifier: MIT
+"""The serve channel of the real program: test_serve.py PROGRAM FIXTURES [unittest arguments]."""
+import json
+import os
+import select
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path[:0] = [os.path.join(HERE, "server"), os.path.join(HERE, "..", "drive")]
+from Drive import Drive  # noqa: E402
+from loopback_client import EchoServer, PATIENCE, TEXT, WebSocket  # noqa: E402
+
+PROGRAM = ""
+FIXTURES = ""
+
+
+class Page:
+    """A connection that speaks the screen protocol."""
+
+    def __init__(self, server):
+        self.socket = WebSocket(server)
+        self.socket.connection.settimeout(PATIENCE)
+        self.id = 0
+
+    def receive(self):
+        kind, payload = self.socket.receive()
+        assert kind == TEXT, (kind, payload)
+        return json.loads(payload)
+
+    def attempt(self, command, **fields):
+        """Sends a command and gives its answer; pushes that come first are kept."""
+        self.id += 1
+        self.socket.send(json.dumps({"do": command, "id": self.id, **fields}))
+        while (message := self.receive()).get("id") != self.id:
+            pass
+        return message
+
+    def do(self, command, **fields):
+        answer = self.attempt(command, **fields)
+        assert answer["ok"], answer["error"]
+        return answer["state"]
+
+    def quiet(self):
+        """Whether nothing has come."""
+        return not select.select([self.socket.connection], [], [], 0)[0]
+
+    def close(self):
+        self.socket.__exit__()
+
+
+class ServeTest(unittest.TestCase):
+    def setUp(self):
+        directory = tempfile.TemporaryDirectory()
+        self.addCleanup(directory.cleanup)
+        self.root = os.path.join(directory.name, "phone")
+        self.bundle = os.path.join(FIXTURES, "Sample.bundle")
+        self.server = EchoServer(PROGRAM, "serve", "--root", self.root, "--bundle", self.bundle)
+        self.addCleanup(self.server.clean)
+
+    def page(self):
+        page = Page(self.server)
+        self.addCleanup(page.close)
+        return page
+
+    def test_address_isOneLine(self):
+        self.assertRegex(self.server.url, r"^Quietrix Settings is at http://127\.0\.0\.1:\d+/\?secret=[0-9a-f]{64}$")
+
+    def test_pages_showTheSamePhone(self):
+        one, other = self.page(), self.page()
+        other.do("state")
+        self.assertEqual(one.do("state")["screen"]["class"], "SampleController")
+        revision = one.do("set", row=1, value=False)["revision"]
+        pushed = other.receive()
+        self.assertNotIn("ok", pushed)
+        self.assertIs(pushed["state"]["screen"]["rows"][1]["value"], False)
+        self.assertEqual(pushed["state"]["revision"], revision)
+
+    def test_actingPage_isNotPushedItsOwnAnswer(self):
+        page = self.page()
+        page.do("set", row=1, value=False)
+        page.do("state")
+        self.assertTrue(page.quiet())
+
+    def test_changeByItself_isPushedWithTheRowsLastAskedFor(self):
+        page, silent = self.page(), self.page()
+        page.do("state", **{"from": 5, "count": 1})
+        with Drive(PROGRAM, self.bundle, root=self.root) as other:
+            other.do("post", name="com.velmora.SampleChangedNotification")
+        pushed = page.receive()["state"]
+        self.assertEqual([row["value"] for row in pushed["screen"]["rows"]], [1])
+        self.assertIn("darwinReceived", [event["event"] for event in pushed["events"]])
+        self.assertTrue(silent.quiet(), "it has asked for nothing")
+
+    def test_badMessages_areAnswered(self):
+        page = self.page()
+        for text in ("", "nonsense", "[]", '{"do":"fly"}'):
+            page.socket.send(text)
+            self.assertFalse(page.receive()["ok"])
+        page.do("state")
+
+    def test_closedPage_leavesTheOthersAlone(self):
+        page, gone = self.page(), self.page()
+        gone.do("state")
+        gone.close()
+        page.do("set", row=1, value=False)
+        self.assertIs(page.do("state")["screen"]["rows"][1]["value"], False)
+
+    def test_image_isServedOnlyOnceAStateHasNamedIt(self):
+        self.assertEqual(self.server.get("/image/icon").status, 404)
+        self.assertEqual(self.server.get("/image/..%2F..%2Fetc%2Fpasswd").status, 404)
+
+    def test_signal_endsWithStatusZero(self):
+        for ending in (signal.SIGTERM, signal.SIGINT):
+            with self.subTest(ending):
+                server = EchoServer(PROGRAM, "serve", "--root", self.root, "--bundle", self.bundle)
+                self.addCleanup(server.clean)
+                page = Page(server)
+                page.do("state")
+                server.process.send_signal(ending)
+                self.assertEqual(server.process.wait(PATIENCE), 0)
+                page.close()
+
+    def test_signal_endsAWaitToo(self):
+        page = self.page()
+        page.do("state")
+        page.socket.send(json.dumps({"do": "wait", "event": "never", "seconds": 1000000}))
+        self.server.process.send_signal(signal.SIGTERM)
+        self.assertEqual(self.server.process.wait(PATIENCE), 0)
+
+    def test_portInUse_isOneLineAndStatusTwo(self):
+        result = subprocess.run([PROGRAM, "serve", "--root", self.root, "--bundle", self.bundle, "--port",
+                                 str(self.server.port)], capture_output=True, text=True, timeout=PATIENCE)
+        self.assertEqual(result.returncode, 2)
+        self.assertIn(str(self.server.port), result.stderr)
+        self.assertEqual(result.stderr.count("\n"), 1)
+        self.assertEqual(result.stdout, "")
+
+
+if __name__ == "__main__":
+    PROGRAM, FIXTURES = sys.argv[1:3]
+    result = unittest.main(argv=[sys.argv[0], *sys.argv[3:]], exit=False).result
+    sys.exit(0 if result.wasSuccessful() and result.testsRun > 0 else 1)
