@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+// Any lines at all, one session's after another, over a screen with a row of every kind. Each is answered by
+// one line of JSON that tells how it went and what is shown.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/foundation/Device.h"
+#include "platform/foundation/RunLoop.h"
+#include "platform/preferences/PSEditableListController.h"
+#include "settings/Application.h"
+#include "settings/Front.h"
+#include "settings/JSON.h"
+#include "settings/Session.h"
+
+namespace {
+
+using platform::method;
+using platform::PSCellType;
+using platform::PSSpecifier;
+using platform::Value;
+
+class FuzzedList : public platform::PSEditableListController {
+    PLATFORM_CLASS(FuzzedList, platform::PSEditableListController)
+
+  public:
+    platform::SpecifierArray specifiers() override {
+        if (specifiers_) return specifiers_;
+        specifiers_ = std::make_shared<platform::SpecifierList>();
+        for (const auto kind : {PSCellType::Group, PSCellType::Link, PSCellType::Slider, PSCellType::Switch,
+                                PSCellType::EditText, PSCellType::Button}) {
+            specifiers_->push_back(PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
+                "Row", shared(this), method("set:", &FuzzedList::set), method("get:", &FuzzedList::get),
+                "FuzzedList", kind, {}));
+        }
+        return specifiers_;
+    }
+    std::int64_t tableView_editingStyleForRowAtIndexPath(
+        const std::shared_ptr<platform::UITableView>& /*table*/, platform::IndexPath /*path*/) override {
+        return platform::UITableViewCellEditingStyleDelete;
+    }
+    void set(const Value& value, const std::shared_ptr<PSSpecifier>& /*specifier*/) { value_ = value; }
+    Value get(const std::shared_ptr<PSSpecifier>& /*specifier*/) { return value_; }
+
+  private:
+    Value value_;
+};
+
+PLATFORM_REGISTER_CLASS(FuzzedList)
+
+class SilentLog : public platform::LogSink {
+  public:
+    void write(const std::string& /*line*/) override {}
+};
+
+void require(bool holds) {
+    if (!holds) std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const auto clock = std::make_shared<device::VirtualClock>(platform::Date{0});
+    platform::Device device;
+    device.clock = clock;
+    device.log = std::make_shared<SilentLog>();
+    platform::Device::install(std::move(device));
+    {
+        settings::Application application("/Library/PreferenceBundles/Absent.bundle", clock);
+        application.start();
+        settings::Front::now().navigation->pushViewController_animated(std::make_shared<FuzzedList>(), false);
+        settings::Session session(application);
+        session.setInterruption([] { return true; });
+        std::string_view lines(reinterpret_cast<const char*>(data), size);
+        while (!lines.empty()) {
+            const std::size_t end = std::min(lines.find('\n'), lines.size());
+            const std::string answer = session.answer(lines.substr(0, end));
+            require(answer.find('\n') == std::string::npos);
+            const auto json = settings::parseJSON(answer);
+            require(json && (*json)["ok"].boolean() && (*json)["state"].dictionary());
+            require((*json)["ok"] == Value(true) || (*json)["error"].string());
+            lines.remove_prefix(std::min(end + 1, lines.size()));
+        }
+    }
+    platform::RunLoop::main().reset();
+    return 0;
+}

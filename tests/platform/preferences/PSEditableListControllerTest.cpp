@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include "platform/preferences/PSEditableListController.h"
+#include "platform/uikit/UIApplication.h"
+#include "platform/uikit/UINavigationController.h"
+#include "tests/platform/preferences/ListFixture.h"
+
+namespace platform {
+namespace {
+
+using doubles::makeGroup;
+using doubles::makeRow;
+
+/// Lets its rows named "deletable" be deleted.
+class DeletingList : public PSEditableListController {
+  public:
+    SpecifierArray specifiers() override {
+        if (!specifiers_) {
+            specifiers_ = std::make_shared<SpecifierList>(
+                SpecifierList{makeGroup("G"), makeRow("fixed"), makeRow("deletable"), makeRow("last")});
+        }
+        return specifiers_;
+    }
+    std::int64_t tableView_editingStyleForRowAtIndexPath(const std::shared_ptr<UITableView>& /*table*/,
+                                                         IndexPath path) override {
+        const auto row = specifierAtIndex(indexForRow_inGroup(path.row, path.section));
+        return row->name() == "deletable" ? UITableViewCellEditingStyleDelete
+                                          : UITableViewCellEditingStyleNone;
+    }
+    void tableView_commitEditingStyle_forRowAtIndexPath(const std::shared_ptr<UITableView>& table,
+                                                        std::int64_t style, IndexPath path) override {
+        wasEditing = isEditing();
+        PSEditableListController::tableView_commitEditingStyle_forRowAtIndexPath(table, style, path);
+    }
+    bool wasEditing = false;
+};
+
+class EditableList : public testing::Test {
+  protected:
+    ~EditableList() override { UIApplication::sharedApplication().setRootViewController(nullptr); }
+    void show() {
+        UIApplication::sharedApplication().setRootViewController(
+            UINavigationController::initWithRootViewController(list_));
+        phone_.takeEvents();
+    }
+    std::shared_ptr<UIBarButtonItem> button() const { return list_->navigationItem()->rightBarButtonItem(); }
+
+    doubles::Phone phone_;
+    std::shared_ptr<DeletingList> list_ = std::make_shared<DeletingList>();
+};
+
+TEST_F(EditableList, editButton_standsAtTheRightWhenTheSideIsEmpty) {
+    show();
+    ASSERT_NE(nullptr, button());
+    EXPECT_EQ(UIBarButtonSystemItemEdit, button()->systemItem());
+    EXPECT_EQ("editButtonAction:", button()->action().selector());
+    EXPECT_NE(list_->_editButtonBarItem(), list_->_editButtonBarItem());
+}
+
+TEST_F(EditableList, buttonOfTheScreensOwn_isNotReplaced) {
+    const auto own =
+        std::make_shared<UIBarButtonItem>(UIBarButtonSystemItemAdd, list_, UIBarButtonItem::Action());
+    list_->navigationItem()->setRightBarButtonItem_animated(own, true);
+    show();
+    EXPECT_EQ(own, button());
+    list_->setEditing(true);
+    EXPECT_EQ(own, button());
+}
+
+TEST_F(EditableList, editButton_switchesEditingAndItsOwnLook) {
+    show();
+    button()->press();
+    EXPECT_TRUE(list_->isEditing());
+    EXPECT_EQ(UIBarButtonSystemItemDone, button()->systemItem());
+    button()->press();
+    EXPECT_FALSE(list_->isEditing());
+    EXPECT_EQ(UIBarButtonSystemItemEdit, button()->systemItem());
+}
+
+TEST_F(EditableList, deletedRow_isRemovedAndEditingEnds) {
+    show();
+    EXPECT_TRUE(list_->userDeletedRow({0, 1}));
+    EXPECT_TRUE(list_->wasEditing);
+    EXPECT_FALSE(list_->isEditing());
+    EXPECT_EQ(3U, list_->specifiers()->size());
+    EXPECT_EQ("last", list_->specifierAtIndex(2)->name());
+    const auto events = phone_.takeEvents("remove");
+    ASSERT_EQ(1U, events.size());
+    EXPECT_EQ(Value(2), events[0].at("index"));
+    EXPECT_EQ(Value("deletable"), events[0].at("name"));
+    EXPECT_EQ(Value(true), events[0].at("animated"));
+}
+
+TEST_F(EditableList, rowWithoutTheDeleteStyle_staysAndEditingDoesNotBegin) {
+    show();
+    EXPECT_FALSE(list_->userDeletedRow({0, 0}));
+    EXPECT_FALSE(list_->userDeletedRow({0, 9}));
+    EXPECT_FALSE(list_->userDeletedRow({4, 0}));
+    EXPECT_FALSE(list_->isEditing());
+    EXPECT_EQ(4U, list_->specifiers()->size());
+}
+
+TEST_F(EditableList, otherStyles_commitNothing) {
+    show();
+    list_->setEditing(true);
+    list_->tableView_commitEditingStyle_forRowAtIndexPath(list_->table(), UITableViewCellEditingStyleNone,
+                                                          {0, 1});
+    EXPECT_EQ(4U, list_->specifiers()->size());
+    EXPECT_TRUE(list_->isEditing());
+}
+
+}  // namespace
+}  // namespace platform
