@@ -60,6 +60,10 @@ sockaddr_un address(int directory, const std::string& file) {
     return result;
 }
 
+std::string inFolder(std::string folder, const std::string& link) {
+    return folder.append("/").append(link);
+}
+
 Descriptor makeSocket() {
     return Descriptor(::socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
 }
@@ -180,7 +184,8 @@ void DatagramTransport::removeEntry(const std::string& entry) const {
     unlinkat(directory_.get(), socket.c_str(), 0);
     const std::string folder = entry + std::string(spillSuffix);
     for (const std::string& link : directoryNames(directory_.get(), folder.c_str())) {
-        unlinkat(directory_.get(), (folder + "/" + link).c_str(), 0);
+        const std::string path = inFolder(folder, link);
+        unlinkat(directory_.get(), path.c_str(), 0);
     }
     unlinkat(directory_.get(), folder.c_str(), AT_REMOVEDIR);
 }
@@ -232,7 +237,7 @@ bool DatagramTransport::spill(const std::string& entry, const std::string& name)
     if (mkdirat(directory_.get(), folder.c_str(), 0700) != 0 && errno != EEXIST) return false;
     std::uint64_t key = std::hash<std::string>()(name);
     for (;;) {
-        const std::string link = folder + "/" + hexadecimal(key);
+        const std::string link = inFolder(folder, hexadecimal(key));
         if (symlinkat(name.c_str(), directory_.get(), link.c_str()) == 0) return true;
         if (errno != EEXIST) return false;
         std::array<char, maximumNameLength + 1> present{};
@@ -286,7 +291,7 @@ void DatagramTransport::takeDatagrams(std::vector<std::string>& names) const {
 void DatagramTransport::takeSpilled(std::vector<std::string>& names) const {
     const std::string folder = entry_ + std::string(spillSuffix);
     for (const std::string& link : directoryNames(directory_.get(), folder.c_str())) {
-        const std::string path = folder + "/" + link;
+        const std::string path = inFolder(folder, link);
         std::array<char, maximumNameLength + 1> name{};
         const ssize_t length = readlinkat(directory_.get(), path.c_str(), name.data(), name.size());
         // Taken away before it is handed on: what is posted from now on makes a new link.

@@ -34,8 +34,9 @@ constexpr const char* fillingFile = ".filling";
 constexpr double lockSeconds = 30.0;
 
 std::unexpected<platform::Error> failed(const fs::path& path, const std::string& action, int errorNumber) {
-    return failure("\"" + path.string() + "\" could not be " + action + ": " + host::message(errorNumber) +
-                   ".");
+    std::string sentence = '"' + path.string();
+    sentence += "\" could not be " + action + ": " + host::message(errorNumber) + ".";
+    return failure(std::move(sentence));
 }
 
 Result<void> makeDirectory(const fs::path& path) {

@@ -99,6 +99,44 @@ Outcome<void> fill(const Temporary& temporary, int directory, const std::string&
     return {};
 }
 
+using Instant = std::chrono::steady_clock::time_point;
+
+Instant deadlineIn(double seconds) {
+    constexpr double longestWait = 1e6;
+    const std::chrono::duration<double> wait(seconds > 0 ? std::min(seconds, longestWait) : 0.0);
+    return std::chrono::steady_clock::now() + std::chrono::duration_cast<std::chrono::steady_clock::duration>(wait);
+}
+
+/// Tries until it has the lock or the time is over. The system has no lock with a time limit; the pauses grow so that a
+/// long wait costs little.
+template <class Try>
+Outcome<void> waitForLock(const Try& take, Instant deadline) {
+    using namespace std::chrono;
+    constexpr milliseconds longestPause{8};
+    for (milliseconds pause{1};; pause = std::min(pause * 2, longestPause)) {
+        if (take()) return {};
+        if (errno != EWOULDBLOCK && errno != EACCES && errno != EINTR) return lastError();
+        const auto left = deadline - steady_clock::now();
+        if (left <= left.zero()) return std::unexpected(ETIMEDOUT);
+        std::this_thread::sleep_for(std::min<steady_clock::duration>(pause, left));
+    }
+}
+
+/// The bytes of a lock file that are locked; they need not be there. Whoever waits for the lock holds the turn
+/// meanwhile, so one that gives the lock back and wants it again at once finds the turn taken, and starves nobody.
+constexpr off_t turnByte = 0;
+constexpr off_t heldByte = 1;
+
+/// A lock of the open file description: it goes with the last descriptor, and threads exclude each other too.
+bool setByteLock(int descriptor, off_t byte, short kind) {
+    struct flock lock {};
+    lock.l_type = kind;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = byte;
+    lock.l_len = 1;
+    return fcntl(descriptor, F_OFD_SETLK, &lock) == 0;
+}
+
 }  // namespace
 
 std::string message(int errorNumber) {
@@ -174,19 +212,18 @@ Outcome<Location> followLinks(std::string path) {
 }
 
 Outcome<void> lock(int descriptor, double seconds) {
-    using namespace std::chrono;
-    // The system has no lock with a time limit; the pauses grow so that a long wait costs nothing.
-    constexpr milliseconds longestPause{50};
-    constexpr double longestWait = 1e6;
-    const auto deadline = steady_clock::now() + duration_cast<steady_clock::duration>(duration<double>(
-                                                    seconds > 0 ? std::min(seconds, longestWait) : 0.0));
-    for (milliseconds pause{1};; pause = std::min(pause * 2, longestPause)) {
-        if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) return {};
-        if (errno != EWOULDBLOCK && errno != EINTR) return lastError();
-        const auto left = deadline - steady_clock::now();
-        if (left <= left.zero()) return std::unexpected(ETIMEDOUT);
-        std::this_thread::sleep_for(std::min<steady_clock::duration>(pause, left));
-    }
+    return waitForLock([descriptor] { return flock(descriptor, LOCK_EX | LOCK_NB) == 0; }, deadlineIn(seconds));
+}
+
+Outcome<void> lockInTurn(int descriptor, double seconds) {
+    const auto deadline = deadlineIn(seconds);
+    const auto take = [descriptor](off_t byte) {
+        return [descriptor, byte] { return setByteLock(descriptor, byte, F_WRLCK); };
+    };
+    if (Outcome<void> turn = waitForLock(take(turnByte), deadline); !turn) return turn;
+    Outcome<void> held = waitForLock(take(heldByte), deadline);
+    static_cast<void>(setByteLock(descriptor, turnByte, F_UNLCK));
+    return held;
 }
 
 bool isSameFile(int directory, const std::string& name, int descriptor) {

@@ -162,7 +162,7 @@ Result<std::unique_ptr<platform::FileLock>> RootFileSystem::lockExclusively(std:
     const std::string lockFile = target->directory + "." + target->name + ".lock";
     Descriptor descriptor(open(lockFile.c_str(), O_RDWR | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0644));
     if (!descriptor) return failed(path, "locked", errno);
-    if (const auto locked = host::lock(descriptor.get(), seconds); !locked) {
+    if (const auto locked = host::lockInTurn(descriptor.get(), seconds); !locked) {
         if (locked.error() != ETIMEDOUT) return failed(path, "locked", locked.error());
         return failure("The file \"" + std::string(path) + "\" could not be locked within " +
                        secondsText(seconds) + ": it is in use.");

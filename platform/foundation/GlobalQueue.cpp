@@ -16,7 +16,7 @@ namespace platform {
 namespace {
 
 /// A task that throws has no caller who could handle it.
-void runTask(RunLoop::Task task) noexcept {
+void runTask(const RunLoop::Task& task) noexcept {
     task();
 }
 
@@ -42,8 +42,9 @@ struct GlobalQueue::State {
             tasks.pop_front();
             ++running;
             lock.unlock();
-            // The task is destroyed with the call, before its activity ends: what it releases is part of it.
-            runTask(std::move(task));
+            runTask(task);
+            // Before the activity ends: what the task releases is part of it.
+            task = nullptr;
             RunLoop::main().endActivity();
             lock.lock();
             --running;

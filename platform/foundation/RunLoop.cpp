@@ -163,9 +163,11 @@ struct RunLoop::State {
         const int timeout = atMost ? static_cast<int>(std::max<std::int64_t>(atMost->count(), 0)) : -1;
         if (poll(descriptors.data(), descriptors.size(), timeout) <= 0) return {};
         if (descriptors[0].revents != 0) {
-            const std::lock_guard lock(mutex);
             std::array<char, 8> bytes{};
             while (read(wakePipe[0], bytes.data(), bytes.size()) > 0) continue;
+            // In this order: a byte that is written now stays. What is posted in between writes none, but
+            // whoever waited looks at the queue next.
+            const std::lock_guard lock(mutex);
             wakeSent = false;
         }
         std::vector<Watch> ready;
@@ -256,10 +258,12 @@ void RunLoop::watch(int descriptor, Task readable) {
 void RunLoop::unwatch(int descriptor) {
     std::vector<State::Watch> removed;
     const std::lock_guard lock(state_->mutex);
-    const auto others = std::ranges::stable_partition(
-        state_->watches, [&](const State::Watch& watch) { return watch.descriptor != descriptor; });
-    removed.assign(others.begin(), others.end());
-    state_->watches.erase(others.begin(), others.end());
+    // What a handler owns is let go only when the mutex is free again.
+    std::erase_if(state_->watches, [&](State::Watch& watch) {
+        if (watch.descriptor != descriptor) return false;
+        removed.push_back(std::move(watch));
+        return true;
+    });
 }
 
 void RunLoop::beginActivity() {

@@ -54,7 +54,7 @@ std::shared_ptr<UIViewController> UIViewController::presentedViewController() co
 }
 
 void UIViewController::presentViewController_animated_completion(
-    const std::shared_ptr<UIViewController>& screen, bool animated, Completion completion) {
+    const std::shared_ptr<UIViewController>& screen, bool animated, const Completion& completion) {
     if (!screen) {
         log(getClass().name() + ": there is no screen to present.");
         return;
@@ -82,7 +82,7 @@ void UIViewController::presentViewController_animated_completion(
     if (completion) completion();
 }
 
-void UIViewController::dismissViewControllerAnimated_completion(bool animated, Completion completion) {
+void UIViewController::dismissViewControllerAnimated_completion(bool animated, const Completion& completion) {
     if (!handlesOwnAlert()) {
         const auto outermost = outermostParent();
         auto holder = shared(this);

@@ -55,12 +55,12 @@ class UIViewController : public Object {
     /// composers do not. Presenting null, or what is presented or held by another already, does nothing, its
     /// completion included, and is logged.
     void presentViewController_animated_completion(const std::shared_ptr<UIViewController>& screen,
-                                                   bool animated, Completion completion);
+                                                   bool animated, const Completion& completion);
     /// Dismisses what this screen (or an ancestor) presents, with everything above it; when that is nothing
     /// and the screen is presented itself, dismisses the screen. When neither holds, and while the handler of
     /// an alert runs for the alert that this screen presented (it is gone already), nothing happens. The
     /// completion runs in every case.
-    void dismissViewControllerAnimated_completion(bool animated, Completion completion);
+    void dismissViewControllerAnimated_completion(bool animated, const Completion& completion);
 
     /// Whether this screen covers what is beneath it when presented.
     virtual bool isFullScreen() const { return false; }
