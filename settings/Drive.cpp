@@ -51,7 +51,7 @@ void Drive::answer(const std::vector<LineReader::Line>& lines) {
     }
 }
 
-void Drive::write(std::string text) {
+void Drive::write(const std::string& text) {
     for (std::string_view left = text; !left.empty();) {
         const ssize_t count = ::write(output_, left.data(), left.size());
         if (count >= 0) {

@@ -26,7 +26,7 @@ class Drive {
   private:
     void readable();
     void answer(const std::vector<LineReader::Line>& lines);
-    void write(std::string text);
+    void write(const std::string& text);
     void end(int status);
 
     Session& session_;

@@ -23,7 +23,7 @@ foreach(file IN LISTS page_files)
 endforeach()
 
 add_custom_command(OUTPUT "${page_work}/installed"
-    COMMAND ${NPM_PROGRAM} ci --no-audit --no-fund --silent
+    COMMAND ${NPM_PROGRAM} ci --no-audit --no-fund --loglevel=error
     COMMAND ${CMAKE_COMMAND} -E touch "${page_work}/installed"
     WORKING_DIRECTORY "${page_work}"
     DEPENDS "${page_work}/package.json" "${page_work}/package-lock.json"

@@ -55,7 +55,7 @@ Result<void> Serve::run(std::uint16_t port, const std::string& pageDirectory) {
     Result<std::unique_ptr<Server>> server = Server::start(std::move(options), *this);
     if (!server) return std::unexpected(server.error());
     server_ = std::move(*server);
-    std::cout << "Quietrix Settings is at " << server_->url() << std::endl;
+    std::cout << "Quietrix Settings is at " << server_->url() << "\n" << std::flush;
     if (!isEnding()) RunLoop::main().run();
     return {};
 }
@@ -118,12 +118,12 @@ void Serve::handleInbox() {
     while (!isEnding()) {
         auto message = take();
         if (!message) return;
-        handle(std::move(*message));
+        handle(*message);
     }
     RunLoop::main().stop();
 }
 
-void Serve::handle(Message message) {
+void Serve::handle(const Message& message) {
     const auto session = sessions_.find(message.connection);
     switch (message.kind) {
         case Message::Kind::Opened:

@@ -50,7 +50,7 @@ class Serve : private ServerHandler {
     platform::Result<void> watchSignals();
     platform::Result<void> watchInbox();
     void handleInbox();
-    void handle(Message message);
+    void handle(const Message& message);
     void pushChanges();
     /// Whether the process was asked to end; once it was, it always is.
     bool isEnding();

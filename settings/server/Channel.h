@@ -3,12 +3,8 @@
 
 // A part of Server.cpp, and included by nothing else: it brings the whole WebSocket library with it.
 
-#include <boost/asio/as_tuple.hpp>
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/steady_timer.hpp>
-#include <boost/asio/use_awaitable.hpp>
-#include <boost/beast/core.hpp>
-#include <boost/beast/http.hpp>
 #include <boost/beast/websocket.hpp>
 #include <cstddef>
 #include <deque>
@@ -17,36 +13,25 @@
 #include <string>
 #include <utility>
 
+#include "settings/server/PageStream.h"
 #include "settings/server/ServerOptions.h"
 
 namespace settings {
 
-namespace asio = boost::asio;
-namespace beast = boost::beast;
-namespace http = beast::http;
-namespace websocket = beast::websocket;
-using boost::system::error_code;
-
 using Message = http::request<http::empty_body>;
-
-/// Makes an awaited operation give its error as a value in place of an exception.
-constexpr auto asResult = asio::as_tuple(asio::use_awaitable);
 
 /// One WebSocket: its queue of messages to send, and its end. Lives on the server's thread.
 class Channel : public std::enable_shared_from_this<Channel> {
   public:
     Channel(beast::tcp_stream stream, const ServerLimits& limits)
-        : stream_(std::move(stream)), deadline_(stream_.get_executor()), limits_(limits) {
+        : stream_(std::move(stream), limits.closeTimeout),
+          deadline_(stream_.get_executor()),
+          limits_(limits) {
         stream_.set_option(websocket::stream_base::timeout{limits.closeTimeout, limits.idleTimeout, true});
         stream_.set_option(websocket::stream_base::decorator([](websocket::response_type& response) {
             response.set(http::field::server, "Quietrix Settings");
             response.set(http::field::cache_control, "no-store");
         }));
-        // The library answers a client's close by itself, but would wait for the end of its socket for as
-        // long as for any other sign of life.
-        stream_.control_callback([this](websocket::frame_type kind, beast::string_view) {
-            if (kind == websocket::frame_type::close) startDeadline();
-        });
         stream_.read_message_max(limits.messageBytes);
         stream_.auto_fragment(false);
     }
@@ -83,7 +68,11 @@ class Channel : public std::enable_shared_from_this<Channel> {
         if (closing_) return;
         closing_ = true;
         closeCode_ = code;
-        startDeadline();
+        deadline_.expires_after(limits_.closeTimeout);
+        deadline_.async_wait([channel = weak_from_this()](error_code error) {
+            const auto self = channel.lock();
+            if (!error && self) self->cutOff();
+        });
         if (queue_.empty()) sendClose();
     }
 
@@ -95,14 +84,6 @@ class Channel : public std::enable_shared_from_this<Channel> {
     }
 
   private:
-    void startDeadline() {
-        deadline_.expires_after(limits_.closeTimeout);
-        deadline_.async_wait([channel = weak_from_this()](error_code error) {
-            const auto self = channel.lock();
-            if (!error && self) self->cutOff();
-        });
-    }
-
     void writeNext() {
         stream_.async_write(
             asio::buffer(queue_.front()),
@@ -123,7 +104,7 @@ class Channel : public std::enable_shared_from_this<Channel> {
         stream_.async_close(closeCode_, [self = shared_from_this()](error_code) { self->cutOff(); });
     }
 
-    websocket::stream<beast::tcp_stream> stream_;
+    websocket::stream<PageStream> stream_;
     asio::steady_timer deadline_;
     const ServerLimits& limits_;
     std::deque<std::string> queue_;

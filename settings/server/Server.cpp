@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The only translation unit that includes the HTTP and WebSocket library: each one costs many seconds to
-// compile.
+// The only translation unit that includes the HTTP and WebSocket library, which costs each one many seconds
+// to compile; Channel.h and PageStream.h are parts of it.
 #include "settings/server/Server.h"
 
 #include <fcntl.h>
 #include <pthread.h>
 
-#include <array>
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/detached.hpp>
@@ -23,18 +22,18 @@
 #include <map>
 #include <system_error>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <variant>
 
 #include "settings/server/Channel.h"
+#include "settings/server/PageStream.h"
 #include "settings/server/Responder.h"
 #include "settings/server/Secret.h"
 
 namespace settings {
 
 namespace {
-
-using tcp = asio::ip::tcp;
 
 constexpr std::size_t maximumHeaderBytes = std::size_t{16} << 10;
 // More than a header, so that it is the header's bound that is met first, and with it the answer that says
@@ -94,21 +93,6 @@ asio::awaitable<bool> write(beast::tcp_stream& stream, const Message& request, R
     else
         std::tie(error, std::ignore) = co_await http::async_write(stream, serializer, asResult);
     co_return !error && goesOn;
-}
-
-/// Ends a connection so that the client gets the last answer: closing a socket that has unread bytes would
-/// throw away what it has not taken yet.
-asio::awaitable<void> hangUp(beast::tcp_stream& stream, std::chrono::milliseconds patience) {
-    constexpr std::size_t maximumBytes = std::size_t{1} << 20;
-    std::array<char, 4096> scrap{};
-    error_code ignored;
-    stream.socket().shutdown(tcp::socket::shutdown_send, ignored);
-    stream.expires_after(patience);
-    for (std::size_t drained = 0; drained < maximumBytes;) {
-        const auto [error, count] = co_await stream.async_read_some(asio::buffer(scrap), asResult);
-        if (error) co_return;
-        drained += count;
-    }
 }
 
 }  // namespace
