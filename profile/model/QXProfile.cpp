@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "profile/model/QXProfile.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -27,10 +25,8 @@ std::string quoted(std::string_view text) {
 /// A random UUID in capitals, as the phone writes its identifiers.
 std::string freshIdentifier() {
     std::array<std::uint8_t, 16> bytes{};
-    if (getentropy(bytes.data(), bytes.size()) != 0) {
-        std::random_device random;
-        std::ranges::generate(bytes, [&] { return static_cast<std::uint8_t>(random()); });
-    }
+    std::random_device random;
+    std::ranges::generate(bytes, [&] { return static_cast<std::uint8_t>(random()); });
     bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x40);  // version 4: random
     bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3F) | 0x80);  // the usual variant
     constexpr std::string_view digits = "0123456789ABCDEF";

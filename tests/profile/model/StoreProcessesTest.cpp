@@ -69,6 +69,16 @@ class StoreProcesses : public StoreFixture {
         return found;
     }
 
+    /// Waits until the file is another than the one of that stamp; false when it stays the same.
+    bool changesFrom(const std::optional<platform::FileStamp>& stamp) {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+        while (files_->stamp(path_) == stamp) {
+            if (std::chrono::steady_clock::now() > deadline) return false;
+            std::this_thread::yield();
+        }
+        return true;
+    }
+
     fs::path root_;
     fs::path host_;
     std::set<pid_t> children_;
@@ -99,8 +109,13 @@ TEST_F(StoreProcesses, killedAtAnyInstant_leavesAWholeFile) {
     std::mt19937 random(7);
     std::set<std::string> before;
     for (int round = 0; round < 40; ++round) {
+        const auto stamp = files_->stamp(path_);
         const pid_t child = start("r" + std::to_string(round) + "-", 1000);
         ASSERT_GT(child, 0);
+        // Every other one is let make a change first, however slow it is to start.
+        if (round % 2 == 0) {
+            ASSERT_TRUE(changesFrom(stamp));
+        }
         // The instant is what the test is about: anywhere from the process's start to the midst of its
         // changes.
         std::this_thread::sleep_for(std::chrono::microseconds(random() % 40000));
