@@ -104,11 +104,12 @@ using Instant = std::chrono::steady_clock::time_point;
 Instant deadlineIn(double seconds) {
     constexpr double longestWait = 1e6;
     const std::chrono::duration<double> wait(seconds > 0 ? std::min(seconds, longestWait) : 0.0);
-    return std::chrono::steady_clock::now() + std::chrono::duration_cast<std::chrono::steady_clock::duration>(wait);
+    return std::chrono::steady_clock::now() +
+           std::chrono::duration_cast<std::chrono::steady_clock::duration>(wait);
 }
 
-/// Tries until it has the lock or the time is over. The system has no lock with a time limit; the pauses grow so that a
-/// long wait costs little.
+/// Tries until it has the lock or the time is over. The system has no lock with a time limit; the pauses grow
+/// so that a long wait costs little.
 template <class Try>
 Outcome<void> waitForLock(const Try& take, Instant deadline) {
     using namespace std::chrono;
@@ -122,14 +123,15 @@ Outcome<void> waitForLock(const Try& take, Instant deadline) {
     }
 }
 
-/// The bytes of a lock file that are locked; they need not be there. Whoever waits for the lock holds the turn
-/// meanwhile, so one that gives the lock back and wants it again at once finds the turn taken, and starves nobody.
+/// The bytes of a lock file that are locked; they need not be there. Whoever waits for the lock holds the
+/// turn meanwhile, so one that gives the lock back and wants it again at once finds the turn taken, and
+/// starves nobody.
 constexpr off_t turnByte = 0;
 constexpr off_t heldByte = 1;
 
 /// A lock of the open file description: it goes with the last descriptor, and threads exclude each other too.
 bool setByteLock(int descriptor, off_t byte, short kind) {
-    struct flock lock {};
+    struct flock lock{};
     lock.l_type = kind;
     lock.l_whence = SEEK_SET;
     lock.l_start = byte;
@@ -212,7 +214,8 @@ Outcome<Location> followLinks(std::string path) {
 }
 
 Outcome<void> lock(int descriptor, double seconds) {
-    return waitForLock([descriptor] { return flock(descriptor, LOCK_EX | LOCK_NB) == 0; }, deadlineIn(seconds));
+    return waitForLock([descriptor] { return flock(descriptor, LOCK_EX | LOCK_NB) == 0; },
+                       deadlineIn(seconds));
 }
 
 Outcome<void> lockInTurn(int descriptor, double seconds) {

@@ -38,8 +38,8 @@ Outcome<Location> followLinks(std::string path);
 /// Takes an exclusive lock on the open file, for other processes and other descriptors of this one, waiting
 /// so many seconds of real time at most; ETIMEDOUT when it was not had.
 Outcome<void> lock(int descriptor, double seconds);
-/// The same for a lock file that is open for writing and that many may want again and again: those who wait get it one
-/// after the other. It does not exclude lock()'s holders.
+/// The same for a lock file that is open for writing and that many may want again and again: those who wait
+/// get it one after the other. It does not exclude lock()'s holders.
 Outcome<void> lockInTurn(int descriptor, double seconds);
 /// Whether the name in the directory still is the open file, and not another one that took its place.
 bool isSameFile(int directory, const std::string& name, int descriptor);

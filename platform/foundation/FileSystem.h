@@ -53,8 +53,8 @@ class FileSystem {
     virtual Result<void> createDirectory(std::string_view path) = 0;
     /// The names in a directory, sorted by their bytes.
     virtual Result<std::vector<std::string>> list(std::string_view path) const = 0;
-    /// Locks what the path names (through a lock file beside the link's target, which may stay behind), waiting
-    /// `seconds` of real time at most.
+    /// Locks what the path names (through a lock file beside the link's target, which may stay behind),
+    /// waiting `seconds` of real time at most.
     virtual Result<std::unique_ptr<FileLock>> lockExclusively(std::string_view path, double seconds) = 0;
     /// Where the path really is, for opening code with the dynamic loader.
     virtual std::string hostPath(std::string_view path) const = 0;

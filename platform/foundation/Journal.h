@@ -12,8 +12,9 @@
 
 namespace platform {
 
-/// What the running phone did, in the order in which each thing began: rows inserted and removed, notifications,
-/// files written, store calls, log lines. It is kept only while somebody reads it. Usable from any thread.
+/// What the running phone did, in the order in which each thing began: rows inserted and removed,
+/// notifications, files written, store calls, log lines. It is kept only while somebody reads it. Usable from
+/// any thread.
 ///
 /// An event is a dictionary whose "event" names its kind ("insert", "reload", "push", "local", "darwin",
 /// "darwinReceived", "store", "write", "removeFile", "log", "open", …) beside the fields of that kind.

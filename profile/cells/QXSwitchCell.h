@@ -7,8 +7,8 @@
 
 namespace quietrix {
 
-/// An on/off row whose switch takes the product's colour when on: in dark mode translucent white, otherwise the
-/// navigation bar's pattern. Asked for anew each time, so it follows dark mode.
+/// An on/off row whose switch takes the product's colour when on: in dark mode translucent white, otherwise
+/// the navigation bar's pattern. Asked for anew each time, so it follows dark mode.
 class QXSwitchCell : public velmora::VMControlTableCell {
     PLATFORM_CLASS(QXSwitchCell, velmora::VMControlTableCell)
 

@@ -13,8 +13,7 @@ void qx_showError(platform::PSViewController& screen, const std::optional<platfo
     if (error) message = error->localizedDescription;
     const auto alert = std::make_shared<UIAlertController>(localized("Error"), std::move(message),
                                                            platform::UIAlertControllerStyleAlert);
-    alert->addAction({localized("Close"), platform::UIAlertActionStyleCancel,
-                      [weak = screen.weak(&screen)] {
+    alert->addAction({localized("Close"), platform::UIAlertActionStyleCancel, [weak = screen.weak(&screen)] {
                           if (const auto self = weak.lock()) {
                               self->dismissViewControllerAnimated_completion(true, nullptr);
                           }

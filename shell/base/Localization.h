@@ -14,8 +14,8 @@ inline constexpr std::string_view bundlePath = "/Library/PreferenceBundles/Quiet
 /// a key that it lacks gives the key itself. Without the bundle: as localizedInMainBundle. Main thread.
 std::string localized(std::string_view key);
 
-/// The text for the key from the host application's main bundle alone; a key that it lacks gives the key itself.
-/// Main thread.
+/// The text for the key from the host application's main bundle alone; a key that it lacks gives the key
+/// itself. Main thread.
 std::string localizedInMainBundle(std::string_view key);
 
 /// Puts the arguments in place of the "%@" of a format, in their order; those too many are dropped.

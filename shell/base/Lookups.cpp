@@ -13,7 +13,8 @@ using platform::SpecifierList;
 
 namespace {
 
-std::int64_t lastIndexWhere(const SpecifierList& rows, const std::function<bool(const PSSpecifier&)>& matches) {
+std::int64_t lastIndexWhere(const SpecifierList& rows,
+                            const std::function<bool(const PSSpecifier&)>& matches) {
     for (auto index = static_cast<std::int32_t>(rows.size()) - 1; index >= 0; --index) {
         if (matches(*rows[static_cast<std::size_t>(index)])) return index;
     }
@@ -42,7 +43,8 @@ std::shared_ptr<PSSpecifier> vm__specifierForIdentifier_identifier(const PSViewC
 
 std::int64_t vm__indexByIdentifier_identifier(const PSViewController&, const SpecifierList& rows,
                                               std::string_view identifier) {
-    return lastIndexWhere(rows, [identifier](const PSSpecifier& row) { return row.identifier() == identifier; });
+    return lastIndexWhere(rows,
+                          [identifier](const PSSpecifier& row) { return row.identifier() == identifier; });
 }
 
 std::shared_ptr<PSSpecifier> vm__specifierByIdentifier_identifier(const PSViewController& screen,

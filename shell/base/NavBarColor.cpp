@@ -7,7 +7,8 @@ namespace quietrix {
 
 std::shared_ptr<platform::UIImage> getNavBarColorImage(const platform::Class& cls) {
     const auto bundle = platform::Bundle::bundleForClass(cls);
-    if (auto image = platform::UIImage::imageWithContentsOfFile(bundle->pathForResource_ofType("nav", "png"))) {
+    if (auto image =
+            platform::UIImage::imageWithContentsOfFile(bundle->pathForResource_ofType("nav", "png"))) {
         return image;
     }
     return platform::UIImage::imageNamed_inBundle("nav", bundle);

@@ -9,8 +9,8 @@
 
 namespace quietrix {
 
-/// The image whose pattern is the product's bar and accent colour, from the class's bundle: the file "nav.png",
-/// else the image named "nav"; null when there is neither. Main thread.
+/// The image whose pattern is the product's bar and accent colour, from the class's bundle: the file
+/// "nav.png", else the image named "nav"; null when there is neither. Main thread.
 std::shared_ptr<platform::UIImage> getNavBarColorImage(const platform::Class& cls);
 
 /// That image as a pattern colour; null without the image.

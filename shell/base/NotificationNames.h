@@ -5,8 +5,8 @@
 
 namespace quietrix {
 
-/// Every notification that the plug-in posts or observes. Darwin notifications reach every process of the phone,
-/// local ones this process only; some names travel in both.
+/// Every notification that the plug-in posts or observes. Darwin notifications reach every process of the
+/// phone, local ones this process only; some names travel in both.
 
 /// Darwin, for the engine: the product was switched on or off.
 inline constexpr std::string_view QuietrixEnabledOrDisableNotification =

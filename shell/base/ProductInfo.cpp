@@ -29,8 +29,8 @@ Value& productInfoDict() {
 
 Value getProductInfoDict() {
     if (productInfoDict().isNil()) {
-        productInfoDict() =
-            dictionaryWithContentsOfFile(platform::stringByAppendingPathComponent(bundlePath, "Quietrix.plist"));
+        productInfoDict() = dictionaryWithContentsOfFile(
+            platform::stringByAppendingPathComponent(bundlePath, "Quietrix.plist"));
     }
     return productInfoDict();
 }
@@ -47,7 +47,8 @@ std::int64_t& currentYear() {
 }
 
 std::int64_t yearOfPresentDate() {
-    return platform::Calendar::currentCalendar().component_fromDate(platform::CalendarUnitYear, platform::dateNow());
+    return platform::Calendar::currentCalendar().component_fromDate(platform::CalendarUnitYear,
+                                                                    platform::dateNow());
 }
 
 }  // namespace quietrix

@@ -16,8 +16,9 @@ std::string copyRightNoticeWithName(std::int64_t year) {
 }
 
 std::string versionNotice(std::int64_t year) {
-    return stringWithFormat("Version %@. %@ %@", {getProductInfoDict()["Version"].description(),
-                                                  localizedInMainBundle(productDisplayName), copyRightNotice(year)});
+    return stringWithFormat("Version %@. %@ %@",
+                            {getProductInfoDict()["Version"].description(),
+                             localizedInMainBundle(productDisplayName), copyRightNotice(year)});
 }
 
 void updateCopyRightFooter(platform::PSListController& screen) {

@@ -18,8 +18,8 @@ inline constexpr std::string_view productDisplayName = "Quietrix Go";
 std::string copyRightNotice(std::int64_t year);
 /// The display name and the maker's copyright with the year.
 std::string copyRightNoticeWithName(std::int64_t year);
-/// "Version", the product's version, a full stop, the display name in the host application's language, and the maker's
-/// copyright with the year. A version that cannot be read shows as "(null)".
+/// "Version", the product's version, a full stop, the display name in the host application's language, and
+/// the maker's copyright with the year. A version that cannot be read shows as "(null)".
 std::string versionNotice(std::int64_t year);
 
 /// Puts the version notice of the shared year under the screen's copyright row; nothing without such a row.

@@ -28,7 +28,9 @@ void QuietrixBaseEditableSettingsController::viewWillDisappear(bool animated) {
     chromeWillDisappear(*this, chrome_);
 }
 
-void QuietrixBaseEditableSettingsController::updateCopyRightSpecifier() { updateCopyRightFooter(*this); }
+void QuietrixBaseEditableSettingsController::updateCopyRightSpecifier() {
+    updateCopyRightFooter(*this);
+}
 
 void QuietrixBaseEditableSettingsController::shareAction(const std::shared_ptr<Object>&) {
     presentShareComposer(*this);

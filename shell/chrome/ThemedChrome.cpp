@@ -31,20 +31,22 @@ void fadeInTitleLogo(PSViewController& screen) {
 
 /// Nobody answers `backButtonAction:`; the item only brings the image.
 void setLogoAsBackItem(PSViewController& screen) {
-    screen.navigationItem()->setBackBarButtonItem(
-        std::make_shared<UIBarButtonItem>(bundleImage(screen, "Quietrix"), platform::UIBarButtonItemStylePlain,
-                                          screen.shared(&screen), BarAction("backButtonAction:", nullptr)));
+    screen.navigationItem()->setBackBarButtonItem(std::make_shared<UIBarButtonItem>(
+        bundleImage(screen, "Quietrix"), platform::UIBarButtonItemStylePlain, screen.shared(&screen),
+        BarAction("backButtonAction:", nullptr)));
 }
 
 }  // namespace
 
 std::shared_ptr<UIBarButtonItem> makeShareButton(PSViewController& screen, BarAction action) {
-    return std::make_shared<UIBarButtonItem>(bundleImage(screen, "twitter"), platform::UIBarButtonItemStylePlain,
-                                             screen.shared(&screen), std::move(action));
+    return std::make_shared<UIBarButtonItem>(bundleImage(screen, "twitter"),
+                                             platform::UIBarButtonItemStylePlain, screen.shared(&screen),
+                                             std::move(action));
 }
 
 void chromeDidLoad(PSViewController& screen, BarAction twitterAction) {
-    screen.navigationItem()->setRightBarButtonItem_animated(makeShareButton(screen, std::move(twitterAction)), true);
+    screen.navigationItem()->setRightBarButtonItem_animated(makeShareButton(screen, std::move(twitterAction)),
+                                                            true);
     fadeInTitleLogo(screen);
     if (!QXUtils::isIOS11()) setLogoAsBackItem(screen);
     if (currentYear() < 1) currentYear() = yearOfPresentDate();

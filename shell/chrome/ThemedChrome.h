@@ -10,8 +10,9 @@
 
 namespace quietrix {
 
-/// The look that a themed screen wears while it is on top, as steps that every such screen takes at the same points
-/// of its life. The saved colours are the screen's own properties, filled with each appearance. Main thread.
+/// The look that a themed screen wears while it is on top, as steps that every such screen takes at the same
+/// points of its life. The saved colours are the screen's own properties, filled with each appearance. Main
+/// thread.
 struct SavedChrome {
     std::shared_ptr<platform::UIColor> prevTintcolor;
     std::shared_ptr<platform::UIColor> prevBarTintcolor;
@@ -21,10 +22,11 @@ struct SavedChrome {
 using BarAction = platform::Method<void(const std::shared_ptr<platform::Object>&)>;
 
 /// The share/follow button with the bundle's image "twitter", targeting the screen.
-std::shared_ptr<platform::UIBarButtonItem> makeShareButton(platform::PSViewController& screen, BarAction action);
+std::shared_ptr<platform::UIBarButtonItem> makeShareButton(platform::PSViewController& screen,
+                                                           BarAction action);
 
-/// viewDidLoad: the share/follow button at the right, the logo fading in as the title, before iOS 11 the logo for the
-/// back button of the screen pushed above, and the shared year if no screen has computed it yet.
+/// viewDidLoad: the share/follow button at the right, the logo fading in as the title, before iOS 11 the logo
+/// for the back button of the screen pushed above, and the shared year if no screen has computed it yet.
 void chromeDidLoad(platform::PSViewController& screen, BarAction twitterAction);
 
 /// viewWillAppear: saves the status-bar style and the bar's colours, then sets the product's.

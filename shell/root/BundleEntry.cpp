@@ -24,14 +24,16 @@ using platform::Value;
     observe(profileDataChangedCallBack, ProfileDeletedNotification);
 }
 
-void profileAppliedCallBack(DarwinNotificationCenter&, void*, const std::string& name, const void*, const Value&) {
+void profileAppliedCallBack(DarwinNotificationCenter&, void*, const std::string& name, const void*,
+                            const Value&) {
     QXProfilesManager::sharedManager()->reloadProfiles();
     NotificationCenter::defaultCenter().postNotificationName_object_userInfo(name, nullptr, nullptr);
 }
 
-void profileDataChangedCallBack(DarwinNotificationCenter&, void*, const std::string&, const void*, const Value&) {
-    NotificationCenter::defaultCenter().postNotificationName_object_userInfo(ProfileAppliedStateChangedNotification,
-                                                                             nullptr, nullptr);
+void profileDataChangedCallBack(DarwinNotificationCenter&, void*, const std::string&, const void*,
+                                const Value&) {
+    NotificationCenter::defaultCenter().postNotificationName_object_userInfo(
+        ProfileAppliedStateChangedNotification, nullptr, nullptr);
 }
 
 }  // namespace quietrix

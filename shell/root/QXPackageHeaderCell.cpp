@@ -35,9 +35,11 @@ QXPackageHeaderCell::QXPackageHeaderCell(std::int64_t style, std::string reuseId
     padBackground_->setBackgroundColor(color);
 }
 
-void QXPackageHeaderCell::refreshCellContentsWithSpecifier(const std::shared_ptr<platform::PSSpecifier>& specifier) {
+void QXPackageHeaderCell::refreshCellContentsWithSpecifier(
+    const std::shared_ptr<platform::PSSpecifier>& specifier) {
     VMPackageHeaderCell::refreshCellContentsWithSpecifier(specifier);
-    // A cell under construction has no owner that its subviews could point back to, so the background joins here.
+    // A cell under construction has no owner that its subviews could point back to, so the background joins
+    // here.
     if (padBackground_ && !padBackground_->superview()) {
         addSubview(padBackground_);
         sendSubviewToBack(padBackground_);

@@ -8,8 +8,8 @@
 
 namespace quietrix {
 
-/// The root list's header on the product's pattern: on a phone as the cell's own background, on a pad as a view behind
-/// the cell's contents that reaches 40 points further left.
+/// The root list's header on the product's pattern: on a phone as the cell's own background, on a pad as a
+/// view behind the cell's contents that reaches 40 points further left.
 class QXPackageHeaderCell : public velmora::VMPackageHeaderCell {
     PLATFORM_CLASS(QXPackageHeaderCell, velmora::VMPackageHeaderCell)
 

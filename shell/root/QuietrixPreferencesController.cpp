@@ -42,7 +42,9 @@ constexpr const char* profileEditorClass = "QuietrixProflePreferencesController"
 constexpr std::int64_t activeGroupIndex = 2;
 constexpr std::int64_t firstActiveRowIndex = 3;
 
-std::string enabledKey() { return std::string(productIdentifier) + ".enabled"; }
+std::string enabledKey() {
+    return std::string(productIdentifier) + ".enabled";
+}
 
 /// Nil when the file is missing. One that is there but holds no dictionary is left alone, with one log line.
 Value readSettings(const std::string& path) {
@@ -91,7 +93,8 @@ SpecifierArray QuietrixPreferencesController::specifiers() {
     const auto enabled = PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
         localized("Enabled"), self,
         method("setPreferenceValue:specifier:", &QuietrixPreferencesController::setPreferenceValue_specifier),
-        method("preferenceValue:", &QuietrixPreferencesController::preferenceValue), "", PSCellType::Switch, "");
+        method("preferenceValue:", &QuietrixPreferencesController::preferenceValue), "", PSCellType::Switch,
+        "");
     enabled->setIdentifier(enabledKey());
     enabled->setProperty_forKey(QXSwitchCell::staticClass().name(), "cellClass");
     rows->push_back(enabled);
@@ -150,7 +153,8 @@ SpecifierArray QuietrixPreferencesController::aboutSpecifiers() {
             localized("Miscellaneous"), nullptr, {}, {}, "QuietrixMiscController", PSCellType::Link, "");
         misc->setIdentifier("Miscellaneous");
         misc->setProperty_forKey(
-            platform::UIImage::imageNamed_inBundle("Misc", platform::Bundle::bundleForClass(getClass())), "iconImage");
+            platform::UIImage::imageNamed_inBundle("Misc", platform::Bundle::bundleForClass(getClass())),
+            "iconImage");
         aboutSpecifiers_ = std::make_shared<SpecifierList>(SpecifierList{misc});
     }
     return aboutSpecifiers_;
@@ -165,13 +169,14 @@ std::string QuietrixPreferencesController::settingsFilePath() const {
 }
 
 void QuietrixPreferencesController::writeSettings() {
-    const auto data = platform::PropertyListSerialization::dataWithPropertyList(settings(),
-                                                                                platform::PropertyListFormat::Binary);
+    const auto data = platform::PropertyListSerialization::dataWithPropertyList(
+        settings(), platform::PropertyListFormat::Binary);
     if (!data) return;
     const std::string path = settingsFilePath();
     if (!FileManager::defaultManager().writeData_toFile(*data, path, platform::Write::InPlace)) {
-        platform::log(stringWithFormat("com.velmora.Tessane: Error => Unable to save settings to %@ and settings: %@",
-                                       {path, settings().description()}));
+        platform::log(
+            stringWithFormat("com.velmora.Tessane: Error => Unable to save settings to %@ and settings: %@",
+                             {path, settings().description()}));
     }
 }
 
@@ -194,7 +199,8 @@ void QuietrixPreferencesController::setPreferenceValue_specifier(const Value& va
             removeProfileSections();
         }
         platform::CFNotificationCenterPostNotification(platform::CFNotificationCenterGetDarwinNotifyCenter(),
-                                                       QuietrixEnabledOrDisableNotification, nullptr, nullptr, true);
+                                                       QuietrixEnabledOrDisableNotification, nullptr, nullptr,
+                                                       true);
     }
     reloadSpecifiers();
 }
@@ -204,9 +210,10 @@ void QuietrixPreferencesController::insertProfileSections() {
                                      activeGroupIndex, true);
     std::int64_t index = firstActiveRowIndex;
     for (const auto& row : *enabledProfilesSpecifiers()) insertSpecifier_atIndex_animated(row, index++, true);
-    insertSpecifier_atIndex_animated(PSSpecifier::groupSpecifierWithName(localized("Inactive Profiles")), index++,
-                                     true);
-    for (const auto& row : *disabledProfilesSpecifiers()) insertSpecifier_atIndex_animated(row, index++, true);
+    insertSpecifier_atIndex_animated(PSSpecifier::groupSpecifierWithName(localized("Inactive Profiles")),
+                                     index++, true);
+    for (const auto& row : *disabledProfilesSpecifiers())
+        insertSpecifier_atIndex_animated(row, index++, true);
 }
 
 void QuietrixPreferencesController::removeProfileSections() {
@@ -235,13 +242,15 @@ std::shared_ptr<platform::PSTableCell> QuietrixPreferencesController::tableView_
     return cell;
 }
 
-std::int64_t QuietrixPreferencesController::tableView_editingStyleForRowAtIndexPath(const Table&, IndexPath path) {
+std::int64_t QuietrixPreferencesController::tableView_editingStyleForRowAtIndexPath(const Table&,
+                                                                                    IndexPath path) {
     const auto row = specifierAtIndexPath(path);
     return row && row->userInfo().objectAs<QXProfile>() ? platform::UITableViewCellEditingStyleDelete
                                                         : platform::UITableViewCellEditingStyleNone;
 }
 
-void QuietrixPreferencesController::tableView_commitEditingStyle_forRowAtIndexPath(const Table&, std::int64_t style,
+void QuietrixPreferencesController::tableView_commitEditingStyle_forRowAtIndexPath(const Table&,
+                                                                                   std::int64_t style,
                                                                                    IndexPath path) {
     if (style != platform::UITableViewCellEditingStyleDelete) return;
     const auto row = specifierAtIndexPath(path);
@@ -252,9 +261,10 @@ void QuietrixPreferencesController::tableView_commitEditingStyle_forRowAtIndexPa
         stringWithFormat(localized("Are you sure you want to delete the profile '%@'?"), {profile->title()}),
         platform::UIAlertControllerStyleActionSheet);
     const auto weakSelf = weak(this);
-    sheet->addAction({localized("Delete"), platform::UIAlertActionStyleDestructive, [weakSelf, profile, style, path] {
-                          if (const auto self = weakSelf.lock()) self->deleteConfirmed(profile, style, path);
-                      }});
+    sheet->addAction(
+        {localized("Delete"), platform::UIAlertActionStyleDestructive, [weakSelf, profile, style, path] {
+             if (const auto self = weakSelf.lock()) self->deleteConfirmed(profile, style, path);
+         }});
     sheet->addAction({localized("Cancel"), platform::UIAlertActionStyleCancel, [weakSelf] {
                           const auto self = weakSelf.lock();
                           if (!self) return;
@@ -264,9 +274,10 @@ void QuietrixPreferencesController::tableView_commitEditingStyle_forRowAtIndexPa
     presentViewController_animated_completion(sheet, true, nullptr);
 }
 
-void QuietrixPreferencesController::deleteConfirmed(const std::shared_ptr<QXProfile>& profile, std::int64_t style,
-                                                    IndexPath path) {
-    QuietrixBaseEditableSettingsController::tableView_commitEditingStyle_forRowAtIndexPath(table(), style, path);
+void QuietrixPreferencesController::deleteConfirmed(const std::shared_ptr<QXProfile>& profile,
+                                                    std::int64_t style, IndexPath path) {
+    QuietrixBaseEditableSettingsController::tableView_commitEditingStyle_forRowAtIndexPath(table(), style,
+                                                                                           path);
     platform::GlobalQueue::shared().async([profile, weakSelf = weak(this)] {
         const auto failed = [weakSelf](const platform::Error& error) {
             platform::dispatchMain([weakSelf, error] {
@@ -291,7 +302,8 @@ void QuietrixPreferencesController::viewDidLoad() {
     QuietrixBaseEditableSettingsController::viewDidLoad();
     auto& center = NotificationCenter::defaultCenter();
     const auto self = shared(this);
-    for (const auto name : {ProfileAddedNotification, ProfileChangedNotification, ProfileDeletedNotification}) {
+    for (const auto name :
+         {ProfileAddedNotification, ProfileChangedNotification, ProfileDeletedNotification}) {
         center.addObserver_selector_name_object(
             self, method("profilesUpdated:", &QuietrixPreferencesController::profilesUpdated), name, nullptr);
     }
@@ -313,9 +325,13 @@ void QuietrixPreferencesController::viewWillAppear(bool animated) {
         true);
 }
 
-void QuietrixPreferencesController::profilesUpdated(const platform::Notification&) { refreshProfiles(); }
+void QuietrixPreferencesController::profilesUpdated(const platform::Notification&) {
+    refreshProfiles();
+}
 
-void QuietrixPreferencesController::profileAppliedStateChanged(const platform::Notification&) { refreshProfiles(); }
+void QuietrixPreferencesController::profileAppliedStateChanged(const platform::Notification&) {
+    refreshProfiles();
+}
 
 void QuietrixPreferencesController::refreshProfiles() {
     QXProfilesManager::sharedManager()->reloadProfiles();

@@ -21,7 +21,8 @@ class QuietrixPreferencesController : public QuietrixBaseEditableSettingsControl
     using Table = std::shared_ptr<platform::UITableView>;
     using Row = std::shared_ptr<platform::PSSpecifier>;
 
-    /// Reads the settings file. A missing one leaves the settings nil: the switch shows off and cannot be stored.
+    /// Reads the settings file. A missing one leaves the settings nil: the switch shows off and cannot be
+    /// stored.
     explicit QuietrixPreferencesController(platform::Size contentSize = {});
     ~QuietrixPreferencesController() override;
 
@@ -32,9 +33,13 @@ class QuietrixPreferencesController : public QuietrixBaseEditableSettingsControl
     platform::SpecifierList specifiersFromProfiles(const std::vector<std::shared_ptr<QXProfile>>& profiles);
     /// Built on first use; a null array set makes the next use build them anew.
     platform::SpecifierArray enabledProfilesSpecifiers();
-    void setEnabledProfilesSpecifiers(platform::SpecifierArray rows) { enabledProfilesSpecifiers_ = std::move(rows); }
+    void setEnabledProfilesSpecifiers(platform::SpecifierArray rows) {
+        enabledProfilesSpecifiers_ = std::move(rows);
+    }
     platform::SpecifierArray disabledProfilesSpecifiers();
-    void setDisabledProfilesSpecifiers(platform::SpecifierArray rows) { disabledProfilesSpecifiers_ = std::move(rows); }
+    void setDisabledProfilesSpecifiers(platform::SpecifierArray rows) {
+        disabledProfilesSpecifiers_ = std::move(rows);
+    }
     platform::SpecifierArray aboutSpecifiers();
 
     platform::Value preferenceValue(const Row& specifier);
@@ -44,7 +49,8 @@ class QuietrixPreferencesController : public QuietrixBaseEditableSettingsControl
     void viewWillAppear(bool animated) override;
     std::shared_ptr<platform::PSTableCell> tableView_cellForRowAtIndexPath(const Table& table,
                                                                            platform::IndexPath path) override;
-    std::int64_t tableView_editingStyleForRowAtIndexPath(const Table& table, platform::IndexPath path) override;
+    std::int64_t tableView_editingStyleForRowAtIndexPath(const Table& table,
+                                                         platform::IndexPath path) override;
     /// Asks before deleting; only the sheet's "Delete" takes the row and the profile away.
     void tableView_commitEditingStyle_forRowAtIndexPath(const Table& table, std::int64_t style,
                                                         platform::IndexPath path) override;
@@ -61,7 +67,8 @@ class QuietrixPreferencesController : public QuietrixBaseEditableSettingsControl
     Row specifierAtIndexPath(platform::IndexPath path);
     void insertProfileSections();
     void removeProfileSections();
-    void deleteConfirmed(const std::shared_ptr<QXProfile>& profile, std::int64_t style, platform::IndexPath path);
+    void deleteConfirmed(const std::shared_ptr<QXProfile>& profile, std::int64_t style,
+                         platform::IndexPath path);
     void refreshProfiles();
 
     platform::SpecifierArray enabledProfilesSpecifiers_;

@@ -34,17 +34,19 @@ void showShareSheet(PSViewController& screen,
     const std::weak_ptr<PSViewController> weakScreen = screen.weak(&screen);
     const std::weak_ptr<UIAlertController> weakSheet = sheet;
     const auto dismissSheet = [weakSheet] {
-        if (const auto shown = weakSheet.lock()) shown->dismissViewControllerAnimated_completion(true, nullptr);
+        if (const auto shown = weakSheet.lock())
+            shown->dismissViewControllerAnimated_completion(true, nullptr);
     };
     sheet->addAction({localizedInMainBundle("Share \U0001F618"), platform::UIAlertActionStyleDefault,
                       [weakScreen, dismissSheet, shareAction = std::move(shareAction)] {
                           if (const auto self = weakScreen.lock()) shareAction(*self, nullptr);
                           dismissSheet();
                       }});
-    sheet->addAction({localizedInMainBundle("Follow @velmora"), platform::UIAlertActionStyleDefault, [dismissSheet] {
-                          followVelmora();
-                          dismissSheet();
-                      }});
+    sheet->addAction(
+        {localizedInMainBundle("Follow @velmora"), platform::UIAlertActionStyleDefault, [dismissSheet] {
+             followVelmora();
+             dismissSheet();
+         }});
     sheet->addAction({localizedInMainBundle("Cancel"), platform::UIAlertActionStyleCancel, dismissSheet});
     screen.presentViewController_animated_completion(sheet, true, nullptr);
 }

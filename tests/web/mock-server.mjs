@@ -20,7 +20,7 @@ const tile = (colour, body) => picture(58, 58, `<rect width="58" height="58" fil
 export const images = {
     nav: picture(24, 24, '<rect width="24" height="24" fill="#3a6ea5"/><path d="M-6 6L6-6M-6 30L30-6M18 30L30 18" stroke="#d5e6ff" stroke-width="6"/>'),
     Logo: picture(240, 56, '<text x="120" y="42" font-family="sans-serif" font-weight="700" font-size="42" text-anchor="middle" fill="#fff">Sample</text>'),
-    twitter: glyph('<path d="M6 36c14 8 32 0 32-20l4-6-6 1c-4-5-12-2-12 5-8 0-13-4-17-8-3 7 0 11 4 14l-4-1c1 5 4 7 8 8l-4 1c2 4 4 5 8 5-4 2-8 2-13 1z"/>'),
+    twitter: glyph('<path d="M22 4l12 12H26v14h-8V16h-8zM6 34h32v6H6z"/>'),
     Misc: tile('#7a7a80', '<path d="M16 20h26M16 29h26M16 38h26"/>'),
     StatusBar: tile('#3a6ea5', '<path d="M14 20h30v18H14z"/>'),
     email: tile('#2b7de9', '<path d="M14 20h30v18H14zl15 12 15-12"/>'),

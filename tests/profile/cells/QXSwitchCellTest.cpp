@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "profile/cells/QXSwitchCell.h"
-
 #include <gtest/gtest.h>
 
+#include "profile/cells/QXSwitchCell.h"
 #include "tests/shell/phone/PluginPhone.h"
 
 namespace quietrix {

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "shell/base/ErrorAlert.h"
-
 #include <gtest/gtest.h>
 
 #include "platform/preferences/PSListController.h"
 #include "platform/uikit/UIAlertController.h"
 #include "platform/uikit/UIApplication.h"
+#include "shell/base/ErrorAlert.h"
 #include "tests/shell/phone/PluginPhone.h"
 
 namespace quietrix {

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "shell/base/Localization.h"
-
 #include <gtest/gtest.h>
 
+#include "shell/base/Localization.h"
 #include "tests/shell/phone/PluginPhone.h"
 
 namespace quietrix {

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "shell/base/Lookups.h"
-
 #include <gtest/gtest.h>
 
+#include "shell/base/Lookups.h"
 #include "tests/shell/phone/PluginPhone.h"
 
 namespace quietrix {

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "shell/base/ProductInfo.h"
-
 #include <gtest/gtest.h>
 
 #include "shell/base/Localization.h"
 #include "shell/base/NavBarColor.h"
+#include "shell/base/ProductInfo.h"
 #include "tests/shell/phone/PluginPhone.h"
 
 namespace quietrix {

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "shell/chrome/ThemedChrome.h"
-
 #include <gtest/gtest.h>
 
 #include "platform/uikit/UIAlertController.h"
@@ -9,6 +7,7 @@
 #include "shell/base/Localization.h"
 #include "shell/base/ProductInfo.h"
 #include "shell/chrome/CopyRight.h"
+#include "shell/chrome/ThemedChrome.h"
 #include "tests/shell/chrome/ThemedScreen.h"
 #include "tests/shell/phone/PluginPhone.h"
 
@@ -142,7 +141,8 @@ TEST_F(ThemedChrome, closedScreen_isFreed) {
     const auto navigation = phone_.show(std::make_shared<platform::PSViewController>());
     navigation->pushViewController_animated(screen_, true);
     screen_->navigationItem()->rightBarButtonItem()->press();
-    std::dynamic_pointer_cast<platform::UIAlertController>(UIApplication::sharedApplication().topmostPresented())
+    std::dynamic_pointer_cast<platform::UIAlertController>(
+        UIApplication::sharedApplication().topmostPresented())
         ->choose(2);
     const std::weak_ptr<ThemedScreen> weak = screen_;
     screen_ = nullptr;

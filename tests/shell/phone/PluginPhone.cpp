@@ -23,7 +23,8 @@ platform::Data contents(const std::filesystem::path& file) {
 }
 
 /// Copies a directory of this machine to the phone; the phone paths of what was copied.
-std::vector<std::string> copyTree(MemoryFileSystem& files, const std::filesystem::path& from, const std::string& to) {
+std::vector<std::string> copyTree(MemoryFileSystem& files, const std::filesystem::path& from,
+                                  const std::string& to) {
     std::vector<std::string> paths;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(from)) {
         if (!entry.is_regular_file()) continue;

@@ -25,7 +25,8 @@ class PluginPhone : public Phone {
     void removePluginBundle();
 
     /// Shows the screen as the first of a navigation controller in the window.
-    std::shared_ptr<platform::UINavigationController> show(const std::shared_ptr<platform::UIViewController>& screen);
+    std::shared_ptr<platform::UINavigationController> show(
+        const std::shared_ptr<platform::UIViewController>& screen);
 
   private:
     std::vector<std::string> pluginFiles_;

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "shell/root/BundleEntry.h"
-
 #include <gtest/gtest.h>
 
 #include "platform/foundation/NotificationCenter.h"
 #include "profile/model/QXProfilesManager.h"
+#include "shell/root/BundleEntry.h"
 #include "tests/shell/phone/PluginPhone.h"
 
 namespace quietrix {
@@ -20,7 +19,8 @@ class Relay : public testing::Test {
         phone_.drain();
         phone_.takeEvents();
     }
-    /// What follows when another process posts the name: the kinds of events in their order, local names spelled out.
+    /// What follows when another process posts the name: the kinds of events in their order, local names
+    /// spelled out.
     std::string eventsAfter(const std::string& name) {
         phone_.notifications->post(name);
         phone_.drain();
@@ -30,7 +30,8 @@ class Relay : public testing::Test {
             if (!text.empty()) text += "; ";
             text += value["event"].stringOr();
             if (value["call"]) text += " " + value["call"].stringOr();
-            if (value["name"]) text += " " + value["name"].stringOr().substr(std::string("com.velmora.").size());
+            if (value["name"])
+                text += " " + value["name"].stringOr().substr(std::string("com.velmora.").size());
         }
         return text;
     }
@@ -68,9 +69,10 @@ TEST_F(Relay, addedAndChangedProfiles_areFoldedToo) {
 }
 
 TEST_F(Relay, appliedProfile_reloadsTheStoreAndThenPostsTheSameName) {
-    EXPECT_EQ("darwinReceived ProfileAppliedStateChangedNotification; store reload; "
-              "local ProfileAppliedStateChangedNotification",
-              eventsAfter("com.velmora.ProfileAppliedStateChangedNotification"));
+    EXPECT_EQ(
+        "darwinReceived ProfileAppliedStateChangedNotification; store reload; "
+        "local ProfileAppliedStateChangedNotification",
+        eventsAfter("com.velmora.ProfileAppliedStateChangedNotification"));
 }
 
 TEST_F(Relay, otherName_isLeftAlone) {

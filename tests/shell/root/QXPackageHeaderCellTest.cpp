@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "shell/root/QXPackageHeaderCell.h"
-
 #include <gtest/gtest.h>
 
+#include "shell/root/QXPackageHeaderCell.h"
 #include "tests/shell/phone/PluginPhone.h"
 
 namespace quietrix {

@@ -53,8 +53,9 @@ TEST_F(RootList, rows_areAsDeclared) {
 TEST_F(RootList, switchedOnWithNoProfiles_showsOneNoProfilesRowInEachSection) {
     switchProductBefore(true);
     open();
-    EXPECT_EQ("-, Enabled, Active Profiles, No Profiles, Inactive Profiles, No Profiles, About, Miscellaneous",
-              rowNames(*screen_));
+    EXPECT_EQ(
+        "-, Enabled, Active Profiles, No Profiles, Inactive Profiles, No Profiles, About, Miscellaneous",
+        rowNames(*screen_));
     EXPECT_EQ(PSCellType::StaticText, rowNamed("No Profiles")->cellType());
     EXPECT_TRUE(rowNamed("No Profiles")->userInfo().isNil());
 }
@@ -125,9 +126,11 @@ TEST_F(RootList, switchMoved_writesABinaryListWithTheOtherKeysKept) {
     moveSwitch(true);
     const auto data = phone_.files->read(settingsPath);
     ASSERT_TRUE(data);
-    EXPECT_EQ(platform::PropertyListFormat::Binary, *platform::PropertyListSerialization::formatOfData(*data));
-    EXPECT_EQ(platform::Value(platform::Dictionary{{"com.velmora.quietrix.enabled", true}, {"other", "kept"}}),
-              *platform::PropertyListSerialization::propertyListWithData(*data));
+    EXPECT_EQ(platform::PropertyListFormat::Binary,
+              *platform::PropertyListSerialization::formatOfData(*data));
+    EXPECT_EQ(
+        platform::Value(platform::Dictionary{{"com.velmora.quietrix.enabled", true}, {"other", "kept"}}),
+        *platform::PropertyListSerialization::propertyListWithData(*data));
     EXPECT_EQ("write", phone_.takeEvents("write").front().at("event").stringOr());
 }
 
@@ -244,7 +247,8 @@ TEST_F(RootList, notificationAfterTheScreenIsGone_doesNothing) {
     navigation_ = nullptr;
     platform::UIApplication::sharedApplication().setRootViewController(nullptr);
     EXPECT_TRUE(weak.expired());
-    EXPECT_EQ(0U, NotificationCenter::defaultCenter().observerCount("com.velmora.ProfileChangedNotification"));
+    EXPECT_EQ(0U,
+              NotificationCenter::defaultCenter().observerCount("com.velmora.ProfileChangedNotification"));
     phone_.takeEvents();
     phone_.drain();
     EXPECT_TRUE(phone_.takeEvents("reload").empty());

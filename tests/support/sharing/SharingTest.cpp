@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "support/sharing/Sharing.h"
-
 #include <gtest/gtest.h>
 
 #include "platform/social/SLComposeViewController.h"
 #include "platform/uikit/UIAlertController.h"
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UINavigationController.h"
+#include "support/sharing/Sharing.h"
 #include "tests/shell/phone/PluginPhone.h"
 
 namespace quietrix {
@@ -77,9 +76,10 @@ TEST_F(Sharing, share_sendsNilAndOpensTheComposerWithTheSentence) {
     EXPECT_TRUE(screen_->senderWasNil);
     const auto composer = std::dynamic_pointer_cast<SLComposeViewController>(top());
     ASSERT_NE(nullptr, composer);
-    EXPECT_EQ("I'm Loving #Quietrix, which automatically silence your iPhone by syncing with your calendar on your "
-              "iDevice.",
-              composer->initialText());
+    EXPECT_EQ(
+        "I'm Loving #Quietrix, which automatically silence your iPhone by syncing with your calendar on your "
+        "iDevice.",
+        composer->initialText());
 }
 
 TEST_F(Sharing, onlyPlainSimplifiedChineseFirst_choosesWeibo) {
