@@ -59,7 +59,7 @@ double scaleOfName(std::string_view name) {
 /// The scales a bundle may have, the best for the screen first.
 std::vector<int> scalesFor(double screenScale) {
     std::vector<int> scales{1, 2, 3};
-    std::ranges::stable_sort(scales, [screenScale](int one, int other) {
+    std::ranges::sort(scales, [screenScale](int one, int other) {
         const bool oneServes = one >= screenScale;
         const bool otherServes = other >= screenScale;
         if (oneServes != otherServes) return oneServes;
