@@ -14,6 +14,11 @@ endif()
 
 add_library(quietrix_options INTERFACE)
 target_compile_options(quietrix_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    # With optimisation this version sees these where there are none, in std::optional and std::string themselves.
+    target_compile_options(quietrix_options INTERFACE
+        -Wno-maybe-uninitialized -Wno-restrict -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
+endif()
 target_include_directories(quietrix_options INTERFACE "${CMAKE_SOURCE_DIR}")
 
 set(QUIETRIX_PLATFORM_INTERFACE_VERSION 1)
