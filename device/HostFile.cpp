@@ -108,13 +108,13 @@ Instant deadlineIn(double seconds) {
            std::chrono::duration_cast<std::chrono::steady_clock::duration>(wait);
 }
 
-/// Tries until it has the lock or the time is over. The system has no lock with a time limit; the pauses grow
-/// so that a long wait costs little.
+/// Tries until it has the lock or the time is over; the system has no lock with a time limit. The pauses
+/// shrink: who has waited long looks often, and so is ahead of those who have just come.
 template <class Try>
 Outcome<void> waitForLock(const Try& take, Instant deadline) {
     using namespace std::chrono;
-    constexpr milliseconds longestPause{8};
-    for (milliseconds pause{1};; pause = std::min(pause * 2, longestPause)) {
+    constexpr microseconds shortestPause{500};
+    for (microseconds pause{8000};; pause = std::max(pause / 2, shortestPause)) {
         if (take()) return {};
         if (errno != EWOULDBLOCK && errno != EACCES && errno != EINTR) return lastError();
         const auto left = deadline - steady_clock::now();
