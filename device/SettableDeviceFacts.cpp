@@ -14,7 +14,6 @@ namespace {
 
 using platform::Dictionary;
 using platform::Result;
-using platform::Value;
 
 constexpr std::array<const char*, 3> keys{"serialNumber", "UDID", "model"};
 

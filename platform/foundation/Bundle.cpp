@@ -102,7 +102,7 @@ std::string Bundle::pathForResource_ofType(std::string_view name, std::string_vi
 
 std::string Bundle::localizedStringForKey_value_table(std::string_view key, std::string_view value,
                                                       std::string_view table) const {
-    const auto fallback = std::string(value.empty() ? key : value);
+    auto fallback = std::string(value.empty() ? key : value);
     if (path_.empty()) return fallback;
     std::vector<std::string> languages;
     if (const auto& facts = Device::current().facts) languages = facts->preferredLanguages();

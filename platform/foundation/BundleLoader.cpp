@@ -37,7 +37,7 @@ Result<void> checkVersion(const std::string& bundlePath, const Dictionary& info)
 
 Result<std::string> executableName(const std::string& bundlePath, const Dictionary& info) {
     const auto named = info.find("CFBundleExecutable");
-    const std::string name = named == info.end() ? std::string() : named->second.stringOr();
+    std::string name = named == info.end() ? std::string() : named->second.stringOr();
     if (name.empty()) return failure(theBundle(bundlePath) + " names no executable in its Info list.");
     if (name.find('/') != std::string::npos) {
         return failure(theBundle(bundlePath) + " names \"" + name +

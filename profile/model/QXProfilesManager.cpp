@@ -136,6 +136,7 @@ Result<QXProfilesManager::File> QXProfilesManager::takeOverFile() {
             }
             generation = generation_;
         }
+        // Moved from only where it holds bytes; what it says of a failure stays.
         auto bytes = stamp ? files.contentsAtPath(profilesPath) : platform::Data();
         if (!bytes && files.stampAtPath(profilesPath) != stamp) continue;
         auto file = !bytes  ? std::unexpected(bytes.error())
@@ -144,7 +145,7 @@ Result<QXProfilesManager::File> QXProfilesManager::takeOverFile() {
 
         const std::scoped_lock lock(mutex_);
         if (generation != generation_) continue;
-        if (!bytes) {
+        if (!bytes) {  // NOLINT(bugprone-use-after-move)
             // Not remembered: it may be readable the next time, although no stamp will tell so.
             const std::string reason = bytes.error().localizedDescription;
             if (std::exchange(unreadable_, reason) != reason) platform::log(reason);
