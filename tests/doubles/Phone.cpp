@@ -23,7 +23,15 @@ Phone::~Phone() {
 }
 
 void Phone::install() {
-    platform::Device::install({files, clock, notifications, facts, urls, libraries, log});
+    platform::Device phone;
+    phone.files = files;
+    phone.clock = clock;
+    phone.notifications = notifications;
+    phone.facts = facts;
+    phone.urls = urls;
+    phone.libraries = libraries;
+    phone.log = log;
+    platform::Device::install(std::move(phone));
     // A transport that refuses to start is what a test may want to see; it then connects itself.
     static_cast<void>(platform::DarwinNotificationCenter::shared().connect());
 }
