@@ -82,6 +82,9 @@ class PSListController : public PSViewController {
     void viewDidLoad() override;
 
   protected:
+    /// The row list as everything here uses it: whatever an override of `specifiers` gives for it. A base of
+    /// many screens that keeps a row of its own among theirs overrides this and puts it there. Never null.
+    virtual SpecifierArray rows();
     /// The framework's row list; null until built. Overrides of `specifiers` fill it.
     SpecifierArray specifiers_;
 
@@ -96,8 +99,6 @@ class PSListController : public PSViewController {
         std::int64_t begin() const { return groupIndex < 0 ? firstRowIndex : groupIndex; }
         std::int64_t end() const { return firstRowIndex + rowCount; }
     };
-    /// The row list, whatever an override gives for it.
-    SpecifierArray rows();
     /// Built at the first question after a change; in the order of their list indexes.
     const std::vector<Section>& sections();
     const Section* sectionOfIndex(std::int64_t index);

@@ -19,4 +19,13 @@ struct Rect {
     bool operator==(const Rect&) const = default;
 };
 
+/// Room kept free at the edges of what scrolls, in points.
+struct Insets {
+    double top = 0;
+    double left = 0;
+    double bottom = 0;
+    double right = 0;
+    bool operator==(const Insets&) const = default;
+};
+
 }  // namespace platform
