@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "platform/foundation/CaseInsensitive.h"
+#include "velmora/VMNavigationBarColors.h"
 
 namespace quietrix {
 
@@ -55,13 +56,7 @@ std::shared_ptr<PSSpecifier> vm__specifierByIdentifier_identifier(const PSViewCo
 
 std::shared_ptr<platform::UINavigationController> __vmRealNavigationController(
     const platform::UIViewController& screen) {
-    auto navigation = screen.navigationController();
-    while (navigation) {
-        auto outer = navigation->navigationController();
-        if (!outer) break;
-        navigation = std::move(outer);
-    }
-    return navigation;
+    return velmora::outermostNavigationController(screen);
 }
 
 }  // namespace quietrix

@@ -6,11 +6,12 @@
 #include <string_view>
 
 #include "platform/preferences/PSListController.h"
+#include "velmora/VMMiscSettingsViewController.h"
 
 namespace quietrix {
 
 /// The identifier of the row whose footer carries the copyright notice.
-inline constexpr std::string_view copyRightIdentifier = "CopyRightHeader";
+inline constexpr std::string_view copyRightIdentifier = velmora::copyRightHeaderIdentifier;
 /// The product's name as it stands, in no language's translation.
 inline constexpr std::string_view productDisplayName = "Quietrix Go";
 

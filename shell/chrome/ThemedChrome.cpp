@@ -2,17 +2,14 @@
 #include "shell/chrome/ThemedChrome.h"
 
 #include "platform/foundation/Bundle.h"
-#include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIImageView.h"
 #include "profile/model/QXUtils.h"
-#include "shell/base/Lookups.h"
 #include "shell/base/NavBarColor.h"
 #include "shell/base/ProductInfo.h"
 
 namespace quietrix {
 
 using platform::PSViewController;
-using platform::UIApplication;
 using platform::UIBarButtonItem;
 using platform::UIImage;
 
@@ -53,24 +50,11 @@ void chromeDidLoad(PSViewController& screen, BarAction twitterAction) {
 }
 
 void chromeWillAppear(const PSViewController& screen, SavedChrome& saved) {
-    auto& application = UIApplication::sharedApplication();
-    saved.prevStatubarStyle = application.statusBarStyle();
-    application.setStatusBarStyle(platform::UIStatusBarStyleLightContent);
-    const auto navigation = __vmRealNavigationController(screen);
-    if (!navigation) return;
-    const auto& bar = navigation->navigationBar();
-    saved.prevTintcolor = bar->tintColor();
-    saved.prevBarTintcolor = bar->barTintColor();
-    bar->setTintColor(platform::UIColor::whiteColor());
-    bar->setBarTintColor(navBarPatternColor(screen.getClass()));
+    velmora::applyBarColors(screen, navBarPatternColor(screen.getClass()), saved);
 }
 
 void chromeWillDisappear(const PSViewController& screen, const SavedChrome& saved) {
-    UIApplication::sharedApplication().setStatusBarStyle(saved.prevStatubarStyle);
-    const auto navigation = __vmRealNavigationController(screen);
-    if (!navigation) return;
-    navigation->navigationBar()->setTintColor(saved.prevTintcolor);
-    navigation->navigationBar()->setBarTintColor(saved.prevBarTintcolor);
+    velmora::restoreBarColors(screen, saved);
 }
 
 }  // namespace quietrix

@@ -1,23 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstdint>
 #include <memory>
 
 #include "platform/foundation/Method.h"
 #include "platform/preferences/PSViewController.h"
-#include "platform/uikit/UIColor.h"
+#include "velmora/VMNavigationBarColors.h"
 
 namespace quietrix {
 
 /// The look that a themed screen wears while it is on top, as steps that every such screen takes at the same
 /// points of its life. The saved colours are the screen's own properties, filled with each appearance. Main
 /// thread.
-struct SavedChrome {
-    std::shared_ptr<platform::UIColor> prevTintcolor;
-    std::shared_ptr<platform::UIColor> prevBarTintcolor;
-    std::int64_t prevStatubarStyle = 0;
-};
+using SavedChrome = velmora::SavedBarColors;
 
 using BarAction = platform::Method<void(const std::shared_ptr<platform::Object>&)>;
 

@@ -1,16 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "support/sharing/Sharing.h"
 
-#include "platform/social/SLComposeViewController.h"
 #include "platform/uikit/UIAlertController.h"
 #include "platform/uikit/UIApplication.h"
-#include "platform/uikit/UIDevice.h"
 #include "shell/base/Localization.h"
+#include "velmora/VMShareComposer.h"
 
 namespace quietrix {
 
 using platform::PSViewController;
-using platform::SLComposeViewController;
 using platform::UIAlertController;
 using platform::UIApplication;
 
@@ -52,11 +50,7 @@ void showShareSheet(PSViewController& screen,
 }
 
 void presentShareComposer(PSViewController& screen) {
-    const bool simplifiedChinese = platform::preferredLanguages().front() == "zh-Hans";
-    const auto composer = SLComposeViewController::composeViewControllerForServiceType(
-        simplifiedChinese ? platform::SLServiceTypeSinaWeibo : platform::SLServiceTypeTwitter);
-    composer->setInitialText(std::string(shareSentence));
-    screen.presentViewController_animated_completion(composer, true, nullptr);
+    velmora::presentShareComposer(screen, std::string(shareSentence));
 }
 
 }  // namespace quietrix
