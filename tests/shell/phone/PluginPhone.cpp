@@ -16,6 +16,7 @@ namespace doubles {
 namespace {
 
 constexpr const char* mainBundlePath = "/Applications/Settings.app";
+constexpr const char* speakerImages = "/System/Library/PrivateFrameworks/PreferencesUI.framework";
 
 platform::Data contents(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
@@ -48,6 +49,11 @@ PluginPhone::PluginPhone() {
     const std::filesystem::path tree = QUIETRIX_SOURCE_DIR;
     pluginFiles_ = copyTree(*files, tree / "resources", std::string(quietrix::bundlePath));
     copyTree(*files, tree / "settings" / "resources", mainBundlePath);
+    for (const auto* name :
+         {"SpeakerMute@2x.png", "SpeakerMute@3x.png", "SpeakerMax@2x.png", "SpeakerMax@3x.png"}) {
+        files->put(std::string(speakerImages) + "/" + name,
+                   contents(tree / "settings" / "resources" / "root" / name));
+    }
     platform::Bundle::setMainBundlePath(mainBundlePath);
     platform::Bundle::setBundlePathForLinkedClasses(std::string(quietrix::bundlePath));
     forgetProcessWideState();

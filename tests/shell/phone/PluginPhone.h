@@ -12,8 +12,8 @@
 namespace doubles {
 
 /// A phone of doubles on which the plug-in's own resources are installed, as its bundle's and with the host
-/// application's texts as the main bundle's. What the plug-in keeps for the process (the year, the product
-/// information, the store) begins anew with each.
+/// application's texts as the main bundle's, and the system's speaker images. What the plug-in keeps for the
+/// process (the year, the product information, the store) begins anew with each.
 class PluginPhone : public Phone {
   public:
     PluginPhone();

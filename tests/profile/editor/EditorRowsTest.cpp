@@ -1,0 +1,261 @@
+// SPDX-License-Identifier: MIT
+// The editor's rows as they are written down here, laid beside those that the screen builds in each of its
+// states.
+#include <set>
+#include <sstream>
+
+#include "profile/cells/QXSliderCell.h"
+#include "shell/base/Localization.h"
+#include "tests/profile/editor/EditorFixture.h"
+
+namespace quietrix {
+namespace {
+
+using platform::PSSpecifier;
+using platform::Value;
+
+/// name | kind | identifier | set | get | detail | cell class | properties | user info
+constexpr const char* writtenRows = R"(
+- | 0 |  |  |  |  |  |  | nil
+Title | 8 | title | setPreferenceValue:specifier: | readPreferenceValue: |  | QXEditableTableCell | autoCaps=words noAutoCorrect=0 placeholder=Required value=Work | nil
+- | 0 |  |  |  |  |  |  | nil
+Enable | 6 | enabled | setPreferenceValue:specifier: | readPreferenceValue: |  | QXSwitchCell | default=1 | nil
+Schedule | 0 |  |  |  |  |  | footerText=This profile will be active based on these settings. | nil
+All Day | 6 | allDay | setAllDayModeEnabled:specifier: | readPreferenceValue: |  | QXSwitchCell | default=1 | nil
+Active Hours | 1 |  |  |  | QXDateRangeController | QXDateRangeCell | height=64 | QXProfile
+Ringer Volume & Vibrate | 0 |  |  |  |  |  |  | nil
+Playback Volume | 5 | playBackVolume | setPreferenceValue:specifier: | readPreferenceValue: |  | QXSliderCell | leftImage=SpeakerMute@2x max=1 min=0 rightImage=SpeakerMax@2x | nil
+Ringer Volume | 5 | ringerVolume | setPreferenceValue:specifier: | readPreferenceValue: |  | QXSliderCell | leftImage=SpeakerMute@2x max=1 min=0 rightImage=SpeakerMax@2x | nil
+Vibrate | 6 | vibrate | setPreferenceValue:specifier: | readPreferenceValue: |  | QXSwitchCell | default=1 | nil
+Alerts | 0 |  |  |  |  |  | footerText=Turn on to get notified before and after applying this profile to calendar events. | nil
+Ring Alert | 6 | playAlert | setPreferenceValue:specifier: | readPreferenceValue: |  | QXSwitchCell | default=1 | nil
+Alert Tone | 1 | alertToneIdentifier | setPreferenceValue:specifier: | readPreferenceValue: | QuietrixAlertToneController |  |  | profile
+Vibrate Alert | 6 | vibrateAlert | setPreferenceValue:specifier: | readPreferenceValue: |  | QXSwitchCell | default=1 | nil
+Wake Up Screen | 6 | wakeUpScreen | setPreferenceValue:specifier: | readPreferenceValue: |  | QXSwitchCell | default=1 | nil
+- | 0 |  |  |  |  |  | footerText=Turning on will enable Apple's 'Do not Disturb' option on your iDevice. | nil
+Do not Disturb | 6 | dnDEnabled | setPreferenceValue:specifier: | readPreferenceValue: |  | QXSwitchCell | default=0 | nil
+- | 0 |  |  |  |  |  | footerText=Turning on will show Quietrix Go's custom icon on your iDevice's statusbar. This will quickly let you know if there is a profile activated. | nil
+Show on StatusBar | 6 | showOnStatusBar | setPreferenceValue:specifier: | readPreferenceValue: |  | QXSwitchCell | default=0 iconImage=StatusBar | nil
+WiFi Networks | 0 |  |  |  |  |  | footerText=Select WiFi network(s) on which you want to apply this profile automatically. Quietrix Go ignores all the calendar events if this device is connected to these networks. | nil
+WiFi Networks | 1 | wifiNetworks |  |  | QuietrixWifiController |  |  | profile
+Calendars | 0 |  |  |  |  |  | footerText=Select Calendars which you want to apply this profile.//Note: If you do not select any calendar, by default this profile applies to all events on your Calendar. | nil
+Calendar | 1 | calendarIdentifiers | setPreferenceValue:specifier: | readPreferenceValue: | QuietrixCalendarsController |  |  | calendars profile
+)";
+constexpr std::size_t alwaysThere = 4;
+constexpr const char* copyRightRow = "- | 0 | CopyRightHeader |";
+
+std::vector<std::string> written() {
+    std::vector<std::string> lines;
+    std::istringstream stream(writtenRows);
+    for (std::string line; std::getline(stream, line);)
+        if (!line.empty()) lines.push_back(line);
+    return lines;
+}
+
+std::string described(const Value& value) {
+    if (const auto image = value.objectAs<platform::UIImage>()) return image->name();
+    if (const auto flag = value.boolean()) return *flag ? "1" : "0";
+    std::string text = value.description();
+    std::ranges::replace(text, '\n', '/');
+    return text;
+}
+
+std::string userInfo(const PSSpecifier& row, const std::shared_ptr<QXProfile>& profile) {
+    const Value& info = row.userInfo();
+    if (info.isNil()) return "nil";
+    if (info.objectAs<QXProfile>() == profile) return "QXProfile";
+    std::string keys;
+    for (const auto& [key, value] : *info.dictionary()) {
+        keys += (keys.empty() ? "" : " ") + key;
+        if (key == "profile" && value.objectAs<QXProfile>() != profile) keys += " of another";
+        if (key == "calendars" && value.dictionary() == nullptr) keys += " that are none";
+    }
+    return keys;
+}
+
+std::string printed(const PSSpecifier& row, const std::shared_ptr<QXProfile>& profile) {
+    std::string properties;
+    for (const auto& [key, value] : row.properties()) {
+        if (key == "label" || key == "cellClass") continue;
+        properties += (properties.empty() ? "" : " ") + key + "=" + described(value);
+    }
+    std::ostringstream line;
+    line << row.name().value_or("-") << " | " << std::to_underlying(row.cellType()) << " | "
+         << row.identifier().value_or("") << " | " << row.setter().selector() << " | "
+         << row.getter().selector() << " | " << row.detailControllerClass() << " | "
+         << row.propertyForKey("cellClass").stringOr() << " | " << properties << " | "
+         << userInfo(row, profile);
+    return line.str();
+}
+
+class EditorRows : public EditorFixture {
+  protected:
+    /// The screen's table without the copyright row that must end it.
+    std::vector<std::string> table() {
+        std::vector<std::string> lines;
+        for (const auto& row : *screen_->specifiers()) lines.push_back(printed(*row, profile_));
+        EXPECT_TRUE(lines.back().starts_with(copyRightRow)) << lines.back();
+        lines.pop_back();
+        return lines;
+    }
+    /// The written table without the rows of these names, as they stand at these indices.
+    static std::vector<std::string> writtenWithout(const std::set<std::size_t>& indices) {
+        std::vector<std::string> lines;
+        const auto all = written();
+        for (std::size_t index = 0; index < all.size(); ++index)
+            if (!indices.contains(index)) lines.push_back(all[index]);
+        return lines;
+    }
+    bool showsTone() { return indexOf("alertToneIdentifier") >= 0; }
+};
+
+TEST_F(EditorRows, enabledTimedWithAlert_areAllTheWrittenOnes) {
+    open();
+    EXPECT_EQ(25U, screen_->specifiers()->size());
+    EXPECT_EQ(written(), table());
+}
+
+TEST_F(EditorRows, disabled_areTheFirstFour) {
+    profile_->setEnabled(false);
+    open();
+    const auto all = written();
+    EXPECT_EQ(std::vector<std::string>(all.begin(), all.begin() + alwaysThere), table());
+}
+
+TEST_F(EditorRows, allDay_haveNoActiveHours) {
+    profile_->setAllDay(true);
+    open();
+    EXPECT_EQ(writtenWithout({6}), table());
+}
+
+TEST_F(EditorRows, alertOff_haveNoTone) {
+    profile_->setPlayAlert(false);
+    open();
+    EXPECT_EQ(writtenWithout({13}), table());
+}
+
+TEST_F(EditorRows, withoutTheStatusBarLibrary_goFromDoNotDisturbToNetworks) {
+    phone_.libraries->present.clear();
+    open();
+    EXPECT_EQ(writtenWithout({18, 19}), table());
+}
+
+TEST_F(EditorRows, statusBarLibrary_isProbedForEachBuild) {
+    phone_.libraries->present.clear();
+    open();
+    phone_.libraries->present.insert(statusBarLibrary);
+    screen_->reloadSpecifiers();
+    EXPECT_EQ(written(), table());
+}
+
+TEST_F(EditorRows, newProfile_hasTheSameRows) {
+    profile_->setNewProfile(true);
+    open();
+    EXPECT_EQ(written(), table());
+}
+
+TEST_F(EditorRows, alertOnButDisabled_buildNoTone) {
+    profile_->setEnabled(false);
+    open();
+    EXPECT_FALSE(std::ranges::any_of(screen_->alertSpecifiers(), [](const auto& row) {
+        return row->identifier() == "alertToneIdentifier";
+    }));
+    profile_->setEnabled(true);
+    EXPECT_TRUE(std::ranges::any_of(screen_->alertSpecifiers(), [](const auto& row) {
+        return row->identifier() == "alertToneIdentifier";
+    }));
+}
+
+TEST_F(EditorRows, builders_makeNewRowsWhileTheCacheKeepsIts) {
+    open();
+    EXPECT_EQ(screen_->profilesSpecifiers(), screen_->profilesSpecifiers());
+    EXPECT_NE(screen_->activeTimeSpecifiers().front(), screen_->activeTimeSpecifiers().front());
+    EXPECT_NE(screen_->profileEnabledSpecifiers().front(), screen_->profileEnabledSpecifiers().front());
+    const auto cached = screen_->profilesSpecifiers();
+    screen_->reloadSpecifiers();
+    EXPECT_NE(cached, screen_->profilesSpecifiers());
+    EXPECT_EQ("title", screen_->profilesSpecifiers()->front()->identifier())
+        << "the leading group and the copyright row are not the cache's";
+    EXPECT_EQ("calendarIdentifiers", screen_->profilesSpecifiers()->back()->identifier());
+}
+
+TEST_F(EditorRows, speakerImages_areTheSystemsAtTheScreensScale) {
+    for (const auto& [scale, suffix] : std::vector<std::pair<double, std::string>>{
+             {1.0, "@2x"}, {2.0, "@2x"}, {2.5, "@3x"}, {3.0, "@3x"}}) {
+        phone_.facts->scale = scale;
+        if (!screen_) open();
+        for (const auto& row : screen_->ringerVolumeSpecifiers()) {
+            const auto left = row->propertyForKey("leftImage").objectAs<platform::UIImage>();
+            const auto right = row->propertyForKey("rightImage").objectAs<platform::UIImage>();
+            if (row->cellType() != platform::PSCellType::Slider) continue;
+            ASSERT_NE(nullptr, left);
+            ASSERT_NE(nullptr, right);
+            EXPECT_EQ("SpeakerMute" + suffix, left->name()) << scale;
+            EXPECT_EQ("SpeakerMax" + suffix, right->name()) << scale;
+        }
+    }
+}
+
+TEST_F(EditorRows, toneCell_showsTheLocalisedLastPieceInLightGrey) {
+    phone_.facts->languages = {"de"};
+    const std::vector<std::pair<std::optional<std::string>, std::string>> cases{
+        {"texttone:Calendar Alert", localized("Calendar Alert")},
+        {"a:b:Calendar Alert", localized("Calendar Alert")},
+        {"Calendar Alert", localized("Calendar Alert")},
+        {"Nobody Knows This", "Nobody Knows This"},
+        {std::nullopt, localized("None")}};
+    open();
+    for (const auto& [identifier, shown] : cases) {
+        profile_->setAlertToneIdentifier(identifier);
+        screen_->reloadSpecifiers();
+        const auto& label = cellOf("alertToneIdentifier")->detailTextLabel();
+        EXPECT_EQ(shown, label->text());
+        EXPECT_TRUE(label->textColor()->isEqual(*platform::UIColor::lightGrayColor()));
+    }
+    EXPECT_NE("None", localized("None")) << "the language must differ for this test to mean something";
+}
+
+TEST_F(EditorRows, otherCells_haveNoDetail) {
+    open();
+    for (const auto* identifier : {"wifiNetworks", "calendarIdentifiers", "vibrate"})
+        EXPECT_EQ(std::nullopt, cellOf(identifier)->detailTextLabel()->text()) << identifier;
+}
+
+TEST_F(EditorRows, estimatedHeights_areTheSlidersOwnElseTheBases) {
+    open();
+    const auto estimate = [this](std::int64_t index) {
+        return screen_->tableView_estimatedHeightForRowAtIndexPath(screen_->table(),
+                                                                   *screen_->indexPathForIndex(index));
+    };
+    EXPECT_EQ(QXSliderCell::defaultCellHeight(), estimate(8));
+    EXPECT_EQ(QXSliderCell::defaultCellHeight(), estimate(9));
+    EXPECT_EQ(64.0, estimate(6));
+    EXPECT_EQ(44.0, estimate(3));
+    // Whatever height the slider's row itself claims.
+    rowOf("ringerVolume")->setProperty_forKey(99.0, "height");
+    EXPECT_EQ(QXSliderCell::defaultCellHeight(), estimate(9));
+}
+
+TEST_F(EditorRows, appearance_isTheProducts) {
+    open();
+    EXPECT_EQ("Work", screen_->title());
+    EXPECT_TRUE(screen_->hasCustomNavigationBarColor());
+    EXPECT_EQ("nav", screen_->customNavigationBarColor()->patternImage()->name());
+    EXPECT_EQ("nav", navigation_->navigationBar()->barTintColor()->patternImage()->name());
+    EXPECT_EQ("twitter", screen_->twitterImage()->name());
+    EXPECT_TRUE(screen_->twitterMessage().starts_with("I'm Loving #Quietrix"));
+    EXPECT_EQ(rowOf("CopyRightHeader"), screen_->copyRightSpecifier());
+    EXPECT_TRUE(rowOf("CopyRightHeader")->propertyForKey("footerText").stringOr().starts_with("Version "));
+}
+
+TEST_F(EditorRows, shareMessage_comesFromTheHostApplicationOnly) {
+    phone_.facts->languages = {"de"};
+    open();
+    const std::string german = screen_->twitterMessage();
+    EXPECT_FALSE(german.starts_with("I'm Loving"));
+    phone_.removePluginBundle();
+    EXPECT_EQ(german, screen_->twitterMessage());
+}
+
+}  // namespace
+}  // namespace quietrix
