@@ -116,7 +116,9 @@ void RowWriter::collectLabels(const PSTableCell& cell, const platform::UIView& v
         if (const auto* label = dynamic_cast<const UILabel*>(subview.get())) {
             labels.emplace_back(Dictionary{{"tag", label->tag()},
                                            {"text", label->text().value_or("")},
-                                           {"frame", ScreenValues::frame(label->frame())}});
+                                           {"frame", ScreenValues::frame(label->frame())},
+                                           {"colour", values_.colour(label->textColor())},
+                                           {"alignment", label->textAlignment()}});
         }
         collectLabels(cell, *subview, labels);
     }
