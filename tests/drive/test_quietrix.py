@@ -4,54 +4,12 @@ import os
 import plistlib
 import subprocess
 import sys
-import unittest
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from Drive import Drive  # noqa: E402
+from QuietrixCase import (APPLIED, CHANGED, DELETED, PROFILES, SETTINGS, SWITCH, QuietrixTest, main,  # noqa: E402
+                          profile)
 
-PROGRAM = ""
-BUNDLE = ""
-
-SETTINGS = "/var/mobile/Library/Preferences/com.velmora.quietrix.plist"
-PROFILES = "/var/mobile/Library/Preferences/com.velmora.quietrix.profiles.plist"
-SWITCH = "com.velmora.quietrix.enabled"
-APPLIED = "com.velmora.ProfileAppliedStateChangedNotification"
-CHANGED = "com.velmora.ProfileChangedNotification"
-DELETED = "com.velmora.ProfileDeletedNotification"
 SHARE = "Share \U0001F618"
-
-
-def profile(title, enabled=True, **values):
-    return {"identifier": f"ID-{title}", "title": title, "enabled": enabled, **values}
-
-
-class QuietrixTest(unittest.TestCase):
-    def open(self, profiles=None, switch=None, **options):
-        """A phone with these profiles and the switch so; the first screen is up."""
-        drive = Drive(PROGRAM, BUNDLE, **options)
-        self.addCleanup(drive.close)
-        drive.do("state")
-        if profiles is not None:
-            self.write(drive, PROFILES, {"format": 1, "profiles": profiles})
-            drive.do("post", name=APPLIED)
-        if switch is not None:
-            self.write(drive, SETTINGS, {SWITCH: switch, "other": ["kept"]})
-            drive.do("open")
-        drive.do("state")
-        return drive
-
-    @staticmethod
-    def write(drive, path, value):
-        """Writes a property list in one piece, as another process does."""
-        temporary = drive.path(path) + ".new"
-        with open(temporary, "wb") as file:
-            plistlib.dump(value, file, fmt=plistlib.FMT_BINARY)
-        os.rename(temporary, drive.path(path))
-
-    @staticmethod
-    def read(drive, path):
-        with open(drive.path(path), "rb") as file:
-            return plistlib.load(file)
 
 
 class FreshPhone(QuietrixTest):
@@ -66,7 +24,7 @@ class FreshPhone(QuietrixTest):
             self.assertTrue(os.path.isfile(os.path.join(images, name)), name)
         link = drive.path("/Library/PreferenceBundles/QuietrixPreferences.bundle")
         self.assertTrue(os.path.islink(link))
-        self.assertEqual(os.path.realpath(link), os.path.realpath(BUNDLE))
+        self.assertEqual(os.path.realpath(link), os.path.realpath(self.BUNDLE))
 
     def test_switchWorksAtFirstStartAndSurvivesARestart(self):
         drive = self.open()
@@ -74,9 +32,7 @@ class FreshPhone(QuietrixTest):
         self.assertEqual(self.read(drive, SETTINGS), {SWITCH: True})
         drive.process.stdin.close()
         drive.process.wait(60)
-        again = Drive(PROGRAM, BUNDLE, root=drive.root)
-        self.addCleanup(again.close)
-        again.do("state")
+        again = self.start(root=drive.root)
         self.assertIs(again.rows[1]["value"], True)
         self.assertEqual(again.names(), [None, "Enabled", "Active Profiles", "No Profiles", "Inactive Profiles",
                                          "No Profiles", "About", "Miscellaneous"])
@@ -172,7 +128,7 @@ class RootList(QuietrixTest):
         drive = self.open(switch=True)
         drive.bar("right", 0)
         self.assertEqual((drive.screen["modals"], drive.screen["title"]), (1, "New Profile"))
-        drive.bar("right", 0)
+        drive.bar("left", 0)
         self.assertEqual((drive.screen["modals"], drive.screen["class"]), (0, "QuietrixPreferencesController"))
 
 
@@ -246,9 +202,7 @@ class Relay(QuietrixTest):
         profiles = [profile(f"P{number:04}") for number in range(1000)]
         drive = self.open(profiles, switch=True)
         self.assertEqual(drive.screen["count"], 1007)
-        other = Drive(PROGRAM, BUNDLE, root=drive.root)
-        self.addCleanup(other.close)
-        other.do("state")
+        other = self.start(root=drive.root)
         profiles[500]["title"] = "Renamed"
         self.write(drive, PROFILES, {"format": 1, "profiles": profiles})
         other.do("post", name=CHANGED)
@@ -338,9 +292,9 @@ class BadFiles(QuietrixTest):
             self.assertEqual([entry["title"] for entry in plistlib.load(file)["profiles"]], ["B"])
 
 
-class CommandLine(unittest.TestCase):
+class CommandLine(QuietrixTest):
     def test_defaultBundle_isTheOneBuiltWithTheProgram(self):
-        with subprocess.Popen([PROGRAM, "drive", "--root", "/proc/nowhere"], stdin=subprocess.DEVNULL,
+        with subprocess.Popen([self.PROGRAM, "drive", "--root", "/proc/nowhere"], stdin=subprocess.DEVNULL,
                               stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True) as process:
             output, errors = process.communicate(timeout=60)
         self.assertEqual((process.returncode, output), (2, ""))
@@ -349,6 +303,4 @@ class CommandLine(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    PROGRAM, BUNDLE = sys.argv[1:3]
-    run = unittest.main(argv=sys.argv[:1] + sys.argv[3:], exit=False)
-    sys.exit(0 if run.result.wasSuccessful() and run.result.testsRun else 1)
+    main()
