@@ -51,7 +51,10 @@ Value ScreenValues::frame(platform::Rect frame) {
 Value ScreenValues::property(const Value& property) const {
     switch (property.type()) {
         case Value::Type::Object:
-            if (const auto picture = property.objectAs<UIImage>()) return image(picture);
+            if (const auto picture = property.objectAs<UIImage>()) {
+                if (picture->fillColor()) return Dictionary{{"swatch", colour(picture->fillColor())}};
+                return image(picture);
+            }
             if (const auto swatch = property.objectAs<UIColor>())
                 return Dictionary{{"swatch", colour(swatch)}};
             return Dictionary{{"class", property.object()->getClass().name()}};

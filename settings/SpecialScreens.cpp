@@ -4,7 +4,9 @@
 #include <utility>
 
 #include "platform/foundation/DateFormatter.h"
+#include "platform/foundation/Device.h"
 #include "platform/preferences/PSDetailController.h"
+#include "platform/tonekit/ToneScreen.h"
 #include "platform/uikit/UIDatePicker.h"
 #include "platform/uikit/UITableView.h"
 
@@ -51,6 +53,22 @@ platform::DateFormatter timeFormatter() {
     return formatter;
 }
 
+/// A picker that was never put on the screen is not seen and cannot be tapped.
+std::shared_ptr<platform::TKTonePickerViewController> findTonePicker(
+    const std::shared_ptr<UIViewController>& screen) {
+    const auto host = std::dynamic_pointer_cast<platform::TonePickerHost>(screen);
+    auto picker = host ? host->tonePickerViewController() : nullptr;
+    return picker && picker->view()->superview() ? picker : nullptr;
+}
+
+/// The nearest class of the phone's own that the screen stands on.
+const platform::Class& systemClassOf(const UIViewController& screen) {
+    const platform::Class* cls = &screen.getClass();
+    while (cls->superclass() != nullptr && !platform::ClassRegistry::shared().bundlePath(*cls).empty())
+        cls = cls->superclass();
+    return *cls;
+}
+
 }  // namespace
 
 Value timePane(const std::shared_ptr<UIViewController>& screen) {
@@ -86,13 +104,28 @@ Result<void> pickTime(const std::shared_ptr<UIViewController>& screen, const std
     return {};
 }
 
-Value tonePicker(const std::shared_ptr<UIViewController>& /*screen*/) {
-    return nullptr;
+Value tonePicker(const std::shared_ptr<UIViewController>& screen) {
+    const auto picker = findTonePicker(screen);
+    if (!picker) return nullptr;
+    Array list;
+    if (const auto& source = platform::Device::current().tones) {
+        for (const auto& tone : source->tones())
+            list.emplace_back(Dictionary{{"identifier", tone.identifier}, {"name", tone.name}});
+    }
+    const auto& selected = picker->selectedToneIdentifier();
+    return Dictionary{{"superclass", systemClassOf(*screen).name()},
+                      {"selected", selected ? Value(*selected) : Value()},
+                      {"default", picker->defaultToneIdentifier()},
+                      {"noneAtTop", picker->noneAtTop()},
+                      {"vibrations", picker->showsVibrations()},
+                      {"storeButton", picker->showsStoreButtonInNavigationBar()},
+                      {"list", std::move(list)}};
 }
 
-Result<void> pickTone(const std::shared_ptr<UIViewController>& /*screen*/,
-                      const std::optional<std::string>& /*identifier*/) {
-    return failure(noTonePicker);
+Result<void> pickTone(const std::shared_ptr<UIViewController>& screen,
+                      const std::optional<std::string>& identifier) {
+    const auto picker = findTonePicker(screen);
+    return picker ? picker->userChoseTone(identifier) : failure(noTonePicker);
 }
 
 }  // namespace settings

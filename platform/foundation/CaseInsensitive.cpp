@@ -19,19 +19,23 @@ wint_t folded(char32_t letter) {
 
 }  // namespace
 
-bool equalIgnoringCase(std::string_view left, std::string_view right) {
-    if (left == right) return true;
+std::strong_ordering compareIgnoringCase(std::string_view left, std::string_view right) {
     std::size_t leftAt = 0;
     std::size_t rightAt = 0;
     while (leftAt < left.size() && rightAt < right.size()) {
         const auto leftLetter = decodeUTF8(left, leftAt);
         const auto rightLetter = decodeUTF8(right, rightAt);
-        if (!leftLetter || !rightLetter) return false;
-        if (folded(leftLetter->codePoint) != folded(rightLetter->codePoint)) return false;
+        if (!leftLetter || !rightLetter) return left.substr(leftAt) <=> right.substr(rightAt);
+        const auto order = folded(leftLetter->codePoint) <=> folded(rightLetter->codePoint);
+        if (order != std::strong_ordering::equal) return order;
         leftAt += leftLetter->length;
         rightAt += rightLetter->length;
     }
-    return leftAt == left.size() && rightAt == right.size();
+    return left.size() - leftAt <=> right.size() - rightAt;
+}
+
+bool equalIgnoringCase(std::string_view left, std::string_view right) {
+    return compareIgnoringCase(left, right) == std::strong_ordering::equal;
 }
 
 }  // namespace platform

@@ -33,8 +33,10 @@ class Class {
     bool isSubclassOf(const Class& other) const;
 
   private:
+    friend class ClassRegistry;
+
     std::string name_;
-    const Class* superclass_;
+    mutable const Class* superclass_;
     Factory factory_;
 };
 
@@ -56,6 +58,10 @@ class ClassRegistry {
         if (auto typed = std::dynamic_pointer_cast<T>(*object)) return typed;
         return wrongBase(name, T::staticClass().name());
     }
+
+    /// Makes the class one of another family: for what stands on a class that is only chosen at run time. On
+    /// the main thread, before anything is made of the class.
+    static void setSuperclass(const Class& cls, const Class& superclass) { cls.superclass_ = &superclass; }
 
     /// Names that were added twice by different modules since the last call; the call forgets them.
     std::vector<std::string> takeDuplicates();

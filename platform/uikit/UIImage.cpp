@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/foundation/FileManager.h"
+#include "platform/uikit/UIColor.h"
 #include "platform/uikit/UIDevice.h"
 
 namespace platform {
@@ -97,6 +98,25 @@ std::shared_ptr<UIImage> UIImage::imageWithContentsOfFile(std::string_view path)
     image->path_ = std::string(path);
     image->scale_ = scaleOfName(image->name_);
     image->size_ = Size{pixels->width / image->scale_, pixels->height / image->scale_};
+    return image;
+}
+
+std::shared_ptr<UIImage> UIImage::imageFilledWithColor(const std::shared_ptr<UIColor>& color, Size size) {
+    if (!color) return nullptr;
+    auto image = std::make_shared<UIImage>();
+    image->fillColor_ = color;
+    image->size_ = size;
+    return image;
+}
+
+std::shared_ptr<UIImage> UIImage::withCornerRadius(double radius) const {
+    auto image = std::make_shared<UIImage>();
+    image->name_ = name_;
+    image->path_ = path_;
+    image->scale_ = scale_;
+    image->size_ = size_;
+    image->fillColor_ = fillColor_;
+    image->cornerRadius_ = radius;
     return image;
 }
 

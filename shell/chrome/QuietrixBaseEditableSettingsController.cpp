@@ -13,8 +13,10 @@ PLATFORM_REGISTER_CLASS(QuietrixBaseEditableSettingsController)
 
 void QuietrixBaseEditableSettingsController::viewDidLoad() {
     PSEditableListController::viewDidLoad();
-    chromeDidLoad(*this, method("__tessaneTwitterAction:",
-                                &QuietrixBaseEditableSettingsController::__tessaneTwitterAction));
+    chromeDidLoad(
+        *this,
+        method("__tessaneTwitterAction:", &QuietrixBaseEditableSettingsController::__tessaneTwitterAction),
+        fadeInTitleLogo);
     updateCopyRightSpecifier();
 }
 

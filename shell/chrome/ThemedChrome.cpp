@@ -3,6 +3,7 @@
 
 #include "platform/foundation/Bundle.h"
 #include "platform/uikit/UIImageView.h"
+#include "platform/uikit/UILabel.h"
 #include "profile/model/QXUtils.h"
 #include "shell/base/NavBarColor.h"
 #include "shell/base/ProductInfo.h"
@@ -17,13 +18,6 @@ namespace {
 
 std::shared_ptr<UIImage> bundleImage(const PSViewController& screen, std::string_view name) {
     return UIImage::imageNamed_inBundle(name, platform::Bundle::bundleForClass(screen.getClass()));
-}
-
-void fadeInTitleLogo(PSViewController& screen) {
-    const auto logo = std::make_shared<platform::UIImageView>(bundleImage(screen, "Quietrix"));
-    screen.navigationItem()->setTitleView(logo);
-    logo->setAlpha(0);
-    platform::UIView::animateWithDuration_animations(1.0, [logo] { logo->setAlpha(1); });
 }
 
 /// Nobody answers `backButtonAction:`; the item only brings the image.
@@ -41,10 +35,29 @@ std::shared_ptr<UIBarButtonItem> makeShareButton(PSViewController& screen, BarAc
                                              std::move(action));
 }
 
-void chromeDidLoad(PSViewController& screen, BarAction twitterAction) {
+void fadeInTitleLogo(PSViewController& screen) {
+    const auto logo = std::make_shared<platform::UIImageView>(bundleImage(screen, "Quietrix"));
+    screen.navigationItem()->setTitleView(logo);
+    logo->setAlpha(0);
+    platform::UIView::animateWithDuration_animations(1.0, [logo] { logo->setAlpha(1); });
+}
+
+void setTitleLabel(PSViewController& screen) {
+    const auto label = std::make_shared<platform::UILabel>();
+    label->setBackgroundColor(platform::UIColor::clearColor());
+    label->setFontSize(20);
+    label->setShadowColor(platform::UIColor::colorWithWhite_alpha(0, 0.5));
+    label->setTextAlignment(platform::NSTextAlignmentCenter);
+    label->setTextColor(platform::UIColor::whiteColor());
+    label->setText(screen.title());
+    label->sizeToFit();
+    screen.navigationItem()->setTitleView(label);
+}
+
+void chromeDidLoad(PSViewController& screen, BarAction twitterAction, TitleView showTitle) {
     screen.navigationItem()->setRightBarButtonItem_animated(makeShareButton(screen, std::move(twitterAction)),
                                                             true);
-    fadeInTitleLogo(screen);
+    showTitle(screen);
     if (!QXUtils::isIOS11()) setLogoAsBackItem(screen);
     if (currentYear() < 1) currentYear() = yearOfPresentDate();
 }

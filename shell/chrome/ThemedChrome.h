@@ -20,9 +20,14 @@ using BarAction = platform::Method<void(const std::shared_ptr<platform::Object>&
 std::shared_ptr<platform::UIBarButtonItem> makeShareButton(platform::PSViewController& screen,
                                                            BarAction action);
 
-/// viewDidLoad: the share/follow button at the right, the logo fading in as the title, before iOS 11 the logo
-/// for the back button of the screen pushed above, and the shared year if no screen has computed it yet.
-void chromeDidLoad(platform::PSViewController& screen, BarAction twitterAction);
+/// The two ways in which themed screens show their title: the logo fading in, and the screen's title as text.
+using TitleView = void (*)(platform::PSViewController& screen);
+void fadeInTitleLogo(platform::PSViewController& screen);
+void setTitleLabel(platform::PSViewController& screen);
+
+/// viewDidLoad: the share/follow button at the right, the title, before iOS 11 the logo for the back button
+/// of the screen pushed above, and the shared year if no screen has computed it yet.
+void chromeDidLoad(platform::PSViewController& screen, BarAction twitterAction, TitleView showTitle);
 
 /// viewWillAppear: saves the status-bar style and the bar's colours, then sets the product's.
 void chromeWillAppear(const platform::PSViewController& screen, SavedChrome& saved);

@@ -6,11 +6,17 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "platform/foundation/CalendarSource.h"
 #include "platform/foundation/DeviceFacts.h"
 #include "platform/foundation/DynamicLibraries.h"
 #include "platform/foundation/LogSink.h"
+#include "platform/foundation/MailService.h"
+#include "platform/foundation/NetworkSource.h"
+#include "platform/foundation/Processes.h"
+#include "platform/foundation/ToneSource.h"
 #include "platform/foundation/URLOpener.h"
 
 namespace doubles {
@@ -63,6 +69,71 @@ class FakeLibraries : public platform::DynamicLibraries {
     std::set<std::string, std::less<>> present;
 
     bool canOpen(std::string_view path) const override { return present.contains(path); }
+};
+
+/// Knows the calendars that it is given.
+class FakeCalendarSource : public platform::CalendarSource {
+  public:
+    std::vector<platform::CalendarEntry> entries;
+
+    std::vector<platform::CalendarEntry> calendars() override { return entries; }
+};
+
+/// Remembers the networks that it is given.
+class FakeNetworkSource : public platform::NetworkSource {
+  public:
+    std::vector<std::string> ssids;
+
+    std::vector<std::string> knownSSIDs() override { return ssids; }
+};
+
+/// Has the tones that it is given; each sounds like its identifier's bytes.
+class FakeToneSource : public platform::ToneSource {
+  public:
+    std::vector<platform::ToneEntry> entries{{"texttone:Calendar Alert", "Calendar Alert"},
+                                             {"texttone:Chord", "Chord"}};
+
+    std::vector<platform::ToneEntry> tones() override { return entries; }
+    platform::Result<platform::ToneSound> sound(std::string_view identifier) override {
+        if (std::ranges::find(entries, identifier, &platform::ToneEntry::identifier) == entries.end())
+            return platform::failure("There is no tone \"" + std::string(identifier) + "\".");
+        return platform::ToneSound{"audio/wav", platform::Data(identifier.begin(), identifier.end())};
+    }
+};
+
+/// Takes mails, unless it is told a reason not to, and keeps them.
+class FakeMailService : public platform::MailService {
+  public:
+    /// "" for no account.
+    std::string account;
+    std::optional<platform::Error> refusal;
+    std::vector<platform::MailDraft> sent;
+    std::vector<platform::MailDraft> saved;
+
+    bool canSend() const override { return !account.empty(); }
+    std::string senderAddress() const override { return account; }
+    platform::Result<void> send(const platform::MailDraft& draft) override { return take(draft, sent); }
+    platform::Result<void> save(const platform::MailDraft& draft) override { return take(draft, saved); }
+
+  private:
+    platform::Result<void> take(const platform::MailDraft& draft, std::vector<platform::MailDraft>& mails) {
+        if (refusal) return std::unexpected(*refusal);
+        mails.push_back(draft);
+        return {};
+    }
+};
+
+/// Has the processes that it is given, and remembers which were ended. They are there again at once.
+class FakeProcesses : public platform::Processes {
+  public:
+    std::set<std::string, std::less<>> running{"SpringBoard"};
+    std::vector<std::string> killed;
+
+    bool killProcessByName(std::string_view name) override {
+        if (!running.contains(name)) return false;
+        killed.emplace_back(name);
+        return true;
+    }
 };
 
 /// Keeps the log's lines. Usable from any thread.

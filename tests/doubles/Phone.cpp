@@ -30,6 +30,11 @@ void Phone::install() {
     phone.facts = facts;
     phone.urls = urls;
     phone.libraries = libraries;
+    phone.calendars = calendars;
+    phone.networks = networks;
+    phone.tones = tones;
+    phone.mail = mail;
+    phone.processes = processes;
     phone.log = log;
     platform::Device::install(std::move(phone));
     // A transport that refuses to start is what a test may want to see; it then connects itself.

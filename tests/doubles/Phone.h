@@ -32,6 +32,11 @@ class Phone {
     std::shared_ptr<FakeDeviceFacts> facts = std::make_shared<FakeDeviceFacts>();
     std::shared_ptr<FakeURLOpener> urls = std::make_shared<FakeURLOpener>();
     std::shared_ptr<FakeLibraries> libraries = std::make_shared<FakeLibraries>();
+    std::shared_ptr<FakeCalendarSource> calendars = std::make_shared<FakeCalendarSource>();
+    std::shared_ptr<FakeNetworkSource> networks = std::make_shared<FakeNetworkSource>();
+    std::shared_ptr<FakeToneSource> tones = std::make_shared<FakeToneSource>();
+    std::shared_ptr<FakeMailService> mail = std::make_shared<FakeMailService>();
+    std::shared_ptr<FakeProcesses> processes = std::make_shared<FakeProcesses>();
     std::shared_ptr<MemoryLog> log = std::make_shared<MemoryLog>();
 
     /// Installs the device again, after a member was exchanged or emptied, and connects it anew.

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include "conditions/eventstatus/QuietrixEventStatusController.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "conditions/ConditionScreen.h"
+#include "conditions/eventstatus/QXEventStatusTableCell.h"
+#include "shell/base/Localization.h"
+
+namespace quietrix {
+
+using platform::IndexPath;
+using platform::PSSpecifier;
+using platform::SpecifierArray;
+using platform::SpecifierList;
+
+PLATFORM_REGISTER_CLASS(QuietrixEventStatusController)
+
+namespace {
+
+/// In the order of the stored values; in the phone's language, looked up at each use.
+std::array<std::string, 4> statusTitles() {
+    return {localized("All"), localized("Accepted"), localized("Tentative"), localized("Declined/Cancelled")};
+}
+
+/// -1 for a title that no status has.
+std::int64_t statusOfTitle(std::string_view title) {
+    const auto titles = statusTitles();
+    const auto place = std::ranges::find(titles, title);
+    return place == titles.end() ? -1 : place - titles.begin();
+}
+
+}  // namespace
+
+SpecifierArray QuietrixEventStatusController::specifiers() {
+    if (specifiers_ && !specifiers_->empty()) return specifiers_;
+    auto rows = std::make_shared<SpecifierList>();
+    for (const auto& title : statusTitles()) {
+        const auto row = PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
+            title, nullptr, {}, {}, "", platform::PSCellType::StaticText, "");
+        row->setProperty_forKey(QXEventStatusTableCell::staticClass().name(), "cellClass");
+        row->setIdentifier(title);
+        rows->push_back(row);
+    }
+    specifiers_ = std::move(rows);
+    return specifiers_;
+}
+
+std::shared_ptr<PSSpecifier> QuietrixEventStatusController::rowAt(IndexPath path) {
+    return specifierAtIndex(indexForRow_inGroup(path.row, path.section));
+}
+
+std::shared_ptr<platform::PSTableCell> QuietrixEventStatusController::tableView_cellForRowAtIndexPath(
+    const Table& table, IndexPath path) {
+    auto cell = ProductScreen::tableView_cellForRowAtIndexPath(table, path);
+    const auto row = rowAt(path);
+    if (!cell || !row) return cell;
+    cell->textLabel()->setUserInteractionEnabled(true);
+    cell->setUserInteractionEnabled(true);
+    // Never seen: the cell empties this label and shows its own.
+    cell->textLabel()->setTextColor(platform::UIColor::redColor());
+    cell->setTag(path.row);
+    cell->setTintColor(customNavigationBarColor());
+    const auto profile = profileOfScreen(*this);
+    const std::int64_t chosen = profile ? profile->applyProfileEventStatus() : 0;
+    cell->setAccessoryType(statusOfTitle(row->identifier().value_or("")) == chosen
+                               ? platform::UITableViewCellAccessoryCheckmark
+                               : platform::UITableViewCellAccessoryNone);
+    cell->setNeedsLayout();
+    return cell;
+}
+
+void QuietrixEventStatusController::tableView_didSelectRowAtIndexPath(const Table& table, IndexPath path) {
+    const auto cell = table->cellForRowAtIndexPath(path);
+    table->deselectRowAtIndexPath_animated(path, false);
+    const auto row = rowAt(path);
+    if (!row) return;
+    const auto profile = profileOfScreen(*this);
+    const std::int64_t old = statusOfTitle(profile ? profile->applyProfileEventStatusString() : "");
+    if (const auto oldCell = table->cellForRowAtIndexPath({path.section, old}))
+        oldCell->setAccessoryType(platform::UITableViewCellAccessoryNone);
+    if (cell) cell->setAccessoryType(platform::UITableViewCellAccessoryCheckmark);
+    if (profile) profile->setApplyProfileEventStatus(statusOfTitle(row->identifier().value_or("")));
+    saveExistingProfile(*this);
+}
+
+bool QuietrixEventStatusController::rowCanBeSelected(IndexPath path) {
+    return rowAt(path) != nullptr;
+}
+
+}  // namespace quietrix

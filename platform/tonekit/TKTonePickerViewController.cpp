@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#include "platform/tonekit/TKTonePickerViewController.h"
+
+#include <algorithm>
+
+#include "platform/foundation/Device.h"
+
+namespace platform {
+
+PLATFORM_REGISTER_CLASS(TKTonePickerViewController)
+
+bool TKTonePickerViewController::respondsToSelector(std::string_view selector) const {
+    return selector == "setShowsToneStore:";
+}
+
+Result<void> TKTonePickerViewController::userChoseTone(const std::optional<std::string>& identifier) {
+    if (!identifier) {
+        if (!noneAtTop_) return failure("This tone picker has no \"None\" entry.");
+    } else {
+        const auto& source = Device::current().tones;
+        const auto tones = source ? source->tones() : std::vector<ToneEntry>();
+        if (std::ranges::find(tones, *identifier, &ToneEntry::identifier) == tones.end())
+            return failure("There is no tone \"" + *identifier + "\".");
+    }
+    // The delegate may take the picker off the screen.
+    const auto self = shared(this);
+    selected_ = identifier;
+    const auto delegate = delegate_.lock();
+    if (auto* told = dynamic_cast<TKTonePickerViewControllerDelegate*>(delegate.get()))
+        told->tonePickerViewController_selectedToneWithIdentifier(self, identifier);
+    return {};
+}
+
+}  // namespace platform

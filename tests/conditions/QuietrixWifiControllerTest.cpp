@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+#include "conditions/networks/QuietrixWifiController.h"
+#include "platform/preferences/PSSwitchTableCell.h"
+#include "shell/base/NotificationNames.h"
+#include "tests/conditions/PickerFixture.h"
+
+namespace quietrix {
+namespace {
+
+using platform::Dictionary;
+using platform::Value;
+
+class NetworksPicker : public ListPickerFixture<QuietrixWifiController> {
+  protected:
+    NetworksPicker() { phone_.networks->ssids = {"Office", "Café ☕", "Attic"}; }
+    bool isOn(std::string_view ssid) { return cellOf(ssid)->controlValue().isTrue(); }
+    void move(std::string_view ssid, bool on) { ASSERT_TRUE(cellOf(ssid)->userMovedControl(on)); }
+    using List = std::vector<std::string>;
+};
+
+TEST_F(NetworksPicker, rows_areTheKnownNetworksInTheirOrder) {
+    open();
+    const auto rows = ownRows();
+    ASSERT_EQ(phone_.networks->ssids.size(), rows.size());
+    for (std::size_t index = 0; index < rows.size(); ++index) {
+        const auto& row = *rows[index];
+        const std::string& ssid = phone_.networks->ssids[index];
+        EXPECT_EQ(ssid, row.name());
+        EXPECT_EQ(ssid, row.identifier());
+        EXPECT_EQ(platform::PSCellType::Switch, row.cellType());
+        EXPECT_EQ("QXSwitchCell", row.propertyForKey("cellClass").stringOr());
+        EXPECT_EQ("setPreferenceValue:specifier:", row.setter().selector());
+        EXPECT_FALSE(row.getter());
+        EXPECT_EQ(screen_, row.target());
+        EXPECT_EQ(Value(Dictionary{{"SSID", ssid}}), row.userInfo());
+    }
+}
+
+TEST_F(NetworksPicker, heldNetwork_showsItsSwitchOn) {
+    profile_->setWifiNetworks({"Attic"});
+    open();
+    EXPECT_FALSE(isOn("Office"));
+    EXPECT_TRUE(isOn("Attic"));
+    EXPECT_TRUE(screen_->isWiFiSelected("Attic"));
+    EXPECT_FALSE(screen_->isWiFiSelected("Elsewhere"));
+}
+
+TEST_F(NetworksPicker, switchedOff_isRemovedAndSaved) {
+    profile_->setWifiNetworks({"Attic", "Office"});
+    open();
+    move("Attic", false);
+    EXPECT_EQ(1U, updates());
+    EXPECT_EQ((List{"Office"}), stored()->wifiNetworks());
+}
+
+TEST_F(NetworksPicker, movedAnyWay_togglesWhatIsStored) {
+    open();
+    move("Office", false);
+    EXPECT_EQ((List{"Office"}), profile_->wifiNetworks()) << "off, and yet added: it was not there";
+    screen_->setPreferenceValue_specifier(true, screen_->specifierAtIndex(indexOf("Office")));
+    EXPECT_TRUE(profile_->wifiNetworks().empty());
+}
+
+TEST_F(NetworksPicker, saved_holdsTheStoresProfileAndNothingElse) {
+    open(Dictionary{{"leftover", "dropped"}});
+    move("Office", true);
+    EXPECT_EQ(2U, row_->userInfo().dictionary()->size()) << "only after the store has answered";
+    phone_.drain();
+    ASSERT_EQ(1U, row_->userInfo().dictionary()->size());
+    EXPECT_NE(profile_, shown());
+    EXPECT_EQ((List{"Office"}), shown()->wifiNetworks());
+}
+
+TEST_F(NetworksPicker, appliedStateChanged_holdsTheStoresProfileAndNothingElse) {
+    open(Dictionary{{"leftover", "dropped"}});
+    storeOtherValue("wifiNetworks", platform::Array{"Attic"});
+    const auto rows = *screen_->specifiers();
+    EXPECT_FALSE(isOn("Attic"));
+    post(ProfileAppliedStateChangedNotification);
+    EXPECT_EQ(1U, row_->userInfo().dictionary()->size());
+    EXPECT_EQ((List{"Attic"}), shown()->wifiNetworks());
+    EXPECT_EQ(rows, *screen_->specifiers());
+    const auto path = *screen_->indexPathForIndex(indexOf("Attic"));
+    const auto redrawn = screen_->tableView_cellForRowAtIndexPath(screen_->table(), path);
+    EXPECT_TRUE(redrawn->controlValue().isTrue());
+}
+
+TEST_F(NetworksPicker, twoOfOneName_areTwoRowsOfOneEntry) {
+    phone_.networks->ssids = {"Office", "Office"};
+    profile_->setWifiNetworks({"Office"});
+    open();
+    const auto rows = ownRows();
+    ASSERT_EQ(2U, rows.size());
+    EXPECT_EQ(rows[0]->identifier(), rows[1]->identifier());
+    EXPECT_NE(rows[0], rows[1]);
+    EXPECT_TRUE(screen_->cellAtIndex(0)->controlValue().isTrue());
+    EXPECT_TRUE(screen_->cellAtIndex(1)->controlValue().isTrue());
+    ASSERT_TRUE(screen_->cellAtIndex(1)->userMovedControl(false));
+    EXPECT_TRUE(profile_->wifiNetworks().empty());
+    phone_.drain();
+    screen_->reloadSpecifiers();
+    EXPECT_FALSE(screen_->cellAtIndex(0)->controlValue().isTrue());
+    EXPECT_FALSE(screen_->cellAtIndex(1)->controlValue().isTrue());
+}
+
+TEST_F(NetworksPicker, newProfile_isChangedInMemoryOnly) {
+    profile_->setNewProfile(true);
+    open();
+    move("Office", true);
+    EXPECT_EQ(0U, updates());
+    EXPECT_EQ((List{"Office"}), profile_->wifiNetworks());
+    EXPECT_EQ(profile_, shown());
+}
+
+TEST_F(NetworksPicker, networksLearntMeanwhile_comeWithTheNextScreen) {
+    open();
+    phone_.networks->ssids.push_back("Garden");
+    screen_->reloadSpecifiers();
+    EXPECT_EQ(-1, indexOf("Garden"));
+    screen_ = std::make_shared<QuietrixWifiController>();
+    screen_->setSpecifier(row_);
+    navigation_->pushViewController_animated(screen_, false);
+    EXPECT_EQ(3, indexOf("Garden"));
+}
+
+TEST_F(NetworksPicker, noNetworks_leaveTheScreenEmpty) {
+    phone_.networks->ssids.clear();
+    open();
+    EXPECT_TRUE(ownRows().empty());
+    EXPECT_TRUE(screen_->wifiSpecifiers()->empty());
+}
+
+TEST_F(NetworksPicker, failedSave_showsTheErrorAndKeepsTheSwitch) {
+    open();
+    failWrites();
+    move("Office", true);
+    phone_.drain();
+    ASSERT_NE(nullptr, alert());
+    EXPECT_EQ("Error", alert()->title());
+    EXPECT_TRUE(isOn("Office"));
+    EXPECT_EQ((List{"Office"}), profile_->wifiNetworks());
+}
+
+TEST_F(NetworksPicker, chrome_isTheProducts) {
+    open();
+    expectProductsChrome();
+}
+
+TEST_F(NetworksPicker, closed_isNotKeptAlive) {
+    open();
+    move("Office", true);
+    EXPECT_TRUE(closesForGood());
+    post(ProfileAppliedStateChangedNotification);
+}
+
+}  // namespace
+}  // namespace quietrix
