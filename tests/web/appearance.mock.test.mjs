@@ -15,6 +15,8 @@ const scenes = {
     long: (phone) => phone.show(phone.long(1000)),
     empty: (phone) => phone.show(phone.empty()),
     pane: (phone) => phone.show(phone.root(), phone.pane()),
+    unset: (phone) => phone.show(phone.root(), phone.pane(null, null)),
+    refusedHours: (phone) => { phone.show(phone.root(), phone.pane()); phone.perform({ do: 'pickTime', time: '6:00 PM' }); },
     tones: (phone) => phone.show(phone.root(), phone.tones()),
     alert: (phone) => phone.alert('Error', 'The profile could not be saved.'),
     activity: (phone) => phone.activity('Resetting'),
@@ -67,7 +69,7 @@ const overlapping = (page) => page.evaluate(() => {
 
 const sizes = { narrow: { width: 320, height: 640 }, phone: phoneSize, desk: deskSize };
 
-for (const scene of ['root', 'editor', 'plain', 'deleting', 'posting', 'editing']) {
+for (const scene of ['root', 'editor', 'plain', 'deleting', 'posting', 'editing', 'pane', 'modal']) {
     test(`Layout_${scene}_clipsAndOverlapsNothingAtAnySizeAndDirection`, async () => {
         const ui = await openPage(session, { arrange: scenes[scene] });
         const check = async (where) => {

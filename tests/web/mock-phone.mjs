@@ -6,6 +6,24 @@ const profile = (name, detailText) => row(1, name, {
     identifier: 'title', detailText, detailTextColour: pattern, editingStyle: 1, userInfo: { class: 'SampleProfile', identifier: name },
 });
 
+/** The active hours, the wheel on one of the two times. */
+const hours = (times, tag) => ({ rows: [`From ${times[0] ?? ''}`.trim(), `To ${times[1] ?? ''}`.trim()], selected: tag, tag, time: times[tag], times });
+
+function minuteOfDay(time) {
+    const [, hour, minute, half] = /^(\d+):(\d+) ([AP])M$/.exec(time);
+    return (Number(hour) % 12 + (half === 'P' ? 12 : 0)) * 60 + Number(minute);
+}
+
+/** What a report carries: a text, the beginning of a long one, other bytes, and nothing at all. */
+const mailed = [
+    { name: 'sample.log', type: 'mime', bytes: 58, preview: '2026-11-20T09:00:00Z one\n2026-11-20T09:00:01Z <b>two</b> é\n' },
+    { name: 'long.log', type: 'text/plain', bytes: 2_048_000, preview: 'a line of a log that goes on and on\n'.repeat(200) },
+    { name: 'picture.png', type: 'image/png', bytes: 2048, preview: null }, { name: 'empty', type: 'mime', bytes: 0, preview: '' },
+];
+
+/** What acts while something is presented. */
+const undisturbed = new Set(['choose', 'compose', 'state', 'wait', 'post', 'dark', 'advance', 'open']);
+
 export class MockPhone {
     constructor() {
         this.device = { darkMode: false, rightToLeft: false, language: 'en', scale: 2, idiom: 'phone' };
@@ -50,8 +68,8 @@ export class MockPhone {
         const hours = row(1, 'Active Hours', {
             text: null, height: 64, cellClass: 'SampleRangeCell',
             labels: [
-                { tag: 21, text: 'From', frame: [16, 10, 150, 20] }, { tag: 22, text: '9:00 AM', frame: [255, 10, 100, 20] },
-                { tag: 23, text: 'To', frame: [16, 34, 150, 20] }, { tag: 24, text: '5:00 PM', frame: [255, 34, 100, 20] },
+                { tag: 21, text: 'From', frame: [16, 10, 150, 20], colour: '#000000ff', alignment: 0 }, { tag: 22, text: '9:00 AM', frame: [255, 10, 100, 20], colour: '#007affff', alignment: 2 },
+                { tag: 23, text: 'To', frame: [16, 34, 150, 20], colour: '#000000ff', alignment: 0 }, { tag: 24, text: '5:00 PM', frame: [255, 34, 100, 20], colour: '#007affff', alignment: 2 },
             ],
         });
         const rows = [
@@ -74,6 +92,14 @@ export class MockPhone {
         };
     }
 
+    /** A switch that folds a number of rows away; the screen keeps its other rows. */
+    folding(count, on = true) {
+        const fold = toggle('Unfolded', on);
+        const folded = Array.from({ length: count }, (_unused, at) => row(1, `Folded ${at + 1}`));
+        const around = [group('Fold'), group('About', 'The end.'), row(1, 'Last')];
+        return { class: 'SampleFoldingController', title: 'Folding', bar: () => plainBar(), fold, rows: () => [around[0], fold, ...(fold.value ? folded : []), around[1], around[2]] };
+    }
+
     long(count) {
         const rows = [group('Ten thousand', 'The end of the list.')];
         for (let number = 1; number < count; number += 1) rows.push(row(1, `Row ${number}`));
@@ -82,11 +108,8 @@ export class MockPhone {
 
     empty() { return { class: 'SampleEmptyController', title: 'Empty', bar: () => plainBar(), rows: () => [] }; }
 
-    pane() {
-        return {
-            class: 'SampleHoursController', title: 'Active Hours', bar: () => plainBar(), rows: () => [],
-            pane: { rows: ['From 9:00 AM', 'To 5:00 PM'], selected: 0, tag: 5412, time: '9:00 AM' },
-        };
+    pane(from = '9:00 AM', to = '5:00 PM') {
+        return { class: 'SampleHoursController', title: 'Active Hours', bar: () => bar({ titleView: null, right: [] }), rows: () => [], pane: hours([from, to], 0) };
     }
 
     tones() {
@@ -122,7 +145,7 @@ export class MockPhone {
     /** Does what a command says; true when it could be done. */
     perform(command) {
         this.commands.push(command);
-        if (this.refuse.has(command.do)) return false;
+        if (this.refuse.has(command.do) || (this.presented && !undisturbed.has(command.do))) return false;
         const handler = this[`do_${command.do}`];
         if (!handler) return false;
         const done = handler.call(this, command);
@@ -133,8 +156,21 @@ export class MockPhone {
     do_state() { return true; }
     do_dark({ on }) { this.device = { ...this.device, darkMode: on }; return true; }
     do_link() { this.screens.push(this.plain('Event Status')); return true; }
-    do_pickTime({ time }) { this.screen.pane = { ...this.screen.pane, time }; return true; }
-    do_pickTimeRow({ row: selected }) { this.screen.pane = { ...this.screen.pane, selected }; return true; }
+    do_pickTimeRow({ row: picked }) { this.screen.pane = hours(this.screen.pane.times, picked); return true; }
+
+    do_pickTime({ time }) {
+        const { pane } = this.screen;
+        const times = pane.times.map((each, at) => (at === pane.tag ? time : each));
+        if (times.every(Boolean) && minuteOfDay(times[1]) <= minuteOfDay(times[0])) {
+            // The wheel stays on what was refused.
+            this.screen.pane = { ...pane, time };
+            this.alert('Error', "Invalid configuration, 'To' time cannot be less than 'From' time.");
+        } else {
+            this.screen.pane = hours(times, pane.tag);
+        }
+        return true;
+    }
+
     do_pickTone({ identifier }) { this.screen.tones = { ...this.screen.tones, selected: identifier }; return true; }
 
     do_back() {
@@ -150,7 +186,7 @@ export class MockPhone {
         else if (tapped.identifier === 'misc') this.screens.push(this.plain());
         else if (tapped.cellClass === 'SampleCalendarCell') tapped.accessory = tapped.accessory === 3 ? 0 : 3;
         else if (tapped.name === 'Reset Profiles') this.presented = { kind: 'confirmation', title: null, message: 'Reset all profiles?', actions: [{ title: 'OK', style: 'destructive' }, { title: 'Cancel', style: 'cancel' }] };
-        else if (tapped.name === 'Report Problem') this.presented = { kind: 'mail', subject: 'Problem', to: ['help@example.org'], body: '<p>Hello</p><p>It <b>rings</b>.</p><script>document.title="bad"</script>', html: true, attachments: [{ name: 'sample.log', type: 'text/plain', bytes: 2048 }] };
+        else if (tapped.name === 'Report Problem') this.presented = { kind: 'mail', from: 'me@example.net', subject: 'Problem', to: ['help@example.org'], body: '<p>Hello</p><p>It <b>rings</b>.</p><script>document.title="bad"</script>', html: true, attachments: mailed };
         else return false;
         return true;
     }

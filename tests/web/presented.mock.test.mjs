@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
-import { lastCommand, openPage, startBrowser, until } from './harness.mjs';
+import { accessibilityProblems, lastCommand, openPage, startBrowser, until } from './harness.mjs';
 
 let session;
 before(async () => { session = await startBrowser(); });
@@ -190,15 +190,143 @@ test('Social_posted_isSentWithItsTextCounted', async () => {
     await ui.close();
 });
 
-test('Mail_withMarkup_showsItsTextAndRunsNothing', async () => {
-    const ui = await openPage(session, { arrange: (phone) => phone.show(phone.root(), phone.plain()) });
+async function openMail(options = {}) {
+    const ui = await openPage(session, { ...options, arrange: (phone) => phone.show(phone.root(), phone.plain()) });
     await ui.page.getByRole('button', { name: 'Report Problem' }).click();
     await ui.page.getByRole('dialog', { name: 'Problem' }).waitFor();
+    return ui;
+}
+
+const question = (ui) => ui.page.getByRole('alertdialog', { name: 'Keep this mail as a draft?' });
+
+/** Waits for the composer to have been ended, and tells how. */
+async function ending(ui) {
+    await until(() => lastCommand(ui.phone, 'compose'), 'the composer was ended');
+    return lastCommand(ui.phone, 'compose').result;
+}
+
+test('Mail_withMarkup_showsItsTextAndRunsNothing', async () => {
+    const ui = await openMail();
     assert.equal(await ui.page.locator('.mail-body').textContent(), 'Hello\nIt rings.');
     assert.equal(await ui.page.locator('.mail-body *').count(), 0);
-    assert.match(await ui.page.locator('.attachments').textContent(), /sample\.log.*2/s);
-    await ui.page.getByRole('button', { name: 'Cancel' }).click();
-    await until(() => lastCommand(ui.phone, 'compose'), 'the cancelling was sent');
-    assert.equal(lastCommand(ui.phone, 'compose').result, 'cancelled');
     await ui.close();
+});
+
+test('Mail_opened_showsEveryFieldAndWhatIsAttached', async () => {
+    const ui = await openMail();
+    assert.deepEqual(await ui.page.locator('.mail-fields dt').allTextContents(), ['From:', 'To:', 'Subject:']);
+    assert.deepEqual(await ui.page.locator('.mail-fields dd').allTextContents(), ['me@example.net', 'help@example.org', 'Problem']);
+    const attached = (await ui.page.locator('.attachments li').allInnerTexts()).map((text) => text.split('\n').map((line) => line.trim()).filter(Boolean));
+    assert.deepEqual(attached[0], ['sample.log', 'mime', '58 byte', '2026-11-20T09:00:00Z one', '2026-11-20T09:00:01Z <b>two</b> é']);
+    assert.deepEqual(attached[1].slice(0, 3), ['long.log', 'text/plain', '2 MB']);
+    assert.equal(attached[1].at(-1), 'Only the beginning is shown.');
+    assert.deepEqual(attached[2], ['picture.png', 'image/png', '2 kB']);
+    assert.deepEqual(attached[3], ['empty', 'mime', '0 byte', 'The file is empty.']);
+    await ui.close();
+});
+
+test('Mail_attachment_isReadWithTheKeyboard', async () => {
+    const ui = await openMail();
+    const text = ui.page.getByRole('region', { name: 'long.log' });
+    await text.focus();
+    await ui.page.keyboard.press('End');
+    await ui.page.waitForFunction(() => document.querySelectorAll('.attachment-text')[1].scrollTop > 0);
+    await ui.close();
+});
+
+test('Mail_sent_isSentAtOnce', async () => {
+    const ui = await openMail();
+    await ui.page.getByRole('button', { name: 'Send' }).click();
+    assert.equal(await ending(ui), 'sent');
+    await ui.close();
+});
+
+for (const [name, result] of [['Delete Draft', 'cancelled'], ['Save Draft', 'saved']]) {
+    test(`Mail_cancelledWith${name.replace(' ', '')}_endsAs_${result}`, async () => {
+        const ui = await openMail();
+        await ui.page.getByRole('button', { name: 'Cancel' }).click();
+        await question(ui).waitFor();
+        assert.equal(lastCommand(ui.phone, 'compose'), undefined);
+        await ui.page.getByRole('button', { name }).click();
+        assert.equal(await ending(ui), result);
+        await ui.page.waitForFunction(() => !document.querySelector('.stage').inert);
+        await ui.close();
+    });
+}
+
+test('Mail_cancelledAndKept_isThereAsBefore', async () => {
+    const ui = await openMail();
+    for (let round = 0; round < 2; round += 1) {
+        await ui.page.getByRole('button', { name: 'Cancel' }).click();
+        await question(ui).waitFor();
+        await ui.page.getByRole('button', { name: 'Back to Mail' }).click();
+        await question(ui).waitFor({ state: 'detached' });
+        assert.equal(await ui.page.getByRole('button', { name: 'Cancel' }).evaluate((element) => element === document.activeElement), true);
+    }
+    assert.equal(lastCommand(ui.phone, 'compose'), undefined);
+    await ui.close();
+});
+
+test('Mail_escaped_asksAndTakesTheQuestionBack', async () => {
+    const ui = await openMail();
+    await ui.page.mouse.click(200, 20);
+    for (let round = 0; round < 2; round += 1) {
+        await ui.page.keyboard.press('Escape');
+        await question(ui).waitFor();
+        await ui.page.keyboard.press('Escape');
+        await question(ui).waitFor({ state: 'detached' });
+    }
+    assert.equal(lastCommand(ui.phone, 'compose'), undefined);
+    await ui.close();
+});
+
+test('MailQuestion_tabbed_keepsTheFocusInsideAndTheMailOut', async () => {
+    const ui = await openMail({ viewport: { width: 1280, height: 900 } });
+    await ui.page.keyboard.press('Escape');
+    await question(ui).waitFor();
+    assert.equal(await ui.page.locator('.composer-main').evaluate((element) => element.inert), true);
+    const focused = [];
+    for (const key of ['Tab', 'Tab', 'Tab', 'Tab', 'Shift+Tab', 'Shift+Tab']) {
+        await ui.page.keyboard.press(key);
+        focused.push(await ui.page.evaluate(() => document.activeElement.textContent));
+    }
+    assert.deepEqual(focused, ['Delete Draft', 'Save Draft', 'Back to Mail', 'Delete Draft', 'Back to Mail', 'Save Draft']);
+    await ui.close();
+});
+
+test('MailQuestion_asked_isAccessibleInLightAndDark', async () => {
+    const ui = await openMail();
+    await ui.page.keyboard.press('Escape');
+    await question(ui).waitFor();
+    assert.deepEqual(await accessibilityProblems(ui.page), []);
+    ui.phone.device = { ...ui.phone.device, darkMode: true };
+    ui.phone.changed();
+    ui.server.push();
+    await ui.page.waitForFunction(() => document.documentElement.dataset.theme === 'dark');
+    assert.equal(await question(ui).isVisible(), true);
+    assert.deepEqual(await accessibilityProblems(ui.page), []);
+    await ui.close();
+});
+
+test('MailQuestion_inAnotherLanguage_speaksIt', async () => {
+    const ui = await openMail();
+    ui.phone.device = { ...ui.phone.device, language: 'ar', rightToLeft: true };
+    ui.phone.changed();
+    ui.server.push();
+    await ui.page.getByRole('button', { name: 'إلغاء' }).click();
+    await ui.page.getByRole('button', { name: 'حفظ المسودة' }).click();
+    assert.equal(await ending(ui), 'saved');
+    await ui.close();
+});
+
+test('Social_cancelledOrEscaped_isDropped', async () => {
+    for (const leave of [(page) => page.getByRole('button', { name: 'Cancel' }).click(), (page) => page.keyboard.press('Escape')]) {
+        const ui = await openPage(session);
+        await ui.page.getByRole('button', { name: 'Twitter' }).click();
+        await ui.page.getByRole('button', { name: 'Share 😘' }).click();
+        await ui.page.getByRole('dialog', { name: 'Twitter' }).waitFor();
+        await leave(ui.page);
+        assert.equal(await ending(ui), 'cancelled');
+        await ui.close();
+    }
 });

@@ -13,6 +13,9 @@ import { Stage } from './stage';
 import { textsFor, type Texts } from './texts';
 import type { View } from './view';
 
+/** Stands for the wheel's time among the keys of rows. */
+const timeKey = 'wheel time';
+
 /** Carries states to the document and the user's actions to the application; knows nothing of what they mean. */
 export class App implements View {
     texts: Texts = textsFor(navigator.language);
@@ -25,7 +28,7 @@ export class App implements View {
     private readonly frame: Frame;
     private revision = -1;
     private announced = '';
-    /** Values on their way: the row's key, and the command that carries the last one. */
+    /** Values on their way: the row's key (or the wheel's), and the command that carries the last one. */
     private readonly pending = new Map<string, number>();
     private readonly fetching = new Set<number>();
     private lastFetch = '';
@@ -51,14 +54,20 @@ export class App implements View {
         this.connection.send({ ...command, ...(this.stage.page?.wanted ?? { from: 0, count: wholeListLimit }) });
     }
 
-    set(row: Row, value: boolean | number | string): void {
-        const wanted = this.stage.page?.wanted ?? { from: 0, count: wholeListLimit };
-        const id = this.connection.send({ do: 'set', row: row.index, value, ...wanted });
-        if (id !== null) this.pending.set(row.key, id);
-        else this.stage.redraw();
-    }
+    set(row: Row, value: boolean | number | string): void { this.submit(row.key, { do: 'set', row: row.index, value }); }
+
+    pickTime(time: string): void { this.submit(timeKey, { do: 'pickTime', time }); }
+
+    get timeHeld(): boolean { return this.pending.has(timeKey); }
 
     held(row: Row): boolean { return this.pending.has(row.key); }
+
+    private submit(key: string, command: Command): void {
+        const wanted = this.stage.page?.wanted ?? { from: 0, count: wholeListLimit };
+        const id = this.connection.send({ ...command, ...wanted });
+        if (id !== null) this.pending.set(key, id);
+        else this.stage.redraw();
+    }
 
     private opened(): void {
         // Another application may answer now, and it counts its revisions from the start.

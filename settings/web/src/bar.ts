@@ -8,7 +8,8 @@ import { styles } from './style';
 import { systemItemText } from './texts';
 import type { View } from './view';
 
-const systemItem = { add: 4, action: 9 } as const;
+/** The numbers of the system's own bar items that are told apart here. */
+export const systemItem = { done: 0, cancel: 1, save: 3, add: 4, action: 9 } as const;
 
 /** The navigation bar, with the room above it that the status bar covers. */
 export function barTemplate(screen: Screen, view: View): TemplateResult {
@@ -43,7 +44,7 @@ function backButton(back: NonNullable<Bar['back']>, view: View): TemplateResult 
 
 function barButton(item: BarItem, side: 'left' | 'right', at: number, view: View): TemplateResult {
     const press = (): void => view.act({ do: 'bar', side, item: at });
-    const strong = item.style === 2 || item.system === 0 || item.system === 3;
+    const strong = item.style === 2 || item.system === systemItem.done || item.system === systemItem.save;
     return html`<button class="bar-button ${strong ? 'strong' : ''}" type="button" data-side=${side} data-item=${at} @click=${press}>${face(item, view)}</button>`;
 }
 

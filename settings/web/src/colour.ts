@@ -20,6 +20,8 @@ export function themeColour(property: string): Rgb {
 /** The colour nearest to the wanted one that can be read on the ground. */
 export function legible(wanted: Rgb, ground: Rgb): Rgb {
     const towards = luminance(ground) > 0.18 ? black : white;
+    // Plain ink on the wrong ground is meant to be the text's colour, not a grey in between.
+    if (contrast(wanted, ground) < readable && (contrast(wanted, black) === 1 || contrast(wanted, white) === 1)) return towards;
     for (let step = 0; step <= 20; step += 1) {
         const candidate = mix(towards, wanted, step / 20);
         if (contrast(candidate, ground) >= readable) return candidate;

@@ -1,15 +1,35 @@
 // SPDX-License-Identifier: MIT
-import { html, nothing, type TemplateResult } from 'lit-html';
-import type { Mail, Social } from './protocol';
+import { html, nothing, render, type TemplateResult } from 'lit-html';
+import type { Attachment, Mail, Social } from './protocol';
 import type { View } from './view';
 
-function barTemplate(title: string, accept: string, view: View): TemplateResult {
-    const end = (result: string) => (): void => view.act({ do: 'compose', result });
+const keys = ['from', 'keepDraft', 'deleteDraft', 'saveDraft', 'backToMail', 'beginning', 'emptyFile'] as const;
+
+/** The words that only the composers have. */
+const tables: Readonly<Record<string, readonly string[]>> = {
+    en: ['From:', 'Keep this mail as a draft?', 'Delete Draft', 'Save Draft', 'Back to Mail', 'Only the beginning is shown.', 'The file is empty.'],
+    de: ['Von:', 'Diese Mail als Entwurf behalten?', 'Entwurf löschen', 'Entwurf sichern', 'Zurück zur Mail', 'Nur der Anfang wird gezeigt.', 'Die Datei ist leer.'],
+    fr: ['De :', 'Garder ce message comme brouillon ?', 'Supprimer le brouillon', 'Enregistrer le brouillon', 'Revenir au message', 'Seul le début est affiché.', 'Le fichier est vide.'],
+    es: ['De:', '¿Conservar este mensaje como borrador?', 'Eliminar borrador', 'Guardar borrador', 'Volver al mensaje', 'Solo se muestra el principio.', 'El archivo está vacío.'],
+    ja: ['差出人:', 'このメールを下書きとして残しますか？', '下書きを削除', '下書きを保存', 'メールに戻る', '先頭部分のみ表示しています。', 'ファイルは空です。'],
+    'zh-Hans': ['发件人：', '将此邮件保留为草稿吗？', '删除草稿', '存储草稿', '返回邮件', '仅显示开头部分。', '文件为空。'],
+    ar: ['من:', 'هل تريد الاحتفاظ بهذه الرسالة كمسودة؟', 'حذف المسودة', 'حفظ المسودة', 'العودة إلى الرسالة', 'تظهر البداية فقط.', 'الملف فارغ.'],
+};
+
+function words(language: string): Readonly<Record<(typeof keys)[number], string>> {
+    const base = language.split('-')[0] ?? 'en';
+    const table = tables[language] ?? tables[base === 'zh' ? 'zh-Hans' : base] ?? tables['en'];
+    return Object.fromEntries(keys.map((key, at) => [key, table?.[at] ?? ''])) as Record<(typeof keys)[number], string>;
+}
+
+const end = (result: string, view: View) => (): void => view.act({ do: 'compose', result });
+
+function barTemplate(title: string, accept: string, cancel: () => void, view: View): TemplateResult {
     return html`
         <div class="composer-bar">
-            <button class="bar-button" type="button" @click=${end('cancelled')}><span class="bar-text">${view.texts.cancel}</span></button>
+            <button class="bar-button" type="button" @click=${cancel}><span class="bar-text">${view.texts.cancel}</span></button>
             <h2 class="composer-title" dir="auto">${title}</h2>
-            <button class="bar-button strong" type="button" @click=${end('sent')}><span class="bar-text">${accept}</span></button>
+            <button class="bar-button strong" type="button" @click=${end('sent', view)}><span class="bar-text">${accept}</span></button>
         </div>`;
 }
 
@@ -27,26 +47,91 @@ function size(bytes: number, language: string): string {
     return new Intl.NumberFormat(language, { style: 'unit', unit, unitDisplay: 'short', maximumFractionDigits: 1 }).format(amount);
 }
 
-const mailTemplate = (mail: Mail, view: View): TemplateResult => html`
-    <div class="composer mail" tabindex="-1" role="dialog" aria-modal="true" aria-label=${mail.subject}>
-        ${barTemplate(mail.subject, view.texts.send, view)}
-        <div class="composer-scroll" tabindex="0" role="group" aria-label=${mail.subject}>
-            <dl class="mail-fields">
-                <div><dt>${view.texts.to}</dt><dd dir="auto">${mail.to.join(', ')}</dd></div>
-                <div><dt>${view.texts.subject}</dt><dd dir="auto">${mail.subject}</dd></div>
-            </dl>
-            <p class="mail-body" dir="auto">${readable(mail)}</p>
-            ${mail.attachments.length === 0 ? nothing : html`<ul class="attachments" role="list" aria-label=${view.texts.attachments}>
-                ${mail.attachments.map((item) => html`<li><span dir="auto">${item.name}</span><span class="size">${size(item.bytes, view.language)}</span></li>`)}
-            </ul>`}
-        </div>
-    </div>`;
+function attachmentTemplate(item: Attachment, view: View): TemplateResult {
+    const cut = item.preview !== null && new TextEncoder().encode(item.preview).length < item.bytes;
+    return html`
+        <li>
+            <p class="attachment-facts">
+                <span class="attachment-name" dir="auto">${item.name}</span>
+                <span class="small" dir="auto">${item.type}</span>
+                <span class="small">${size(item.bytes, view.language)}</span>
+            </p>
+            ${item.bytes === 0 ? html`<p class="small">${words(view.language).emptyFile}</p>` : nothing}
+            ${item.preview ? html`<pre class="attachment-text" dir="auto" tabindex="0" role="region" aria-label=${item.name}>${item.preview}</pre>` : nothing}
+            ${cut ? html`<p class="small">${words(view.language).beginning}</p>` : nothing}
+        </li>`;
+}
+
+const field = (name: string, value: string): TemplateResult | typeof nothing =>
+    value === '' ? nothing : html`<div><dt>${name}</dt><dd dir="auto">${value}</dd></div>`;
+
+/** The mails whose end is being asked for. */
+const asking = new WeakSet<Mail>();
+
+/** Asks what becomes of the mail, or takes the question back. */
+function ask(mail: Mail, view: View): void {
+    const composer = document.querySelector('.layer:not([inert]) > .composer.mail');
+    if (!(composer?.parentElement)) return;
+    if (!asking.delete(mail)) asking.add(mail);
+    render(mailTemplate(mail, view), composer.parentElement);
+    composer.querySelector<HTMLElement>(asking.has(mail) ? '.draft-choice' : '.bar-button')?.focus({ preventScroll: true });
+}
+
+/** The question keeps the keyboard to itself; Escape takes it back. */
+function askKey(event: KeyboardEvent, mail: Mail, view: View): void {
+    if (event.key !== 'Escape' && event.key !== 'Tab') return;
+    event.preventDefault();
+    event.stopPropagation();
+    if (event.key === 'Escape') {
+        ask(mail, view);
+        return;
+    }
+    const stops = [...(event.currentTarget as HTMLElement).querySelectorAll('button')];
+    const at = stops.indexOf(document.activeElement as HTMLButtonElement);
+    const next = event.shiftKey ? (at <= 0 ? stops.length - 1 : at - 1) : (at + 1) % stops.length;
+    stops[next]?.focus();
+}
+
+function askTemplate(mail: Mail, view: View): TemplateResult {
+    const own = words(view.language);
+    return html`
+        <div class="draft-question">
+            <div class="sheet draft-choice" tabindex="-1" role="alertdialog" aria-modal="true" aria-label=${own.keepDraft} @keydown=${(event: KeyboardEvent) => askKey(event, mail, view)}>
+                <div class="sheet-card">
+                    <div class="prompt-words"><p class="prompt-message">${own.keepDraft}</p></div>
+                    <button class="choice destructive" type="button" @click=${end('cancelled', view)}>${own.deleteDraft}</button>
+                    <button class="choice" type="button" @click=${end('saved', view)}>${own.saveDraft}</button>
+                </div>
+                <div class="sheet-card"><button class="choice cancel" type="button" @click=${() => ask(mail, view)}>${own.backToMail}</button></div>
+            </div>
+        </div>`;
+}
+
+function mailTemplate(mail: Mail, view: View): TemplateResult {
+    const own = words(view.language);
+    return html`
+        <div class="composer mail" tabindex="-1" role="dialog" aria-modal="true" aria-label=${mail.subject}>
+            <div class="composer-main" ?inert=${asking.has(mail)}>
+                ${barTemplate(mail.subject, view.texts.send, () => ask(mail, view), view)}
+                <div class="composer-scroll" tabindex="0" role="group" aria-label=${mail.subject}>
+                    <dl class="mail-fields">
+                        ${field(own.from, mail.from)} ${field(view.texts.to, mail.to.join(', '))} ${field(view.texts.subject, mail.subject)}
+                    </dl>
+                    <p class="mail-body" dir="auto">${readable(mail)}</p>
+                    ${mail.attachments.length === 0 ? nothing : html`<ul class="attachments" role="list" aria-label=${view.texts.attachments}>
+                        ${mail.attachments.map((item) => attachmentTemplate(item, view))}
+                    </ul>`}
+                </div>
+            </div>
+            ${asking.has(mail) ? askTemplate(mail, view) : nothing}
+        </div>`;
+}
 
 function socialTemplate(social: Social, title: string, view: View): TemplateResult {
     const length = [...new Intl.Segmenter(view.language).segment(social.text)].length;
     return html`
         <div class="composer social" tabindex="-1" role="dialog" aria-modal="true" aria-label=${title}>
-            ${barTemplate(title, view.texts.post, view)}
+            ${barTemplate(title, view.texts.post, end('cancelled', view), view)}
             <p class="social-text" dir="auto">${social.text}</p>
             <p class="social-count"><span class="unseen">${view.texts.characters}: </span>${new Intl.NumberFormat(view.language).format(length)}</p>
         </div>`;
@@ -54,6 +139,12 @@ function socialTemplate(social: Social, title: string, view: View): TemplateResu
 
 export const composerTemplate = (presented: Mail | Social, view: View): TemplateResult =>
     presented.kind === 'mail' ? mailTemplate(presented, view) : socialTemplate(presented, serviceName(presented.service), view);
+
+/** What Escape does: a post is dropped, a mail's end is asked for. */
+export function leaveComposer(presented: Mail | Social, view: View): void {
+    if (presented.kind === 'mail') ask(presented, view);
+    else end('cancelled', view)();
+}
 
 /** The service's own name, from its identifier. */
 export const serviceName = (service: string): string => service.replace(/^SLServiceType(Sina)?/, '');

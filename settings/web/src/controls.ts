@@ -47,6 +47,8 @@ export function textControl(row: Row, view: View): TemplateResult {
     const caps = row.properties['autoCaps'];
     const commit = (event: Event): void => {
         const field = event.target as HTMLInputElement;
+        // What is presented over the screen has taken the focus, and will give it back; until then nothing could be sent.
+        if (field.closest('[inert]')) return;
         release(event);
         if (field.value !== field.dataset['committed']) view.set(row, field.value);
     };
@@ -54,7 +56,11 @@ export function textControl(row: Row, view: View): TemplateResult {
         const field = event.target as HTMLInputElement;
         // An input method takes the return key for itself while it composes.
         if (event.isComposing) return;
-        if (event.key === 'Escape') field.value = field.dataset['committed'] ?? '';
+        if (event.key === 'Escape') {
+            field.value = field.dataset['committed'] ?? '';
+            // Spent on the field; the sheet that the field is on stays.
+            event.preventDefault();
+        }
         if (event.key === 'Enter' || event.key === 'Escape') field.blur();
     };
     return html`

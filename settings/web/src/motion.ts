@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Durations and easing are custom properties of the style sheet, which sets the durations to nothing under reduced motion.
 
-export type Duration = '--push-time' | '--sheet-time' | '--alert-time' | '--rows-time' | '--logo-time';
+export type Duration = '--push-time' | '--sheet-time' | '--alert-time' | '--rows-time' | '--logo-time' | '--wheel-roll' | '--wheel-glide';
 
 const running = new WeakMap<Element, Animation>();
 
-function milliseconds(duration: Duration): number {
+/** A duration as the style sheet has it now. */
+export function milliseconds(duration: Duration): number {
     const value = getComputedStyle(document.documentElement).getPropertyValue(duration).trim();
     const time = Number.parseFloat(value);
     if (!Number.isFinite(time)) return 0;
@@ -14,6 +15,9 @@ function milliseconds(duration: Duration): number {
 
 /** 1 where reading goes to the right, -1 where it goes to the left. */
 export const direction = (): 1 | -1 => (document.documentElement.dir === 'rtl' ? -1 : 1);
+
+/** Whether animate() moves an element at this moment. */
+export const isMoving = (element: Element): boolean => running.has(element);
 
 /** Ends what animate() has begun on an element; the element is at once where it belongs. */
 export function settle(element: Element): void {

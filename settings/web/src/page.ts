@@ -6,10 +6,11 @@ import { chevron, emptyTray } from './icons';
 import { RowIdentity } from './identity';
 import { ListWindow } from './listwindow';
 import { paneTemplate, tonesTemplate } from './panes';
-import type { Row, Screen } from './protocol';
+import type { Pane, Row, Screen } from './protocol';
 import { captureLayout, playChange } from './rowmotion';
 import { RowStore, type Window } from './rowstore';
 import { enableSwipe } from './swipe';
+import { TimeWheel } from './timewheel';
 import type { ListUse, View } from './view';
 
 function element(className: string, parent?: HTMLElement): HTMLElement {
@@ -34,6 +35,7 @@ export class PageView implements ListUse {
     private readonly below = element('below', this.inner);
     private readonly identity = new RowIdentity();
     private readonly window: ListWindow;
+    private wheel: TimeWheel | null = null;
     private scheduled = 0;
     private scrollTop = 0;
     private order = '';
@@ -43,6 +45,7 @@ export class PageView implements ListUse {
         this.ghosts.setAttribute('aria-hidden', 'true');
         this.window = new ListWindow(this.body, this.list, this.store, () => this.schedule());
         enableSwipe(this.list, (name) => this.uncover(name));
+        for (const part of [this.bar, this.body]) part.addEventListener('click', (event) => this.endMove(event), { capture: true });
         // A tap elsewhere covers the delete button again; one on a row has done so by now, and nothing else.
         this.body.addEventListener('click', (event) => {
             const row = (event.target as Element).closest<HTMLElement>('.row');
@@ -58,7 +61,10 @@ export class PageView implements ListUse {
         this.store.update(screen, revision);
         this.window.update(count !== this.store.count);
         const order = this.order;
+        const hadFocus = this.list.contains(document.activeElement);
         this.draw();
+        // The row in use is gone; the keyboard goes on from the screen's title and not from the page's beginning.
+        if (hadFocus && !this.list.contains(document.activeElement)) this.focusHeading();
         if (before && order !== this.order) playChange(before, this.list, this.ghosts, this.body.getBoundingClientRect());
     }
 
@@ -70,6 +76,7 @@ export class PageView implements ListUse {
         this.identity.update([...new Set([...rows, ...groups])]);
         this.order = rows.map((row) => this.identity.of(row)).join();
         this.list.classList.toggle('whole', this.store.whole);
+        this.inner.classList.toggle('with-wheel', this.screen.pane !== null);
         render(barTemplate(this.screen, this.view), this.bar);
         render(sectionsTemplate(slots, this.store, this, this.view), this.list);
         render(this.extras(), this.below);
@@ -99,6 +106,7 @@ export class PageView implements ListUse {
         const active = document.activeElement;
         this.lastFocus = active instanceof HTMLElement && (this.body.contains(active) || this.bar.contains(active)) ? active : null;
         this.uncovered = null;
+        this.wheel?.abandon();
     }
 
     /** To be called when the page is back in the document. */
@@ -126,11 +134,23 @@ export class PageView implements ListUse {
         });
     }
 
+    // A move of the wheel that has not come to rest belongs to what was shown before the click.
+    private endMove(event: Event): void {
+        if (!this.wheel?.element.contains(event.target as Node)) this.wheel?.finish();
+    }
+
+    /** The one wheel of this page, on the pane's time. */
+    private wheelOf(pane: Pane): HTMLElement {
+        this.wheel ??= new TimeWheel((time) => this.view.pickTime(time), () => this.view.timeHeld);
+        this.wheel.show(pane.time, pane.rows[pane.tag] ?? '', this.view.texts);
+        return this.wheel.element;
+    }
+
     private extras(): TemplateResult {
         const { screen, view } = this;
         const empty = screen.count === 0 && screen.links.length === 0 && !screen.pane && !screen.tones;
         return html`
-            ${screen.pane ? paneTemplate(screen.pane, view) : nothing}
+            ${screen.pane ? paneTemplate(screen.pane, this.wheelOf(screen.pane), view) : nothing}
             ${screen.tones ? tonesTemplate(screen.tones, view) : nothing}
             ${screen.links.length === 0 ? nothing : html`<section class="group links">
                 <div class="head untitled"></div>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 import { html, nothing, type TemplateResult } from 'lit-html';
 import type { Action, Presented, Prompt } from './protocol';
-import { composerTemplate, serviceName } from './composers';
+import { composerTemplate, leaveComposer, serviceName } from './composers';
 import type { View } from './view';
 
 const choose = (action: Action, view: View) => (): void => view.act({ do: 'choose', action: action.title });
@@ -62,7 +62,7 @@ export function presentedLabel(presented: Presented, view: View): string {
 /** What Escape does: the cancelling way out, where there is one. */
 export function escape(presented: Presented, view: View): void {
     if (presented.kind === 'mail' || presented.kind === 'social') {
-        view.act({ do: 'compose', result: 'cancelled' });
+        leaveComposer(presented, view);
         return;
     }
     const way = presented.actions.find((action) => action.style === 'cancel');

@@ -5,7 +5,8 @@ export type Colour = string | { pattern: string; alpha: number } | null;
 export type Frame = readonly [number, number, number, number];
 
 export interface BarItem { title: string | null; image: string | null; system: number | null; style: number; action: string | null }
-export interface Label { tag: number; text: string; frame: Frame }
+/** Alignment: 0 to the start, 1 centred, 2 to the end. */
+export interface Label { tag: number; text: string; frame: Frame; colour: Colour; alignment: number }
 
 export interface Row {
     key: string;
@@ -46,7 +47,8 @@ export interface Bar {
     right: readonly BarItem[];
 }
 
-export interface Pane { rows: readonly string[]; selected: number; time: string | null }
+/** The active hours: their two lines, the highlighted one, and the one (tag) whose time the wheel shows. */
+export interface Pane { rows: readonly string[]; selected: number; tag: number; time: string | null }
 export interface Tones { selected: string | null; noneAtTop: boolean; list: readonly { identifier: string; name: string }[] }
 
 export interface Screen {
@@ -65,9 +67,11 @@ export interface Screen {
 
 export interface Action { title: string; style: string }
 export interface Prompt { kind: 'alert' | 'sheet' | 'confirmation' | 'activity'; title: string | null; message: string | null; actions: readonly Action[] }
+/** `preview` is the beginning of a text, null for what is none. */
+export interface Attachment { name: string; type: string; bytes: number; preview: string | null }
 export interface Mail {
-    kind: 'mail'; subject: string; to: readonly string[]; body: string; html: boolean;
-    attachments: readonly { name: string; bytes: number }[];
+    kind: 'mail'; from: string; to: readonly string[]; subject: string; body: string; html: boolean;
+    attachments: readonly Attachment[];
 }
 export interface Social { kind: 'social'; service: string; text: string }
 export type Presented = Prompt | Mail | Social;
@@ -103,7 +107,7 @@ function frame(value: unknown): Frame | null {
 function label(value: unknown): Label | null {
     const source = bag(value);
     const place = frame(source?.['frame']);
-    return source && place ? { tag: number(source['tag'], 0), text: text(source['text']) ?? '', frame: place } : null;
+    return source && place ? { tag: number(source['tag'], 0), text: text(source['text']) ?? '', frame: place, colour: colour(source['colour']), alignment: number(source['alignment'], 0) } : null;
 }
 
 function row(value: unknown): Row | null {
@@ -167,7 +171,7 @@ function bar(value: unknown): Bar {
 
 function pane(value: unknown): Pane | null {
     const source = bag(value);
-    return source ? { rows: list(source['rows'], text), selected: number(source['selected'], 0), time: text(source['time']) } : null;
+    return source ? { rows: list(source['rows'], text), selected: number(source['selected'], 0), tag: number(source['tag'], 0), time: text(source['time']) } : null;
 }
 
 function tones(value: unknown): Tones | null {
@@ -200,14 +204,19 @@ function screen(value: unknown): Screen | null {
     };
 }
 
+function attachment(value: unknown): Attachment {
+    const source = bag(value);
+    return { name: text(source?.['name']) ?? '', type: text(source?.['type']) ?? '', bytes: number(source?.['bytes'], 0), preview: text(source?.['preview']) };
+}
+
 function presented(value: unknown): Presented | null {
     const source = bag(value);
     if (!source) return null;
     const kind = text(source['kind']);
     if (kind === 'mail') {
         return {
-            kind, subject: text(source['subject']) ?? '', to: list(source['to'], text), body: text(source['body']) ?? '', html: source['html'] === true,
-            attachments: list(source['attachments'], (item) => ({ name: text(bag(item)?.['name']) ?? '', bytes: number(bag(item)?.['bytes'], 0) })),
+            kind, from: text(source['from']) ?? '', subject: text(source['subject']) ?? '', to: list(source['to'], text), body: text(source['body']) ?? '', html: source['html'] === true,
+            attachments: list(source['attachments'], attachment),
         };
     }
     if (kind === 'social') return { kind, service: text(source['service']) ?? '', text: text(source['text']) ?? '' };

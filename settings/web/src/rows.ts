@@ -87,14 +87,16 @@ function cellShape(row: Row): string {
 
 function contents(row: Row, view: View): TemplateResult {
     const ground = themeColour('--row');
-    const title = row.text ?? (row.labels.length > 0 ? null : row.name);
+    const labelled = row.labels.length > 0;
+    const title = row.text ?? (labelled ? null : row.name);
     const detail = row.detailText ?? (row.kind === cellKind.titleValue && typeof row.value === 'string' ? row.value : null);
     const bare = row.kind === cellKind.slider && row.titleFrame === null;
     return html`
         ${rowIcon(row, view)}
-        ${row.labels.length > 0 ? html`<span class="unseen">${title ?? row.name}</span>${row.labels.map((label) => ownLabel(label, row, ground))}` : nothing}
+        ${title !== null && labelled ? html`<span class="unseen">${title}</span>` : nothing}
+        ${labelled ? html`<span class="own-labels">${inReadingOrder(row.labels).map((label) => html`${ownLabel(label, row, ground)} `)}</span>` : nothing}
         <span class="words">
-            ${title === null || bare || row.labels.length > 0 ? nothing : html`<span class="title" dir="auto">${title}</span>`}
+            ${title === null || bare || labelled ? nothing : html`<span class="title" dir="auto">${title}</span>`}
             ${detail === null || detail === '' ? nothing : html`<span class="detail" dir="auto" ${styles({ color: textColour(row.detailTextColour, ground) })}>${detail}</span>`}
             ${control(row, view)}
         </span>
@@ -132,12 +134,18 @@ const opens = (row: Row): boolean => row.cellClass === null || row.labels.length
 function ownLabel(label: Label, row: Row, ground: ReturnType<typeof themeColour>): TemplateResult {
     const [x, y, width, height] = label.frame;
     const trailing = x >= layoutWidth / 2;
+    const edge = `${trailing ? Math.max(0, layoutWidth - x - width) : x}px`;
     const alone = row.labels.length === 1;
-    return html`<span class="own-label ${trailing ? 'trailing' : ''} ${alone ? 'alone' : ''}" ${styles({
+    return html`<span class="own-label ${alone ? 'alone' : ''} ${['', 'middle', 'end'][label.alignment] ?? ''}" ${styles({
         top: `${y / 16}rem`,
-        height: `${height / 16}rem`,
-        'inset-inline-start': trailing ? null : `${x}px`,
-        'inset-inline-end': trailing ? `${Math.max(0, layoutWidth - x - width)}px` : null,
-        color: alone ? textColour(row.tint, ground) : null,
-    })}><span dir="auto">${label.text}</span></span>`;
+        '--label-width': alone ? null : `${width / 16}rem`,
+        '--label-height': `${height / 16}rem`,
+        '--edge': edge,
+        'inset-inline-start': trailing ? null : edge,
+        'inset-inline-end': trailing ? edge : null,
+        color: textColour(label.colour ?? (alone ? row.tint : null), ground),
+    })}><span class="own-text" dir="auto">${label.text}</span></span>`;
 }
+
+/** From top to bottom, and in a line from its start: the order in which the labels are read. */
+const inReadingOrder = (labels: readonly Label[]): Label[] => [...labels].sort((one, other) => one.frame[1] - other.frame[1] || one.frame[0] - other.frame[0]);

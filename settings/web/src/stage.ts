@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+import { systemItem } from './bar';
 import { animate, direction, presentTransform } from './motion';
 import { PageView } from './page';
 import type { Screen } from './protocol';
@@ -88,6 +89,7 @@ export class Stage {
 
     constructor(private readonly view: View, private readonly needsRows: (page: PageView, beside: readonly number[]) => void) {
         this.element.className = 'stage';
+        document.addEventListener('keydown', (event) => this.escape(event));
     }
 
     get page(): PageView | null { return this.navigators.at(-1)?.page ?? null; }
@@ -118,6 +120,19 @@ export class Stage {
 
     /** Draws the top page again, after something it depends on beside the state has changed. */
     redraw(): void { this.page?.draw(); }
+
+    // A sheet that can be cancelled is cancelled; nothing else on a screen is pressed by Escape.
+    private escape(event: KeyboardEvent): void {
+        const screen = this.page?.screen;
+        if (event.key !== 'Escape' || event.defaultPrevented || event.isComposing || this.element.inert || !screen || screen.modals === 0) return;
+        for (const side of ['left', 'right'] as const) {
+            const item = screen.bar[side].findIndex((each) => each.system === systemItem.cancel);
+            if (item < 0) continue;
+            event.preventDefault();
+            this.view.act({ do: 'bar', side, item });
+            return;
+        }
+    }
 
     private present(screen: Screen, covered: PageView | null): Navigator {
         const navigator = new Navigator(screen.modals);

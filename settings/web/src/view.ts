@@ -11,6 +11,10 @@ export interface View {
     act(command: Command): void;
     /** Sends a control's new value, and keeps the control to the user until the answer is there. */
     set(row: Row, value: boolean | number | string): void;
+    /** Sends the time that the wheel has been moved to. */
+    pickTime(time: string): void;
+    /** Whether a time is on its way. */
+    readonly timeHeld: boolean;
     /** Whether a value of this row is on its way. */
     held(row: Row): boolean;
 }
