@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "device/FaultLog.h"
+#include "platform/foundation/CalendarSource.h"
+
+namespace device {
+
+/// The calendars in a directory of the host, as synchronising programs leave them:
+///
+///     ACCOUNT/FOLDER/           a calendar: its .ics files, and the files "displayname" and "color" if it
+///     has any ACCOUNT/FILE.ics          a calendar: its name and colour are properties of the file
+///
+/// In the order of the paths. A calendar is identified by its path within the directory. It is called what it
+/// says, else what its folder or file (without the extension) is called; one without a colour gets one that
+/// goes with its identifier. No folder is searched for its events, and of a file only the head is read.
+/// Hidden files and folders, and what is neither a folder nor an .ics file, are passed over; symbolic links
+/// are followed. What is broken or cannot be read is left out, with one log line until it changes; a bad
+/// colour only counts as none. A directory that does not exist has no calendars.
+class CalendarFolders : public platform::CalendarSource {
+  public:
+    /// Where the phone has its calendars, as one of its own paths.
+    static constexpr const char* phonePath = "/var/mobile/Library/Calendars";
+
+    explicit CalendarFolders(std::filesystem::path directory);
+
+    std::vector<platform::CalendarEntry> calendars() override;
+
+  private:
+    struct Description;
+
+    std::vector<std::filesystem::directory_entry> visibleEntries(const std::filesystem::path& directory);
+    void appendAccount(const std::filesystem::path& account, std::vector<platform::CalendarEntry>& calendars);
+    Description describeFolder(const std::filesystem::path& folder);
+    std::optional<Description> describeFile(const std::filesystem::path& file);
+    std::optional<std::string> shortText(const std::filesystem::path& file);
+    platform::CalendarEntry entry(const std::filesystem::path& path, const Description& description);
+    bool isAbove(const std::filesystem::path& folder, const std::filesystem::path& account) const;
+
+    std::filesystem::path directory_;
+    FaultLog faults_;
+};
+
+}  // namespace device

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/foundation/Error.h"
+
+namespace device {
+
+/// What an iCalendar file says of the calendar itself.
+struct CalendarHead {
+    /// As many bytes of a file as are worth looking at: events come after the calendar's own properties.
+    static constexpr std::size_t maximumSize = std::size_t{64} << 10;
+
+    /// The text of the first property of its kind; the bytes are the file's and need not be UTF-8.
+    std::optional<std::string> name;
+    std::optional<std::string> colour;
+
+    /// Reads the calendar's own properties, up to the first component within it; the rest, the recurrence
+    /// rules included, is never looked at. `text` is the file or its beginning. The error completes a
+    /// sentence about the file, "does not begin with BEGIN:VCALENDAR".
+    static platform::Result<CalendarHead> parse(std::string_view text);
+};
+
+}  // namespace device

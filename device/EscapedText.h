@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace device {
+
+/// Bytes that nobody promised to be UTF-8 (names of files, of networks) as valid UTF-8. Valid text stays as
+/// it is, but for text that looks like the escape of something: "\x" with two capital hexadecimal digits. All
+/// else has each invalid byte and each backslash as such an escape. Different bytes give different texts, so
+/// the text can stand for the bytes.
+std::string escapedText(std::string_view bytes);
+
+}  // namespace device

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "platform/foundation/NetworkSource.h"
+
+namespace device {
+
+/// The remembered networks in a property-list file of the host: an array of dictionaries, each with the
+/// network's name under "SSID".
+class NetworkListFile : public platform::NetworkSource {
+  public:
+    /// What it means that the file is not there.
+    enum class Missing { IsEmpty, IsAFault };
+
+    /// Where the phone has the file, as one of its own paths.
+    static constexpr const char* phonePath = "/var/mobile/Library/Preferences/known-networks.plist";
+
+    NetworkListFile(std::string path, Missing missing);
+
+    /// A file that is no such list is logged at each call, and gives nothing; so is, once for all of them,
+    /// what has no name, and is left out.
+    std::vector<std::string> knownSSIDs() override;
+
+  private:
+    std::string path_;
+    Missing missing_;
+};
+
+}  // namespace device
