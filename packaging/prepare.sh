@@ -40,8 +40,10 @@ need_commands() {
 }
 
 prepare_build() {
-    need_packages g++ libboost1.81-dev libboost-json1.81-dev libcli11-dev
+    need_packages g++ libboost1.81-dev libboost-json1.81-dev libcli11-dev libgmime-3.0-dev \
+        libglib2.0-dev libical-dev libsdbus-c++-dev
     need_commands cmake cmake
+    need_commands pkgconf pkg-config
     need_commands ninja-build ninja
     need_commands nodejs node
     need_commands npm npm
@@ -50,7 +52,7 @@ prepare_build() {
 prepare_tests() {
     prepare_build
     need_packages libgtest-dev libgmock-dev libbenchmark-dev clang-19 clang-tidy-19 clang-format-19 \
-        libclang-rt-19-dev chromium fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji
+        libclang-rt-19-dev dbus python3-dbusmock chromium fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji
     need_commands python3 python3
     need_commands git git
 }

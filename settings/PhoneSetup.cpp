@@ -7,17 +7,24 @@
 #include <utility>
 
 #include "device/BrowserURLOpener.h"
+#include "device/CalendarFolders.h"
 #include "device/ConfiguredLibraries.h"
 #include "device/DatagramTransport.h"
+#include "device/DesktopMail.h"
 #include "device/FreshRoot.h"
+#include "device/NetworkListFile.h"
+#include "device/NetworkManagerNetworks.h"
 #include "device/RootFileSystem.h"
 #include "device/SettableDeviceFacts.h"
 #include "device/StandardErrorLog.h"
 #include "device/SystemClock.h"
+#include "device/SystemShell.h"
+#include "device/ThemeTones.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/DarwinNotificationCenter.h"
 #include "platform/foundation/Device.h"
 #include "platform/foundation/FileManager.h"
+#include "platform/tonekit/ToneScreen.h"
 #include "settings/BundleOpening.h"
 
 namespace settings {
@@ -46,6 +53,17 @@ Result<void> linkDirectory(const platform::FileSystem& files, std::string_view p
     }
     return platform::failure("\"" + link.string() + "\" could not be linked to \"" + target.string() +
                              "\": " + error.message() + ".");
+}
+
+std::shared_ptr<platform::NetworkSource> networkSource(const device::DeviceOptions::Networks& networks,
+                                                       const platform::FileSystem& files) {
+    using Source = device::DeviceOptions::Networks::Source;
+    using device::NetworkListFile;
+    if (networks.source == Source::System) return std::make_shared<device::NetworkManagerNetworks>();
+    if (networks.source == Source::File)
+        return std::make_shared<NetworkListFile>(networks.file, NetworkListFile::Missing::IsAFault);
+    return std::make_shared<NetworkListFile>(files.hostPath(NetworkListFile::phonePath),
+                                             NetworkListFile::Missing::IsEmpty);
 }
 
 }  // namespace
@@ -94,7 +112,16 @@ void PhoneSetup::install(const PhoneOptions& options) {
     phone.libraries = std::make_shared<device::ConfiguredLibraries>(
         device.statusBarLibrary ? device::StatusBarLibrary::Present : device::StatusBarLibrary::Absent,
         files_);
+    phone.calendars = std::make_shared<device::CalendarFolders>(
+        device.calendars.value_or(files_->hostPath(device::CalendarFolders::phonePath)));
+    phone.networks = networkSource(device.networks, *files_);
+    phone.tones = std::make_shared<device::ThemeTones>(device::SoundThemes(
+        device.tones ? std::vector<fs::path>{*device.tones} : device::SoundThemes::systemDirectories()));
+    phone.mail = std::make_shared<device::DesktopMail>(device.mailAccount);
+    phone.processes = std::make_shared<device::SystemShell>(
+        options.systemShell, std::filesystem::absolute(options.rootDirectory).string());
     platform::Device::install(std::move(phone));
+    for (const auto& name : device.toneController) platform::makeToneScreenClassExist(name);
     platform::Bundle::setMainBundlePath(std::string(applicationPath));
 }
 

@@ -18,6 +18,8 @@ struct PhoneOptions {
     /// The application's own bundle.
     std::string resourceDirectory;
     device::DeviceOptions device;
+    /// The program of the system shell.
+    std::string systemShell;
 };
 
 /// The phone that the application runs on: a root directory made ready, the device's services installed for

@@ -8,7 +8,9 @@
 
 namespace settings {
 
-/// The state's "presented": an alert, a sheet, a confirmation or a composer; nil for null. Main thread.
+/// The state's "presented": an alert, a sheet, a confirmation, an activity (an alert without buttons, which
+/// only the program can close) or a composer; nil for null. Of an attachment that is a text, the beginning
+/// comes along to be read. Main thread.
 platform::Value presentedValue(const std::shared_ptr<platform::UIViewController>& presented);
 
 }  // namespace settings

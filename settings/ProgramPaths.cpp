@@ -13,6 +13,10 @@ ProgramPaths ProgramPaths::ofThisProgram() {
     return ProgramPaths(fs::read_symlink("/proc/self/exe", error).parent_path());
 }
 
+std::string ProgramPaths::systemShell() const {
+    return (programDirectory_ / "../libexec/quietrix/SpringBoard").lexically_normal().string();
+}
+
 std::optional<std::string> ProgramPaths::find(const char* name) const {
     for (const char* share : {"share/quietrix", "share"}) {
         std::error_code error;

@@ -22,6 +22,8 @@ class ProgramPaths {
     std::optional<std::string> resources() const { return find("Settings"); }
     /// The browser page; empty when it was not built.
     std::optional<std::string> page() const { return find("page"); }
+    /// The phone's system shell, in "../libexec/quietrix" of either tree; it need not be there.
+    std::string systemShell() const;
 
   private:
     std::optional<std::string> find(const char* name) const;

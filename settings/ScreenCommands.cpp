@@ -2,8 +2,11 @@
 #include "settings/ScreenCommands.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
+#include <utility>
 
+#include "platform/messageui/MFMailComposeViewController.h"
 #include "platform/preferences/PSPlaceholderController.h"
 #include "platform/social/SLComposeViewController.h"
 #include "platform/uikit/UIAlertController.h"
@@ -14,6 +17,8 @@
 namespace settings {
 
 using platform::failure;
+using platform::MFMailComposeResult;
+using platform::MFMailComposeViewController;
 using platform::Result;
 using platform::SLComposeViewController;
 using platform::UIAlertController;
@@ -63,19 +68,44 @@ Result<void> chooseAction(Application& /*application*/, const CommandFields& fie
     return {};
 }
 
+namespace {
+
+Result<void> endPost(SLComposeViewController& composer, const std::string& result) {
+    if (result == "sent") {
+        composer.finish(SLComposeViewController::Outcome::Sent);
+    } else if (result == "cancelled") {
+        composer.finish(SLComposeViewController::Outcome::Cancelled);
+    } else {
+        return failure("A post cannot end as \"" + result + "\": it is \"sent\" or \"cancelled\".");
+    }
+    return {};
+}
+
+Result<void> endMail(MFMailComposeViewController& composer, const std::string& result) {
+    constexpr std::array results{std::pair{"cancelled", MFMailComposeResult::Cancelled},
+                                 std::pair{"saved", MFMailComposeResult::Saved},
+                                 std::pair{"sent", MFMailComposeResult::Sent},
+                                 std::pair{"failed", MFMailComposeResult::Failed}};
+    for (const auto& [name, value] : results) {
+        if (result != name) continue;
+        if (!composer.finish(value)) return failure("The mail has been ended already.");
+        return {};
+    }
+    return failure("A mail cannot end as \"" + result +
+                   "\": it is \"sent\", \"saved\", \"cancelled\" or \"failed\".");
+}
+
+}  // namespace
+
 Result<void> endComposer(Application& /*application*/, const CommandFields& fields) {
     const Result<std::string> result = fields.text("result");
     if (!result) return std::unexpected(result.error());
-    const auto composer = std::dynamic_pointer_cast<SLComposeViewController>(Front::now().presented);
-    if (!composer) return failure("No composer is presented.");
-    if (*result == "sent") {
-        composer->finish(SLComposeViewController::Outcome::Sent);
-    } else if (*result == "cancelled") {
-        composer->finish(SLComposeViewController::Outcome::Cancelled);
-    } else {
-        return failure("A post cannot end as \"" + *result + "\": it is \"sent\" or \"cancelled\".");
-    }
-    return {};
+    const auto presented = Front::now().presented;
+    if (const auto mail = std::dynamic_pointer_cast<MFMailComposeViewController>(presented))
+        return endMail(*mail, *result);
+    if (const auto post = std::dynamic_pointer_cast<SLComposeViewController>(presented))
+        return endPost(*post, *result);
+    return failure("No composer is presented.");
 }
 
 Result<void> openLink(Application& application, const CommandFields& fields) {

@@ -48,8 +48,8 @@ int main(int argumentCount, char** argumentValues) {
     const auto resources = paths.resources();
     if (!resources) return complain("The application's own files are missing beside the program.");
 
-    const auto phone =
-        settings::PhoneSetup::create({line->rootDirectory, line->bundleDirectory, *resources, line->device});
+    const auto phone = settings::PhoneSetup::create(
+        {line->rootDirectory, line->bundleDirectory, *resources, line->device, paths.systemShell()});
     if (!phone) return complain(phone.error().localizedDescription);
     settings::Application application((*phone)->bundlePath(), (*phone)->clock());
     application.start();

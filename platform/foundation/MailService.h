@@ -32,6 +32,8 @@ class MailService {
 
     /// Whether an account is set up.
     virtual bool canSend() const = 0;
+    /// The account's address, which mails are sent from; "" without one.
+    virtual std::string senderAddress() const = 0;
     /// Hands the mail over for sending. The error says why it could not be; nothing is half-written then.
     virtual Result<void> send(const MailDraft& draft) = 0;
     /// Keeps the mail as a draft instead.

@@ -56,6 +56,7 @@ struct RunLoop::State {
     struct Watch {
         int descriptor;
         std::shared_ptr<const Task> readable;
+        Serve serve = Serve::ByRun;
     };
     struct Check {
         std::uint64_t id;
@@ -157,7 +158,7 @@ struct RunLoop::State {
 
     /// Sleeps until something was posted, a watched descriptor is ready, or the time is over; gives the ready
     /// ones.
-    std::vector<Watch> wait(Wait atMost, std::vector<Watch> watched = {}) {
+    std::vector<Watch> wait(Wait atMost, std::vector<Watch> watched) {
         std::vector<pollfd> descriptors{{wakePipe[0], POLLIN, 0}};
         for (const Watch& watch : watched) descriptors.push_back({watch.descriptor, POLLIN, 0});
         const int timeout = atMost ? static_cast<int>(std::max<std::int64_t>(atMost->count(), 0)) : -1;
@@ -188,13 +189,16 @@ struct RunLoop::State {
         return std::exchange(stopped, false);
     }
 
+    enum class Which { All, ServedAlways };
     /// Whether there was one to serve.
-    bool serveDescriptors(Wait atMost) {
+    bool serveDescriptors(Wait atMost, Which which) {
         std::vector<Watch> watched;
         {
             const std::lock_guard lock(mutex);
             watched = watches;
         }
+        if (which == Which::ServedAlways)
+            std::erase_if(watched, [](const Watch& watch) { return watch.serve != Serve::Always; });
         const std::vector<Watch> ready = wait(atMost, std::move(watched));
         for (const Watch& watch : ready) {
             // An earlier handler may have unwatched it.
@@ -248,10 +252,10 @@ void RunLoop::cancel(TimerId timer) {
     state_->instants.erase(instant);
 }
 
-void RunLoop::watch(int descriptor, Task readable) {
+void RunLoop::watch(int descriptor, Task readable, Serve serve) {
     unwatch(descriptor);
     const std::lock_guard lock(state_->mutex);
-    state_->watches.push_back({descriptor, std::make_shared<const Task>(std::move(readable))});
+    state_->watches.push_back({descriptor, std::make_shared<const Task>(std::move(readable)), serve});
     state_->changed();
 }
 
@@ -310,7 +314,8 @@ void RunLoop::drain() {
             if (state.changes != seen) continue;
             if (state.activities == 0 && !pending) return;
         }
-        state.wait(sooner(pending ? Wait(askAgain) : Wait(), state.untilNextTimer()));
+        state.serveDescriptors(sooner(pending ? Wait(askAgain) : Wait(), state.untilNextTimer()),
+                               State::Which::ServedAlways);
     }
 }
 
@@ -326,7 +331,9 @@ bool RunLoop::runUntil(const std::function<bool()>& until, std::chrono::millisec
         }
         const auto left = std::chrono::ceil<milliseconds>(deadline - std::chrono::steady_clock::now());
         if (left.count() <= 0) return false;
-        if (!state.runOne()) state.wait(sooner(std::min(left, askAgain), state.untilNextTimer()));
+        if (!state.runOne())
+            state.serveDescriptors(sooner(std::min(left, askAgain), state.untilNextTimer()),
+                                   State::Which::ServedAlways);
     }
 }
 
@@ -344,8 +351,9 @@ void RunLoop::run() {
             // Held while it runs: it may set another.
             if (const auto task = state.beforeSleeping) runTask(*task);
         }
-        didSomething =
-            state.serveDescriptors(nothingLeft ? state.untilNextTimer() : milliseconds(0)) || didSomething;
+        didSomething = state.serveDescriptors(nothingLeft ? state.untilNextTimer() : milliseconds(0),
+                                              State::Which::All) ||
+                       didSomething;
     }
 }
 

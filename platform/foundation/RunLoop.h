@@ -31,10 +31,14 @@ class RunLoop {
     TimerId performAfterDelay(double seconds, Task task);
     /// A timer that has fired or is unknown is ignored. Any thread.
     void cancel(TimerId timer);
+    /// When a watched descriptor is served: only by run(), as what brings commands must be, or wherever the
+    /// loop waits, as what the device itself is doing may be.
+    enum class Serve { ByRun, Always };
     /// Calls the handler on the main thread as long as the descriptor is readable (or hung up). The
     /// descriptor stays the caller's, who unwatches it before closing it. A second watch of a descriptor
-    /// replaces the first. The handler may drain() the loop. Main thread.
-    void watch(int descriptor, Task readable);
+    /// replaces the first. A handler served by run() may drain() the loop, one served always may not. Main
+    /// thread.
+    void watch(int descriptor, Task readable, Serve serve = Serve::ByRun);
     void unwatch(int descriptor);
 
     /// Work that goes on elsewhere and will come back to the main thread: drain() waits for it. Any thread.
@@ -47,11 +51,12 @@ class RunLoop {
     void removePendingCheck(std::uint64_t id);
 
     /// Runs until nothing is left to do now: queued tasks, due delayed calls, activities, pending checks.
-    /// Watched descriptors are not served. Main thread; not from within a task.
+    /// Descriptors are served only while it waits, and only those that always are. Main thread; not from
+    /// within a task.
     void drain();
     /// Runs until `until` answers true, the real time is over, or stop() was called; tells whether it was the
     /// first. `until` is asked before anything runs, after each task, and every few milliseconds of idleness.
-    /// Watched descriptors are not served. Main thread; not from within a task.
+    /// Of the descriptors only those that always are get served. Main thread; not from within a task.
     bool runUntil(const std::function<bool()>& until, std::chrono::milliseconds atMost);
     /// Runs, serving descriptors too, until stop(). Main thread.
     void run();

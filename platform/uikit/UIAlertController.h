@@ -44,6 +44,9 @@ class UIAlertController : public UIViewController {
     /// What the user's press on the button does: the alert is dismissed first, then the handler runs. An
     /// index out of range does nothing, and so does a press on an alert that is not shown (any more).
     void choose(std::size_t index);
+    /// Takes the alert away without a press, with what is shown above it. Nothing happens when it is not
+    /// shown (any more).
+    void dismiss() { dismissItself(true); }
 
   private:
     friend class UIViewController;

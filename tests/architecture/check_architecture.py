@@ -23,10 +23,11 @@ INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
 # From the bottom. A folder may include its own headers and those of the folders that stand before it, as far as its
 # row in MAY_INCLUDE allows.
 LAYERS = (
-    "platform/foundation", "platform/uikit", "platform/preferences", "platform/social", "velmora",
+    "platform/foundation", "platform/uikit", "platform/preferences", "platform/eventkit", "platform/tonekit",
+    "platform/messageui", "platform/social", "velmora",
     "shell/base", "profile/model", "support/sharing", "shell/chrome", "profile/cells",
     "profile/hours", "profile/editor", "conditions", "support/misc", "shell/root",
-    "device", "settings/server", "settings",
+    "device", "springboard", "settings/server", "settings",
 )
 PLUGIN = ("shell/", "profile/", "conditions/", "support/")
 CORE = PLUGIN + ("velmora/", "platform/")
@@ -55,7 +56,7 @@ def layer_of(path):
 
 
 def sources(tree):
-    for top in ("platform", "velmora", "shell", "profile", "conditions", "support", "device", "settings"):
+    for top in ("platform", "velmora", "shell", "profile", "conditions", "support", "device", "springboard", "settings"):
         for path in sorted((tree / top).rglob("*")):
             if path.suffix in (".h", ".cpp") and "node_modules" not in path.parts:
                 yield path.relative_to(tree).as_posix()
@@ -89,7 +90,7 @@ def check_own_header(tree, source, where, header):
         yield f'{where}: "{header}" is in no layer'
     elif own != other and (LAYERS.index(other) > LAYERS.index(own)
                            or (other in SCREENS and own in SCREENS)
-                           or (own in ("device", "settings", "settings/server")
+                           or (own in ("device", "springboard", "settings", "settings/server")
                                and not other.startswith(("platform/", "device", "settings")))):
         yield f'{where}: {own} may not depend on {other} ("{header}")'
 

@@ -74,17 +74,22 @@ TEST(RowWriter, rowAheadOfTheFirstGroup_isInTheFirstSection) {
     EXPECT_EQ(rows[2]["row"], Value(0));
 }
 
-TEST(RowWriter, ownLabels_areWrittenWithTagTextAndFrame) {
+TEST(RowWriter, ownLabels_areWrittenWithTheirLook) {
     Desk desk;
     const auto row = plainRow("Row", PSCellType::StaticText);
     desk.list->setRows({row});
     const auto label = std::make_shared<platform::UILabel>(platform::Rect{1, 2, 3.5, 4});
     label->setTag(7);
     label->setText("Own");
+    label->setTextColor(UIColor::redColor());
+    label->setTextAlignment(platform::NSTextAlignmentRight);
     desk.list->cellAtIndex(0)->contentView()->addSubview(label);
     const Value answer = desk.answer(R"({"do":"state"})");
-    EXPECT_EQ(Desk::rows(answer)[0]["labels"],
-              Value(Array{Dictionary{{"tag", 7}, {"text", "Own"}, {"frame", Array{1, 2, 3.5, 4}}}}));
+    EXPECT_EQ(Desk::rows(answer)[0]["labels"], Value(Array{Dictionary{{"tag", 7},
+                                                                      {"text", "Own"},
+                                                                      {"frame", Array{1, 2, 3.5, 4}},
+                                                                      {"colour", "#ff0000ff"},
+                                                                      {"alignment", 2}}}));
 }
 
 TEST(RowWriter, colours_areBoundedAndRounded) {

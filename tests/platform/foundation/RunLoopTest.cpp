@@ -198,6 +198,31 @@ TEST_F(RunLoopTest, drain_doesNotServeDescriptors_runDoes) {
     close(ends[1]);
 }
 
+TEST_F(RunLoopTest, descriptorServedAlways_isServedWhereverTheLoopWaits) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    int served = 0;
+    const auto serve = [&] {
+        char byte = 0;
+        served += static_cast<int>(read(ends[0], &byte, 1));
+    };
+    const auto check = loop.addPendingCheck([&] { return served == 0; });
+    ASSERT_EQ(write(ends[1], "x", 1), 1);
+    loop.watch(ends[0], serve, RunLoop::Serve::Always);
+    loop.drain();
+    EXPECT_EQ(served, 1);
+    loop.removePendingCheck(check);
+
+    ASSERT_EQ(write(ends[1], "x", 1), 1);
+    EXPECT_TRUE(loop.runUntil([&] { return served == 2; }, 60s));
+
+    loop.watch(ends[0], serve);
+    ASSERT_EQ(write(ends[1], "x", 1), 1);
+    EXPECT_FALSE(loop.runUntil([&] { return served == 3; }, 20ms));
+    loop.unwatch(ends[0]);
+    for (const int end : ends) close(end);
+}
+
 TEST_F(RunLoopTest, run_servesHungUpDescriptorsAndNotThoseAnEarlierHandlerUnwatched) {
     std::array<int, 2> a{};
     std::array<int, 2> b{};

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "device/Descriptor.h"
+#include "platform/foundation/Processes.h"
+
+namespace device {
+
+/// The phone's system shell: a child process of this one, which is started with this object, started again
+/// whenever it ends, and ended with this object or with the whole process, however that ends. Killing by name
+/// reaches this child alone, through its own descriptor. Its starts and ends are written to the journal
+/// ("process").
+///
+/// The program is started as `PROGRAM ROOT`, with "--restarted" behind that when it was there before. It
+/// writes a line to its standard output when it is ready, and ends at the end of its standard input.
+///
+/// Everything happens on the main run loop, which waits for the child as for any descriptor, by the
+/// machine's own time. A start after a kill counts as work in flight until the shell is ready, for
+/// `Pace::patience` at most. Main thread.
+class SystemShell : public platform::Processes {
+  public:
+    static constexpr std::string_view name = "SpringBoard";
+
+    /// How it is started again.
+    struct Pace {
+        /// Ending sooner than this by itself is ending at once.
+        std::chrono::milliseconds steady{1000};
+        /// The pause after the first end at once; each further one in a row doubles it.
+        std::chrono::milliseconds firstPause{100};
+        /// So many ends at once in a row, and it stays down.
+        int limit = 6;
+        std::chrono::milliseconds patience{2000};
+    };
+
+    /// Host paths. A program that cannot be started is told in one log line, and there is no shell then.
+    SystemShell(std::string program, std::string rootDirectory)
+        : SystemShell(program, rootDirectory, Pace()) {}
+    SystemShell(std::string program, std::string rootDirectory, Pace pace);
+    ~SystemShell() override;
+    SystemShell(const SystemShell&) = delete;
+    SystemShell& operator=(const SystemShell&) = delete;
+
+    bool killProcessByName(std::string_view process) override;
+    /// The pause after so many ends at once in a row, at least one.
+    static std::chrono::milliseconds pauseAfter(const Pace& pace, int endsAtOnce) {
+        return pace.firstPause * (1 << (endsAtOnce - 1));
+    }
+    /// The present child's; empty while there is none.
+    std::optional<pid_t> processId() const;
+
+  private:
+    using Instant = std::chrono::steady_clock::time_point;
+    struct Child {
+        pid_t id = 0;
+        Descriptor process;
+        /// Its standard input: closing it is the sign to end.
+        Descriptor input;
+        Descriptor output;
+        Instant start;
+        bool isReady = false;
+        bool isKilled = false;
+    };
+
+    void start();
+    bool spawn();
+    void readOutput();
+    void reap();
+    void startAfter(std::chrono::milliseconds pause);
+    void giveUp(const std::string& reason);
+    bool isInFlight() const;
+
+    std::string program_;
+    std::string rootDirectory_;
+    Pace pace_;
+    std::optional<Child> child_;
+    /// Set while there is a pause before the next start.
+    Descriptor timer_;
+    bool hasRun_ = false;
+    int endsAtOnce_ = 0;
+    Instant inFlightUntil_;
+    std::uint64_t pendingCheck_ = 0;
+};
+
+}  // namespace device

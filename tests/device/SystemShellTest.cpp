@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <optional>
+
+#include "device/SystemShell.h"
+#include "platform/foundation/RunLoop.h"
+#include "tests/device/TemporaryDirectory.h"
+#include "tests/doubles/Phone.h"
+
+namespace {
+
+using device::SystemShell;
+using namespace std::chrono_literals;
+
+constexpr auto timeLimit = 60s;
+
+/// A shell whose program a test writes: a script that notes each start with its arguments.
+class SystemShellTest : public testing::Test {
+  protected:
+    void startProgram(const std::string& lines) {
+        testing_support::writeText(program, "#!/bin/sh\necho \"$@\" >> '" + starts + "'\n" + lines);
+        std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+        shell.emplace(program, "/the root", pace);
+    }
+    /// One that is ready and lives as long as it should.
+    void startGoodProgram() { startProgram("echo ready\nexec cat > /dev/null\n"); }
+
+    std::vector<std::string> states() {
+        std::vector<std::string> all;
+        for (const auto& event : phone.takeEvents("process")) {
+            EXPECT_EQ(platform::Value("SpringBoard"), event.at("name"));
+            all.push_back(event.at("state").stringOr());
+        }
+        return all;
+    }
+    static bool runUntil(const std::function<bool()>& until) {
+        return platform::RunLoop::main().runUntil(until, timeLimit);
+    }
+    std::size_t startCount() const {
+        const std::string text = testing_support::readText(starts);
+        return static_cast<std::size_t>(std::ranges::count(text, '\n'));
+    }
+
+    using States = std::vector<std::string>;
+    testing_support::TemporaryDirectory directory;
+    std::string program = directory / "program";
+    std::string starts = directory / "starts";
+    doubles::Phone phone;
+    SystemShell::Pace pace{.firstPause = 1ms, .patience = timeLimit};
+    std::optional<SystemShell> shell;
+};
+
+TEST_F(SystemShellTest, start_countsAsWorkInFlightUntilTheShellIsReady) {
+    startGoodProgram();
+    phone.drain();
+    EXPECT_EQ(States{"started"}, states());
+    EXPECT_EQ("/the root\n", testing_support::readText(starts));
+}
+
+TEST_F(SystemShellTest, killedByName_endsAndIsStartedAgainBeforeTheLoopIsDrained) {
+    startGoodProgram();
+    phone.drain();
+    states();
+    const auto before = shell->processId();
+    ASSERT_TRUE(shell->killProcessByName("SpringBoard"));
+    phone.drain();
+    EXPECT_EQ((States{"ended", "started"}), states());
+    EXPECT_NE(before, shell->processId());
+    EXPECT_EQ("/the root\n/the root --restarted\n", testing_support::readText(starts));
+}
+
+TEST_F(SystemShellTest, killedAHundredTimes_isThereEachTime) {
+    startGoodProgram();
+    phone.drain();
+    for (int i = 0; i < 100; ++i) {
+        ASSERT_TRUE(shell->killProcessByName("SpringBoard"));
+        phone.drain();
+    }
+    EXPECT_EQ(201U, states().size());
+    EXPECT_TRUE(shell->processId());
+    EXPECT_EQ(101U, startCount());
+    EXPECT_TRUE(phone.log->lines().empty());
+}
+
+TEST_F(SystemShellTest, killedTwiceAtOnce_isStartedOnce) {
+    startGoodProgram();
+    phone.drain();
+    EXPECT_TRUE(shell->killProcessByName("SpringBoard"));
+    EXPECT_TRUE(shell->killProcessByName("SpringBoard"));
+    phone.drain();
+    EXPECT_EQ((States{"started", "ended", "started"}), states());
+}
+
+TEST_F(SystemShellTest, killedBeforeItWasReady_isStartedAgain) {
+    startGoodProgram();
+    EXPECT_TRUE(shell->killProcessByName("SpringBoard"));
+    phone.drain();
+    EXPECT_EQ("started", states().back());
+}
+
+TEST_F(SystemShellTest, killedFromOutside_isStartedAgain) {
+    startGoodProgram();
+    phone.drain();
+    const auto before = shell->processId();
+    ASSERT_EQ(0, kill(*before, SIGKILL));
+    EXPECT_TRUE(runUntil([&] { return startCount() == 2; }));
+    phone.drain();
+    EXPECT_EQ((States{"started", "ended", "started"}), states());
+}
+
+TEST_F(SystemShellTest, otherNames_killNothing) {
+    startGoodProgram();
+    phone.drain();
+    for (const char* other : {"", "springboard", "SpringBoard2", "quietrix-settings"})
+        EXPECT_FALSE(shell->killProcessByName(other)) << other;
+    phone.drain();
+    EXPECT_EQ(States{"started"}, states());
+}
+
+TEST_F(SystemShellTest, processOfTheMachineWithThatName_isLeftAlone) {
+    const std::string copy = directory / "SpringBoard";
+    std::filesystem::copy_file("/bin/cat", copy);
+    int input[2];
+    ASSERT_EQ(0, pipe(input));
+    const pid_t stranger = fork();
+    if (stranger == 0) {
+        dup2(input[0], STDIN_FILENO);
+        close(input[1]);
+        execl(copy.c_str(), "SpringBoard", nullptr);
+        _exit(1);
+    }
+    close(input[0]);
+    startGoodProgram();
+    phone.drain();
+    ASSERT_TRUE(shell->killProcessByName("SpringBoard"));
+    phone.drain();
+    EXPECT_EQ(0, waitpid(stranger, nullptr, WNOHANG));
+    // Now it ends by itself.
+    close(input[1]);
+    int status = -1;
+    ASSERT_EQ(stranger, waitpid(stranger, &status, 0));
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+}
+
+TEST_F(SystemShellTest, programThatEndsAtOnce_isTriedWithPausesAndThenLeftDownWithOneLine) {
+    startProgram("exit 1\n");
+    EXPECT_TRUE(runUntil([&] { return !phone.log->lines().empty(); }));
+    phone.drain();
+    EXPECT_EQ(static_cast<std::size_t>(pace.limit), startCount());
+    ASSERT_EQ(1U, phone.log->lines().size());
+    EXPECT_NE(std::string::npos, phone.log->lines()[0].find(program));
+    EXPECT_TRUE(states().empty());
+    EXPECT_FALSE(shell->processId());
+    EXPECT_FALSE(shell->killProcessByName("SpringBoard"));
+}
+
+TEST_F(SystemShellTest, pause_doublesWithEachEndAtOnce) {
+    EXPECT_EQ(100ms, SystemShell::pauseAfter(SystemShell::Pace(), 1));
+    EXPECT_EQ(200ms, SystemShell::pauseAfter(SystemShell::Pace(), 2));
+    EXPECT_EQ(400ms, SystemShell::pauseAfter(SystemShell::Pace(), 3));
+    EXPECT_EQ(1600ms, SystemShell::pauseAfter(SystemShell::Pace(), 5));
+}
+
+TEST_F(SystemShellTest, programThatRecovers_isForgivenItsFailures) {
+    pace.limit = 3;
+    // Fails twice, is killed by name, fails twice again.
+    startProgram("case $(wc -l < '" + starts +
+                 "') in 1|2|4|5) exit 1;; esac\necho ready\nexec cat > /dev/null\n");
+    ASSERT_TRUE(runUntil([&] { return startCount() == 3; }));
+    phone.drain();
+    EXPECT_TRUE(shell->killProcessByName("SpringBoard"));
+    ASSERT_TRUE(runUntil([&] { return startCount() == 6; }));
+    phone.drain();
+    EXPECT_EQ((States{"started", "ended", "started"}), states());
+    EXPECT_TRUE(phone.log->lines().empty());
+}
+
+TEST_F(SystemShellTest, missingProgram_isToldOnce) {
+    shell.emplace(directory / "nowhere", "/root", pace);
+    phone.drain();
+    ASSERT_EQ(1U, phone.log->lines().size());
+    EXPECT_NE(std::string::npos, phone.log->lines()[0].find("nowhere"));
+    EXPECT_FALSE(shell->killProcessByName("SpringBoard"));
+}
+
+TEST_F(SystemShellTest, programThatIsNeverReady_holdsTheLoopUpForItsPatienceOnly) {
+    pace.patience = 10ms;
+    startProgram("exec cat > /dev/null\n");
+    phone.drain();
+    EXPECT_TRUE(states().empty());
+    EXPECT_TRUE(shell->processId());
+}
+
+TEST_F(SystemShellTest, itsOwnEnd_endsTheProgramByTheEndOfItsInput) {
+    startProgram("echo ready\ncat > /dev/null\necho ended >> '" + starts + "'\n");
+    phone.drain();
+    shell.reset();
+    EXPECT_EQ("/the root\nended\n", testing_support::readText(starts));
+}
+
+}  // namespace
