@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/misc/MiscFixture.h"
+
+namespace quietrix {
+namespace {
+
+constexpr const char* deviceLines =
+    "Please donot remove the below information.\nSerial number: F4KESERIAL01\nPhone7,2 with iOS:11.4, "
+    "UDID:0123456789abcdef0123456789abcdef01234567.";
+
+class MiscReport : public MiscFixture {
+  protected:
+    MiscReport() { phone_.mail->account = "user@example.org"; }
+};
+
+TEST_F(MiscReport, confirmed_composesTheMailWithTheLog) {
+    phone_.files->put("/tmp/velmora.log", "line one\n");
+    open();
+    confirmReport();
+    ASSERT_NE(nullptr, composer());
+    const auto& draft = composer()->draft();
+    EXPECT_EQ("Quietrix Go - velmora.log", draft.subject);
+    EXPECT_EQ(1U, draft.to.size());
+    EXPECT_EQ(std::string(deviceLines) + "\n" + footer(2), draft.body);
+    EXPECT_TRUE(footer(2).starts_with("Version 1.4.2. Quietrix Go "));
+    EXPECT_TRUE(draft.isHTML);
+    ASSERT_EQ(1U, draft.attachments.size());
+    EXPECT_EQ("velmora.log", draft.attachments[0].name);
+    EXPECT_EQ("mime", draft.attachments[0].type);
+    EXPECT_EQ("line one\n", std::string(draft.attachments[0].data.begin(), draft.attachments[0].data.end()));
+}
+
+TEST_F(MiscReport, cancelledQuestion_composesNothing) {
+    open();
+    tapAndChoose(3, 1);
+    EXPECT_EQ(nullptr, composer());
+}
+
+TEST_F(MiscReport, everyEndOfTheComposer_returnsToTheScreenSilently) {
+    using platform::MFMailComposeResult;
+    for (const auto result : {MFMailComposeResult::Sent, MFMailComposeResult::Saved,
+                              MFMailComposeResult::Cancelled, MFMailComposeResult::Failed}) {
+        open();
+        confirmReport();
+        ASSERT_NE(nullptr, composer());
+        ASSERT_TRUE(composer()->finish(result));
+        phone_.drain();
+        EXPECT_EQ(navigation_, platform::UIApplication::sharedApplication().topmostPresented());
+        EXPECT_TRUE(screen_->isVisible());
+    }
+    EXPECT_EQ(1U, phone_.mail->sent.size());
+    EXPECT_EQ(1U, phone_.mail->saved.size());
+}
+
+TEST_F(MiscReport, missingLog_isAttachedEmptyAndLogged) {
+    open();
+    confirmReport();
+    ASSERT_NE(nullptr, composer());
+    ASSERT_EQ(1U, composer()->draft().attachments.size());
+    EXPECT_TRUE(composer()->draft().attachments[0].data.empty());
+    ASSERT_EQ(1U, phone_.log->lines().size());
+    EXPECT_NE(std::string::npos, phone_.log->lines()[0].find("velmora.log"));
+}
+
+TEST_F(MiscReport, withoutAnAccount_saysSoInTheHostsWords) {
+    phone_.mail->account.clear();
+    phone_.facts->languages = {"de"};
+    open();
+    confirmReport();
+    EXPECT_EQ(nullptr, composer());
+    ASSERT_NE(nullptr, alert());
+    EXPECT_EQ("Information", alert()->title());
+    EXPECT_EQ("Es sind keine E-Mail-Accounts konfiguriert.", alert()->message());
+    ASSERT_EQ(1U, alert()->actions().size());
+    EXPECT_EQ("Schließen", alert()->actions()[0].title);
+    phone_.removePluginBundle();
+    alert()->choose(0);
+    confirmReport();
+    EXPECT_EQ("Es sind keine E-Mail-Accounts konfiguriert.", alert()->message());
+}
+
+TEST_F(MiscReport, beforeTheViewHasLoaded_endsWithTheCopyrightAlone) {
+    currentYear() = 2026;
+    screen_ = std::make_shared<QuietrixMiscController>();
+    const auto row = screen_->specifierAtIndex(3);
+    const std::string copyright = footer(2);
+    phone_.show(screen_);
+    // Whatever loading the view has put there.
+    screen_->specifierAtIndex(2)->setProperty_forKey(copyright, "footerText");
+    screen_->emailLogFile(row);
+    ASSERT_NE(nullptr, composer());
+    EXPECT_EQ(std::string(deviceLines) + "\n" + copyright, composer()->draft().body);
+}
+
+TEST_F(MiscReport, footer_isCountedFromTheEndOfTheRows) {
+    open();
+    const auto extra = platform::PSSpecifier::groupSpecifierWithName("Extra");
+    extra->setProperty_forKey("Extra footer", "footerText");
+    screen_->insertSpecifier_atIndex_animated(extra, 0, false);
+    screen_->emailLogFile(nullptr);
+    ASSERT_NE(nullptr, composer());
+    EXPECT_NE(std::string::npos, composer()->draft().body.find("Version 1.4.2"));
+    composer()->finish(platform::MFMailComposeResult::Cancelled);
+    screen_->insertSpecifier_atIndex_animated(platform::PSSpecifier::groupSpecifierWithName("Last"), 5,
+                                              false);
+    screen_->emailLogFile(nullptr);
+    ASSERT_NE(nullptr, composer());
+    EXPECT_EQ(deviceLines, composer()->draft().body) << "the row before the last has no footer now";
+}
+
+}  // namespace
+}  // namespace quietrix
