@@ -6,6 +6,7 @@ import { mkdtemp, readFile, rename, rm, writeFile } from 'node:fs/promises';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { createInterface } from 'node:readline';
+import { openPage } from './harness.mjs';
 
 const program = process.env.QUIETRIX_PROGRAM;
 const preferences = 'var/mobile/Library/Preferences';
@@ -20,6 +21,18 @@ function xml(value) {
 }
 
 export const profile = (title, values = {}) => ({ identifier: `ID-${title}`, title, enabled: true, ...values });
+
+/** Opens the page on a real phone; close() ends both. */
+export async function openPhone(session, options = {}, pageOptions = {}) {
+    const phone = await startPhone(options);
+    try {
+        const ui = await openPage(session, { ...pageOptions, url: phone.url });
+        return { phone, page: ui.page, async close() { try { await ui.close(); } finally { await phone.close(); } } };
+    } catch (error) {
+        await phone.close();
+        throw error;
+    }
+}
 
 /** Starts the application; `device` are its device settings, `profiles` and `enabled` what its files hold. */
 export async function startPhone({ device = {}, profiles = [], enabled = true } = {}) {
@@ -43,6 +56,15 @@ export async function startPhone({ device = {}, profiles = [], enabled = true } 
             const answer = spawnSync(program, ['drive', ...options], { input: '{"do":"state"}\n', encoding: 'utf8' });
             return JSON.parse(answer.stdout).state.screen.rows[1].value;
         },
+        /** The profiles of the file, parsed by another reader than the application's own. */
+        storedProfiles() {
+            const script = 'import json,plistlib,sys; print(json.dumps(plistlib.load(open(sys.argv[1],"rb"))["profiles"]))';
+            const read = spawnSync('python3', ['-B', '-c', script, path('com.velmora.quietrix.profiles.plist')], { encoding: 'utf8' });
+            if (read.status !== 0) throw new Error(`the profiles file cannot be read: ${read.stderr}`);
+            return JSON.parse(read.stdout);
+        },
+        /** Makes the profiles file one that cannot be read. */
+        breakProfiles: () => writeFile(path('com.velmora.quietrix.profiles.plist'), 'no property list'),
         readProfiles: () => readFile(path('com.velmora.quietrix.profiles.plist')),
     };
     await phone.writeProfiles(profiles);
