@@ -2,7 +2,7 @@
 // A real Settings application for browser tests, on a root of its own: started, asked for its address, and ended by its
 // process id. QUIETRIX_PROGRAM names the program.
 import { spawn, spawnSync } from 'node:child_process';
-import { mkdtemp, readFile, rename, rm, writeFile } from 'node:fs/promises';
+import { mkdtemp, readdir, readFile, rename, rm, writeFile } from 'node:fs/promises';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { createInterface } from 'node:readline';
@@ -10,6 +10,8 @@ import { openPage } from './harness.mjs';
 
 const program = process.env.QUIETRIX_PROGRAM;
 const preferences = 'var/mobile/Library/Preferences';
+// Without a display: what is opened outside the phone is then printed, and no program of the desktop is started.
+const { DISPLAY, WAYLAND_DISPLAY, ...environment } = process.env;
 
 /** Property lists are written as XML text here; the application reads both forms. */
 function xml(value) {
@@ -65,13 +67,20 @@ export async function startPhone({ device = {}, profiles = [], enabled = true } 
         },
         /** Makes the profiles file one that cannot be read. */
         breakProfiles: () => writeFile(path('com.velmora.quietrix.profiles.plist'), 'no property list'),
+        /** The bytes of a file of the phone, or null while there is none. */
+        readPhoneFile: (phonePath) => readFile(join(root, phonePath), 'utf8').catch(() => null),
+        writePhoneFile: (phonePath, text) => writeFile(join(root, phonePath), text),
+        /** The names of the files in a directory of the phone. */
+        listPhoneFiles: (phonePath) => readdir(join(root, phonePath)).catch(() => []),
+        /** What the application has written to standard error. */
+        errors: () => errors,
         readProfiles: () => readFile(path('com.velmora.quietrix.profiles.plist')),
     };
     await phone.writeProfiles(profiles);
     await write('com.velmora.quietrix.plist', { 'com.velmora.quietrix.enabled': enabled });
 
-    const child = spawn(program, ['serve', ...options], { stdio: ['ignore', 'pipe', 'pipe'] });
     let errors = '';
+    const child = spawn(program, ['serve', ...options], { env: environment, stdio: ['ignore', 'pipe', 'pipe'] });
     child.stderr.on('data', (data) => { errors += data; });
     const ended = new Promise((resolve) => child.on('exit', resolve));
     phone.url = await new Promise((resolve, reject) => {
