@@ -7,8 +7,6 @@
 #include <string>
 
 #include "platform/foundation/NotificationCenter.h"
-#include "platform/uikit/UIAlertController.h"
-#include "platform/uikit/UIApplication.h"
 #include "profile/model/QXProfilesManager.h"
 #include "tests/shell/phone/PluginPhone.h"
 
@@ -57,10 +55,7 @@ class PickerFixture : public testing::Test {
         return phone_.takeEvents("store").size();
     }
     void failWrites() { phone_.files->failWrites("No space left on device", std::string(profilesPath)); }
-    static std::shared_ptr<platform::UIAlertController> alert() {
-        return std::dynamic_pointer_cast<platform::UIAlertController>(
-            platform::UIApplication::sharedApplication().topmostPresented());
-    }
+    static std::shared_ptr<platform::UIAlertController> alert() { return doubles::shownAlert(); }
     /// Takes the screen away, and says whether it is gone for good.
     bool closesForGood() {
         phone_.drain();

@@ -117,13 +117,6 @@ class RootList(QuietrixTest):
         drive.do("dark", on=False)
         self.assertEqual(drive.rows[1]["onTint"], {"pattern": "nav", "alpha": 1})
 
-    def test_screenWithoutAClass_isAPlainOneWithItsTitle(self):
-        drive = self.open(switch=False)
-        drive.tap(drive.row(name="Miscellaneous"))
-        self.assertEqual((drive.screen["title"], drive.screen["count"]), ("Miscellaneous", 0))
-        drive.back()
-        self.assertEqual(drive.screen["class"], "QuietrixPreferencesController")
-
     def test_addButton_presentsAScreenThatCanBeLeft(self):
         drive = self.open(switch=True)
         drive.bar("right", 0)

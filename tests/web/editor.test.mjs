@@ -3,14 +3,13 @@
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
 import { accessibilityProblems, settled, startBrowser, until } from './harness.mjs';
-import { openPhone as openOn, profile } from './real-phone.mjs';
+import { openPhone as openOn, profile, row } from './real-phone.mjs';
 
 let session;
 before(async () => { session = await startBrowser(); });
 after(async () => { await session.close(); });
 
 const openPhone = (options) => openOn(session, options);
-const row = (page, name) => page.locator('.list .row', { hasText: name });
 const toggle = (page, name) => page.getByRole('switch', { name, exact: true });
 const column = (page, name) => page.getByRole('spinbutton', { name, exact: true });
 const work = (values = {}) => profile('Work', { allDay: false, startTime: '9:00 AM', endTime: '5:00 PM', playAlert: true, alertToneIdentifier: 'texttone:Calendar Alert', ...values });
@@ -31,6 +30,22 @@ async function edit(ui, title) {
     await settled(ui.page);
 }
 
+/** Presses Add, and gives the new profile's title field. */
+async function addProfile(ui) {
+    await ui.page.locator('.bar-side.trailing .bar-button').last().click();
+    const title = ui.page.getByRole('textbox', { name: 'Title' });
+    await title.waitFor();
+    await settled(ui.page);
+    return title;
+}
+
+/** Waits until the wheel edits a time, and stands on it. */
+async function edits(page, name) {
+    await page.getByRole('button', { name, pressed: true }).waitFor();
+    await page.getByRole('group', { name }).waitFor();
+    await page.waitForFunction(() => !document.querySelector('.wheel-column[data-moving]'));
+}
+
 /** Moves the focus on by Tab until it is on the element. */
 async function tabTo(page, locator) {
     for (let step = 0; step < 80; step += 1) {
@@ -42,10 +57,7 @@ async function tabTo(page, locator) {
 
 test('Editor_newProfile_isNamedTimedSavedFoundAndChanged', async () => {
     const ui = await openPhone({ profiles: [profile('Night')] });
-    await ui.page.locator('.bar-side.trailing .bar-button').last().click();
-    const title = ui.page.getByRole('textbox', { name: 'Title' });
-    await title.waitFor();
-    await settled(ui.page);
+    const title = await addProfile(ui);
     await title.fill('Gym');
     await title.press('Enter');
     if (!(await toggle(ui.page, 'Enable').isChecked())) await toggle(ui.page, 'Enable').click();
@@ -58,6 +70,7 @@ test('Editor_newProfile_isNamedTimedSavedFoundAndChanged', async () => {
     await column(ui.page, 'Hours').waitFor();
     await settled(ui.page);
     await ui.page.getByRole('button', { name: /^To / }).click();
+    await edits(ui.page, /^To /);
     await column(ui.page, 'AM or PM').press('End');
     await column(ui.page, 'Hours').press('End');
     await column(ui.page, 'Hours').press('ArrowDown');
@@ -88,10 +101,7 @@ test('Editor_newProfile_isNamedTimedSavedFoundAndChanged', async () => {
 
 test('Editor_newProfileCancelled_leavesNothing', async () => {
     const ui = await openPhone({ profiles: [profile('Night')] });
-    await ui.page.locator('.bar-side.trailing .bar-button').last().click();
-    const title = ui.page.getByRole('textbox', { name: 'Title' });
-    await title.waitFor();
-    await settled(ui.page);
+    const title = await addProfile(ui);
     await title.fill('Gym');
     await ui.page.getByRole('button', { name: 'Cancel' }).click();
     await row(ui.page, 'Night').waitFor();
@@ -182,6 +192,7 @@ test('Editor_byKeyboardAlone_changesEveryKindOfRow', async () => {
     await settled(page);
     await tabTo(page, page.getByRole('button', { name: /^To / }));
     await press('Enter');
+    await edits(page, /^To /);
     await tabTo(page, column(page, 'Hours'));
     await press('ArrowUp');
     await press('Enter');

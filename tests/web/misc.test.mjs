@@ -4,7 +4,7 @@ import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import { after, before, test } from 'node:test';
 import { accessibilityProblems, settled, startBrowser, until } from './harness.mjs';
-import { openPhone, profile } from './real-phone.mjs';
+import { openPhone, profile, row } from './real-phone.mjs';
 
 let session;
 before(async () => { session = await startBrowser(); });
@@ -13,7 +13,6 @@ after(async () => { await session.close(); });
 const profilesFile = 'var/mobile/Library/Preferences/com.velmora.quietrix.profiles.plist';
 const outbox = 'var/mobile/Library/Mail/Outbox';
 const mailDevice = { mailAccount: 'user@example.org', serialNumber: 'F17' };
-const row = (page, name) => page.locator('.list .row', { hasText: name });
 
 /** The miscellaneous screen on a phone with these profiles. */
 async function openMisc(options) {

@@ -3,7 +3,7 @@
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
 import { accessibilityProblems, openPage, settled, startBrowser } from './harness.mjs';
-import { openPhone as openOn, profile } from './real-phone.mjs';
+import { openPhone as openOn, profile, row } from './real-phone.mjs';
 
 let session;
 before(async () => { session = await startBrowser(); });
@@ -12,7 +12,6 @@ after(async () => { await session.close(); });
 const openPhone = (options, pageOptions) => openOn(session, options, pageOptions);
 
 const texts = (page) => page.locator('.list').innerText();
-const row = (page, name) => page.locator('.list .row', { hasText: name });
 
 test('RootList_opened_showsTheProfilesOfTheFile', async () => {
     const ui = await openPhone({ profiles: [profile('Work', { allDay: false, startTime: '9:05 AM', endTime: '11:30 PM' }), profile('Night', { enabled: false })] });

@@ -24,16 +24,22 @@ function xml(value) {
 
 export const profile = (title, values = {}) => ({ identifier: `ID-${title}`, title, enabled: true, ...values });
 
-/** Opens the page on a real phone; close() ends both. */
+/** The row of a list that has these words, as whole words. */
+export const row = (page, words) => page.locator('.list .row', { hasText: new RegExp(`(?<!\\p{L})${words}(?!\\p{L})`, 'u') });
+
+/** Opens the page on a real phone; close() ends both, and so does the session's for a test that failed. */
 export async function openPhone(session, options = {}, pageOptions = {}) {
     const phone = await startPhone(options);
-    try {
-        const ui = await openPage(session, { ...pageOptions, url: phone.url });
-        return { phone, page: ui.page, async close() { try { await ui.close(); } finally { await phone.close(); } } };
-    } catch (error) {
-        await phone.close();
-        throw error;
-    }
+    session.servers.add(phone);
+    const ui = await openPage(session, { ...pageOptions, url: phone.url });
+    return {
+        phone,
+        page: ui.page,
+        async close() {
+            session.servers.delete(phone);
+            try { await ui.close(); } finally { await phone.close(); }
+        },
+    };
 }
 
 /** Starts the application; `device` are its device settings, `profiles` and `enabled` what its files hold. */

@@ -7,8 +7,6 @@
 #include <string>
 #include <string_view>
 
-#include "platform/uikit/UIAlertController.h"
-#include "platform/uikit/UIApplication.h"
 #include "profile/editor/QuietrixProflePreferencesController.h"
 #include "profile/model/QXProfilesManager.h"
 #include "tests/shell/phone/PluginPhone.h"
@@ -98,10 +96,7 @@ class EditorFixture : public testing::Test {
         return QXProfilesManager::sharedManager()->profileByIdentifier_shouldReload(profile_->identifier(),
                                                                                     true);
     }
-    static std::shared_ptr<platform::UIAlertController> alert() {
-        return std::dynamic_pointer_cast<platform::UIAlertController>(
-            platform::UIApplication::sharedApplication().topmostPresented());
-    }
+    static std::shared_ptr<platform::UIAlertController> alert() { return doubles::shownAlert(); }
 
     doubles::PluginPhone phone_;
     std::shared_ptr<QXProfile> profile_ = QXProfile::defaultProfile();

@@ -8,8 +8,6 @@
 #include <vector>
 
 #include "platform/foundation/DateFormatter.h"
-#include "platform/uikit/UIAlertController.h"
-#include "platform/uikit/UIApplication.h"
 #include "profile/hours/QXDateRangeController.h"
 #include "profile/model/QXProfilesManager.h"
 #include "tests/shell/phone/PluginPhone.h"
@@ -69,10 +67,7 @@ class HoursFixture : public testing::Test {
         return table_->cellForRowAtIndexPath({0, row})->textLabel()->text().value_or("");
     }
     std::size_t storeCalls() { return phone_.takeEvents("store").size(); }
-    static std::shared_ptr<platform::UIAlertController> alert() {
-        return std::dynamic_pointer_cast<platform::UIAlertController>(
-            platform::UIApplication::sharedApplication().topmostPresented());
-    }
+    static std::shared_ptr<platform::UIAlertController> alert() { return doubles::shownAlert(); }
 
     doubles::PluginPhone phone_;
     std::shared_ptr<QXProfile> profile_;

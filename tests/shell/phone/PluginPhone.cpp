@@ -78,6 +78,11 @@ std::shared_ptr<platform::UINavigationController> PluginPhone::show(
     return navigation;
 }
 
+std::shared_ptr<platform::UIAlertController> shownAlert() {
+    return std::dynamic_pointer_cast<platform::UIAlertController>(
+        platform::UIApplication::sharedApplication().topmostPresented());
+}
+
 std::string rowNames(platform::PSListController& screen) {
     std::string names;
     for (const auto& row : *screen.specifiers()) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/preferences/PSListController.h"
+#include "platform/uikit/UIAlertController.h"
 #include "platform/uikit/UINavigationController.h"
 #include "tests/doubles/Phone.h"
 
@@ -31,6 +32,9 @@ class PluginPhone : public Phone {
   private:
     std::vector<std::string> pluginFiles_;
 };
+
+/// The alert or sheet on top of everything; null when something else is.
+std::shared_ptr<platform::UIAlertController> shownAlert();
 
 /// The rows' names, "-" for a row without one, joined by ", ".
 std::string rowNames(platform::PSListController& screen);

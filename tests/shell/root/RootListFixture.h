@@ -7,8 +7,6 @@
 #include <string>
 
 #include "platform/foundation/PropertyList.h"
-#include "platform/uikit/UIAlertController.h"
-#include "platform/uikit/UIApplication.h"
 #include "profile/model/QXProfilesManager.h"
 #include "shell/root/QuietrixPreferencesController.h"
 #include "tests/shell/phone/PluginPhone.h"
@@ -55,10 +53,7 @@ class RootListFixture : public testing::Test {
         phone_.takeEvents();
         ASSERT_TRUE(cellNamed("Enabled")->userMovedControl(on));
     }
-    static std::shared_ptr<platform::UIAlertController> alert() {
-        return std::dynamic_pointer_cast<platform::UIAlertController>(
-            platform::UIApplication::sharedApplication().topmostPresented());
-    }
+    static std::shared_ptr<platform::UIAlertController> alert() { return doubles::shownAlert(); }
 
     doubles::PluginPhone phone_;
     std::shared_ptr<QuietrixPreferencesController> screen_;

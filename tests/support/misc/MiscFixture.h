@@ -8,7 +8,6 @@
 
 #include "platform/foundation/PropertyList.h"
 #include "platform/preferences/PSConfirmationSpecifier.h"
-#include "platform/uikit/UIAlertController.h"
 #include "platform/uikit/UIApplication.h"
 #include "profile/model/QXProfilesManager.h"
 #include "shell/base/ProductInfo.h"
@@ -45,10 +44,7 @@ class MiscFixture : public testing::Test {
     }
     void confirmReset() { tapAndChoose(1, 0); }
     void confirmReport() { tapAndChoose(3, 0); }
-    static std::shared_ptr<platform::UIAlertController> alert() {
-        return std::dynamic_pointer_cast<platform::UIAlertController>(
-            platform::UIApplication::sharedApplication().topmostPresented());
-    }
+    static std::shared_ptr<platform::UIAlertController> alert() { return doubles::shownAlert(); }
     static std::shared_ptr<platform::MFMailComposeViewController> composer() {
         return std::dynamic_pointer_cast<platform::MFMailComposeViewController>(
             platform::UIApplication::sharedApplication().topmostPresented());
