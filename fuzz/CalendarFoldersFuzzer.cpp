@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-#include "device/CalendarFolders.h"
+#include "device/calendars/CalendarFolders.h"
 #include "platform/foundation/Device.h"
 #include "platform/foundation/Unicode.h"
 

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <string_view>
 
-#include "device/SoundThemeIndex.h"
+#include "device/tones/SoundThemeIndex.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "device/WirelessSettings.h"
+#include "device/networks/WirelessSettings.h"
 #include "platform/foundation/Unicode.h"
 
 namespace {

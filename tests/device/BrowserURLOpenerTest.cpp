@@ -13,7 +13,7 @@
 
 #include "device/BrowserURLOpener.h"
 #include "device/Descriptor.h"
-#include "tests/device/TemporaryDirectory.h"
+#include "tests/doubles/TemporaryDirectory.h"
 #include "tests/doubles/Phone.h"
 
 namespace {

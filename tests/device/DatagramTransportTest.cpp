@@ -20,7 +20,7 @@
 #include "platform/foundation/Device.h"
 #include "platform/foundation/RunLoop.h"
 #include "tests/device/Child.h"
-#include "tests/device/TemporaryDirectory.h"
+#include "tests/doubles/TemporaryDirectory.h"
 #include "tests/doubles/Phone.h"
 
 namespace {

@@ -4,7 +4,7 @@
 
 #include "device/DeviceOptions.h"
 #include "device/VirtualClock.h"
-#include "tests/device/TemporaryDirectory.h"
+#include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
 

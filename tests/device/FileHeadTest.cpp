@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "device/FileHead.h"
-#include "tests/device/TemporaryDirectory.h"
+#include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
 

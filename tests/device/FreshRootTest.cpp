@@ -11,7 +11,7 @@
 #include "device/FreshRoot.h"
 #include "platform/foundation/PropertyList.h"
 #include "tests/device/Child.h"
-#include "tests/device/TemporaryDirectory.h"
+#include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
 

@@ -14,7 +14,7 @@
 
 #include "device/RootFileSystem.h"
 #include "tests/device/Child.h"
-#include "tests/device/TemporaryDirectory.h"
+#include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include "device/SettableDeviceFacts.h"
 #include "platform/foundation/PropertyList.h"
 #include "tests/device/Child.h"
-#include "tests/device/TemporaryDirectory.h"
+#include "tests/doubles/TemporaryDirectory.h"
 #include "tests/doubles/Phone.h"
 
 namespace {

@@ -9,7 +9,7 @@
 
 #include "device/SystemShell.h"
 #include "platform/foundation/RunLoop.h"
-#include "tests/device/TemporaryDirectory.h"
+#include "tests/doubles/TemporaryDirectory.h"
 #include "tests/doubles/Phone.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "springboard/NotificationLog.h"
-#include "tests/device/TemporaryDirectory.h"
+#include "tests/doubles/TemporaryDirectory.h"
 #include "tests/doubles/Phone.h"
 
 namespace springboard {

@@ -7,7 +7,7 @@
 #include "platform/foundation/DarwinNotificationCenter.h"
 #include "platform/foundation/Device.h"
 #include "springboard/SpringBoard.h"
-#include "tests/device/TemporaryDirectory.h"
+#include "tests/doubles/TemporaryDirectory.h"
 #include "tests/doubles/Phone.h"
 
 namespace {

@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+#include "device/calendars/CalendarFolders.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+#include "device/EscapedText.h"
+#include "device/FileHead.h"
+#include "device/calendars/CalendarHead.h"
+#include "device/calendars/ColourText.h"
+
+namespace device {
+
+namespace fs = std::filesystem;
+
+/// What a calendar says of itself, as it stands there, and where it says so.
+struct CalendarFolders::Description {
+    std::string fallbackName;
+    std::optional<std::string> name;
+    std::optional<std::string> colour;
+    fs::path colourFile;
+};
+
+namespace {
+
+/// Of the files "displayname" and "color"; what is longer is no name.
+constexpr std::size_t maximumShortText = 4096;
+
+std::string quoted(const fs::path& path) {
+    return "\"" + escapedText(path.native()) + "\"";
+}
+
+/// One line for a row: control characters and line breaks become blanks.
+std::string titleFrom(std::string_view bytes) {
+    std::string title(bytes);
+    std::ranges::replace_if(
+        title, [](char c) { return static_cast<unsigned char>(c) < 32 || c == 127; }, ' ');
+    const std::size_t first = title.find_first_not_of(' ');
+    if (first == std::string::npos) return {};
+    return escapedText(title.substr(first, title.find_last_not_of(' ') + 1 - first));
+}
+
+/// Colours that can be told apart, for calendars that have none of their own.
+std::uint32_t colourFor(std::string_view identifier) {
+    constexpr std::array<std::uint32_t, 8> palette{0x1E88E5, 0x43A047, 0xE53935, 0xFB8C00,
+                                                   0x8E24AA, 0x00897B, 0x6D4C41, 0xD81B60};
+    // The same in every process and with every library, unlike std::hash.
+    std::uint32_t hash = 2166136261U;
+    for (const char c : identifier) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+    return palette[hash % palette.size()];
+}
+
+bool isCalendarFile(const fs::path& path) {
+    std::string extension = path.extension().native();
+    std::ranges::transform(extension, extension.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return extension == ".ics";
+}
+
+}  // namespace
+
+CalendarFolders::CalendarFolders(fs::path directory) : directory_(std::move(directory)) {}
+
+std::vector<platform::CalendarEntry> CalendarFolders::calendars() {
+    std::vector<platform::CalendarEntry> calendars;
+    for (const auto& account : visibleEntries(directory_)) {
+        std::error_code error;
+        if (account.is_directory(error) && !isAbove(account, directory_)) appendAccount(account, calendars);
+    }
+    faults_.endQuestion();
+    return calendars;
+}
+
+/// Sorted by the bytes of the names: no directory has an order of its own.
+std::vector<fs::directory_entry> CalendarFolders::visibleEntries(const fs::path& directory) {
+    std::vector<fs::directory_entry> entries;
+    std::error_code error;
+    for (fs::directory_iterator entry(directory, error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+        if (!entry->path().filename().native().starts_with('.')) entries.push_back(*entry);
+    }
+    if (error && error != std::errc::no_such_file_or_directory)
+        faults_.report("The calendars in " + quoted(directory) + " could not be listed: " + error.message() +
+                       ".");
+    std::ranges::sort(entries, {}, [](const fs::directory_entry& entry) { return entry.path().native(); });
+    return entries;
+}
+
+/// A symbolic link may lead back to where it stands; that is no calendar.
+bool CalendarFolders::isAbove(const fs::path& folder, const fs::path& account) const {
+    std::error_code error;
+    return fs::equivalent(folder, directory_, error) || fs::equivalent(folder, account, error);
+}
+
+void CalendarFolders::appendAccount(const fs::path& account,
+                                    std::vector<platform::CalendarEntry>& calendars) {
+    for (const auto& candidate : visibleEntries(account)) {
+        std::error_code error;
+        if (candidate.is_directory(error)) {
+            if (!isAbove(candidate, account))
+                calendars.push_back(entry(candidate.path(), describeFolder(candidate.path())));
+        } else if (isCalendarFile(candidate.path())) {
+            if (const auto description = describeFile(candidate.path()))
+                calendars.push_back(entry(candidate.path(), *description));
+        }
+    }
+}
+
+CalendarFolders::Description CalendarFolders::describeFolder(const fs::path& folder) {
+    return {folder.filename().native(), shortText(folder / "displayname"), shortText(folder / "color"),
+            folder / "color"};
+}
+
+std::optional<CalendarFolders::Description> CalendarFolders::describeFile(const fs::path& file) {
+    const auto head = host::readHead(file.native(), CalendarHead::maximumSize);
+    if (!head) {
+        faults_.report("The calendar " + quoted(file) + " could not be read: " + host::message(head.error()) +
+                       ".");
+        return std::nullopt;
+    }
+    auto parsed = CalendarHead::parse(head->bytes);
+    if (!parsed) {
+        faults_.report("The calendar " + quoted(file) + " " + parsed.error().localizedDescription + ".",
+                       head->state);
+        return std::nullopt;
+    }
+    return Description{file.stem().native(), std::move(parsed->name), std::move(parsed->colour), file};
+}
+
+/// The text of a small file; empty when there is none.
+std::optional<std::string> CalendarFolders::shortText(const fs::path& file) {
+    auto head = host::readHead(file.native(), maximumShortText);
+    if (!head) {
+        if (head.error() != ENOENT)
+            faults_.report("The file " + quoted(file) + " could not be read: " + host::message(head.error()) +
+                           ".");
+        return std::nullopt;
+    }
+    if (!head->whole) {
+        faults_.report("The file " + quoted(file) + " is too long for one line.", head->state);
+        return std::nullopt;
+    }
+    return std::move(head->bytes);
+}
+
+platform::CalendarEntry CalendarFolders::entry(const fs::path& path, const Description& description) {
+    platform::CalendarEntry calendar;
+    calendar.account = escapedText(path.parent_path().filename().native());
+    // A slash is in no file's name, so the two halves cannot run into each other.
+    calendar.identifier = calendar.account + "/" + escapedText(path.filename().native());
+    calendar.title = titleFrom(description.name.value_or(""));
+    if (calendar.title.empty()) calendar.title = titleFrom(description.fallbackName);
+    calendar.colour = colourFor(calendar.identifier);
+    if (!description.colour || titleFrom(*description.colour).empty()) return calendar;
+    if (const auto colour = colourFromText(*description.colour)) {
+        calendar.colour = *colour;
+    } else {
+        faults_.report("The colour \"" + titleFrom(*description.colour) + "\" in " +
+                       quoted(description.colourFile) + " is none.");
+    }
+    return calendar;
+}
+
+}  // namespace device

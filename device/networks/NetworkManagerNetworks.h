@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "device/networks/SavedConnections.h"
+#include "platform/foundation/Error.h"
+#include "platform/foundation/NetworkSource.h"
+
+namespace device {
+
+/// The Wi-Fi networks among the connections saved by the machine's network manager, in its order.
+///
+/// The manager is asked on a thread of its own, and given up when it has not answered in time: neither a bus
+/// that is silent nor a manager that hangs holds up the main loop, however many connections are left to ask
+/// for.
+class NetworkManagerNetworks : public platform::NetworkSource {
+  public:
+    using Clock = std::chrono::steady_clock;
+    /// Asks for the networks; runs on another thread, and may outlive whoever asked. After the deadline
+    /// nobody listens any more.
+    using Question = std::function<platform::Result<SavedNetworks>(Clock::time_point deadline)>;
+
+    /// Of the 2 seconds that a source may take, the rest is left for a busy machine.
+    static constexpr std::chrono::milliseconds patience{1500};
+
+    /// Asks over the system bus.
+    NetworkManagerNetworks();
+    NetworkManagerNetworks(Question question, std::chrono::milliseconds limit);
+
+    std::vector<std::string> knownSSIDs() override;
+
+  private:
+    Question question_;
+    std::chrono::milliseconds patience_;
+};
+
+}  // namespace device

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include "device/tones/ThemeTones.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include "device/EscapedText.h"
+#include "device/FileHead.h"
+#include "device/tones/BuiltInTones.h"
+#include "device/tones/ToneNames.h"
+
+namespace device {
+
+namespace {
+
+using platform::Result;
+using platform::ToneEntry;
+using platform::ToneSound;
+
+constexpr std::string_view kind = "texttone:";
+
+std::string lowerCase(std::string text) {
+    std::ranges::transform(text, text.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return text;
+}
+
+std::string mediaTypeOf(const std::filesystem::path& file) {
+    return lowerCase(file.extension().native()) == ".wav" ? "audio/wav" : "audio/ogg";
+}
+
+}  // namespace
+
+ThemeTones::ThemeTones(SoundThemes themes) : themes_(std::move(themes)) {}
+
+std::map<std::string, std::filesystem::path, std::less<>> ThemeTones::files() {
+    const SoundThemes::Sounds sounds = themes_.sounds();
+    std::vector<std::string> names;
+    for (const auto& [sound, file] : sounds) names.push_back(sound);
+    std::map<std::string, std::filesystem::path, std::less<>> files;
+    for (const auto& [name, sound] : toneNames(std::move(names))) files.emplace(name, sounds.at(sound));
+    return files;
+}
+
+std::vector<ToneEntry> ThemeTones::tones() {
+    const auto sounds = files();
+    std::set<std::string> names{std::string(calendarAlertTone)};
+    for (const auto& [name, file] : sounds) names.insert(name);
+    if (sounds.empty()) {
+        const std::vector<std::string> own = builtInToneNames();
+        names.insert(own.begin(), own.end());
+    }
+    std::vector<ToneEntry> entries;
+    for (const std::string& name : names) entries.push_back({std::string(kind) + name, name});
+    std::ranges::sort(entries, {},
+                      [](const ToneEntry& entry) { return std::pair(lowerCase(entry.name), entry.name); });
+    return entries;
+}
+
+Result<ToneSound> ThemeTones::sound(std::string_view identifier) {
+    const std::string quoted = "The tone \"" + escapedText(identifier) + "\"";
+    if (!identifier.starts_with(kind))
+        return platform::failure(quoted + " is of no kind that is known here.");
+    const std::string_view name = identifier.substr(kind.size());
+    const auto sounds = files();
+    const auto found = sounds.find(name);
+    if (found == sounds.end()) {
+        auto wave = builtInTone(name);
+        if (!wave) return platform::failure(quoted + " does not exist.");
+        return ToneSound{"audio/wav", *std::move(wave)};
+    }
+    const auto head = host::readHead(found->second.native(), maximumBytes);
+    if (!head) return platform::failure(quoted + " could not be read: " + host::message(head.error()) + ".");
+    if (!head->whole) return platform::failure(quoted + " is larger than 8 MiB.");
+    return ToneSound{mediaTypeOf(found->second), platform::Data(head->bytes.begin(), head->bytes.end())};
+}
+
+}  // namespace device

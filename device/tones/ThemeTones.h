@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <map>
+#include <string>
+
+#include "device/tones/SoundThemes.h"
+#include "platform/foundation/ToneSource.h"
+
+namespace device {
+
+/// Tones that are the sounds of sound themes: "texttone:" and the name that toneNames() gives the file.
+/// Beside them "Calendar Alert", of our own making unless a sound is called so; and where there is no sound
+/// at all, the built-in ones.
+class ThemeTones : public platform::ToneSource {
+  public:
+    /// Larger sounds are no tones: an error for who wants to hear one.
+    static constexpr std::size_t maximumBytes = std::size_t{8} << 20;
+
+    explicit ThemeTones(SoundThemes themes);
+
+    /// By name, upper and lower case alike.
+    std::vector<platform::ToneEntry> tones() override;
+    /// A built-in tone can be heard even where it is not offered: a profile may have it from another time.
+    platform::Result<platform::ToneSound> sound(std::string_view identifier) override;
+
+  private:
+    /// From a tone's name to its file.
+    std::map<std::string, std::filesystem::path, std::less<>> files();
+
+    SoundThemes themes_;
+};
+
+}  // namespace device

@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "device/calendars/CalendarFolders.h"
+#include "tests/doubles/Phone.h"
+#include "tests/doubles/TemporaryDirectory.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using device::CalendarFolders;
+using platform::CalendarEntry;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing_support::writeText;
+
+class CalendarFoldersTest : public testing::Test {
+  protected:
+    doubles::Phone phone;
+    testing_support::TemporaryDirectory directory;
+    CalendarFolders source{directory.path()};
+
+    void put(const std::string& path, const std::string& text) { writeText(directory / path, text); }
+    std::vector<std::string> titles() {
+        std::vector<std::string> titles;
+        for (const CalendarEntry& calendar : source.calendars()) titles.push_back(calendar.title);
+        return titles;
+    }
+    std::vector<std::string> identifiers() {
+        std::vector<std::string> identifiers;
+        for (const CalendarEntry& calendar : source.calendars()) identifiers.push_back(calendar.identifier);
+        return identifiers;
+    }
+};
+
+std::string named(const std::string& name) {
+    return "BEGIN:VCALENDAR\r\nX-WR-CALNAME:" + name + "\r\nCOLOR:teal\r\nEND:VCALENDAR\r\n";
+}
+
+TEST_F(CalendarFoldersTest, foldersAndFiles_areCalendarsOfTheirAccount) {
+    put("Home/personal/displayname", "Personal\n");
+    put("Home/personal/color", "#34C759\n");
+    put("Home/personal/one.ics", "no calendar: nobody looks at it");
+    put("Work/team.ics", named("Team"));
+    EXPECT_THAT(source.calendars(), ElementsAre(CalendarEntry{"Home/personal", "Personal", "Home", 0x34C759},
+                                                CalendarEntry{"Work/team.ics", "Team", "Work", 0x008080}));
+    EXPECT_THAT(phone.log->lines(), IsEmpty());
+}
+
+TEST_F(CalendarFoldersTest, sameNameInTwoAccounts_staysApart) {
+    put("A/cal/displayname", "Shared");
+    put("B/cal/displayname", "Shared");
+    EXPECT_THAT(identifiers(), ElementsAre("A/cal", "B/cal"));
+    EXPECT_THAT(titles(), ElementsAre("Shared", "Shared"));
+}
+
+TEST_F(CalendarFoldersTest, renamedCalendar_keepsItsIdentifier) {
+    put("A/cal/displayname", "Before");
+    const auto before = identifiers();
+    put("A/cal/displayname", "After");
+    EXPECT_EQ(CalendarFolders(directory.path()).calendars().at(0).identifier, before.at(0));
+    EXPECT_THAT(titles(), ElementsAre("After"));
+}
+
+TEST_F(CalendarFoldersTest, calendarWithoutAName_isCalledLikeItsFolderOrFile) {
+    put("A/folder/event.ics", named("not the calendar's"));
+    put("A/blank/displayname", " \n");
+    put("A/file.v2.ics", "BEGIN:VCALENDAR\nEND:VCALENDAR\n");
+    EXPECT_THAT(titles(), ElementsAre("blank", "file.v2", "folder"));
+}
+
+TEST_F(CalendarFoldersTest, calendarWithoutAColour_hasOneThatStays) {
+    put("A/one/displayname", "One");
+    put("A/two/displayname", "Two");
+    const auto calendars = source.calendars();
+    EXPECT_EQ(CalendarFolders(directory.path()).calendars(), calendars);
+    put("A/one/displayname", "Renamed");
+    EXPECT_EQ(source.calendars().at(0).colour, calendars.at(0).colour);
+    EXPECT_THAT(phone.log->lines(), IsEmpty());
+}
+
+TEST_F(CalendarFoldersTest, badColour_isLoggedAndCountsAsNone) {
+    put("A/one/displayname", "One");
+    const auto colour = source.calendars().at(0).colour;
+    put("A/one/color", "loud");
+    EXPECT_EQ(source.calendars().at(0).colour, colour);
+    EXPECT_THAT(phone.log->lines(),
+                ElementsAre("The colour \"loud\" in \"" + (directory / "A/one/color") + "\" is none."));
+}
+
+TEST_F(CalendarFoldersTest, brokenFile_isLeftOutAndLoggedOnceUntilItChanges) {
+    put("A/bad.ics", "nonsense");
+    put("A/good.ics", named("Good"));
+    EXPECT_THAT(titles(), ElementsAre("Good"));
+    EXPECT_THAT(titles(), ElementsAre("Good"));
+    const std::string line =
+        "The calendar \"" + (directory / "A/bad.ics") + "\" does not begin with BEGIN:VCALENDAR.";
+    EXPECT_THAT(phone.log->lines(), ElementsAre(line));
+    put("A/bad.ics", "other nonsense");
+    titles();
+    EXPECT_THAT(phone.log->lines(), ElementsAre(line, line));
+    put("A/bad.ics", named("Mended"));
+    EXPECT_THAT(titles(), ElementsAre("Mended", "Good"));
+    EXPECT_EQ(phone.log->lines().size(), 2U);
+}
+
+TEST_F(CalendarFoldersTest, fileOfAnySize_isReadOnlyAtItsHead) {
+    put("A/huge.ics", named("Huge"));
+    // A hole of far more than there is memory for.
+    fs::resize_file(directory / "A/huge.ics", std::uintmax_t{1} << 40);
+    std::string many = "BEGIN:VCALENDAR\r\nNAME:Many\r\n";
+    for (int i = 0; i < 10'000; ++i) many += "BEGIN:VEVENT\r\nSUMMARY:event\r\nEND:VEVENT\r\n";
+    put("A/many.ics", many);
+    EXPECT_THAT(titles(), ElementsAre("Huge", "Many"));
+}
+
+TEST_F(CalendarFoldersTest, hiddenAndForeignThings_arePassedOver) {
+    put(".hidden/cal/displayname", "x");
+    put("loose.ics", named("x"));
+    put("A/.hidden/displayname", "x");
+    put("A/.hidden.ics", named("x"));
+    put("A/notes.txt", "x");
+    put("A/UPPER.ICS", named("Upper"));
+    EXPECT_THAT(titles(), ElementsAre("Upper"));
+    EXPECT_THAT(phone.log->lines(), IsEmpty());
+}
+
+TEST_F(CalendarFoldersTest, symbolicLinks_areFollowedButNotInCircles) {
+    const testing_support::TemporaryDirectory elsewhere;
+    writeText(elsewhere / "cal/displayname", "Elsewhere");
+    put("A/cal/displayname", "Here");
+    fs::create_directory_symlink(elsewhere.path(), directory / "B");
+    fs::create_directory_symlink("..", directory / "A/up");
+    fs::create_directory_symlink(".", directory / "A/self");
+    fs::create_directory_symlink(".", directory / "self");
+    fs::create_directory_symlink("loop", directory / "A/loop");
+    fs::create_symlink("loop.ics", directory / "A/loop.ics");
+    EXPECT_THAT(titles(), ElementsAre("Here", "Elsewhere"));
+    EXPECT_THAT(phone.log->lines(), ElementsAre(HasSubstr("loop.ics")));
+}
+
+TEST_F(CalendarFoldersTest, pipes_areNotWaitedFor) {
+    put("A/cal/event.ics", "");
+    ASSERT_EQ(mkfifo((directory / "A/pipe.ics").c_str(), 0600), 0);
+    ASSERT_EQ(mkfifo((directory / "A/cal/displayname").c_str(), 0600), 0);
+    EXPECT_THAT(titles(), ElementsAre("cal"));
+    EXPECT_THAT(phone.log->lines(), ElementsAre(HasSubstr("displayname"), HasSubstr("pipe.ics")));
+}
+
+TEST_F(CalendarFoldersTest, namesThatAreNoUTF8_areEscapedAndStayApart) {
+    put("caf\xE9/\xFF/displayname", "\xFE");
+    put("caf\xE8/\xFF/displayname", "a\tb");
+    EXPECT_THAT(source.calendars(),
+                ElementsAre(testing::FieldsAre("caf\\xE8/\\xFF", "a b", "caf\\xE8", testing::_),
+                            testing::FieldsAre("caf\\xE9/\\xFF", "\\xFE", "caf\\xE9", testing::_)));
+}
+
+TEST_F(CalendarFoldersTest, displayNameTooLongForOne_isLoggedAndCountsAsNone) {
+    put("A/cal/displayname", std::string(5000, 'x'));
+    EXPECT_THAT(titles(), ElementsAre("cal"));
+    EXPECT_THAT(phone.log->lines(), ElementsAre(HasSubstr("is too long for one line")));
+}
+
+TEST_F(CalendarFoldersTest, directoryThatIsMissing_hasNoCalendars) {
+    EXPECT_THAT(CalendarFolders(directory / "nowhere").calendars(), IsEmpty());
+    EXPECT_THAT(phone.log->lines(), IsEmpty());
+}
+
+TEST_F(CalendarFoldersTest, directoryThatCannotBeListed_isLogged) {
+    put("file", "");
+    EXPECT_THAT(CalendarFolders(directory / "file").calendars(), IsEmpty());
+    EXPECT_THAT(phone.log->lines(), ElementsAre("The calendars in \"" + (directory / "file") +
+                                                "\" could not be listed: Not a directory."));
+}
+
+TEST_F(CalendarFoldersTest, unreadableAccount_isLoggedAndTheOthersStay) {
+    if (geteuid() == 0) GTEST_SKIP() << "nothing is unreadable for root";
+    put("A/cal/displayname", "x");
+    put("B/cal/displayname", "B");
+    fs::permissions(directory / "A", fs::perms::none);
+    EXPECT_THAT(titles(), ElementsAre("B"));
+    EXPECT_THAT(phone.log->lines(), ElementsAre(HasSubstr("Permission denied")));
+    fs::permissions(directory / "A", fs::perms::owner_all);
+}
+
+}  // namespace

@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <set>
+
+#include "device/Descriptor.h"
+#include "device/RootFileSystem.h"
+#include "device/mail/DesktopMail.h"
+#include "platform/foundation/Device.h"
+#include "tests/doubles/Phone.h"
+#include "tests/doubles/TemporaryDirectory.h"
+
+namespace {
+
+using device::DesktopMail;
+using testing_support::TemporaryDirectory;
+
+/// A phone in a directory, on a machine without a display unless a test gives it one.
+class DesktopMailTest : public testing::Test {
+  protected:
+    DesktopMailTest() {
+        unsetenv("DISPLAY");
+        unsetenv("WAYLAND_DISPLAY");
+        platform::Device machine;
+        machine.files = std::make_shared<device::RootFileSystem>(directory.path().string());
+        machine.clock = phone.clock;
+        machine.log = phone.log;
+        platform::Device::install(machine);
+    }
+    std::vector<std::string> mailsIn(std::string_view path) const {
+        const auto names = platform::Device::current().files->list(path);
+        return names.value_or(std::vector<std::string>());
+    }
+    std::string textOf(std::string_view path) const {
+        return testing_support::readText(directory.path() / path.substr(1) / mailsIn(path).at(0));
+    }
+
+    TemporaryDirectory directory;
+    doubles::Phone phone;
+    DesktopMail mail{"me@example.net"};
+    platform::MailDraft draft{"Report", {"support@example.com"}, "Text", true, {{"a.log", "mime", {1, 2}}}};
+};
+
+TEST_F(DesktopMailTest, sentMail_isKeptInTheOutboxAndItsPlaceIsTold) {
+    ASSERT_TRUE(mail.send(draft));
+    const auto mails = mailsIn(DesktopMail::outboxPath);
+    ASSERT_EQ(1U, mails.size());
+    EXPECT_TRUE(mails[0].ends_with(".eml"));
+    const std::string text = textOf(DesktopMail::outboxPath);
+    EXPECT_NE(std::string::npos, text.find("From: me@example.net\n"));
+    EXPECT_NE(std::string::npos, text.find("Subject: Report\n"));
+    EXPECT_NE(std::string::npos, text.find("X-Unsent: 1\n"));
+    ASSERT_EQ(1U, phone.log->lines().size());
+    EXPECT_NE(std::string::npos, phone.log->lines()[0].find("/var/mobile/Library/Mail/Outbox/" + mails[0]));
+    EXPECT_NE(std::string::npos, phone.log->lines()[0].find(directory / "var/mobile/Library/Mail/Outbox"));
+    const auto writes = phone.takeEvents("write");
+    ASSERT_EQ(1U, writes.size());
+    EXPECT_EQ(platform::Value(true), writes[0].at("ok"));
+}
+
+TEST_F(DesktopMailTest, savedMail_isKeptWithTheDrafts) {
+    ASSERT_TRUE(mail.save(draft));
+    EXPECT_EQ(1U, mailsIn(DesktopMail::draftsPath).size());
+    EXPECT_TRUE(mailsIn(DesktopMail::outboxPath).empty());
+}
+
+TEST_F(DesktopMailTest, mailsOfOneInstant_haveFilesOfTheirOwn) {
+    for (int i = 0; i < 50; ++i) ASSERT_TRUE(mail.send(draft));
+    EXPECT_EQ(50U, mailsIn(DesktopMail::outboxPath).size());
+}
+
+TEST_F(DesktopMailTest, withoutAnAccount_nothingIsSentButADraftIsKept) {
+    DesktopMail none("");
+    EXPECT_FALSE(none.canSend());
+    EXPECT_FALSE(none.send(draft));
+    EXPECT_TRUE(mailsIn(DesktopMail::outboxPath).empty());
+    EXPECT_TRUE(none.save(draft));
+}
+
+TEST_F(DesktopMailTest, mailThatIsNone_leavesNoFile) {
+    draft.to = {"nobody"};
+    const auto refused = mail.send(draft);
+    ASSERT_FALSE(refused);
+    EXPECT_NE(std::string::npos, refused.error().localizedDescription.find("nobody"));
+    EXPECT_TRUE(mailsIn(DesktopMail::outboxPath).empty());
+}
+
+TEST_F(DesktopMailTest, outboxThatCannotBeMade_isAnErrorThatNamesIt) {
+    testing_support::writeText(directory.path() / "var/mobile/Library/Mail", "in the way");
+    const auto refused = mail.send(draft);
+    ASSERT_FALSE(refused);
+    EXPECT_NE(std::string::npos, refused.error().localizedDescription.find("/var/mobile/Library/Mail"));
+}
+
+TEST_F(DesktopMailTest, onADesktop_theFileIsHandedToItsMailProgram) {
+    const TemporaryDirectory programs;
+    testing_support::writeText(programs / "xdg-open", "#!/bin/sh\necho \"$1\" > \"$0.said\"\n");
+    std::filesystem::permissions(programs / "xdg-open", std::filesystem::perms::owner_all);
+    ASSERT_EQ(0, mkfifo((programs / "xdg-open.said").c_str(), 0600));
+    const device::Descriptor said(
+        open((programs / "xdg-open.said").c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
+    const std::string path = std::getenv("PATH");
+    setenv("DISPLAY", ":77", 1);
+    setenv("PATH", programs.path().c_str(), 1);
+    const auto sent = mail.send(draft);
+    setenv("PATH", path.c_str(), 1);
+    unsetenv("DISPLAY");
+    ASSERT_TRUE(sent);
+
+    pollfd readable{said.get(), POLLIN, 0};
+    ASSERT_EQ(1, poll(&readable, 1, 60'000));
+    std::array<char, 1000> bytes{};
+    const ssize_t got = read(said.get(), bytes.data(), bytes.size());
+    ASSERT_GT(got, 0);
+    EXPECT_EQ(directory / "var/mobile/Library/Mail/Outbox/" + mailsIn(DesktopMail::outboxPath).at(0) + "\n",
+              std::string(bytes.data(), static_cast<std::size_t>(got)));
+}
+
+}  // namespace

@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "device/tones/BuiltInTones.h"
+#include "device/tones/ThemeTones.h"
+#include "tests/doubles/Phone.h"
+#include "tests/doubles/TemporaryDirectory.h"
+
+namespace {
+
+using device::SoundThemes;
+using device::ThemeTones;
+using platform::ToneEntry;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing_support::writeText;
+
+class ThemeTonesTest : public testing::Test {
+  protected:
+    doubles::Phone phone;
+    testing_support::TemporaryDirectory directory;
+    ThemeTones source{SoundThemes({directory.path()})};
+
+    std::vector<std::string> names() {
+        std::vector<std::string> names;
+        for (const ToneEntry& tone : source.tones()) names.push_back(tone.name);
+        return names;
+    }
+    std::string errorOf(const std::string& identifier) {
+        const auto sound = source.sound(identifier);
+        return sound ? "" : sound.error().localizedDescription;
+    }
+};
+
+TEST_F(ThemeTonesTest, sounds_areTonesByNameWithTheCalendarAlertAmongThem) {
+    writeText(directory / "message-new-instant.oga", "a");
+    writeText(directory / "Zebra.wav", "b");
+    writeText(directory / "alarm.ogg", "c");
+    EXPECT_THAT(source.tones(), ElementsAre(ToneEntry{"texttone:Alarm", "Alarm"},
+                                            ToneEntry{"texttone:Calendar Alert", "Calendar Alert"},
+                                            ToneEntry{"texttone:Message New Instant", "Message New Instant"},
+                                            ToneEntry{"texttone:Zebra", "Zebra"}));
+}
+
+TEST_F(ThemeTonesTest, sound_isTheFileWithItsMediaType) {
+    writeText(directory / "one.oga", "a");
+    writeText(directory / "two.ogg", "b");
+    writeText(directory / "Three.WAV", "c");
+    const auto one = source.sound("texttone:One");
+    ASSERT_TRUE(one) << one.error().localizedDescription;
+    EXPECT_EQ(one->mediaType, "audio/ogg");
+    EXPECT_EQ(one->bytes, platform::Data{'a'});
+    EXPECT_EQ(source.sound("texttone:Two")->mediaType, "audio/ogg");
+    EXPECT_EQ(source.sound("texttone:Three")->mediaType, "audio/wav");
+}
+
+TEST_F(ThemeTonesTest, soundsThatWouldShareAName_areBothHad) {
+    writeText(directory / "chord.oga", "theme");
+    writeText(directory / "Chord.wav", "own");
+    EXPECT_THAT(names(), ElementsAre("Calendar Alert", "Chord", "Chord (Chord)"));
+    EXPECT_EQ(source.sound("texttone:Chord")->bytes.size(), 5U);
+    EXPECT_EQ(source.sound("texttone:Chord (Chord)")->bytes.size(), 3U);
+}
+
+TEST_F(ThemeTonesTest, noSoundAtAll_offersTheBuiltInTones) {
+    EXPECT_THAT(names(), ElementsAre("Bell", "Calendar Alert", "Chime", "Chord", "Echo", "Pulse"));
+}
+
+TEST_F(ThemeTonesTest, builtInTone_canBeHeardBesideOthers) {
+    writeText(directory / "alarm.ogg", "c");
+    EXPECT_EQ(source.sound("texttone:Chord")->mediaType, "audio/wav");
+    EXPECT_EQ(source.sound("texttone:Calendar Alert")->bytes, *device::builtInTone("Calendar Alert"));
+    writeText(directory / "calendar-alert.ogg", "mine");
+    EXPECT_EQ(source.sound("texttone:Calendar Alert")->bytes.size(), 4U);
+    EXPECT_THAT(names(), ElementsAre("Alarm", "Calendar Alert"));
+}
+
+TEST_F(ThemeTonesTest, unknownTone_isNamed) {
+    EXPECT_EQ(errorOf("texttone:Nothing"), "The tone \"texttone:Nothing\" does not exist.");
+    EXPECT_EQ(errorOf("ringtone:Chord"), "The tone \"ringtone:Chord\" is of no kind that is known here.");
+    EXPECT_THAT(errorOf("texttone:../../etc/passwd"), HasSubstr("does not exist"));
+    EXPECT_THAT(errorOf(""), HasSubstr("no kind"));
+}
+
+TEST_F(ThemeTonesTest, soundThatCannotBeRead_isNamed) {
+    writeText(directory / "huge.wav", "");
+    std::filesystem::resize_file(directory / "huge.wav", ThemeTones::maximumBytes + 1);
+    EXPECT_EQ(errorOf("texttone:Huge"), "The tone \"texttone:Huge\" is larger than 8 MiB.");
+    std::filesystem::resize_file(directory / "huge.wav", ThemeTones::maximumBytes);
+    EXPECT_EQ(source.sound("texttone:Huge")->bytes.size(), ThemeTones::maximumBytes);
+}
+
+TEST_F(ThemeTonesTest, pipe_isNoTone) {
+    ASSERT_EQ(mkfifo((directory / "pipe.wav").c_str(), 0600), 0);
+    writeText(directory / "alarm.ogg", "c");
+    EXPECT_THAT(names(), ElementsAre("Alarm", "Calendar Alert"));
+}
+
+TEST(BuiltInTones, each_isAWaveFileOfItsOwnThatSounds) {
+    std::set<platform::Data> different;
+    for (const std::string& name : device::builtInToneNames()) {
+        const auto wave = device::builtInTone(name);
+        ASSERT_TRUE(wave) << name;
+        ASSERT_GT(wave->size(), 44U);
+        EXPECT_EQ(std::string(wave->begin(), wave->begin() + 4), "RIFF");
+        EXPECT_EQ(std::string(wave->begin() + 8, wave->begin() + 16), "WAVEfmt ");
+        const auto number = [&](std::size_t at) {
+            return (*wave)[at] | (*wave)[at + 1] << 8 | (*wave)[at + 2] << 16 | (*wave)[at + 3] << 24;
+        };
+        EXPECT_EQ(static_cast<std::size_t>(number(4)), wave->size() - 8);
+        EXPECT_EQ(static_cast<std::size_t>(number(40)), wave->size() - 44);
+        int loudest = 0;
+        for (std::size_t at = 44; at < wave->size(); at += 2)
+            loudest = std::max(
+                loudest,
+                std::abs(static_cast<int>(static_cast<std::int16_t>((*wave)[at] | (*wave)[at + 1] << 8))));
+        EXPECT_GT(loudest, 5000) << name;
+        EXPECT_LT(loudest, 32000) << name;
+        EXPECT_TRUE(different.insert(*wave).second) << name;
+    }
+    EXPECT_FALSE(device::builtInTone("None"));
+}
+
+}  // namespace
