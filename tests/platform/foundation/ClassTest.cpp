@@ -112,6 +112,17 @@ TEST(ClassRegistry, classesAddedWhileABundleLoads_belongToTheInnermostOne) {
     EXPECT_EQ(registry.bundlePath(stranger), "");
 }
 
+TEST(ClassRegistry, superclassSetLater_changesTheFamily) {
+    const Class declared("Declared", nullptr, nullptr);
+    const Class chosen("Chosen", nullptr, nullptr);
+    const Class cls("Class", &declared, nullptr);
+    const Class derived("Derived", &cls, nullptr);
+    ClassRegistry::setSuperclass(cls, chosen);
+    EXPECT_EQ(&chosen, cls.superclass());
+    EXPECT_TRUE(derived.isSubclassOf(chosen));
+    EXPECT_FALSE(derived.isSubclassOf(declared));
+}
+
 TEST(Object, sharedAndWeak_areEmptyWhenNobodyOwnsTheObject) {
     ClassTestDerived unowned;
     EXPECT_EQ(unowned.shared(&unowned), nullptr);

@@ -110,6 +110,29 @@ TEST_F(Images, patternsOfTheSameFile_areEqual) {
     EXPECT_FALSE(one->isEqual(*other->colorWithAlphaComponent(0.5)));
 }
 
+TEST_F(Images, areaOfOneColour_keepsColourSizeAndCorners) {
+    const auto area = UIImage::imageFilledWithColor(UIColor::redColor(), {29, 20});
+    ASSERT_NE(nullptr, area);
+    EXPECT_EQ((Size{29, 20}), area->size());
+    EXPECT_EQ(0, area->cornerRadius());
+    const auto rounded = area->withCornerRadius(10);
+    EXPECT_EQ(10, rounded->cornerRadius());
+    EXPECT_EQ((Size{29, 20}), rounded->size());
+    EXPECT_TRUE(rounded->fillColor()->isEqual(*UIColor::redColor()));
+    EXPECT_EQ(0, area->cornerRadius()) << "the first one stays as it was";
+    EXPECT_EQ(nullptr, UIImage::imageFilledWithColor(nullptr, {1, 1}));
+}
+
+TEST_F(Images, roundedPicture_isTheSameFile) {
+    phone_.files->put("/nav@2x.png", png(4, 40));
+    const auto picture = UIImage::imageWithContentsOfFile("/nav@2x.png");
+    const auto rounded = picture->withCornerRadius(4);
+    EXPECT_EQ(picture->path(), rounded->path());
+    EXPECT_EQ(picture->name(), rounded->name());
+    EXPECT_EQ(picture->scale(), rounded->scale());
+    EXPECT_EQ(picture->size(), rounded->size());
+}
+
 TEST_F(Images, imageView_isAsLargeAsItsImage) {
     phone_.files->put("/logo@2x.png", png(4, 40));
     const auto view = std::make_shared<UIImageView>(UIImage::imageWithContentsOfFile("/logo@2x.png"));
