@@ -11,6 +11,7 @@
 #include <iostream>
 #include <utility>
 
+#include "platform/foundation/Device.h"
 #include "platform/foundation/RunLoop.h"
 
 namespace settings {
@@ -20,7 +21,8 @@ using platform::RunLoop;
 
 namespace {
 
-/// A page that sends this many commands without waiting for an answer is none of ours.
+/// A page that sends this many commands without waiting for an answer is none of ours; and so many sounds
+/// are not waited for by anyone.
 constexpr std::size_t longestInbox = 4096;
 
 std::unexpected<platform::Error> systemFailure(const char* what) {
@@ -72,10 +74,15 @@ void Serve::closed(ConnectionId connection) {
     put({Message::Kind::Closed, connection, {}});
 }
 
+void Serve::soundAsked(SoundRequestId request, std::string identifier) {
+    put({Message::Kind::SoundAsked, request, std::move(identifier)});
+}
+
 void Serve::put(Message message) {
     const std::lock_guard lock(mutex_);
-    if (message.kind == Message::Kind::Received && inbox_.size() >= longestInbox) {
-        message = {Message::Kind::Closed, message.connection, {}};
+    if (inbox_.size() >= longestInbox) {
+        if (message.kind == Message::Kind::SoundAsked) return;
+        if (message.kind == Message::Kind::Received) message = {Message::Kind::Closed, message.id, {}};
     }
     inbox_.push_back(std::move(message));
     // Cannot fail: the counter is far from full.
@@ -124,20 +131,24 @@ void Serve::handleInbox() {
 }
 
 void Serve::handle(const Message& message) {
-    const auto session = sessions_.find(message.connection);
+    // Requests for sounds are counted apart from connections; they have no session.
+    const auto session =
+        message.kind == Message::Kind::SoundAsked ? sessions_.end() : sessions_.find(message.id);
     switch (message.kind) {
         case Message::Kind::Opened:
-            sessions_.try_emplace(message.connection, application_).first->second.setInterruption([this] {
+            sessions_.try_emplace(message.id, application_).first->second.setInterruption([this] {
                 return isEnding();
             });
             return;
         case Message::Kind::Received:
-            if (session != sessions_.end())
-                server_->send(message.connection, session->second.answer(message.text));
+            if (session != sessions_.end()) server_->send(message.id, session->second.answer(message.text));
             return;
         case Message::Kind::Closed:
             if (session != sessions_.end()) sessions_.erase(session);
-            server_->close(message.connection);
+            server_->close(message.id);
+            return;
+        case Message::Kind::SoundAsked:
+            server_->giveSound(message.id, sound(message.text));
             return;
     }
 }
@@ -157,6 +168,12 @@ bool Serve::isEnding() {
     while (signals_ >= 0 && read(signals_, &information, sizeof information) == sizeof information)
         ending_ = true;
     return ending_;
+}
+
+Result<platform::ToneSound> Serve::sound(const std::string& identifier) {
+    const auto& tones = platform::Device::current().tones;
+    if (!tones) return platform::failure("This phone has no tones.");
+    return tones->sound(identifier);
 }
 
 std::optional<std::string> Serve::imageFile(std::string_view name) const {

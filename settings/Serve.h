@@ -12,6 +12,7 @@
 
 #include "platform/foundation/Error.h"
 #include "platform/foundation/FileSystem.h"
+#include "platform/foundation/ToneSource.h"
 #include "settings/Application.h"
 #include "settings/Session.h"
 #include "settings/server/Server.h"
@@ -35,15 +36,17 @@ class Serve : private ServerHandler {
 
   private:
     struct Message {
-        enum class Kind { Opened, Received, Closed };
+        enum class Kind { Opened, Received, Closed, SoundAsked };
         Kind kind = Kind::Received;
-        ConnectionId connection = 0;
+        /// The connection, or the request for a sound.
+        std::uint64_t id = 0;
         std::string text;
     };
 
     void opened(ConnectionId connection) override;
     void received(ConnectionId connection, std::string text) override;
     void closed(ConnectionId connection) override;
+    void soundAsked(SoundRequestId request, std::string identifier) override;
     void put(Message message);
     std::optional<Message> take();
 
@@ -54,6 +57,7 @@ class Serve : private ServerHandler {
     void pushChanges();
     /// Whether the process was asked to end; once it was, it always is.
     bool isEnding();
+    static platform::Result<platform::ToneSound> sound(const std::string& identifier);
     std::optional<std::string> imageFile(std::string_view name) const;
 
     Application& application_;

@@ -14,7 +14,9 @@ namespace {
 
 constexpr std::size_t maximumImageBytes = std::size_t{8} << 20;
 constexpr std::size_t maximumPageFileBytes = std::size_t{32} << 20;
+constexpr std::size_t maximumSoundBytes = std::size_t{8} << 20;
 constexpr std::string_view imageFolder = "image/";
+constexpr std::string_view soundFolder = "sounds/";
 constexpr std::string_view plainText = "text/plain; charset=utf-8";
 
 constexpr std::string_view contentSecurityPolicy =
@@ -56,6 +58,14 @@ std::vector<std::string_view> fieldValues(const Request& request, std::string_vi
     return values;
 }
 
+/// Whether it can stand in a header, as "audio/" and a name.
+bool isAudioType(std::string_view mediaType) {
+    constexpr std::string_view family = "audio/";
+    constexpr std::string_view allowed = "abcdefghijklmnopqrstuvwxyz0123456789+-.";
+    return mediaType.starts_with(family) && mediaType.size() > family.size() &&
+           mediaType.find_first_not_of(allowed, family.size()) == std::string_view::npos;
+}
+
 Response fileResponse(const Request& request, std::string content, std::string_view contentType) {
     const std::string entityTag = entityTagOf(content);
     const bool unchanged =
@@ -87,7 +97,7 @@ std::string Responder::cookieName() const {
     return "quietrix-settings-" + std::to_string(port_);
 }
 
-std::variant<Response, AcceptWebSocket> Responder::answer(const Request& request) const {
+Answer Responder::answer(const Request& request) const {
     const auto hosts = fieldValues(request, "Host");
     if (hosts.size() != 1 || !isOwnHost(hosts.front(), port_))
         return refusal(421, "This server answers as 127.0.0.1 and localhost only.");
@@ -127,7 +137,15 @@ std::variant<Response, AcceptWebSocket> Responder::answer(const Request& request
     }
     if (path->starts_with(imageFolder))
         return image(request, std::string_view(*path).substr(imageFolder.size()));
+    if (path->starts_with(soundFolder)) return AskForSound{path->substr(soundFolder.size())};
     return page(request, path->empty() ? std::string_view("index.html") : std::string_view(*path));
+}
+
+Response Responder::sound(const Request& request, const platform::Result<platform::ToneSound>& sound) {
+    if (!sound) return textResponse(404, sound.error().localizedDescription);
+    if (sound->bytes.size() > maximumSoundBytes) return textResponse(404, "The sound is larger than 8 MiB.");
+    if (!isAudioType(sound->mediaType)) return textResponse(404, "What is called so is no sound.");
+    return fileResponse(request, std::string(sound->bytes.begin(), sound->bytes.end()), sound->mediaType);
 }
 
 bool Responder::isLetIn(const Request& request) const {

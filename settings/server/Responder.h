@@ -10,6 +10,8 @@
 #include <variant>
 #include <vector>
 
+#include "platform/foundation/ToneSource.h"
+
 namespace settings {
 
 using HeaderField = std::pair<std::string, std::string>;
@@ -37,6 +39,13 @@ struct Response {
 /// The answer to a request that may become a WebSocket.
 struct AcceptWebSocket {};
 
+/// The answer to a request for a sound: to be had from the application, and given with Responder::sound().
+struct AskForSound {
+    std::string identifier;
+};
+
+using Answer = std::variant<Response, AcceptWebSocket, AskForSound>;
+
 /// Decides what each request is answered: who is let in, and what there is to have. Holds no connection and
 /// changes nothing, so one serves them all. Used on the server's thread.
 class Responder {
@@ -48,7 +57,11 @@ class Responder {
 
     /// Checks in this order, so that nothing is told to whom it does not concern: Host, Origin, method, form
     /// of the target, secret or cookie, and only then what is asked for.
-    std::variant<Response, AcceptWebSocket> answer(const Request& request) const;
+    Answer answer(const Request& request) const;
+
+    /// The sound that a request was answered AskForSound for; an error is told as the reason why there is
+    /// none, and so is a sound of more than 8 MiB or of a media type that is not audio.
+    static Response sound(const Request& request, const platform::Result<platform::ToneSound>& sound);
 
     /// A refusal with a one-line text, after which the connection is closed.
     static Response refusal(unsigned status, std::string_view sentence);

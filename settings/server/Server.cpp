@@ -20,6 +20,9 @@
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <memory>
+#include <optional>
+#include <string>
 #include <system_error>
 #include <thread>
 #include <tuple>
@@ -67,6 +70,14 @@ Request requestFrom(const Message& message) {
     request.asksForWebSocket = websocket::is_upgrade(message);
     return request;
 }
+
+/// A request whose sound the application has been asked for. The timer's end is the end of the waiting.
+struct SoundWait {
+    explicit SoundWait(asio::io_context& io) : timer(io) {}
+
+    asio::steady_timer timer;
+    std::optional<platform::Result<platform::ToneSound>> sound;
+};
 
 /// What to tell a client whose request could not be read; nothing when it has gone or has been too slow.
 std::optional<Response> refusalOf(error_code error) {
@@ -144,6 +155,16 @@ class Server::Core {
         asio::post(io_, [this, connection, action = std::move(action)]() mutable {
             const auto found = channels_.find(connection);
             if (found != channels_.end()) action(*found->second);
+        });
+    }
+
+    /// Takes the answer to soundAsked() over to the server's thread; nobody may be waiting any more.
+    void giveSound(SoundRequestId request, platform::Result<platform::ToneSound> sound) {
+        asio::post(io_, [this, request, sound = std::move(sound)]() mutable {
+            const auto found = sounds_.find(request);
+            if (found == sounds_.end()) return;
+            found->second->sound = std::move(sound);
+            found->second->timer.cancel();
         });
     }
 
@@ -234,7 +255,7 @@ class Server::Core {
             parser.body_limit(0);
             stream.expires_after(options_.limits.requestTimeout);
             const auto [error, count] = co_await http::async_read_header(stream, buffer, parser, asResult);
-            std::variant<Response, AcceptWebSocket> answer;
+            Answer answer;
             if (error) {
                 auto refusal = refusalOf(error);
                 if (!refusal) co_return;
@@ -253,13 +274,37 @@ class Server::Core {
                 co_await converse(channel, request);
                 co_return;
             }
+            if (const auto* wanted = std::get_if<AskForSound>(&answer))
+                answer = co_await soundResponse(requestFrom(parser.get()), wanted->identifier);
             stream.expires_after(options_.limits.requestTimeout);
             if (!co_await write(stream, parser.get(), std::move(std::get<Response>(answer)))) break;
         }
         co_await hangUp(stream, options_.limits.closeTimeout);
     }
 
-    std::variant<Response, AcceptWebSocket> decide(const Message& message, std::size_t bytesAfterIt) const {
+    /// Only this connection waits meanwhile. A page that has gone is found out when it is written to.
+    asio::awaitable<Response> soundResponse(Request request, std::string identifier) {
+        const auto wait = std::make_shared<SoundWait>(io_);
+        const SoundRequestId id = ++lastSound_;
+        sounds_.emplace(id, wait);
+        wait->timer.expires_after(options_.limits.soundTimeout);
+        try {
+            handler_.soundAsked(id, std::move(identifier));
+        } catch (...) {
+            sounds_.erase(id);
+            throw;
+        }
+        co_await wait->timer.async_wait(asResult);
+        sounds_.erase(id);
+        if (!wait->sound) {
+            Response busy = Responder::refusal(503, "The application is busy; the sound can be had later.");
+            busy.fields.emplace_back("Retry-After", "1");
+            co_return busy;
+        }
+        co_return Responder::sound(request, *wait->sound);
+    }
+
+    Answer decide(const Message& message, std::size_t bytesAfterIt) const {
         try {
             auto answer = responder_->answer(requestFrom(message));
             if (std::holds_alternative<AcceptWebSocket>(answer) && bytesAfterIt > 0)
@@ -296,11 +341,13 @@ class Server::Core {
     std::size_t served_ = 0;
     std::size_t refused_ = 0;
     ConnectionId lastConnection_ = 0;
+    SoundRequestId lastSound_ = 0;
     bool stopping_ = false;
     asio::io_context io_{1};
     tcp::acceptor acceptor_{io_};
     asio::steady_timer stopDeadline_{io_};
     std::map<ConnectionId, std::shared_ptr<Channel>> channels_;
+    std::map<SoundRequestId, std::shared_ptr<SoundWait>> sounds_;
     std::thread thread_;
 };
 
@@ -325,6 +372,10 @@ std::uint16_t Server::port() const {
 void Server::send(ConnectionId connection, std::string text) {
     core_->withChannel(connection,
                        [text = std::move(text)](Channel& channel) mutable { channel.send(std::move(text)); });
+}
+
+void Server::giveSound(SoundRequestId request, platform::Result<platform::ToneSound> sound) {
+    core_->giveSound(request, std::move(sound));
 }
 
 void Server::close(ConnectionId connection) {

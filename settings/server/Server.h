@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/foundation/Error.h"
+#include "platform/foundation/ToneSource.h"
 #include "settings/server/ServerHandler.h"
 #include "settings/server/ServerOptions.h"
 
@@ -42,6 +43,10 @@ class Server {
     /// Sends what is still queued, then closes with code 1000; ServerHandler::closed() follows. Any thread;
     /// an unknown connection: nothing happens.
     void close(ConnectionId connection);
+
+    /// Answers ServerHandler::soundAsked(); the error's text is what the page is told. Any thread. A request
+    /// that is unknown, or that was answered or given up already: nothing happens.
+    void giveSound(SoundRequestId request, platform::Result<platform::ToneSound> sound);
 
   private:
     class Core;

@@ -23,6 +23,8 @@ struct ServerLimits {
     /// From the moment a connection may send a request until its last header byte; also how long an idle
     /// connection is kept and how long an answer may take to be read.
     std::chrono::milliseconds requestTimeout = std::chrono::seconds{15};
+    /// How long a request for a sound waits for the application, which may be busy.
+    std::chrono::milliseconds soundTimeout = std::chrono::seconds{10};
     /// A WebSocket client silent for half of this is pinged, and disconnected when all of it has passed.
     std::chrono::milliseconds idleTimeout = std::chrono::seconds{60};
     /// How long a client may take to read what is left and to answer a close, before it is cut off.

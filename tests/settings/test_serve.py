@@ -8,6 +8,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+import wave
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 sys.path[:0] = [os.path.join(HERE, "server"), os.path.join(HERE, "..", "drive")]
@@ -58,7 +59,10 @@ class ServeTest(unittest.TestCase):
         self.addCleanup(directory.cleanup)
         self.root = os.path.join(directory.name, "phone")
         self.bundle = os.path.join(FIXTURES, "Sample.bundle")
-        self.server = EchoServer(PROGRAM, "serve", "--root", self.root, "--bundle", self.bundle)
+        self.tones = os.path.join(directory.name, "tones")
+        os.mkdir(self.tones)
+        self.server = EchoServer(PROGRAM, "serve", "--root", self.root, "--bundle", self.bundle, "--device",
+                                 f"tones={self.tones}")
         self.addCleanup(self.server.clean)
 
     def page(self):
@@ -112,6 +116,33 @@ class ServeTest(unittest.TestCase):
     def test_image_isServedOnlyOnceAStateHasNamedIt(self):
         self.assertEqual(self.server.get("/image/icon").status, 404)
         self.assertEqual(self.server.get("/image/..%2F..%2Fetc%2Fpasswd").status, 404)
+
+    def test_sound_isThatOfTheDevicesTone(self):
+        path = os.path.join(self.tones, "Door.wav")
+        with wave.open(path, "wb") as file:
+            file.setnchannels(1)
+            file.setsampwidth(1)
+            file.setframerate(8000)
+            file.writeframes(bytes(range(256)))
+        answer = self.server.get("/sounds/texttone%3ADoor")
+        with open(path, "rb") as file:
+            self.assertEqual((answer.status, answer.body), (200, file.read()))
+        self.assertEqual(answer.field("content-type"), "audio/wav")
+        head = self.server.get("/sounds/texttone%3ADoor", method="HEAD")
+        self.assertEqual(head.field("content-length"), str(len(answer.body)))
+
+    def test_unknownSound_isNotFoundAndNamed(self):
+        answer = self.server.get("/sounds/texttone%3ANothing")
+        self.assertEqual((answer.status, answer.field("content-type")), (404, "text/plain; charset=utf-8"))
+        self.assertIn(b"texttone:Nothing", answer.body)
+        for name in ("Door", "texttone:..%2FDoor", "texttone:%2Fetc%2Fpasswd", "..%2FDoor.wav"):
+            self.assertEqual(self.server.get("/sounds/" + name).status, 404, name)
+
+    def test_soundWhileTheApplicationWaits_comesAfterwards(self):
+        page = self.page()
+        page.do("state")
+        page.socket.send(json.dumps({"do": "wait", "event": "never", "seconds": 0.2}))
+        self.assertEqual(self.server.get("/sounds/texttone%3ACalendar%20Alert").status, 200)
 
     def test_signal_endsWithStatusZero(self):
         for ending in (signal.SIGTERM, signal.SIGINT):

@@ -18,6 +18,12 @@ const scenes = {
     unset: (phone) => phone.show(phone.root(), phone.pane(null, null)),
     refusedHours: (phone) => { phone.show(phone.root(), phone.pane()); phone.perform({ do: 'pickTime', time: '6:00 PM' }); },
     tones: (phone) => phone.show(phone.root(), phone.tones()),
+    toneless: (phone) => phone.show(phone.root(), phone.toneless()),
+    calendars: (phone) => { phone.show(phone.root(), phone.calendars()); for (const at of [0, 2]) phone.perform({ do: 'tap', row: at }); },
+    noCalendars: (phone) => phone.show(phone.root(), phone.calendars({})),
+    networks: (phone) => phone.show(phone.root(), phone.networks()),
+    noNetworks: (phone) => phone.show(phone.root(), phone.networks([])),
+    eventStatus: (phone) => phone.show(phone.root(), phone.eventStatus()),
     alert: (phone) => phone.alert('Error', 'The profile could not be saved.'),
     activity: (phone) => phone.activity('Resetting'),
     deleting: (phone) => phone.perform({ do: 'delete', row: 3 }),
@@ -44,7 +50,7 @@ for (const [name, arrange] of Object.entries(scenes)) {
 const clipped = (page) => page.evaluate(() => {
     const width = document.querySelector('.phone').getBoundingClientRect();
     const found = [];
-    for (const element of document.querySelectorAll('.title, .detail, .header, .footer, .product-title, .product-subtitle, .choice, .prompt-message, .social-text, .own-label')) {
+    for (const element of document.querySelectorAll('.title, .detail, .header, .footer, .product-title, .product-subtitle, .choice, .prompt-message, .social-text, .own-label, .notice')) {
         const box = element.getBoundingClientRect();
         if (box.width === 0) continue;
         if (box.left < width.left - 0.5 || box.right > width.right + 0.5 || element.scrollWidth > element.clientWidth + 1) found.push(`${element.className}: ${element.textContent}`);
@@ -69,7 +75,7 @@ const overlapping = (page) => page.evaluate(() => {
 
 const sizes = { narrow: { width: 320, height: 640 }, phone: phoneSize, desk: deskSize };
 
-for (const scene of ['root', 'editor', 'plain', 'deleting', 'posting', 'editing', 'pane', 'modal']) {
+for (const scene of ['root', 'editor', 'plain', 'deleting', 'posting', 'editing', 'pane', 'modal', 'tones', 'toneless', 'calendars', 'noCalendars', 'networks', 'noNetworks', 'eventStatus']) {
     test(`Layout_${scene}_clipsAndOverlapsNothingAtAnySizeAndDirection`, async () => {
         const ui = await openPage(session, { arrange: scenes[scene] });
         const check = async (where) => {

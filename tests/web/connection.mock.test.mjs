@@ -25,7 +25,7 @@ test('Connection_stateWithMissingParts_isDrawn', async () => {
     ui.server.raw(JSON.stringify({
         state: { revision: 1e6, screen: { stack: ['A'], count: 1, rows: [{ index: 0, kind: 99, name: 'Odd', labels: [{ frame: [1, 2] }], properties: [], onTint: 'red' }, null, { index: -3 }] } },
     }));
-    await ui.page.getByRole('button', { name: 'Odd' }).waitFor();
+    await ui.page.getByText('Odd', { exact: true }).waitFor();
     await ui.close();
 });
 

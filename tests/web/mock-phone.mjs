@@ -115,9 +115,37 @@ export class MockPhone {
     tones() {
         return {
             class: 'SampleToneController', title: 'Tones', bar: () => plainBar(), rows: () => [],
-            tones: { selected: 'texttone:Chord', noneAtTop: true, list: [{ identifier: 'texttone:Chord', name: 'Chord' }, { identifier: 'texttone:Bell', name: 'Bell' }] },
+            tones: { selected: 'texttone:Chord', noneAtTop: true, list: ['Bell', 'Blip', 'Chord', 'Missing'].map((name) => ({ identifier: `texttone:${name}`, name })) },
         };
     }
+
+    /** The calendars picker: a switch ahead of the first group, then the calendars of each. */
+    calendars(groups = { Home: ['Personal', 'Family and everything else with a very long name that wraps'], Work: ['Meetings'] }) {
+        const colours = ['#34c759ff', '#000000ff', '#ff9500ff', '#ffffffff'];
+        const each = { cellClass: 'SampleCalendarCell', accessory: 0, tint: '#555555ff', tappable: true };
+        const calendar = (name) => row(1, name, { ...each, properties: { iconImage: { swatch: colours[name.length % 4] } } });
+        const ahead = toggle('Ignore All Day Events', true, { ...each, cellClass: 'SampleSwitchCell', properties: { footerText: 'When turned on, all-day events do not count.' } });
+        const rows = [ahead, ...Object.entries(groups).flatMap(([title, names]) => [group(title), ...names.map(calendar)]), group(null, 'Version 1.0. Sample Go © 2026 Sample')];
+        return { class: 'QuietrixCalendarsController', title: 'Calendar', bar: () => bar({ titleView: null, right: [] }), rows: () => rows };
+    }
+
+    networks(names = ['Office', 'Home 5 GHz']) {
+        const rows = [...names.map((name) => toggle(name, false)), group(null, 'Version 1.0. Sample Go © 2026 Sample')];
+        return { class: 'QuietrixWifiController', title: 'WiFi Networks', bar: () => bar({ titleView: null, right: [] }), rows: () => rows };
+    }
+
+    /** The event-status picker: rows that a label of their own says in the colour of the product. */
+    eventStatus() {
+        const choice = (text, at) => row(7, null, {
+            identifier: text, text: null, cellClass: 'SampleStatusCell', tint: pattern, tappable: true, accessory: at === 0 ? 3 : 0,
+            labels: [{ tag: 123123, text, frame: [15, 0, 350, 44], colour: pattern, alignment: 0 }],
+        });
+        const rows = [...['All', 'Accepted', 'Tentative', 'Declined/Cancelled'].map(choice), group(null, 'Version 1.0. Sample Go © 2026 Sample')];
+        return { class: 'SampleEventStatusController', title: 'Event Status', bar: () => bar({ titleView: null, right: [] }), rows: () => rows };
+    }
+
+    /** A tone screen whose system has none to show. */
+    toneless() { return { class: 'QuietrixAlertToneController', title: 'Alert Tone', bar: () => bar({ titleView: null, right: [] }), rows: () => [] }; }
 
     /** Puts other screens in place of the stack, as the start of a scene. */
     show(...screens) { this.levels = [screens]; this.presented = null; this.changed(); }
@@ -155,7 +183,7 @@ export class MockPhone {
 
     do_state() { return true; }
     do_dark({ on }) { this.device = { ...this.device, darkMode: on }; return true; }
-    do_link() { this.screens.push(this.plain('Event Status')); return true; }
+    do_link() { this.screens.push(this.eventStatus()); return true; }
     do_pickTimeRow({ row: picked }) { this.screen.pane = hours(this.screen.pane.times, picked); return true; }
 
     do_pickTime({ time }) {
@@ -181,10 +209,11 @@ export class MockPhone {
 
     do_tap({ row: index }) {
         const tapped = this.screen.rows()[index];
-        if (!tapped) return false;
+        if (!tapped?.tappable) return false;
         if (tapped.editingStyle === 1) this.screens.push(this.editor(tapped.name, false));
         else if (tapped.identifier === 'misc') this.screens.push(this.plain());
-        else if (tapped.cellClass === 'SampleCalendarCell') tapped.accessory = tapped.accessory === 3 ? 0 : 3;
+        else if (tapped.cellClass === 'SampleStatusCell') for (const each of this.screen.rows()) each.accessory = each === tapped ? 3 : 0;
+        else if (tapped.cellClass === 'SampleCalendarCell' || tapped.cellClass === 'SampleSwitchCell') tapped.accessory = tapped.accessory === 3 ? 0 : 3;
         else if (tapped.name === 'Reset Profiles') this.presented = { kind: 'confirmation', title: null, message: 'Reset all profiles?', actions: [{ title: 'OK', style: 'destructive' }, { title: 'Cancel', style: 'cancel' }] };
         else if (tapped.name === 'Report Problem') this.presented = { kind: 'mail', from: 'me@example.net', subject: 'Problem', to: ['help@example.org'], body: '<p>Hello</p><p>It <b>rings</b>.</p><script>document.title="bad"</script>', html: true, attachments: mailed };
         else return false;

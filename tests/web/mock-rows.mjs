@@ -9,7 +9,7 @@ export function row(kind, name, more = {}) {
     return {
         key: `k${serial}`, kind, name, identifier: null, set: null, get: null, action: null, detail: null, cellClass: null, properties: {}, userInfo: null,
         value: null, text: kind === 0 ? null : name, detailText: null, detailTextColour: null, tint: null, onTint: null, background: null,
-        accessory: kind === 1 ? 1 : 0, height: kind === 0 ? 0 : 44, editingStyle: 0, labels: [], titleFrame: null, controlFrame: null, ...more,
+        accessory: kind === 1 ? 1 : 0, height: kind === 0 ? 0 : 44, editingStyle: 0, tappable: kind === 1 || kind === 13, labels: [], titleFrame: null, controlFrame: null, ...more,
     };
 }
 

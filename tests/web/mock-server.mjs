@@ -11,7 +11,20 @@ import { requireModule } from './modules.mjs';
 const { WebSocketServer } = requireModule('ws');
 
 const types = { '.html': 'text/html; charset=utf-8', '.js': 'text/javascript; charset=utf-8', '.css': 'text/css; charset=utf-8', '.woff2': 'font/woff2', '.svg': 'image/svg+xml' };
-const policy = "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; font-src 'self'; connect-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
+const policy = "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; font-src 'self'; connect-src 'self'; media-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
+
+/** A sound of so many seconds, all of it silence. */
+export function silence(seconds) {
+    const samples = Math.round(seconds * 8000);
+    const head = Buffer.alloc(44);
+    head.write('RIFF', 0);
+    head.writeUInt32LE(36 + samples, 4);
+    head.write('WAVEfmt ', 8);
+    for (const [value, at, size] of [[16, 16, 4], [1, 20, 2], [1, 22, 2], [8000, 24, 4], [8000, 28, 4], [1, 32, 2], [8, 34, 2]]) head.writeUIntLE(value, at, size);
+    head.write('data', 36);
+    head.writeUInt32LE(samples, 40);
+    return Buffer.concat([head, Buffer.alloc(samples, 128)]);
+}
 
 const picture = (width, height, body) => `<svg xmlns="http://www.w3.org/2000/svg" width="${width}" height="${height}" viewBox="0 0 ${width} ${height}">${body}</svg>`;
 const glyph = (body) => picture(48, 48, `<g fill="none" stroke="#000" stroke-width="4" stroke-linecap="round" stroke-linejoin="round">${body}</g>`);
@@ -38,6 +51,12 @@ export async function startMockServer({ dist, port = 0, phone = new MockPhone() 
             const image = images[decodeURIComponent(pathname.slice('/image/'.length))];
             response.writeHead(image ? 200 : 404, { 'Content-Type': 'image/svg+xml' });
             response.end(image ?? '');
+            return;
+        }
+        if (pathname.startsWith('/sounds/')) {
+            const sound = api.sounds[decodeURIComponent(pathname.slice('/sounds/'.length))];
+            response.writeHead(sound ? 200 : 404, { 'Content-Type': sound ? 'audio/wav' : 'text/plain' });
+            response.end(sound ?? 'There is no such tone.\n');
             return;
         }
         const path = normalize(join(dist, pathname === '/' ? 'index.html' : pathname));
@@ -69,6 +88,8 @@ export async function startMockServer({ dist, port = 0, phone = new MockPhone() 
     const api = {
         phone,
         url: `http://127.0.0.1:${server.address().port}/`,
+        /** By the tone's identifier. */
+        sounds: { 'texttone:Chord': silence(60), 'texttone:Bell': silence(60), 'texttone:Blip': silence(0.05) },
         /** While set, answers wait in `held`. */
         hold: false,
         held: [],

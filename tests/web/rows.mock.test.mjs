@@ -8,6 +8,7 @@ before(async () => { session = await startBrowser(); });
 after(async () => { await session.close(); });
 
 const editor = (phone) => phone.show(phone.root(), phone.editor('Work', false));
+const row = (phone, name) => phone.screen.rows().find((each) => each.name === name);
 const slider = (page) => page.getByRole('slider', { name: 'Playback Volume' });
 
 async function dragTo(page, locator, share) {
@@ -36,12 +37,25 @@ test('Switch_refusedByTheApplication_returns', async () => {
     await ui.close();
 });
 
-test('Switch_bodyTapped_tapsTheRowAndMovesNothing', async () => {
+test('ControlRow_bodyTappedWhereATapDoesNothing_sendsNothing', async () => {
     const ui = await openPage(session, { arrange: editor });
-    await ui.page.getByText('All Day').click();
-    await until(() => lastCommand(ui.phone, 'tap'), 'the tap was sent');
-    assert.equal(lastCommand(ui.phone, 'set'), undefined);
+    for (const name of ['All Day', 'Playback Volume']) await ui.page.getByText(name).click();
+    assert.equal(await ui.page.getByRole('button', { name: 'All Day' }).count(), 0);
+    // What is sent later has come when this is there.
+    await ui.page.getByRole('switch', { name: 'Vibrate' }).click();
+    await until(() => lastCommand(ui.phone, 'set'), 'the value was sent');
+    assert.equal(lastCommand(ui.phone, 'tap'), undefined);
     assert.equal(await ui.page.getByRole('switch', { name: 'All Day' }).isChecked(), false);
+    await ui.close();
+});
+
+test('Row_thatDoesNotAnswerATap_isNoButton', async () => {
+    const ui = await openPage(session, { arrange: (phone) => { editor(phone); row(phone, 'Alert Tone').tappable = false; } });
+    await ui.page.getByText('Alert Tone').click();
+    assert.equal(await ui.page.getByRole('button', { name: /Alert Tone/ }).count(), 0);
+    await ui.page.getByRole('button', { name: 'Home' }).click();
+    await until(() => lastCommand(ui.phone, 'tap'), 'the tap was sent');
+    assert.equal(ui.phone.commands.filter((command) => command.do === 'tap').length, 1);
     await ui.close();
 });
 
@@ -173,15 +187,5 @@ test('Switch_onTint_followsTheState', async () => {
     assert.equal(await image(), 'none');
     await settled(ui.page);
     assert.match(await ui.page.getByRole('switch', { name: 'Enable' }).evaluate((element) => getComputedStyle(element).backgroundColor), /rgba\(255, 255, 255, 0\.6\)/);
-    await ui.close();
-});
-
-test('Tone_chosen_isSent', async () => {
-    const ui = await openPage(session);
-    ui.phone.show(ui.phone.root(), ui.phone.tones());
-    ui.server.push();
-    await ui.page.getByRole('button', { name: 'None' }).click();
-    await until(() => lastCommand(ui.phone, 'pickTone'), 'the tone was sent');
-    assert.equal(lastCommand(ui.phone, 'pickTone').identifier, null);
     await ui.close();
 });

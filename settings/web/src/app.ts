@@ -13,8 +13,9 @@ import { Stage } from './stage';
 import { textsFor, type Texts } from './texts';
 import type { View } from './view';
 
-/** Stands for the wheel's time among the keys of rows. */
+/** These stand for the wheel's time and the tone among the keys of rows. */
 const timeKey = 'wheel time';
+const toneKey = 'tone';
 
 /** Carries states to the document and the user's actions to the application; knows nothing of what they mean. */
 export class App implements View {
@@ -28,7 +29,7 @@ export class App implements View {
     private readonly frame: Frame;
     private revision = -1;
     private announced = '';
-    /** Values on their way: the row's key (or the wheel's), and the command that carries the last one. */
+    /** Values on their way: the row's key (or what stands for one), and the command that carries the last one. */
     private readonly pending = new Map<string, number>();
     private readonly fetching = new Set<number>();
     private lastFetch = '';
@@ -59,6 +60,12 @@ export class App implements View {
     pickTime(time: string): void { this.submit(timeKey, { do: 'pickTime', time }); }
 
     get timeHeld(): boolean { return this.pending.has(timeKey); }
+
+    pickTone(identifier: string | null): void { this.submit(toneKey, { do: 'pickTone', identifier }); }
+
+    get toneHeld(): boolean { return this.pending.has(toneKey); }
+
+    announce(text: string): void { this.frame.announce(text); }
 
     held(row: Row): boolean { return this.pending.has(row.key); }
 
@@ -100,7 +107,7 @@ export class App implements View {
         if (this.presenter.active && !state.presented) this.stage.page?.uncover(null);
         this.presenter.show(state.presented);
         this.frame.showScreen(state.screen, this.texts);
-        this.announce(state);
+        this.announceScreen(state);
     }
 
     /** A screen that arrives is shown once its first rows are there; it may have come with the window of the screen before. */
@@ -139,7 +146,7 @@ export class App implements View {
         this.frame.showDevice(device, this.texts);
     }
 
-    private announce(state: State): void {
+    private announceScreen(state: State): void {
         const text = state.presented ? presentedLabel(state.presented, this) : screenTitle(state.screen);
         if (text === this.announced) return;
         // The first screen is read with the page itself.

@@ -34,22 +34,35 @@ function divide(slots: readonly Slot[], rows: RowStore): Section[] {
     return sections;
 }
 
-/** The sections that hold the given rows, each with its header, its list and, where its end is drawn, its footer. */
-export function sectionsTemplate(slots: readonly Slot[], rows: RowStore, use: ListUse, view: View): TemplateResult {
-    const sections = divide(slots, rows);
-    const nameOf = (section: Section): string => {
+/** Whether a list that is in the document as a whole ends with a section that is nothing but a footer. */
+export function endsWithNote(rows: RowStore): boolean {
+    const last = rows.at(rows.count - 1);
+    return rows.whole && last !== undefined && last.kind === groupKind && last.row === null && !last.name && !headerCell(last);
+}
+
+/**
+ * The sections that hold the given rows, each with its header, its list and, where its end is drawn, its footer.
+ * `inset` stands before the note that the list ends with.
+ */
+export function sectionsTemplate(slots: readonly Slot[], rows: RowStore, inset: TemplateResult | null, use: ListUse, view: View): TemplateResult {
+    const sections: (Section | null)[] = divide(slots, rows);
+    if (inset) sections.splice(-1, 0, null);
+    const nameOf = (section: Section | null): string => {
+        if (!section) return 'inset';
         const first = section.head?.row ?? section.entries[0]?.row;
         const group = first && rows.groupOf(first);
         return group ? use.nameOf(group) : `section-${first?.section ?? section.entries[0]?.slot.index}`;
     };
-    return html`${repeat(sections, nameOf, (section) => sectionTemplate(section, nameOf(section), rows, use, view))}`;
+    return html`${repeat(sections, nameOf, (section) => (section ? sectionTemplate(section, nameOf(section), rows, use, view) : inset))}`;
 }
 
 function sectionTemplate(section: Section, name: string, rows: RowStore, use: ListUse, view: View): TemplateResult {
     const known = section.head?.row ?? section.entries.find((entry) => entry.row)?.row;
     const group = known && rows.groupOf(known);
     const lastRow = section.entries.at(-1)?.row ?? section.head?.row;
-    const footer = group && lastRow && rows.isLastOfSection(lastRow) ? word(group.properties['footerText']) : null;
+    // Rows ahead of the first group have no group row that could carry their footer.
+    const footed = group ?? section.entries.find((entry) => entry.row && word(entry.row.properties['footerText']) !== null)?.row;
+    const footer = footed && lastRow && rows.isLastOfSection(lastRow) ? word(footed.properties['footerText']) : null;
     const title = group?.name ?? null;
     const entryName = (entry: Entry): string => (entry.row ? use.nameOf(entry.row) : `waiting-${entry.slot.index}`);
     return html`

@@ -16,6 +16,9 @@ export const info = (): TemplateResult => icon('0 0 22 22', 'info', svg`<circle 
 export const halfMoon = (): TemplateResult => icon('0 0 20 20', 'moon', svg`<path d="M17 12.5A7.5 7.5 0 0 1 7.5 3 7.5 7.5 0 1 0 17 12.5z" />`);
 export const broken = (): TemplateResult =>
     icon('0 0 48 48', 'large', svg`<path d="M10 22a20 20 0 0 1 11-5M38 22a20 20 0 0 0-6-3.6M4 15a28 28 0 0 1 13-6.6M44 15a28 28 0 0 0-17-7.9M16 29a11 11 0 0 1 8-3.5M24 37v.5M6 5l36 38" />`);
+export const calendarPage = (): TemplateResult => icon('0 0 48 48', 'large', svg`<path d="M10 9h28a4 4 0 0 1 4 4v25a4 4 0 0 1-4 4H10a4 4 0 0 1-4-4V13a4 4 0 0 1 4-4zM6 19h36M15 5v8M33 5v8M14 27h.1M24 27h.1M34 27h.1M14 35h.1M24 35h.1" />`);
+export const radioWaves = (): TemplateResult => icon('0 0 48 48', 'large', svg`<path d="M4 18a29 29 0 0 1 40 0M11 25.5a19 19 0 0 1 26 0M17.5 32.5a9.5 9.5 0 0 1 13 0M24 40h.1" />`);
+export const musicNote = (): TemplateResult => icon('0 0 48 48', 'large', svg`<path d="M18 37V11l22-5v26" /><circle cx="12.5" cy="37" r="5.5" /><circle cx="34.5" cy="32" r="5.5" />`);
 export const emptyTray = (): TemplateResult => icon('0 0 48 48', 'large', svg`<path d="M6 28h11l3 5h8l3-5h11M6 28l7-17h22l7 17v10H6z" />`);
 
 export const statusGlyphs = (): TemplateResult => html`

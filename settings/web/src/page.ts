@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: MIT
 import { html, nothing, render, type TemplateResult } from 'lit-html';
 import { barTemplate } from './bar';
-import { sectionsTemplate } from './groups';
-import { chevron, emptyTray } from './icons';
+import { emptyState } from './emptystates';
+import { endsWithNote, sectionsTemplate } from './groups';
+import { chevron } from './icons';
 import { RowIdentity } from './identity';
 import { ListWindow } from './listwindow';
-import { paneTemplate, tonesTemplate } from './panes';
+import { paneTemplate } from './panes';
 import type { Pane, Row, Screen } from './protocol';
 import { captureLayout, playChange } from './rowmotion';
 import { RowStore, type Window } from './rowstore';
 import { enableSwipe } from './swipe';
 import { TimeWheel } from './timewheel';
+import { ToneList } from './tones';
 import type { ListUse, View } from './view';
 
 function element(className: string, parent?: HTMLElement): HTMLElement {
@@ -36,11 +38,13 @@ export class PageView implements ListUse {
     private readonly identity = new RowIdentity();
     private readonly window: ListWindow;
     private wheel: TimeWheel | null = null;
+    private readonly tones: ToneList;
     private scheduled = 0;
     private scrollTop = 0;
     private order = '';
 
     constructor(public screen: Screen, private readonly view: View, private readonly needsRows: (page: PageView, beside: readonly number[]) => void) {
+        this.tones = new ToneList(view, () => this.draw(), () => this.schedule());
         this.ghosts.inert = true;
         this.ghosts.setAttribute('aria-hidden', 'true');
         this.window = new ListWindow(this.body, this.list, this.store, () => this.schedule());
@@ -78,8 +82,10 @@ export class PageView implements ListUse {
         this.list.classList.toggle('whole', this.store.whole);
         this.inner.classList.toggle('with-wheel', this.screen.pane !== null);
         render(barTemplate(this.screen, this.view), this.bar);
-        render(sectionsTemplate(slots, this.store, this, this.view), this.list);
-        render(this.extras(), this.below);
+        const more = this.more(rows);
+        const inset = endsWithNote(this.store) ? more : null;
+        render(sectionsTemplate(slots, this.store, inset, this, this.view), this.list);
+        render(html`${this.special()}${inset ? nothing : (more ?? nothing)}`, this.below);
         this.window.placed();
         if (!this.body.isConnected) return;
         const beside = this.store.whole ? [] : this.store.neededBeside(slots.map((slot) => slot.index));
@@ -107,6 +113,7 @@ export class PageView implements ListUse {
         this.lastFocus = active instanceof HTMLElement && (this.body.contains(active) || this.bar.contains(active)) ? active : null;
         this.uncovered = null;
         this.wheel?.abandon();
+        this.tones.stop();
     }
 
     /** To be called when the page is back in the document. */
@@ -146,18 +153,27 @@ export class PageView implements ListUse {
         return this.wheel.element;
     }
 
-    private extras(): TemplateResult {
+    /** What a screen of its own kind shows in place of rows. */
+    private special(): TemplateResult {
         const { screen, view } = this;
-        const empty = screen.count === 0 && screen.links.length === 0 && !screen.pane && !screen.tones;
+        if (!screen.tones) this.tones.stop();
         return html`
             ${screen.pane ? paneTemplate(screen.pane, this.wheelOf(screen.pane), view) : nothing}
-            ${screen.tones ? tonesTemplate(screen.tones, view) : nothing}
+            ${screen.tones ? this.tones.template(screen.tones) : nothing}`;
+    }
+
+    /** What the page adds to the rows: the ways to screens that no row opens, and what to say when something is missing. */
+    private more(rows: readonly Row[]): TemplateResult | null {
+        const { screen, view } = this;
+        const missing = this.store.whole && rows.length === screen.count ? emptyState(screen, rows, view.texts) : null;
+        if (screen.links.length === 0 && !missing) return null;
+        return html`
             ${screen.links.length === 0 ? nothing : html`<section class="group links">
-                <div class="head untitled"></div>
+                <div class="head untitled" data-name="links"></div>
                 <ul class="rows" role="list">
-                    ${screen.links.map((link, at) => html`<li class="row"><button class="cell" type="button" @click=${() => view.act({ do: 'link', item: at })}>
+                    ${screen.links.map((link, at) => html`<li class="row" data-name="link-${at}"><button class="cell kind-2" type="button" @click=${() => view.act({ do: 'link', item: at })}>
                         <span class="words"><span class="title" dir="auto">${link.title}</span></span><span class="mark">${chevron()}</span></button></li>`)}
                 </ul></section>`}
-            ${empty ? html`<div class="notice">${emptyTray()}<p>${view.texts.empty}</p></div>` : nothing}`;
+            ${missing ?? nothing}`;
     }
 }

@@ -32,6 +32,8 @@ export interface Row {
     accessory: number;
     height: number;
     editingStyle: number;
+    /** Whether a tap on the row's body does anything. */
+    tappable: boolean;
     labels: readonly Label[];
     titleFrame: Frame | null;
     controlFrame: Frame | null;
@@ -137,6 +139,7 @@ function row(value: unknown): Row | null {
         accessory: number(source['accessory'], 0),
         height: number(source['height'], 44),
         editingStyle: number(source['editingStyle'], 0),
+        tappable: source['tappable'] === true,
         labels: list(source['labels'], label),
         titleFrame: frame(source['titleFrame']),
         controlFrame: frame(source['controlFrame']),

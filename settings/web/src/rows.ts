@@ -56,21 +56,14 @@ function cell(row: Row, use: ListUse, view: View, deletable: boolean): TemplateR
         event.preventDefault();
         view.act({ do: 'delete', row: row.index });
     };
-    const body = contents(row, view);
     const shape = cellShape(row);
-    if (!answersTap(row)) {
-        // The body of a control's row may be tapped too; the control itself is another matter.
-        const bodyTap = (event: Event): void => { if (!(event.target as Element).closest('input')) tap(); };
-        return html`<div class="cell ${shape}" @click=${hasControl(row) ? bodyTap : nothing}>${body}</div>`;
-    }
-    return html`<button class="cell ${shape}" type="button" aria-keyshortcuts=${deletable ? 'Delete' : nothing} @click=${tap} @keydown=${keys}>${body}</button>`;
+    // The body of a control's row is a button beside the control: what a tap on the one does is nothing to the other.
+    if (hasControl(row)) return html`<div class="cell ${shape}">${contents(row, view, row.tappable ? tap : null)}</div>`;
+    if (!row.tappable) return html`<div class="cell ${shape}" @click=${deletable ? () => use.uncover(null) : nothing}>${contents(row, view)}</div>`;
+    return html`<button class="cell ${shape}" type="button" aria-keyshortcuts=${deletable ? 'Delete' : nothing} @click=${tap} @keydown=${keys}>${contents(row, view)}</button>`;
 }
 
 const hasControl = (row: Row): boolean => row.kind === cellKind.slider || row.kind === cellKind.toggle || row.kind === cellKind.editText;
-
-// A static row stays text, unless a cell class of its own makes something of a tap.
-const answersTap = (row: Row): boolean =>
-    !hasControl(row) && ((row.kind !== cellKind.staticText && row.kind !== cellKind.titleValue) || row.cellClass !== null || row.action !== null);
 
 function cellShape(row: Row): string {
     const middle = (frame: Row['titleFrame']): number => (frame ? frame[1] + frame[3] / 2 : 0);
@@ -85,7 +78,8 @@ function cellShape(row: Row): string {
     ].filter(Boolean).join(' ');
 }
 
-function contents(row: Row, view: View): TemplateResult {
+/** What a row shows. With a `bodyTap`, the title is the button that the body of a control's row is. */
+function contents(row: Row, view: View, bodyTap: (() => void) | null = null): TemplateResult {
     const ground = themeColour('--row');
     const labelled = row.labels.length > 0;
     const title = row.text ?? (labelled ? null : row.name);
@@ -96,11 +90,17 @@ function contents(row: Row, view: View): TemplateResult {
         ${title !== null && labelled ? html`<span class="unseen">${title}</span>` : nothing}
         ${labelled ? html`<span class="own-labels">${inReadingOrder(row.labels).map((label) => html`${ownLabel(label, row, ground)} `)}</span>` : nothing}
         <span class="words">
-            ${title === null || bare || labelled ? nothing : html`<span class="title" dir="auto">${title}</span>`}
+            ${bodyTap ? bodyButton(row, bodyTap, view) : title === null || bare || labelled ? nothing : html`<span class="title" dir="auto">${title}</span>`}
             ${detail === null || detail === '' ? nothing : html`<span class="detail" dir="auto" ${styles({ color: textColour(row.detailTextColour, ground) })}>${detail}</span>`}
+            ${bodyTap ? accessoryMark(row, ground, view) : nothing}
             ${control(row, view)}
         </span>
-        ${accessoryMark(row, ground, view)}`;
+        ${bodyTap ? nothing : accessoryMark(row, ground, view)}`;
+}
+
+function bodyButton(row: Row, tap: () => void, view: View): TemplateResult {
+    const checked = row.accessory === accessory.checkmark;
+    return html`<button class="title body" type="button" dir="auto" @click=${tap}>${rowLabel(row)}${checked ? html`<span class="unseen">${view.texts.selected}</span>` : nothing}</button>`;
 }
 
 function control(row: Row, view: View): Contents {
@@ -121,14 +121,16 @@ function rowIcon(row: Row, view: View): Contents {
 
 function accessoryMark(row: Row, ground: ReturnType<typeof themeColour>, view: View): Contents {
     if (row.accessory === accessory.checkmark) {
-        return html`<span class="mark check" ${styles({ color: textColour(row.tint, ground) })}>${check()}<span class="unseen">${view.texts.selected}</span></span>`;
+        // The button of a control's row says so itself.
+        const word = hasControl(row) && row.tappable ? nothing : html`<span class="unseen">${view.texts.selected}</span>`;
+        return html`<span class="mark check" ${styles({ color: textColour(row.tint, ground) })}>${check()}${word}</span>`;
     }
     if (row.accessory === accessory.detail || row.accessory === accessory.detailDisclosure) return html`<span class="mark">${info()}</span>`;
     return row.accessory === accessory.disclosure || (row.accessory === 0 && chevronKinds.includes(row.kind) && opens(row)) ? html`<span class="mark">${chevron()}</span>` : nothing;
 }
 
 // A link row with a cell class of its own says by its accessory whether it leads anywhere.
-const opens = (row: Row): boolean => row.cellClass === null || row.labels.length > 0;
+const opens = (row: Row): boolean => row.tappable && (row.cellClass === null || row.labels.length > 0);
 
 /** A label that the cell has placed itself. One in the trailing half keeps its distance from the trailing edge at any width. */
 function ownLabel(label: Label, row: Row, ground: ReturnType<typeof themeColour>): TemplateResult {

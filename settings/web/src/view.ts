@@ -13,6 +13,12 @@ export interface View {
     set(row: Row, value: boolean | number | string): void;
     /** Sends the time that the wheel has been moved to. */
     pickTime(time: string): void;
+    /** Sends the tone that has been chosen; null is none. */
+    pickTone(identifier: string | null): void;
+    /** Whether a tone is on its way. */
+    readonly toneHeld: boolean;
+    /** Has assistive technology read a text out when it is not busy; a later text takes its place. */
+    announce(text: string): void;
     /** Whether a time is on its way. */
     readonly timeHeld: boolean;
     /** Whether a value of this row is on its way. */

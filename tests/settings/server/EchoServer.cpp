@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // A server whose WebSocket echoes, for test_server.py. Prints its address, then a line for each event, and
 // ends with its standard input. Messages that do something else: "close" closes the connection; "burst COUNT
-// BYTES" sends that many messages of that length; "throw" lets an exception out of the handler.
+// BYTES" sends that many messages of that length; "throw" lets an exception out of the handler. The argument
+// "sound:IDENTIFIER=TYPE" makes a sound of that media type that consists of its identifier; one of the type
+// "never" is never answered, and the identifier "throw" is an exception.
 #include <atomic>
 #include <charconv>
 #include <cstdlib>
@@ -16,8 +18,12 @@
 
 namespace {
 
+using Texts = std::map<std::string, std::string, std::less<>>;
+
 class EchoHandler : public settings::ServerHandler {
   public:
+    explicit EchoHandler(const Texts& sounds) : sounds_(sounds) {}
+
     /// A page may come before Server::start() has returned, so the calls wait until the server is known.
     void serveWith(settings::Server& server) {
         server_ = &server;
@@ -50,11 +56,24 @@ class EchoHandler : public settings::ServerHandler {
         }
     }
 
+    void soundAsked(settings::SoundRequestId request, std::string identifier) override {
+        if (identifier == "throw") throw std::runtime_error("asked for");
+        server_.wait(nullptr);
+        settings::Server& server = *server_;
+        const auto found = sounds_.find(identifier);
+        if (found == sounds_.end())
+            server.giveSound(request, platform::failure("There is no \"" + identifier + "\"."));
+        else if (found->second != "never")
+            server.giveSound(request,
+                             platform::ToneSound{found->second, {identifier.begin(), identifier.end()}});
+    }
+
   private:
     static void report(const char* event, settings::ConnectionId connection) {
         std::cout << event << ' ' << connection << std::endl;
     }
 
+    const Texts& sounds_;
     std::atomic<settings::Server*> server_ = nullptr;
 };
 
@@ -67,7 +86,8 @@ int usage(const std::string& argument) {
 
 int main(int argc, char** argv) {
     settings::ServerOptions options;
-    std::map<std::string, std::string, std::less<>> images;
+    Texts images;
+    Texts sounds;
     for (int index = 1; index < argc; ++index) {
         const std::string argument = argv[index];
         const std::size_t mark = argument.find('=');
@@ -82,6 +102,10 @@ int main(int argc, char** argv) {
             images[key.substr(6)] = value;
             continue;
         }
+        if (key.starts_with("sound:")) {
+            sounds[key.substr(6)] = value;
+            continue;
+        }
         unsigned number = 0;
         if (std::from_chars(value.data(), value.data() + value.size(), number).ec != std::errc())
             return usage(argument);
@@ -89,6 +113,8 @@ int main(int argc, char** argv) {
             options.port = static_cast<std::uint16_t>(number);
         else if (key == "queuedBytes")
             options.limits.queuedBytes = number;
+        else if (key == "soundTimeout")
+            options.limits.soundTimeout = std::chrono::milliseconds(number);
         else if (key == "requestTimeout")
             options.limits.requestTimeout = std::chrono::milliseconds(number);
         else if (key == "idleTimeout")
@@ -102,7 +128,7 @@ int main(int argc, char** argv) {
         return found->second;
     };
 
-    EchoHandler handler;
+    EchoHandler handler(sounds);
     auto server = settings::Server::start(options, handler);
     if (!server) {
         std::cerr << server.error().localizedDescription << '\n';

@@ -27,9 +27,7 @@ class ResponderTest : public testing::Test {
                 false};
     }
 
-    std::variant<Response, AcceptWebSocket> answer(const Request& request) const {
-        return responder_.answer(request);
-    }
+    Answer answer(const Request& request) const { return responder_.answer(request); }
 
     Response response(const Request& request) const { return std::get<Response>(responder_.answer(request)); }
 
@@ -69,7 +67,7 @@ TEST_F(ResponderTest, secretElsewhereThanAtTheRoot_letsNobodyIn) {
 }
 
 TEST_F(ResponderTest, wrongCookie_isRefusedBeforeAnythingIsLookedUp) {
-    for (const char* target : {"/", "/app.js", "/missing", "/../x", "/ws", "/image/A"}) {
+    for (const char* target : {"/", "/app.js", "/missing", "/../x", "/ws", "/image/A", "/sounds/A"}) {
         Request other = request(target);
         other.fields.back().second = "quietrix-settings-8123=" + std::string(64, 'b');
         EXPECT_EQ(response(other).status, 403u) << target;
@@ -148,6 +146,41 @@ TEST_F(ResponderTest, imageThatIsNoneOrTooLong_isNotFound) {
 TEST_F(ResponderTest, noImageLookUp_hasNoImages) {
     const Responder plain(8123, secret, directory_.path().string(), {});
     EXPECT_EQ(std::get<Response>(plain.answer(request("/image/A"))).status, 404u);
+}
+
+TEST_F(ResponderTest, sound_isAskedForByItsDecodedIdentifier) {
+    const Answer given = answer(request("/sounds/texttone%3ACalendar%20Alert?v=1"));
+    ASSERT_TRUE(std::holds_alternative<AskForSound>(given));
+    EXPECT_EQ(std::get<AskForSound>(given).identifier, "texttone:Calendar Alert");
+}
+
+TEST_F(ResponderTest, soundByAPathOrWithoutAName_isNotAskedFor) {
+    for (const char* name : {"", "..", "../page/app.js", "..%2Fpage%2Fapp.js", "%00", "a%5Cb", "%zz", "a//b"})
+        EXPECT_EQ(response(request(std::string("/sounds/") + name)).status, 404u) << name;
+}
+
+TEST_F(ResponderTest, soundGiven_hasItsTypeAndIsNotSentTwice) {
+    const platform::ToneSound chord{"audio/ogg", {'O', 'g', 'g', 0}};
+    Request again = request("/sounds/Chord");
+    const Response given = Responder::sound(again, chord);
+    EXPECT_EQ(given.status, 200u);
+    EXPECT_EQ(given.body, std::string("Ogg\0", 4));
+    EXPECT_EQ(field(given, "Content-Type"), "audio/ogg");
+    EXPECT_EQ(field(given, "X-Content-Type-Options"), "nosniff");
+    again.fields.emplace_back("If-None-Match", field(given, "ETag"));
+    EXPECT_EQ(Responder::sound(again, chord).status, 304u);
+}
+
+TEST_F(ResponderTest, soundThatIsNone_isNotFoundForAReason) {
+    const Request asked = request("/sounds/Chord");
+    const Response missing = Responder::sound(asked, platform::failure("There is no such tone."));
+    EXPECT_EQ(missing.status, 404u);
+    EXPECT_EQ(missing.body, "There is no such tone.\n");
+    for (const char* type :
+         {"text/html", "audio/", "audio/ogg\r\nSet-Cookie: a=b", "audio/ogg; codecs=a", ""})
+        EXPECT_EQ(Responder::sound(asked, platform::ToneSound{type, {'a'}}).status, 404u) << type;
+    const platform::ToneSound longest{"audio/wav", platform::Data((std::size_t{8} << 20) + 1)};
+    EXPECT_EQ(Responder::sound(asked, longest).status, 404u);
 }
 
 TEST_F(ResponderTest, webSocket_isAcceptedAtItsAddressWithAnOriginOnly) {

@@ -274,5 +274,52 @@ class ManyConnections(ServerTest):
         self.fail('the server did not come back')
 
 
+class Sounds(ServerTest):
+    arguments = ('sound:texttone:Calendar Alert=audio/wav', 'sound:markup=text/html', 'sound:late=never',
+                 'soundTimeout=200')
+
+    def test_sound_comesFromTheHandler(self):
+        answer = self.server.get('/sounds/texttone%3ACalendar%20Alert')
+        self.assertEqual((answer.status, answer.body), (200, b'texttone:Calendar Alert'))
+        self.assertEqual(answer.field('content-type'), 'audio/wav')
+        self.assertEqual({name: answer.field(name) for name in SECURITY_FIELDS}, SECURITY_FIELDS)
+        again = self.server.get('/sounds/texttone%3ACalendar%20Alert', If_None_Match=answer.field('etag'))
+        self.assertEqual(again.status, 304)
+
+    def test_head_saysWhatGetWouldSend(self):
+        answer = self.server.get('/sounds/texttone:Calendar%20Alert', method='HEAD')
+        self.assertEqual((answer.status, answer.field('content-length')), (200, '23'))
+
+    def test_unknownSoundOrNoSound_isNotFoundForAReason(self):
+        self.assertEqual(self.server.get('/sounds/texttone:No').body, b'There is no "texttone:No".\n')
+        for name in ('texttone:No', 'markup', '', '..', '..%2f..%2fetc%2fpasswd', '%00', 'a%5cb', 'x' * 8000):
+            with self.subTest(name):
+                self.assertEqual(self.server.get('/sounds/' + name).status, 404)
+
+    def test_stranger_hearsNothing(self):
+        self.assertEqual(self.server.get('/sounds/texttone:Calendar%20Alert', Cookie=None).status, 403)
+        self.assertEqual(self.server.get('/sounds/texttone:Calendar%20Alert', Host='example.org').status, 421)
+        self.assertEqual(self.server.get('/sounds/texttone:Calendar%20Alert', Origin='null').status, 403)
+        self.assertEqual(self.server.get('/sounds/texttone:Calendar%20Alert', method='POST').status, 405)
+
+    def test_soundThatNeverComes_keepsNobodyElseWaitingAndIsGivenUp(self):
+        with self.server.connect() as waiting:
+            waiting.sendall(f'GET /sounds/late HTTP/1.1\r\n{self.server.fields()}\r\n'.encode())
+            self.assertEqual(self.server.get('/').status, 200)
+            answer = Answer(waiting.makefile('rb'))
+        self.assertEqual((answer.status, answer.field('retry-after')), (503, '1'))
+
+    def test_handlerThatFails_costsOnlyThatConnection(self):
+        self.assertIsNone(self.server.get('/sounds/throw').status)
+        self.assertEqual(self.server.get('/').status, 200)
+
+    def test_ending_doesNotWaitForASound(self):
+        server = self.start('sound:late=never', 'soundTimeout=600000')
+        with server.connect() as waiting:
+            waiting.sendall(f'GET /sounds/late HTTP/1.1\r\n{server.fields()}\r\n'.encode())
+            self.assertEqual(server.get('/').status, 200)
+            self.assertEqual(server.end()[1], 0)
+
+
 if __name__ == '__main__':
     run()
