@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "platform/uikit/UIApplication.h"
 #include "shell/base/NotificationNames.h"
 #include "tests/profile/editor/EditorFixture.h"
 

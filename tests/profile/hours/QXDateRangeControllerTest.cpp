@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "platform/uikit/UIApplication.h"
 #include "profile/hours/QXDateRangeController.h"
 #include "shell/base/NotificationNames.h"
 #include "tests/profile/hours/HoursFixture.h"

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "platform/uikit/UIApplication.h"
 #include "tests/shell/root/RootListFixture.h"
 
 namespace quietrix {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/preferences/PSViewController.h"
+#include "platform/uikit/UIApplication.h"
 #include "shell/base/ProductInfo.h"
 #include "tests/shell/root/RootListFixture.h"
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "platform/uikit/UIApplication.h"
 #include "tests/support/misc/MiscFixture.h"
 #include "velmora/VMUtils.h"
 
