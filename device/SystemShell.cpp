@@ -72,6 +72,7 @@ int spawnProgram(std::vector<std::string> arguments, int input, int output, pid_
     sigfillset(&signals);
     posix_spawnattr_setsigdefault(&attributes, &signals);
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) pointers.push_back(argument.data());
     pointers.push_back(nullptr);
     const int error = posix_spawn(&child, pointers[0], &files, &attributes, pointers.data(), environ);

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "device/Descriptor.h"
 #include "platform/foundation/Processes.h"
@@ -42,7 +43,7 @@ class SystemShell : public platform::Processes {
 
     /// Host paths. A program that cannot be started is told in one log line, and there is no shell then.
     SystemShell(std::string program, std::string rootDirectory)
-        : SystemShell(program, rootDirectory, Pace()) {}
+        : SystemShell(std::move(program), std::move(rootDirectory), Pace()) {}
     SystemShell(std::string program, std::string rootDirectory, Pace pace);
     ~SystemShell() override;
     SystemShell(const SystemShell&) = delete;

@@ -8,7 +8,6 @@
 
 namespace velmora {
 
-using platform::PSListController;
 using platform::PSSpecifier;
 
 PLATFORM_REGISTER_CLASS(VMMiscSettingsViewController)

@@ -22,12 +22,13 @@ constexpr double titleNarrower = 40;
 
 QXEventStatusTableCell::QXEventStatusTableCell(std::int64_t style, std::string reuseIdentifier,
                                                std::shared_ptr<PSSpecifier> specifier)
-    : PSTableCell(style, std::move(reuseIdentifier), specifier) {
+    : PSTableCell(style, std::move(reuseIdentifier), std::move(specifier)) {
     const auto title = std::make_shared<UILabel>();
     title->setTag(titleTag);
     title->setFontSize(textLabel()->fontSize());
     title->setTextAlignment(textLabel()->textAlignment());
-    title->setText(specifier ? specifier->identifier() : std::nullopt);
+    const auto& row = PSTableCell::specifier();
+    title->setText(row ? row->identifier() : std::nullopt);
     addSubview(title);
 }
 

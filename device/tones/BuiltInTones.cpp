@@ -95,6 +95,7 @@ platform::Data waveFile(std::span<const Note> notes) {
 
 std::vector<std::string> builtInToneNames() {
     std::vector<std::string> names;
+    names.reserve(std::size(tones));
     for (const Tone& tone : tones) names.emplace_back(tone.name);
     return names;
 }

@@ -36,24 +36,23 @@ std::string mediaTypeOf(const std::filesystem::path& file) {
 ThemeTones::ThemeTones(SoundThemes themes) : themes_(std::move(themes)) {}
 
 std::map<std::string, std::filesystem::path, std::less<>> ThemeTones::files() {
-    const SoundThemes::Sounds sounds = themes_.sounds();
-    std::vector<std::string> names;
-    for (const auto& [sound, file] : sounds) names.push_back(sound);
     std::map<std::string, std::filesystem::path, std::less<>> files;
-    for (const auto& [name, sound] : toneNames(std::move(names))) files.emplace(name, sounds.at(sound));
+    for (const auto& [sound, file] : themes_.sounds()) files.emplace(escapedText(sound), file);
     return files;
 }
 
 std::vector<ToneEntry> ThemeTones::tones() {
     const auto sounds = files();
-    std::set<std::string> names{std::string(calendarAlertTone)};
-    for (const auto& [name, file] : sounds) names.insert(name);
+    std::set<std::string> offered{std::string(calendarAlertTone)};
+    for (const auto& [sound, file] : sounds) offered.insert(sound);
     if (sounds.empty()) {
         const std::vector<std::string> own = builtInToneNames();
-        names.insert(own.begin(), own.end());
+        offered.insert(own.begin(), own.end());
     }
     std::vector<ToneEntry> entries;
-    for (const std::string& name : names) entries.push_back({std::string(kind) + name, name});
+    entries.reserve(offered.size());
+    for (const auto& [name, sound] : toneNames({offered.begin(), offered.end()}))
+        entries.push_back({std::string(kind) + sound, name});
     std::ranges::sort(entries, {},
                       [](const ToneEntry& entry) { return std::pair(lowerCase(entry.name), entry.name); });
     return entries;

@@ -11,9 +11,9 @@
 
 namespace device {
 
-/// Tones that are the sounds of sound themes: "texttone:" and the name that toneNames() gives the file.
-/// Beside them "Calendar Alert", of our own making unless a sound is called so; and where there is no sound
-/// at all, the built-in ones.
+/// Tones that are the sounds of sound themes: "texttone:" and the name of the sound's file without its
+/// extension, shown by the name that toneNames() gives it. Beside them "Calendar Alert", of our own making
+/// unless a sound is called so; and where there is no sound at all, the built-in ones.
 class ThemeTones : public platform::ToneSource {
   public:
     /// Larger sounds are no tones: an error for who wants to hear one.
@@ -27,7 +27,7 @@ class ThemeTones : public platform::ToneSource {
     platform::Result<platform::ToneSound> sound(std::string_view identifier) override;
 
   private:
-    /// From a tone's name to its file.
+    /// From a sound's name, as it stands in identifiers, to its file.
     std::map<std::string, std::filesystem::path, std::less<>> files();
 
     SoundThemes themes_;

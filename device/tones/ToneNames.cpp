@@ -9,12 +9,8 @@ namespace device {
 
 namespace {
 
-bool isCapital(char c) {
-    return c >= 'A' && c <= 'Z';
-}
-
-bool isSpelledLikeAThemes(const std::string& sound) {
-    return std::ranges::none_of(sound, [](char c) { return isCapital(c) || c == ' '; });
+bool isSpelledForPeople(const std::string& sound) {
+    return toneName(sound) == sound;
 }
 
 }  // namespace
@@ -32,8 +28,8 @@ std::string toneName(std::string_view sound) {
 
 std::map<std::string, std::string, std::less<>> toneNames(std::vector<std::string> sounds) {
     std::ranges::sort(sounds, [](const std::string& left, const std::string& right) {
-        const bool leftFirst = isSpelledLikeAThemes(left);
-        const bool rightFirst = isSpelledLikeAThemes(right);
+        const bool leftFirst = isSpelledForPeople(left);
+        const bool rightFirst = isSpelledForPeople(right);
         return leftFirst != rightFirst ? leftFirst : left < right;
     });
     std::map<std::string, std::string, std::less<>> named;

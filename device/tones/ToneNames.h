@@ -13,8 +13,8 @@ namespace device {
 std::string toneName(std::string_view sound);
 
 /// A name for each of the sounds, no two alike, and back from the name to the sound. Of those that toneName()
-/// calls alike, the one that is spelled like a sound of a theme ("chord", not "Chord") has the plain name,
-/// else the first; the others have their file's name added, "Chord (Chord)".
+/// calls alike, the one that is spelled so already ("Chord", not "chord") has the plain name, else the first;
+/// the others have their own spelling added, "Chord (chord)".
 std::map<std::string, std::string, std::less<>> toneNames(std::vector<std::string> sounds);
 
 }  // namespace device

@@ -19,8 +19,8 @@ constexpr double shift = 15.0;
 
 QXSliderCell::QXSliderCell(std::int64_t style, std::string reuseIdentifier,
                            std::shared_ptr<PSSpecifier> specifier)
-    : PSSliderTableCell(style, std::move(reuseIdentifier), specifier) {
-    updateData(specifier);
+    : PSSliderTableCell(style, std::move(reuseIdentifier), std::move(specifier)) {
+    updateData(PSSliderTableCell::specifier());
 }
 
 QXSliderCell::QXSliderCell(std::shared_ptr<PSSpecifier> specifier)

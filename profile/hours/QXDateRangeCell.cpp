@@ -51,17 +51,17 @@ std::optional<std::string> storedTime(const PSSpecifier* specifier, std::string_
 
 QXDateRangeCell::QXDateRangeCell(std::int64_t style, std::string reuseIdentifier,
                                  std::shared_ptr<PSSpecifier> specifier)
-    : PSTableCell(style, std::move(reuseIdentifier), specifier) {
+    : PSTableCell(style, std::move(reuseIdentifier), std::move(specifier)) {
+    const PSSpecifier* row = PSTableCell::specifier().get();
     const auto add = [&](std::int64_t tag, Rect frame, std::optional<std::string> text,
                          std::shared_ptr<UIColor> color, std::int64_t alignment) {
         contentView()->addSubview(makeLabel(tag, frame, std::move(text), std::move(color), alignment));
     };
     add(fromTag, fromFrame, localized("From"), UIColor::blackColor(), platform::NSTextAlignmentLeft);
-    add(fromTimeTag, fromTimeFrame, storedTime(specifier.get(), "startTime"), timeColor(),
+    add(fromTimeTag, fromTimeFrame, storedTime(row, "startTime"), timeColor(),
         platform::NSTextAlignmentRight);
     add(toTag, toFrame, localized("To"), UIColor::blackColor(), platform::NSTextAlignmentLeft);
-    add(toTimeTag, toTimeFrame, storedTime(specifier.get(), "endTime"), timeColor(),
-        platform::NSTextAlignmentRight);
+    add(toTimeTag, toTimeFrame, storedTime(row, "endTime"), timeColor(), platform::NSTextAlignmentRight);
 }
 
 QXDateRangeCell::QXDateRangeCell(std::shared_ptr<PSSpecifier> specifier)

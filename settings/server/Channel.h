@@ -57,7 +57,7 @@ class Channel : public std::enable_shared_from_this<Channel> {
     /// Queues a message; a client that has let too many bytes pile up is cut off instead.
     void send(std::string text) {
         if (closing_) return;
-        queuedBytes_ += text.size() + sizeof text;
+        queuedBytes_ += text.size() + messageOverhead;
         if (queuedBytes_ > limits_.queuedBytes) return cutOff();
         queue_.push_back(std::move(text));
         if (queue_.size() == 1) writeNext();
@@ -84,6 +84,9 @@ class Channel : public std::enable_shared_from_this<Channel> {
     }
 
   private:
+    /// What a queued message costs beside its bytes, so that many empty ones count too.
+    static constexpr std::size_t messageOverhead = sizeof(std::string);
+
     void writeNext() {
         stream_.async_write(
             asio::buffer(queue_.front()),
@@ -92,7 +95,7 @@ class Channel : public std::enable_shared_from_this<Channel> {
 
     void written(error_code error) {
         if (error) return cutOff();
-        queuedBytes_ -= queue_.front().size() + sizeof queue_.front();
+        queuedBytes_ -= queue_.front().size() + messageOverhead;
         queue_.pop_front();
         if (!queue_.empty())
             writeNext();

@@ -53,9 +53,10 @@ class PageStream : public beast::tcp_stream {
     /// Found by the library by its name when a WebSocket has said its last.
     template <class Handler>
     friend void async_teardown(beast::role_type, PageStream& stream, Handler&& handler) {
-        asio::co_spawn(
-            stream.get_executor(), hangUp(stream, stream.patience_),
-            [done = std::forward<Handler>(handler)](std::exception_ptr) mutable { done(error_code()); });
+        asio::co_spawn(stream.get_executor(), hangUp(stream, stream.patience_),
+                       [done = std::forward<Handler>(handler)](const std::exception_ptr&) mutable {
+                           done(error_code());
+                       });
     }
 
   private:

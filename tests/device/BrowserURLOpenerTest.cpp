@@ -13,8 +13,8 @@
 
 #include "device/BrowserURLOpener.h"
 #include "device/Descriptor.h"
-#include "tests/doubles/TemporaryDirectory.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
 

@@ -20,8 +20,8 @@
 #include "platform/foundation/Device.h"
 #include "platform/foundation/RunLoop.h"
 #include "tests/device/Child.h"
-#include "tests/doubles/TemporaryDirectory.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include "device/SettableDeviceFacts.h"
 #include "platform/foundation/PropertyList.h"
 #include "tests/device/Child.h"
-#include "tests/doubles/TemporaryDirectory.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
 

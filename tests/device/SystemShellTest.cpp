@@ -9,8 +9,8 @@
 
 #include "device/SystemShell.h"
 #include "platform/foundation/RunLoop.h"
-#include "tests/doubles/TemporaryDirectory.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
 

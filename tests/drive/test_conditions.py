@@ -42,7 +42,7 @@ class ConditionsTest(QuietrixTest):
             plistlib.dump([{"SSID": name} for name in ("Office", "Caf\u00e9", "Office")], file)
         self.tones = os.path.join(self.sources, "tones")
         os.makedirs(self.tones)
-        for name in ("chord", "message-new-instant"):
+        for name in ("Chord", "message-new-instant"):
             with wave.open(os.path.join(self.tones, name + ".wav"), "wb") as sound:
                 sound.setnchannels(1)
                 sound.setsampwidth(2)
@@ -242,11 +242,12 @@ class Tones(ConditionsTest):
 
     def test_opened_isConfiguredAndListsTheDirectory(self):
         tones = self.open_picker(alertToneIdentifier="texttone:Chord").screen["tones"]
-        names = [entry["name"] for entry in tones.pop("list")]
+        names = {entry["identifier"]: entry["name"] for entry in tones.pop("list")}
         self.assertEqual(tones, {"superclass": "PSUIToneController", "selected": "texttone:Chord",
                                  "default": "texttone:Chord", "noneAtTop": True, "vibrations": False,
                                  "storeButton": True})
-        self.assertEqual(set(names), {"Calendar Alert", "Chord", "Message New Instant"})
+        self.assertEqual(names, {"texttone:Calendar Alert": "Calendar Alert", "texttone:Chord": "Chord",
+                                 "texttone:message-new-instant": "Message New Instant"})
 
     def test_withoutATone_theCalendarAlertIsSelected(self):
         self.assertEqual(self.open_picker().screen["tones"]["selected"], "texttone:Calendar Alert")

@@ -5,8 +5,8 @@
 #include <filesystem>
 
 #include "springboard/NotificationLog.h"
-#include "tests/doubles/TemporaryDirectory.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/TemporaryDirectory.h"
 
 namespace springboard {
 namespace {

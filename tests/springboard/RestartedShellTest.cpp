@@ -7,8 +7,8 @@
 #include "platform/foundation/DarwinNotificationCenter.h"
 #include "platform/foundation/Device.h"
 #include "springboard/SpringBoard.h"
-#include "tests/doubles/TemporaryDirectory.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
 

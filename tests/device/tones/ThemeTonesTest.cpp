@@ -38,9 +38,9 @@ TEST_F(ThemeTonesTest, sounds_areTonesByNameWithTheCalendarAlertAmongThem) {
     writeText(directory / "message-new-instant.oga", "a");
     writeText(directory / "Zebra.wav", "b");
     writeText(directory / "alarm.ogg", "c");
-    EXPECT_THAT(source.tones(), ElementsAre(ToneEntry{"texttone:Alarm", "Alarm"},
+    EXPECT_THAT(source.tones(), ElementsAre(ToneEntry{"texttone:alarm", "Alarm"},
                                             ToneEntry{"texttone:Calendar Alert", "Calendar Alert"},
-                                            ToneEntry{"texttone:Message New Instant", "Message New Instant"},
+                                            ToneEntry{"texttone:message-new-instant", "Message New Instant"},
                                             ToneEntry{"texttone:Zebra", "Zebra"}));
 }
 
@@ -48,20 +48,20 @@ TEST_F(ThemeTonesTest, sound_isTheFileWithItsMediaType) {
     writeText(directory / "one.oga", "a");
     writeText(directory / "two.ogg", "b");
     writeText(directory / "Three.WAV", "c");
-    const auto one = source.sound("texttone:One");
+    const auto one = source.sound("texttone:one");
     ASSERT_TRUE(one) << one.error().localizedDescription;
     EXPECT_EQ(one->mediaType, "audio/ogg");
     EXPECT_EQ(one->bytes, platform::Data{'a'});
-    EXPECT_EQ(source.sound("texttone:Two")->mediaType, "audio/ogg");
+    EXPECT_EQ(source.sound("texttone:two")->mediaType, "audio/ogg");
     EXPECT_EQ(source.sound("texttone:Three")->mediaType, "audio/wav");
 }
 
 TEST_F(ThemeTonesTest, soundsThatWouldShareAName_areBothHad) {
     writeText(directory / "chord.oga", "theme");
     writeText(directory / "Chord.wav", "own");
-    EXPECT_THAT(names(), ElementsAre("Calendar Alert", "Chord", "Chord (Chord)"));
-    EXPECT_EQ(source.sound("texttone:Chord")->bytes.size(), 5U);
-    EXPECT_EQ(source.sound("texttone:Chord (Chord)")->bytes.size(), 3U);
+    EXPECT_THAT(names(), ElementsAre("Calendar Alert", "Chord", "Chord (chord)"));
+    EXPECT_EQ(source.sound("texttone:chord")->bytes.size(), 5U);
+    EXPECT_EQ(source.sound("texttone:Chord")->bytes.size(), 3U);
 }
 
 TEST_F(ThemeTonesTest, noSoundAtAll_offersTheBuiltInTones) {
@@ -72,7 +72,7 @@ TEST_F(ThemeTonesTest, builtInTone_canBeHeardBesideOthers) {
     writeText(directory / "alarm.ogg", "c");
     EXPECT_EQ(source.sound("texttone:Chord")->mediaType, "audio/wav");
     EXPECT_EQ(source.sound("texttone:Calendar Alert")->bytes, *device::builtInTone("Calendar Alert"));
-    writeText(directory / "calendar-alert.ogg", "mine");
+    writeText(directory / "Calendar Alert.ogg", "mine");
     EXPECT_EQ(source.sound("texttone:Calendar Alert")->bytes.size(), 4U);
     EXPECT_THAT(names(), ElementsAre("Alarm", "Calendar Alert"));
 }
@@ -87,9 +87,9 @@ TEST_F(ThemeTonesTest, unknownTone_isNamed) {
 TEST_F(ThemeTonesTest, soundThatCannotBeRead_isNamed) {
     writeText(directory / "huge.wav", "");
     std::filesystem::resize_file(directory / "huge.wav", ThemeTones::maximumBytes + 1);
-    EXPECT_EQ(errorOf("texttone:Huge"), "The tone \"texttone:Huge\" is larger than 8 MiB.");
+    EXPECT_EQ(errorOf("texttone:huge"), "The tone \"texttone:huge\" is larger than 8 MiB.");
     std::filesystem::resize_file(directory / "huge.wav", ThemeTones::maximumBytes);
-    EXPECT_EQ(source.sound("texttone:Huge")->bytes.size(), ThemeTones::maximumBytes);
+    EXPECT_EQ(source.sound("texttone:huge")->bytes.size(), ThemeTones::maximumBytes);
 }
 
 TEST_F(ThemeTonesTest, pipe_isNoTone) {
