@@ -16,7 +16,7 @@ const { DISPLAY, WAYLAND_DISPLAY, ...environment } = process.env;
 /** Property lists are written as XML text here; the application reads both forms. */
 function xml(value) {
     if (typeof value === 'boolean') return value ? '<true/>' : '<false/>';
-    if (typeof value === 'number') return `<integer>${value}</integer>`;
+    if (typeof value === 'number') return Number.isInteger(value) ? `<integer>${value}</integer>` : `<real>${value}</real>`;
     if (typeof value === 'string') return `<string>${value.replace(/&/g, '&amp;').replace(/</g, '&lt;')}</string>`;
     if (Array.isArray(value)) return `<array>${value.map(xml).join('')}</array>`;
     return `<dict>${Object.entries(value).map(([key, entry]) => `<key>${key}</key>${xml(entry)}`).join('')}</dict>`;
