@@ -75,6 +75,13 @@ TEST_F(CalendarsPicker, calendarRow_isAsDeclared) {
     EXPECT_EQ(platform::UITableViewCellStyleDefault, cellOf("i1")->style());
 }
 
+TEST_F(CalendarsPicker, groupTitles_areOrderedWhateverTheirCase) {
+    phone_.calendars->entries = {
+        {"1", "A", "Zoo", 0}, {"2", "B", "apple", 0}, {"3", "C", "Émile", 0}, {"4", "D", "émilie", 0}};
+    openPicker();
+    EXPECT_EQ("Ignore All Day Events, apple, B, Zoo, A, Émile, C, émilie, D, -", doubles::rowNames(*screen_));
+}
+
 TEST_F(CalendarsPicker, groupTitlesThatDifferInCaseOnly_keepOneOrder) {
     phone_.calendars->entries = {{"1", "A", "home", 0}, {"2", "B", "Home", 0}, {"3", "C", "HOME", 0}};
     openPicker();
