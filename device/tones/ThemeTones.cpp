@@ -42,7 +42,7 @@ std::map<std::string, std::filesystem::path, std::less<>> ThemeTones::files() {
 }
 
 std::vector<ToneEntry> ThemeTones::tones() {
-    const auto sounds = files();
+    const SoundThemes::Sounds sounds = themes_.sounds();
     std::set<std::string> offered{std::string(calendarAlertTone)};
     for (const auto& [sound, file] : sounds) offered.insert(sound);
     if (sounds.empty()) {
@@ -52,7 +52,7 @@ std::vector<ToneEntry> ThemeTones::tones() {
     std::vector<ToneEntry> entries;
     entries.reserve(offered.size());
     for (const auto& [name, sound] : toneNames({offered.begin(), offered.end()}))
-        entries.push_back({std::string(kind) + sound, name});
+        entries.push_back({std::string(kind) + escapedText(sound), name});
     std::ranges::sort(entries, {},
                       [](const ToneEntry& entry) { return std::pair(lowerCase(entry.name), entry.name); });
     return entries;

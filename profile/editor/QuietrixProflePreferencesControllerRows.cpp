@@ -10,6 +10,7 @@
 #include "profile/cells/QXEditableTableCell.h"
 #include "profile/cells/QXSliderCell.h"
 #include "profile/cells/QXSwitchCell.h"
+#include "profile/cells/TimeColor.h"
 #include "profile/editor/QuietrixProflePreferencesController.h"
 #include "profile/model/QXEventManager.h"
 #include "shell/base/Localization.h"
@@ -226,7 +227,7 @@ std::shared_ptr<platform::PSTableCell> QuietrixProflePreferencesController::tabl
     const auto& detail = cell->detailTextLabel();
     const std::string identifier = row->identifier().value_or("");
     if (identifier == "startTime" || identifier == "endTime") {
-        detail->setTextColor(UIColor::colorWithRed_green_blue_alpha(0, 0.478431, 1.0, 1.0));
+        detail->setTextColor(timeColor());
     } else if (identifier == "alertToneIdentifier") {
         detail->setTextColor(UIColor::lightGrayColor());
         detail->setText(toneName(profile_.get()));

@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "profile/hours/TimeColor.h"
+#include "profile/cells/TimeColor.h"
 #include "profile/model/QXProfile.h"
 #include "shell/base/Localization.h"
 

@@ -8,7 +8,7 @@
 #include "platform/foundation/Calendar.h"
 #include "platform/preferences/PSTableCell.h"
 #include "platform/uikit/UIAlertController.h"
-#include "profile/hours/TimeColor.h"
+#include "profile/cells/TimeColor.h"
 #include "profile/model/QXUtils.h"
 #include "shell/base/Localization.h"
 

@@ -64,6 +64,13 @@ TEST_F(ThemeTonesTest, soundsThatWouldShareAName_areBothHad) {
     EXPECT_EQ(source.sound("texttone:Chord")->bytes.size(), 3U);
 }
 
+TEST_F(ThemeTonesTest, nameThatIsNoText_isEscapedOnceAndCanBeHeard) {
+    writeText(directory / "a\xFF.wav", "odd");
+    EXPECT_THAT(source.tones(), ElementsAre(ToneEntry{R"(texttone:a\xFF)", R"(A\xFF)"},
+                                            ToneEntry{"texttone:Calendar Alert", "Calendar Alert"}));
+    EXPECT_EQ(source.sound(R"(texttone:a\xFF)")->bytes.size(), 3U);
+}
+
 TEST_F(ThemeTonesTest, noSoundAtAll_offersTheBuiltInTones) {
     EXPECT_THAT(names(), ElementsAre("Bell", "Calendar Alert", "Chime", "Chord", "Echo", "Pulse"));
 }
