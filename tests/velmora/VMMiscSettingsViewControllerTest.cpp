@@ -46,7 +46,10 @@ PLATFORM_REGISTER_CLASS(MiscTestScreen)
 
 class MiscSettings : public testing::Test {
   protected:
-    ~MiscSettings() override { UIApplication::sharedApplication().setRootViewController(nullptr); }
+    ~MiscSettings() override {
+        UIApplication::sharedApplication().setRootViewController(nullptr);
+        UIApplication::sharedApplication().setStatusBarStyle(platform::UIStatusBarStyleDefault);
+    }
     void show() {
         navigation_ = platform::UINavigationController::initWithRootViewController(
             std::make_shared<platform::PSViewController>());
@@ -106,6 +109,15 @@ TEST_F(MiscSettings, onTop_wearsTheCustomColourAndGivesTheOldBack) {
     EXPECT_EQ(nullptr, bar->barTintColor());
     EXPECT_TRUE(bar->tintColor()->isEqual(*UIColor::darkGrayColor()));
     EXPECT_EQ(platform::UIStatusBarStyleDefault, UIApplication::sharedApplication().statusBarStyle());
+}
+
+TEST_F(MiscSettings, popped_givesBackTheStatusBarStyleThatWasThere) {
+    auto& application = UIApplication::sharedApplication();
+    application.setStatusBarStyle(platform::UIStatusBarStyleLightContent);
+    show();
+    application.setStatusBarStyle(platform::UIStatusBarStyleDefault);
+    navigation_->popViewControllerAnimated(false);
+    EXPECT_EQ(platform::UIStatusBarStyleLightContent, application.statusBarStyle());
 }
 
 TEST_F(MiscSettings, withoutCustomColour_leavesTheBarAlone) {
