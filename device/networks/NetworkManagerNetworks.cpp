@@ -5,6 +5,7 @@
 
 #include <exception>
 #include <future>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -16,10 +17,21 @@ namespace {
 
 using Answer = platform::Result<SavedNetworks>;
 
+/// What the question answers, or why it could not. An exception ends here, in the thread it was thrown in:
+/// its text may be shared between threads in ways that no tool of ours can check.
+Answer answered(const NetworkManagerNetworks::Question& question,
+                NetworkManagerNetworks::Clock::time_point deadline) {
+    try {
+        return question(deadline);
+    } catch (const std::exception& error) {
+        return platform::failure(error.what());
+    }
+}
+
 /// The answer, or the reason why there is none in time.
 Answer ask(const NetworkManagerNetworks::Question& question, std::chrono::milliseconds patience) {
     const auto deadline = NetworkManagerNetworks::Clock::now() + patience;
-    std::packaged_task<Answer()> task([question, deadline] { return question(deadline); });
+    std::packaged_task<Answer()> task([question, deadline] { return answered(question, deadline); });
     std::future<Answer> answer = task.get_future();
     try {
         std::thread([task = std::move(task)]() mutable {
@@ -28,12 +40,12 @@ Answer ask(const NetworkManagerNetworks::Question& question, std::chrono::millis
             pthread_sigmask(SIG_SETMASK, &all, nullptr);
             task();
         }).detach();
-        if (answer.wait_until(deadline) != std::future_status::ready)
-            return platform::failure("It did not answer in time.");
-        return answer.get();
-    } catch (const std::exception& error) {
+    } catch (const std::system_error& error) {
         return platform::failure(error.what());
     }
+    if (answer.wait_until(deadline) != std::future_status::ready)
+        return platform::failure("It did not answer in time.");
+    return answer.get();
 }
 
 }  // namespace
