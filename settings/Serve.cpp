@@ -154,13 +154,14 @@ void Serve::handle(const Message& message) {
 }
 
 void Serve::pushChanges() {
-    // Whoever is asked first sees nothing half done.
+    // Whoever is asked first sees nothing half done, and each event has its outcome.
     RunLoop::main().drain();
     application_.events().collect();
     for (auto& [connection, session] : sessions_) {
         if (auto state = session.push()) server_->send(connection, std::move(*state));
     }
-    application_.keepUp();
+    // What has come since stays queued: to run it here would let the loop sleep without another push.
+    application_.events().trim();
 }
 
 bool Serve::isEnding() {

@@ -99,6 +99,15 @@ class ServeTest(unittest.TestCase):
         self.assertIn("darwinReceived", [event["event"] for event in pushed["events"]])
         self.assertTrue(silent.quiet(), "it has asked for nothing")
 
+    def test_changeWhileAStateIsWritten_isPushedToo(self):
+        page = self.page()
+        page.do("state", **{"from": 5, "count": 1})
+        with Drive(PROGRAM, self.bundle, root=self.root) as other:
+            other.do("post", name="com.velmora.SampleUnsettledNotification")
+        while (rows := page.receive()["state"]["screen"]["rows"])[0]["value"] == 0:
+            pass
+        self.assertEqual([row["value"] for row in rows], [1])
+
     def test_badMessages_areAnswered(self):
         page = self.page()
         for text in ("", "nonsense", "[]", '{"do":"fly"}'):
