@@ -104,11 +104,21 @@ SystemShell::~SystemShell() {
 }
 
 bool SystemShell::killProcessByName(std::string_view process) {
-    if (process != name || !child_ || pidfd_send_signal(child_->process.get(), SIGKILL, nullptr, 0) != 0)
-        return false;
-    child_->isKilled = true;
+    if (process != name) return false;
     inFlightUntil_ = steady_clock::now() + pace_.patience;
+    if (!child_) {
+        if (!timer_) startAnew();
+        return false;
+    }
+    if (pidfd_send_signal(child_->process.get(), SIGKILL, nullptr, 0) != 0) return false;
+    child_->isKilled = true;
     return true;
+}
+
+/// After it was given up.
+void SystemShell::startAnew() {
+    endsAtOnce_ = 0;
+    start();
 }
 
 std::optional<pid_t> SystemShell::processId() const {

@@ -41,7 +41,8 @@ class SystemShell : public platform::Processes {
         std::chrono::milliseconds patience{2000};
     };
 
-    /// Host paths. A program that cannot be started is told in one log line, and there is no shell then.
+    /// Host paths. A program that cannot be started is told in one log line, and there is no shell then,
+    /// until it is killed by its name: who asks for that wants a new one.
     SystemShell(std::string program, std::string rootDirectory)
         : SystemShell(std::move(program), std::move(rootDirectory), Pace()) {}
     SystemShell(std::string program, std::string rootDirectory, Pace pace);
@@ -71,6 +72,7 @@ class SystemShell : public platform::Processes {
     };
 
     void start();
+    void startAnew();
     bool spawn();
     void readOutput();
     void reap();

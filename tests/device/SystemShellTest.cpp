@@ -180,12 +180,24 @@ TEST_F(SystemShellTest, programThatRecovers_isForgivenItsFailures) {
     EXPECT_TRUE(phone.log->lines().empty());
 }
 
+TEST_F(SystemShellTest, killedByNameWhenItWasGivenUp_isStartedAnew) {
+    pace.limit = 2;
+    // Fails twice, and would not a third time.
+    startProgram("case $(wc -l < '" + starts +
+                 "') in 1|2) exit 1;; esac\necho ready\nexec cat > /dev/null\n");
+    ASSERT_TRUE(runUntil([&] { return !phone.log->lines().empty(); }));
+    EXPECT_FALSE(shell->processId());
+    EXPECT_FALSE(shell->killProcessByName("SpringBoard")) << "there was none";
+    phone.drain();
+    EXPECT_EQ(States{"started"}, states());
+    EXPECT_EQ("/the root\n/the root --restarted\n/the root --restarted\n", testing_support::readText(starts));
+}
+
 TEST_F(SystemShellTest, missingProgram_isToldOnce) {
     shell.emplace(directory / "nowhere", "/root", pace);
     phone.drain();
     ASSERT_EQ(1U, phone.log->lines().size());
     EXPECT_NE(std::string::npos, phone.log->lines()[0].find("nowhere"));
-    EXPECT_FALSE(shell->killProcessByName("SpringBoard"));
 }
 
 TEST_F(SystemShellTest, programThatIsNeverReady_holdsTheLoopUpForItsPatienceOnly) {

@@ -57,7 +57,7 @@ TEST_F(RestartedShell, firstStart_tellsTheScreensNothing) {
 
 TEST_F(RestartedShell, eachStartAfterAKill_tellsTheScreensBeforeTheLoopIsDrained) {
     takeEvents();
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < 100; ++i) {
         ASSERT_TRUE(shell->killProcessByName("SpringBoard"));
         phone.drain();
         std::vector<std::string> events = takeEvents();
