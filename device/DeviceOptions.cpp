@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "device/VirtualClock.h"
+#include "device/mail/MailAddress.h"
 
 namespace device {
 
@@ -98,11 +99,8 @@ bool setToneController(Options& options, std::string_view value) {
 
 bool setMailAccount(Options& options, std::string_view value) {
     options.mailAccount = value;
-    if (value.empty()) return true;
-    const std::size_t at = value.find('@');
-    return at != std::string_view::npos && at > 0 && at + 1 < value.size() && value.rfind('@') == at &&
-           std::ranges::none_of(value,
-                                [](char c) { return static_cast<unsigned char>(c) <= 32 || c == 127; });
+    // None: a phone without an account.
+    return value.empty() || isMailAddress(value);
 }
 
 bool setNetworks(Options& options, std::string_view value) {

@@ -7,6 +7,8 @@
 #include <memory>
 #include <string_view>
 
+#include "device/mail/MailAddress.h"
+
 namespace device {
 
 using platform::Data;
@@ -40,15 +42,6 @@ std::string withPlainLineBreaks(const std::string& text) {
 std::string withoutControls(std::string text) {
     std::ranges::replace_if(text, [](char c) { return static_cast<unsigned char>(c) < 32 || c == 127; }, ' ');
     return text;
-}
-
-/// An address is one word without brackets: whatever else would be read as something else.
-bool isAddress(const std::string& text) {
-    const std::size_t at = text.find('@');
-    return at != std::string::npos && at > 0 && at + 1 < text.size() && std::ranges::all_of(text, [](char c) {
-               return static_cast<unsigned char>(c) > 32 && c != 127 &&
-                      std::string_view("<>(),;:\"\\[]").find(c) == std::string_view::npos;
-           });
 }
 
 bool canBeAType(const std::string& type) {
@@ -97,11 +90,11 @@ Owned<GMimePart> attachmentPart(const MailAttachment& attachment) {
 
 Result<void> address(GMimeMessage* message, const MailDraft& draft, const MailStamp& stamp) {
     if (!stamp.sender.empty()) {
-        if (!isAddress(stamp.sender)) return failure("\"" + stamp.sender + "\" is no mail address.");
+        if (!isMailAddress(stamp.sender)) return failure("\"" + stamp.sender + "\" is no mail address.");
         g_mime_message_add_mailbox(message, GMIME_ADDRESS_TYPE_FROM, nullptr, stamp.sender.c_str());
     }
     for (const std::string& recipient : draft.to) {
-        if (!isAddress(recipient)) return failure("\"" + recipient + "\" is no mail address.");
+        if (!isMailAddress(recipient)) return failure("\"" + recipient + "\" is no mail address.");
         g_mime_message_add_mailbox(message, GMIME_ADDRESS_TYPE_TO, nullptr, recipient.c_str());
     }
     return {};
