@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "settings/PresentedWriter.h"
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 
 #include "platform/foundation/Device.h"
-#include "platform/foundation/Unicode.h"
 #include "platform/messageui/MFMailComposeViewController.h"
 #include "platform/preferences/PSConfirmationController.h"
 #include "platform/social/SLComposeViewController.h"
+#include "settings/AttachmentPreview.h"
 #include "settings/ScreenValues.h"
 
 namespace settings {
@@ -49,35 +48,20 @@ Value alertValue(const UIAlertController& alert) {
                       {"actions", actions}};
 }
 
-/// How much of an attachment is shown, in bytes.
-constexpr std::size_t longestPreview = 64UL * 1024;
-
-/// The beginning of a text; nil for other bytes.
-Value preview(const platform::Data& data) {
-    std::string text(data.begin(),
-                     data.begin() + static_cast<std::ptrdiff_t>(std::min(data.size(), longestPreview)));
-    if (const auto invalid = platform::firstInvalidUTF8(text)) {
-        // At the end it may be a character that was cut in two.
-        constexpr std::size_t longestCharacter = 4;
-        if (data.size() <= longestPreview || text.size() - *invalid >= longestCharacter) return nullptr;
-        text.resize(*invalid);
-    }
-    const auto isControl = [](char c) {
-        return static_cast<unsigned char>(c) < 32 && c != '\t' && c != '\n' && c != '\r';
-    };
-    if (std::ranges::any_of(text, isControl)) return nullptr;
-    return text;
+Value attachmentValue(const platform::MailAttachment& attachment) {
+    const auto preview = AttachmentPreview::of(attachment.data);
+    return Dictionary{{"name", attachment.name},
+                      {"type", attachment.type},
+                      {"bytes", attachment.data.size()},
+                      {"preview", preview ? Value(preview->text) : Value()},
+                      {"previewed", preview ? preview->bytes : 0}};
 }
 
 Value mailValue(const platform::MailDraft& draft) {
     Array to(draft.to.begin(), draft.to.end());
     Array attachments;
-    for (const platform::MailAttachment& attachment : draft.attachments) {
-        attachments.emplace_back(Dictionary{{"name", attachment.name},
-                                            {"type", attachment.type},
-                                            {"bytes", attachment.data.size()},
-                                            {"preview", preview(attachment.data)}});
-    }
+    for (const platform::MailAttachment& attachment : draft.attachments)
+        attachments.push_back(attachmentValue(attachment));
     const auto& mail = platform::Device::current().mail;
     return Dictionary{{"kind", "mail"},
                       {"from", mail ? mail->senderAddress() : std::string()},

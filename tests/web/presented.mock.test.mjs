@@ -217,10 +217,10 @@ test('Mail_opened_showsEveryFieldAndWhatIsAttached', async () => {
     assert.deepEqual(await ui.page.locator('.mail-fields dt').allTextContents(), ['From:', 'To:', 'Subject:']);
     assert.deepEqual(await ui.page.locator('.mail-fields dd').allTextContents(), ['me@example.net', 'help@example.org', 'Problem']);
     const attached = (await ui.page.locator('.attachments li').allInnerTexts()).map((text) => text.split('\n').map((line) => line.trim()).filter(Boolean));
-    assert.deepEqual(attached[0], ['sample.log', 'mime', '58 byte', '2026-11-20T09:00:00Z one', '2026-11-20T09:00:01Z <b>two</b> é']);
+    assert.deepEqual(attached[0], ['sample.log', 'mime', '60 byte', '2026-11-20T09:00:00Z one', '2026-11-20T09:00:01Z <b>two</b> é']);
     assert.deepEqual(attached[1].slice(0, 3), ['long.log', 'text/plain', '2 MB']);
     assert.equal(attached[1].at(-1), 'Only the beginning is shown.');
-    assert.deepEqual(attached[2], ['picture.png', 'image/png', '2 kB']);
+    assert.deepEqual(attached[2], ['picture.png', 'image/png', '2 kB', 'The file is no text and cannot be shown.']);
     assert.deepEqual(attached[3], ['empty', 'mime', '0 byte', 'The file is empty.']);
     await ui.close();
 });
