@@ -123,16 +123,40 @@ test('Detail_ofAPatternColour_isASolidReadableColour', async () => {
     await ui.close();
 });
 
+/** Counts in the page, as `fades`, how often a logo has begun to fade, whoever began it. */
+function countFades() {
+    globalThis.fades = 0;
+    const { animate } = Element.prototype;
+    Element.prototype.animate = function count(...values) {
+        if (this.classList.contains('logo')) globalThis.fades += 1;
+        return animate.apply(this, values);
+    };
+    addEventListener('animationstart', (event) => { if (event.target.classList.contains('logo')) globalThis.fades += 1; });
+}
+
 test('Logo_fadesInOnceAnArrival', async () => {
-    const ui = await openPage(session, { reducedMotion: 'no-preference' });
-    const fades = () => ui.page.evaluate(() => document.getAnimations().filter((animation) => animation.animationName === 'logo-in').length);
-    assert.equal(await fades(), 1);
+    const ui = await openPage(session, { reducedMotion: 'no-preference', beforehand: countFades });
+    const fades = () => ui.page.evaluate(() => globalThis.fades);
     await settled(ui.page);
+    assert.equal(await fades(), 1);
     ui.phone.enabled = false;
     ui.phone.changed();
     ui.server.push();
     await ui.page.waitForFunction(() => document.querySelectorAll('.list .row').length === 2);
-    assert.equal(await fades(), 0);
+    assert.equal(await fades(), 1);
+    await ui.close();
+});
+
+test('Logo_uncoveredAgain_doesNotFadeAgain', async () => {
+    const ui = await openPage(session, { reducedMotion: 'no-preference', beforehand: countFades });
+    await ui.page.getByRole('button', { name: 'Miscellaneous' }).click();
+    await ui.page.getByRole('button', { name: /Back: / }).waitFor();
+    await settled(ui.page);
+    const before = await ui.page.evaluate(() => globalThis.fades);
+    await ui.page.getByRole('button', { name: /Back: / }).click();
+    await ui.page.getByRole('button', { name: 'Miscellaneous' }).waitFor();
+    await settled(ui.page);
+    assert.equal(await ui.page.evaluate(() => globalThis.fades), before);
     await ui.close();
 });
 

@@ -53,10 +53,10 @@ export async function startBrowser() {
 }
 
 /**
- * Opens the page. Without an address in `url`, on a made-up application of its own that `arrange` may prepare.
+ * Opens the page. Without an address in `url`, on a made-up application of its own that `arrange` may prepare. `beforehand` runs in the page before its own code.
  * The result's close() fails the test if the page has logged an error (but for what `tolerate` matches) or broken its content-security policy.
  */
-export async function openPage(session, { arrange = () => {}, url = null, viewport = phoneSize, reducedMotion = 'reduce', colorScheme = 'light', touch = false, scale = 1, tolerate = null } = {}) {
+export async function openPage(session, { arrange = () => {}, url = null, viewport = phoneSize, reducedMotion = 'reduce', colorScheme = 'light', touch = false, scale = 1, tolerate = null, beforehand = null } = {}) {
     const phone = new MockPhone();
     arrange(phone);
     const server = url ? null : await startMockServer({ dist: dist.path, phone });
@@ -64,6 +64,7 @@ export async function openPage(session, { arrange = () => {}, url = null, viewpo
     const context = await session.browser.newContext({ viewport, reducedMotion, colorScheme, hasTouch: touch, deviceScaleFactor: scale, locale: 'en-US' });
     const page = await context.newPage();
     page.setDefaultTimeout(15_000);
+    if (beforehand) await page.addInitScript(beforehand);
     const problems = [];
     page.on('pageerror', (error) => problems.push(String(error)));
     page.on('console', (message) => {

@@ -6,6 +6,7 @@ import { endsWithNote, sectionsTemplate } from './groups';
 import { chevron } from './icons';
 import { RowIdentity } from './identity';
 import { ListWindow } from './listwindow';
+import { animate } from './motion';
 import { paneTemplate } from './panes';
 import type { Pane, Row, Screen } from './protocol';
 import { captureLayout, playChange } from './rowmotion';
@@ -42,6 +43,7 @@ export class PageView implements ListUse {
     private scheduled = 0;
     private scrollTop = 0;
     private order = '';
+    private arrived = false;
 
     constructor(public screen: Screen, private readonly view: View, private readonly needsRows: (page: PageView, beside: readonly number[]) => void) {
         this.tones = new ToneList(view, () => this.draw(), () => this.schedule());
@@ -67,9 +69,18 @@ export class PageView implements ListUse {
         const order = this.order;
         const hadFocus = this.list.contains(document.activeElement);
         this.draw();
+        this.arrive();
         // The row in use is gone; the keyboard goes on from the screen's title and not from the page's beginning.
         if (hadFocus && !this.list.contains(document.activeElement)) this.focusHeading();
         if (before && order !== this.order) playChange(before, this.list, this.ghosts, this.body.getBoundingClientRect());
+    }
+
+    // Once in the screen's life, and not each time it is uncovered again.
+    private arrive(): void {
+        if (this.arrived) return;
+        this.arrived = true;
+        const logo = this.bar.querySelector('.logo');
+        if (logo) animate(logo, [{ opacity: 0 }, { opacity: 1 }], '--logo-time');
     }
 
     draw(): void {
