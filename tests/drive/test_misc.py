@@ -79,6 +79,8 @@ class Reset(MiscTest):
         self.assertFalse(os.path.exists(drive.path(PROFILES)))
         self.assertEqual([event["process"] for event in drive.events_of("kill")], ["SpringBoard"])
         self.assertEqual([event["path"] for event in drive.events_of("removeFile")], [PROFILES])
+        order = [event["event"] for event in drive.events if event["event"] in ("removeFile", "dismiss", "kill")]
+        self.assertEqual(order, ["removeFile", "dismiss", "kill"])
         states = [event["state"] for event in drive.events_of("process")]
         if "started" not in states:
             drive.do("wait", event="process", name="SpringBoard", seconds=60)
@@ -163,6 +165,7 @@ class Report(MiscTest):
         mail = self.compose().presented
         self.assertEqual((mail["kind"], mail["subject"], len(mail["to"]), mail["html"]),
                          ("mail", "Quietrix Go - velmora.log", 1, True))
+        self.assertEqual(mail["to"], ["support@velmora.com"])
         lines = mail["body"].split("\n")
         self.assertEqual(lines[:3], [FIRST_LINE, "Serial number: F17", "Phone9,1 with iOS:11.4, UDID:00aa."])
         self.assertTrue(lines[3].startswith("Version 1.4.2. Quietrix Go "))
@@ -176,11 +179,11 @@ class Report(MiscTest):
         drive.do("compose", result="sent")
         self.assertIsNone(drive.presented)
         mail, = self.mails(drive, "Outbox")
-        self.assertEqual((mail["Subject"], mail["From"], mail.get_content_type()),
-                         ("Quietrix Go - velmora.log", "user@example.org", "multipart/mixed"))
+        self.assertEqual((mail["Subject"], mail["From"], mail["To"], mail.get_content_type()),
+                         ("Quietrix Go - velmora.log", "user@example.org", "support@velmora.com", "multipart/mixed"))
         text, attachment = mail.iter_parts()
         self.assertEqual((text.get_content_type(), text.get_content().strip()), ("text/html", body))
-        self.assertEqual((attachment.get_filename(), attachment["Content-Type"].split(";")[0]), ("velmora.log", "mime"))
+        self.assertEqual((attachment.get_filename(), dict(attachment.raw_items())["Content-Type"].strip()), ("velmora.log", "mime"))
         self.assertEqual(attachment.get_payload(decode=True), b"first line\nsecond line\n")
 
     def test_cancelledOrFailed_leavesNothingAndSaysNothing(self):

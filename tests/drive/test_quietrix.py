@@ -238,6 +238,41 @@ class Sharing(QuietrixTest):
             self.assertEqual(drive.presented["service"], service)
 
 
+class SharingFromEachController(QuietrixTest):
+    """The flow is written three times, once in each controller that carries it."""
+
+    def outcomes(self, drive):
+        """What each item of the sheet shows and opens."""
+        found = []
+        for item in range(3):
+            images = [button["image"] for button in drive.screen["bar"]["right"]]
+            drive.bar("right", images.index("twitter"))
+            sheet = drive.presented
+            drive.choose(sheet["actions"][item]["title"])
+            found.append((sheet, drive.presented, [event["url"] for event in drive.events_of("open")]))
+            if drive.presented:
+                drive.do("compose", result="cancelled")
+        return found
+
+    def test_sameTaps_doTheSame(self):
+        for app in ("true", "false"):
+            drive = self.open([profile("A", playAlert=True)], switch=True, device={"twitterApp": app})
+            found = {drive.screen["class"]: self.outcomes(drive)}
+            drive.tap(drive.row(identifier="Miscellaneous"))
+            found[drive.screen["class"]] = self.outcomes(drive)
+            drive.back()
+            drive.tap(drive.row(name="A"))
+            drive.tap(drive.row(identifier="alertToneIdentifier"))
+            found[drive.screen["class"]] = self.outcomes(drive)
+            self.assertEqual(sorted(found), ["QuietrixAlertToneController", "QuietrixMiscController",
+                                             "QuietrixPreferencesController"])
+            share, follow, cancel = found["QuietrixPreferencesController"]
+            self.assertEqual((share[1]["kind"], follow[1], cancel[1:]), ("social", None, (None, [])))
+            self.assertEqual(follow[2][0] == "twitter://user?screen_name=velmora", app == "true")
+            for outcome in found.values():
+                self.assertEqual(outcome, [share, follow, cancel])
+
+
 class BadFiles(QuietrixTest):
     BAD = {
         "truncated": b"bplist00\xd1",

@@ -35,7 +35,7 @@ function parsed(text) {
 import email, email.policy, json, sys
 mail = email.message_from_bytes(sys.stdin.buffer.read(), policy=email.policy.default)
 body, log = mail.iter_parts()
-print(json.dumps({"subject": mail["Subject"], "to": mail["To"], "body": body.get_content(), "type": log["Content-Type"].split(";")[0],
+print(json.dumps({"subject": mail["Subject"], "to": mail["To"], "body": body.get_content(), "type": dict(log.raw_items())["Content-Type"].strip(),
                   "name": log.get_filename(), "log": log.get_payload(decode=True).decode()}))`;
     const read = spawnSync('python3', ['-B', '-c', script], { input: text, encoding: 'utf8' });
     if (read.status !== 0) throw new Error(`the message file cannot be read: ${read.stderr}`);
@@ -87,7 +87,7 @@ test('Report_sentByKeyboard_endsInTheOutboxAsItWasShown', async () => {
     const [name, ...others] = await ui.phone.listPhoneFiles(outbox);
     assert.deepEqual(others, []);
     const mail = parsed(await ui.phone.readPhoneFile(`${outbox}/${name}`));
-    assert.deepEqual([mail.subject, mail.type, mail.name, mail.log], ['Quietrix Go - velmora.log', 'mime', 'velmora.log', 'one line\n']);
+    assert.deepEqual([mail.subject, mail.to, mail.type, mail.name, mail.log], ['Quietrix Go - velmora.log', 'support@velmora.com', 'mime', 'velmora.log', 'one line\n']);
     assert.equal(mail.body.trim(), body);
     await ui.close();
 });
