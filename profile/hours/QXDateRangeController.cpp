@@ -48,8 +48,11 @@ void QXDateRangeController::profileAppliedStateChanged(const platform::Notificat
     const auto& row = pane()->preferenceSpecifier();
     if (!row) return;
     const auto record = profile();
-    row->setUserInfo(QXProfilesManager::sharedManager()->profileByIdentifier_shouldReload(
-        record ? record->identifier() : "", false));
+    if (!record) return;
+    const auto stored =
+        QXProfilesManager::sharedManager()->profileByIdentifier_shouldReload(record->identifier(), false);
+    // One that was never added is nowhere else: what was set would be lost with it.
+    if (stored) row->setUserInfo(stored);
 }
 
 }  // namespace quietrix

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/foundation/Calendar.h"
 #include "platform/foundation/DateFormatter.h"
 #include "profile/hours/QXDateRangeController.h"
 #include "profile/model/QXProfilesManager.h"
@@ -55,6 +56,17 @@ class HoursFixture : public testing::Test {
         const auto date = formatter.dateFromString(time);
         ASSERT_TRUE(date.has_value());
         ASSERT_TRUE(pane_->datePicker()->userChoseDate(*date));
+    }
+    /// The time of day on a day in June, which is not the one that the stored times are read on.
+    void pickOnAnotherDay(std::int64_t hour, std::int64_t minute) {
+        platform::DateComponents parts;
+        parts.year = 2031;
+        parts.month = 6;
+        parts.day = 15;
+        parts.hour = hour;
+        parts.minute = minute;
+        const auto date = platform::Calendar::currentCalendar().dateFromComponents(parts);
+        ASSERT_TRUE(pane_->datePicker()->userChoseDate(date));
     }
     void selectRow(std::int64_t row) { ASSERT_TRUE(table_->userTappedRowAtIndexPath({0, row})); }
     std::string pickedTime() const {

@@ -70,16 +70,32 @@ TEST_F(HoursScreen, appliedStateChanged_takesTheStoresCopyWithoutRefreshing) {
     EXPECT_EQ("7:00 AM", pickedTime());
 }
 
-TEST_F(HoursScreen, profileGoneFromTheStore_leavesAUsableScreen) {
-    const auto profile = makeProfile("9:00 AM", "5:00 PM");
-    profile->setNewProfile(true);
-    open(profile);
+TEST_F(HoursScreen, profileGoneFromTheStore_keepsItsRecordAndSaysSoOnAChange) {
+    openStored("9:00 AM", "5:00 PM");
+    QXProfilesManager::sharedManager()->deleteProfile_success_failure(
+        QXProfile::profileWithValues(profile_->storedValues()), nullptr, nullptr);
     postAppliedState();
-    EXPECT_TRUE(row_->userInfo().isNil());
+    EXPECT_EQ(profile_, row_->userInfo().objectAs<QXProfile>());
     selectRow(1);
     pick("6:00 PM");
     phone_.drain();
     EXPECT_NE(nullptr, alert());
+}
+
+TEST_F(HoursScreen, newProfileWhenTheAppliedStateChanges_keepsWhatWasSet) {
+    const auto profile = makeProfile("9:00 AM", "5:00 PM");
+    profile->setNewProfile(true);
+    open(profile);
+    pick("10:00 AM");
+    postAppliedState();
+    selectRow(1);
+    pick("6:00 PM");
+    phone_.drain();
+    EXPECT_EQ(profile, row_->userInfo().objectAs<QXProfile>());
+    EXPECT_EQ("10:00 AM", profile->startTime());
+    EXPECT_EQ("6:00 PM", profile->endTime());
+    EXPECT_EQ(nullptr, alert());
+    EXPECT_TRUE(phone_.takeEvents("store").empty());
 }
 
 TEST_F(HoursScreen, shownAgain_keepsItsPaneAndObservesOnce) {

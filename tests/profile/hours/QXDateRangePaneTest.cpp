@@ -124,6 +124,43 @@ TEST_F(HoursPane, periodOverMidnight_isRefused) {
     EXPECT_EQ("11:30 PM", profile_->endTime());
 }
 
+TEST_F(HoursPane, earlierTimeOfALaterDay_isRefusedAsTo) {
+    openStored("9:00 AM", "5:00 PM");
+    selectRow(1);
+    pickOnAnotherDay(8, 0);
+    EXPECT_NE(nullptr, alert());
+    EXPECT_EQ("5:00 PM", profile_->endTime());
+}
+
+TEST_F(HoursPane, earlierTimeOfALaterDay_isAcceptedAsFrom) {
+    openStored("9:00 AM", "5:00 PM");
+    pickOnAnotherDay(16, 59);
+    EXPECT_EQ(nullptr, alert());
+    EXPECT_EQ("4:59 PM", profile_->startTime());
+}
+
+TEST_F(HoursPane, unreadableTo_countsAsMidnightSoThatEachFromIsRefused) {
+    openStored("9:00 AM", "soon");
+    for (const auto* time : {"12:00 AM", "12:01 AM", "11:59 PM"}) {
+        pick(time);
+        ASSERT_NE(nullptr, alert()) << time;
+        alert()->choose(0);
+        EXPECT_EQ("9:00 AM", profile_->startTime()) << time;
+    }
+}
+
+TEST_F(HoursPane, unreadableFrom_countsAsMidnightSoThatEachLaterToIsAccepted) {
+    openStored("soon", "5:00 PM");
+    selectRow(1);
+    pick("12:00 AM");
+    ASSERT_NE(nullptr, alert());
+    alert()->choose(0);
+    EXPECT_EQ("5:00 PM", profile_->endTime());
+    pick("12:01 AM");
+    EXPECT_EQ(nullptr, alert());
+    EXPECT_EQ("12:01 AM", profile_->endTime());
+}
+
 TEST_F(HoursPane, fromOneMinuteBeforeTo_isStoredAndSavedOnce) {
     openStored("9:00 AM", "5:00 PM");
     pick("4:59 PM");
