@@ -2,10 +2,18 @@
 #include "platform/uikit/UIView.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace platform {
 
 PLATFORM_REGISTER_CLASS(UIView)
+
+namespace {
+
+/// Of the animation whose changes are being made; 0 outside of any.
+double animationSeconds = 0;
+
+}  // namespace
 
 UIView::~UIView() {
     for (const auto& view : subviews_) view->superview_ = nullptr;
@@ -23,6 +31,12 @@ void UIView::setFrame(Rect frame) {
         view->setFrame(stretched);
     }
     setNeedsLayout();
+}
+
+void UIView::setAlpha(double alpha) {
+    fade_.reset();
+    if (animationSeconds > 0 && alpha != alpha_) fade_ = Fade{alpha_, animationSeconds};
+    alpha_ = alpha;
 }
 
 std::shared_ptr<UIView> UIView::superview() const {
@@ -75,8 +89,11 @@ void UIView::layoutIfNeeded() {
     for (const auto& view : views) view->layoutIfNeeded();
 }
 
-void UIView::animateWithDuration_animations(double /*seconds*/, const std::function<void()>& animations) {
-    if (animations) animations();
+void UIView::animateWithDuration_animations(double seconds, const std::function<void()>& animations) {
+    if (!animations) return;
+    const double outer = std::exchange(animationSeconds, seconds);
+    animations();
+    animationSeconds = outer;
 }
 
 }  // namespace platform

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/foundation/Object.h"
@@ -20,6 +21,15 @@ class UIView : public Object {
     PLATFORM_CLASS(UIView, Object)
 
   public:
+    /// How an animated change of the alpha is to be shown.
+    struct Fade {
+        /// The alpha before the change.
+        double from = 1;
+        double seconds = 0;
+
+        bool operator==(const Fade&) const = default;
+    };
+
     UIView() = default;
     explicit UIView(Rect frame) : frame_(frame) {}
     ~UIView() override;
@@ -32,7 +42,10 @@ class UIView : public Object {
     std::int64_t tag() const { return tag_; }
     void setTag(std::int64_t tag) { tag_ = tag; }
     double alpha() const { return alpha_; }
-    void setAlpha(double alpha) { alpha_ = alpha; }
+    /// Takes the alpha at once, inside an animation too: `fade` then says how what is shown gets there.
+    void setAlpha(double alpha);
+    /// Of the latest `setAlpha`; empty when that was not animated or changed nothing.
+    const std::optional<Fade>& fade() const { return fade_; }
     bool isHidden() const { return hidden_; }
     void setHidden(bool hidden) { hidden_ = hidden; }
     bool isUserInteractionEnabled() const { return userInteractionEnabled_; }
@@ -62,13 +75,15 @@ class UIView : public Object {
     virtual void layoutSubviews() {}
     virtual void sizeToFit() {}
 
-    /// Runs the changes at once: what is shown moves there over the seconds.
+    /// Runs the changes at once: what is shown moves there over the seconds, of which changes of the alpha
+    /// keep a record (`fade`). Without seconds nothing is animated; an empty function does nothing.
     static void animateWithDuration_animations(double seconds, const std::function<void()>& animations);
 
   private:
     Rect frame_;
     std::int64_t tag_ = 0;
     double alpha_ = 1;
+    std::optional<Fade> fade_;
     bool hidden_ = false;
     bool userInteractionEnabled_ = true;
     bool needsLayout_ = true;

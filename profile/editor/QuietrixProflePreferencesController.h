@@ -16,8 +16,9 @@ namespace quietrix {
 /// The screen that edits one profile, the user info of the row that opened it. Every change of an existing
 /// profile is saved at once; a new one stays in memory until Save adds it, and Cancel drops it. Main thread.
 ///
-/// The record may become nil (it was deleted, or is not in the store yet): the screen then shows a disabled
-/// profile without values.
+/// The record may become nil (it was deleted, or is not in the store yet): the screen then shows its first
+/// rows only, without values and with "Enable" on, the default of that switch. A change there shows the
+/// store's error and is gone at the next look.
 class QuietrixProflePreferencesController : public ProductScreen {
     PLATFORM_CLASS(QuietrixProflePreferencesController, velmora::VMMiscSettingsViewController)
 

@@ -146,6 +146,20 @@ TEST(UIView, animations_runAtOnce) {
     UIView::animateWithDuration_animations(1.0, {});
 }
 
+TEST(UIView, alphaChangedInAnAnimation_keepsHowItIsShown) {
+    const auto view = std::make_shared<UIView>();
+    view->setAlpha(0);
+    EXPECT_EQ(std::nullopt, view->fade());
+    UIView::animateWithDuration_animations(0.5, [&] { view->setAlpha(0.75); });
+    EXPECT_EQ((UIView::Fade{.from = 0, .seconds = 0.5}), view->fade());
+    view->setAlpha(1);
+    EXPECT_EQ(std::nullopt, view->fade());
+    UIView::animateWithDuration_animations(0, [&] { view->setAlpha(0); });
+    EXPECT_EQ(std::nullopt, view->fade());
+    UIView::animateWithDuration_animations(1, [&] { view->setAlpha(0); });
+    EXPECT_EQ(std::nullopt, view->fade()) << "nothing changed";
+}
+
 TEST(UIView, classes_areFoundByTheirNames) {
     const auto& registry = ClassRegistry::shared();
     for (const char* name : {"UIView", "UILabel", "UIImageView", "UINavigationBar", "UISwitch", "UISlider",

@@ -176,6 +176,19 @@ TEST_F(Editor, failedSave_showsTheErrorAndKeepsTheValue) {
     EXPECT_EQ("Office", screen_->title());
 }
 
+TEST_F(Editor, failureAfterTheScreenIsGone_isHeardByTheScreenAndThenFreesIt) {
+    open();
+    phone_.files->failWrites("No space left on device", std::string(profilesPath));
+    move("title", "Office");
+    const std::weak_ptr<QuietrixProflePreferencesController> screen = screen_;
+    screen_.reset();
+    navigation_->popViewControllerAnimated(false);
+    EXPECT_FALSE(screen.expired()) << "the save holds the screen until the store has answered";
+    phone_.drain();
+    EXPECT_EQ(nullptr, alert()) << "nothing that is shown could present it";
+    EXPECT_TRUE(screen.expired());
+}
+
 TEST_F(Editor, dataUpdated_savesAndTakesTheStoresRecord) {
     open();
     profile_->setStartTime("8:00 AM");
@@ -210,9 +223,16 @@ TEST_F(Editor, profileDeletedElsewhere_leavesAUsableScreenWithoutARecord) {
     EXPECT_TRUE(row_->userInfo().isNil());
     EXPECT_EQ(std::nullopt, screen_->title());
     EXPECT_EQ(5U, screen_->specifiers()->size());
+    EXPECT_EQ("", cellOf("title")->controlValue().stringOr("none"));
+    EXPECT_EQ(Value(true), cellOf("enabled")->controlValue()) << "a switch without a value has its default";
     move("title", "Lost");
     phone_.drain();
+    ASSERT_NE(nullptr, alert());
+    alert()->choose(0);
+    move("enabled", false);
+    phone_.drain();
     EXPECT_NE(nullptr, alert());
+    EXPECT_EQ(Value(true), cellOf("enabled")->controlValue());
 }
 
 TEST_F(Editor, closed_isNotKeptAliveAndHearsNothing) {

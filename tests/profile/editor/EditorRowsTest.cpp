@@ -6,6 +6,7 @@
 
 #include "profile/cells/QXSliderCell.h"
 #include "shell/base/Localization.h"
+#include "shell/base/ProductInfo.h"
 #include "tests/profile/editor/EditorFixture.h"
 
 namespace quietrix {
@@ -221,6 +222,23 @@ TEST_F(EditorRows, otherCells_haveNoDetail) {
         EXPECT_EQ(std::nullopt, cellOf(identifier)->detailTextLabel()->text()) << identifier;
 }
 
+TEST_F(EditorRows, timeRows_haveTheirDetailInBlueAndTheTextLeftAlone) {
+    open();
+    const auto blue = platform::UIColor::colorWithRed_green_blue_alpha(0, 0.478431, 1, 1);
+    const auto row = rowOf("wifiNetworks");
+    const auto path = *screen_->indexPathForIndex(indexOf("wifiNetworks"));
+    const auto& label = cellOf("wifiNetworks")->detailTextLabel();
+    for (const auto* identifier : {"startTime", "endTime"}) {
+        label->setTextColor(nullptr);
+        label->setText("at noon");
+        row->setIdentifier(identifier);
+        ASSERT_EQ(label, screen_->tableView_cellForRowAtIndexPath(screen_->table(), path)->detailTextLabel());
+        ASSERT_NE(nullptr, label->textColor()) << identifier;
+        EXPECT_TRUE(label->textColor()->isEqual(*blue)) << identifier;
+        EXPECT_EQ("at noon", label->text()) << identifier;
+    }
+}
+
 TEST_F(EditorRows, estimatedHeights_areTheSlidersOwnElseTheBases) {
     open();
     const auto estimate = [this](std::int64_t index) {
@@ -246,6 +264,14 @@ TEST_F(EditorRows, appearance_isTheProducts) {
     EXPECT_TRUE(screen_->twitterMessage().starts_with("I'm Loving #Quietrix"));
     EXPECT_EQ(rowOf("CopyRightHeader"), screen_->copyRightSpecifier());
     EXPECT_TRUE(rowOf("CopyRightHeader")->propertyForKey("footerText").stringOr().starts_with("Version "));
+}
+
+TEST_F(EditorRows, yearSetAlready_isTheCopyrightRowsAndIsNotComputedAgain) {
+    currentYear() = 1999;
+    open();
+    const std::string notice = rowOf("CopyRightHeader")->propertyForKey("footerText").stringOr();
+    EXPECT_NE(std::string::npos, notice.find("1999")) << notice;
+    EXPECT_EQ(1999, currentYear());
 }
 
 TEST_F(EditorRows, shareMessage_comesFromTheHostApplicationOnly) {

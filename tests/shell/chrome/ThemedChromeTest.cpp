@@ -89,6 +89,14 @@ TEST_F(ThemedChrome, loaded_hasShareButtonAndLogo) {
     EXPECT_EQ(nullptr, item->backBarButtonItem());
 }
 
+TEST_F(ThemedChrome, loaded_fadesTheLogoInOverOneSecond) {
+    phone_.show(screen_);
+    const auto logo = screen_->navigationItem()->titleView();
+    ASSERT_NE(nullptr, logo);
+    ASSERT_TRUE(logo->fade().has_value());
+    EXPECT_EQ((platform::UIView::Fade{.from = 0, .seconds = 1}), *logo->fade());
+}
+
 TEST_F(ThemedChrome, beforeIOS11_hasTheLogoForTheBackButton) {
     phone_.facts->version = "10.3.3";
     phone_.show(screen_);
