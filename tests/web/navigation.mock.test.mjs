@@ -37,9 +37,14 @@ test('Back_pressed_returnsToTheRowAndTheScrollPosition', async () => {
     await ui.close();
 });
 
+/** Makes a push and a pop take so long that they end only with finish(). */
+const slowMotion = (page) => page.evaluate(() => document.documentElement.style.setProperty('--push-time', '3600s'));
+const finish = (page) => page.evaluate(() => { for (const animation of document.getAnimations()) animation.finish(); });
+
 test('Push_withMotion_slidesThePageBeneathAThirdAndEndsWithOnePage', async () => {
     const ui = await openPage(session, { reducedMotion: 'no-preference' });
     await settled(ui.page);
+    await slowMotion(ui.page);
     await ui.page.evaluate(() => {
         globalThis.frames = [];
         const animate = Element.prototype.animate;
@@ -50,6 +55,7 @@ test('Push_withMotion_slidesThePageBeneathAThirdAndEndsWithOnePage', async () =>
     });
     await ui.page.getByRole('button', { name: 'Miscellaneous' }).click();
     await ui.page.waitForFunction(() => document.querySelectorAll('.bodies .page').length === 2);
+    await finish(ui.page);
     await ui.page.waitForFunction(() => document.querySelectorAll('.bodies .page').length === 1);
     const frames = await ui.page.evaluate(() => globalThis.frames.flat());
     assert.ok(frames.some((frame) => frame.includes('-33.3%')));
@@ -59,11 +65,13 @@ test('Push_withMotion_slidesThePageBeneathAThirdAndEndsWithOnePage', async () =>
 
 test('Push_interruptedByPop_endsOnTheRoot', async () => {
     const ui = await openPage(session, { reducedMotion: 'no-preference' });
+    await slowMotion(ui.page);
     await ui.page.getByRole('button', { name: 'Miscellaneous' }).click();
     await ui.page.waitForFunction(() => document.querySelectorAll('.bodies .page').length === 2);
     ui.phone.perform({ do: 'back' });
     ui.server.push();
     await ui.page.waitForFunction(() => document.title === 'Sample Go');
+    await finish(ui.page);
     await settled(ui.page);
     assert.equal(await ui.page.locator('.bodies .page').count(), 1);
     assert.equal(await ui.page.locator('.bars .bar').count(), 1);

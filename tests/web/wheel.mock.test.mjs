@@ -315,9 +315,13 @@ test('Wheel_withoutAStoredTimeTurnedBackToTheFirst_sendsIt', async () => {
 test('Row_selected_rollsTheSameWheelToItsTimeAndSendsNone', async () => {
     const ui = await openPage(session, { arrange: hours('9:00 AM', '5:30 PM'), reducedMotion: 'no-preference' });
     const wheel = await ui.page.locator('.wheel').elementHandle();
+    await ui.page.evaluate(() => {
+        globalThis.moved = false;
+        new MutationObserver(() => { globalThis.moved ||= document.querySelector('.wheel-column[data-moving]') !== null; }).observe(document.querySelector('.wheel'), { subtree: true, attributes: true });
+    });
     await ui.page.getByRole('button', { name: 'To 5:30 PM' }).click();
-    await ui.page.waitForFunction(() => document.querySelector('.wheel-column[data-moving]'));
     await standsOn(ui.page, '5 30 PM');
+    await ui.page.waitForFunction(() => globalThis.moved);
     assert.equal(lastCommand(ui.phone, 'pickTimeRow').row, 1);
     assert.equal(await ui.page.locator('.wheel').evaluate((element, old) => element === old, wheel), true);
     assert.equal(await ui.page.getByRole('group', { name: 'To 5:30 PM' }).count(), 1);
