@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <string_view>
 
+#include "device/MailAddress.h"
 #include "device/VirtualClock.h"
-#include "device/mail/MailAddress.h"
 
 namespace device {
 

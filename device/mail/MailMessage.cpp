@@ -7,7 +7,7 @@
 #include <memory>
 #include <string_view>
 
-#include "device/mail/MailAddress.h"
+#include "device/MailAddress.h"
 
 namespace device {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "device/mail/MailAddress.h"
+#include "device/MailAddress.h"
 
 #include <algorithm>
 
