@@ -53,6 +53,18 @@ std::uint32_t colourFor(std::string_view identifier) {
     return palette[hash % palette.size()];
 }
 
+/// Whether a program made the name up for itself: a UUID, or 16 or more hexadecimal digits.
+bool isMadeUpName(std::string_view name) {
+    constexpr std::string_view shape = "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX";
+    constexpr std::size_t fewestDigits = 16;
+    const auto isDigit = [](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+    };
+    const bool isUUID = std::ranges::equal(
+        name, shape, [&](char c, char place) { return place == '-' ? c == '-' : isDigit(c); });
+    return isUUID || (name.size() >= fewestDigits && std::ranges::all_of(name, isDigit));
+}
+
 bool isCalendarFile(const fs::path& path) {
     std::string extension = path.extension().native();
     std::ranges::transform(extension, extension.begin(), [](char c) {
@@ -149,11 +161,14 @@ std::optional<std::string> CalendarFolders::shortText(const fs::path& file) {
 
 platform::CalendarEntry CalendarFolders::entry(const fs::path& path, const Description& description) {
     platform::CalendarEntry calendar;
-    calendar.account = escapedText(path.parent_path().filename().native());
+    const std::string account = path.parent_path().filename().native();
+    calendar.account = escapedText(account);
     // A slash is in no file's name, so the two halves cannot run into each other.
     calendar.identifier = calendar.account + "/" + escapedText(path.filename().native());
     calendar.title = titleFrom(description.name.value_or(""));
-    if (calendar.title.empty()) calendar.title = titleFrom(description.fallbackName);
+    if (calendar.title.empty())
+        calendar.title =
+            titleFrom(isMadeUpName(description.fallbackName) ? account : description.fallbackName);
     calendar.colour = colourFor(calendar.identifier);
     if (!description.colour || titleFrom(*description.colour).empty()) return calendar;
     if (const auto colour = colourFromText(*description.colour)) {

@@ -13,15 +13,16 @@ namespace device {
 
 /// The calendars in a directory of the host, as synchronising programs leave them:
 ///
-///     ACCOUNT/FOLDER/           a calendar: its .ics files, and the files "displayname" and "color" if it
-///     has any ACCOUNT/FILE.ics          a calendar: its name and colour are properties of the file
+///     ACCOUNT/FOLDER/    a calendar: its .ics files, and "displayname" and "color" if it has any
+///     ACCOUNT/FILE.ics   a calendar: its name and colour are properties of the file
 ///
 /// In the order of the paths. A calendar is identified by its path within the directory. It is called what it
-/// says, else what its folder or file (without the extension) is called; one without a colour gets one that
-/// goes with its identifier. No folder is searched for its events, and of a file only the head is read.
-/// Hidden files and folders, and what is neither a folder nor an .ics file, are passed over; symbolic links
-/// are followed. What is broken or cannot be read is left out, with one log line until it changes; a bad
-/// colour only counts as none. A directory that does not exist has no calendars.
+/// says, else what its folder or file (without the extension) is called, or its account where a program made
+/// that name up; one without a colour gets one that goes with its identifier. No folder is searched for its
+/// events, and of a file only the head is read. Hidden files and folders, and what is neither a folder nor an
+/// .ics file, are passed over; symbolic links are followed. What is broken or cannot be read is left out,
+/// with one log line until it changes; a bad colour only counts as none. A directory that does not exist has
+/// no calendars.
 class CalendarFolders : public platform::CalendarSource {
   public:
     /// Where the phone has its calendars, as one of its own paths.

@@ -17,11 +17,13 @@ struct CalendarHead {
 
     /// The text of the first property of its kind; the bytes are the file's and need not be UTF-8.
     std::optional<std::string> name;
+    /// Of the first that is a colour; where none is one, of the first.
     std::optional<std::string> colour;
 
     /// Reads the calendar's own properties, up to the first component within it; the rest, the recurrence
-    /// rules included, is never looked at. `text` is the file or its beginning. The error completes a
-    /// sentence about the file, "does not begin with BEGIN:VCALENDAR".
+    /// rules included, is never looked at. `text` is the file or its beginning; a line that `maximumSize`
+    /// cuts does not count. The error completes a sentence about the file, "does not begin with
+    /// BEGIN:VCALENDAR".
     static platform::Result<CalendarHead> parse(std::string_view text);
 };
 

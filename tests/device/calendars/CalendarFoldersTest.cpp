@@ -77,6 +77,25 @@ TEST_F(CalendarFoldersTest, calendarWithoutAName_isCalledLikeItsFolderOrFile) {
     EXPECT_THAT(titles(), ElementsAre("blank", "file.v2", "folder"));
 }
 
+TEST_F(CalendarFoldersTest, calendarWithAMadeUpName_isCalledLikeItsAccount) {
+    const std::string unnamed = "BEGIN:VCALENDAR\nEND:VCALENDAR\n";
+    put("Home/3f2504e0-4F89-11D3-9A0C-0305E82C3301/event.ics", "");
+    put("Work/00112233445566778899aabbccddeeff.ics", unnamed);
+    put("caf\xE9/0123456789ABCDEF/displayname", "\n");
+    EXPECT_THAT(titles(), ElementsAre("Home", "Work", "caf\\xE9"));
+    EXPECT_THAT(identifiers(), testing::Contains("Home/3f2504e0-4F89-11D3-9A0C-0305E82C3301"));
+    put("Home/3f2504e0-4F89-11D3-9A0C-0305E82C3301/displayname", "Family");
+    EXPECT_THAT(titles(), testing::Contains("Family"));
+}
+
+TEST_F(CalendarFoldersTest, nameThatOnlyResemblesAMadeUpOne_isAName) {
+    const std::vector<std::string> names{"0123456789ABCDE", "3F2504E0-4F89-11D3-9A0C-0305E82C330",
+                                         "3F2504E0-4F89-11D3-9A0C-0305E82C3301 x",
+                                         "3F2504E0-4F89-11D3-9A0C00305E82C3301", "DEADBEEFDEADBEEFG"};
+    for (const std::string& name : names) put("A/" + name + "/event.ics", "");
+    EXPECT_THAT(titles(), testing::UnorderedElementsAreArray(names));
+}
+
 TEST_F(CalendarFoldersTest, calendarWithoutAColour_hasOneThatStays) {
     put("A/one/displayname", "One");
     put("A/two/displayname", "Two");
@@ -96,6 +115,16 @@ TEST_F(CalendarFoldersTest, badColour_isLoggedAndCountsAsNone) {
                 ElementsAre("The colour \"loud\" in \"" + (directory / "A/one/color") + "\" is none."));
 }
 
+TEST_F(CalendarFoldersTest, badColours_areLoggedOnlyWhereNoneIsGood) {
+    put("A/good.ics", "BEGIN:VCALENDAR\nX-APPLE-CALENDAR-COLOR:loud\nCOLOR:teal\nEND:VCALENDAR\n");
+    EXPECT_EQ(source.calendars().at(0).colour, 0x008080U);
+    EXPECT_THAT(phone.log->lines(), IsEmpty());
+    put("A/none.ics", "BEGIN:VCALENDAR\nX-APPLE-CALENDAR-COLOR:loud\nCOLOR:shrill\nEND:VCALENDAR\n");
+    EXPECT_EQ(source.calendars().size(), 2U);
+    EXPECT_THAT(phone.log->lines(),
+                ElementsAre("The colour \"loud\" in \"" + (directory / "A/none.ics") + "\" is none."));
+}
+
 TEST_F(CalendarFoldersTest, brokenFile_isLeftOutAndLoggedOnceUntilItChanges) {
     put("A/bad.ics", "nonsense");
     put("A/good.ics", named("Good"));
@@ -107,9 +136,14 @@ TEST_F(CalendarFoldersTest, brokenFile_isLeftOutAndLoggedOnceUntilItChanges) {
     put("A/bad.ics", "other nonsense");
     titles();
     EXPECT_THAT(phone.log->lines(), ElementsAre(line, line));
+    put("A/bad.ics", "BEGIN:VCALENDAR\nand nonsense");
+    EXPECT_THAT(titles(), ElementsAre("Good"));
+    EXPECT_THAT(phone.log->lines(), ElementsAre(line, line,
+                                                "The calendar \"" + (directory / "A/bad.ics") +
+                                                    "\" is no iCalendar file: its line 2 is no property."));
     put("A/bad.ics", named("Mended"));
     EXPECT_THAT(titles(), ElementsAre("Mended", "Good"));
-    EXPECT_EQ(phone.log->lines().size(), 2U);
+    EXPECT_EQ(phone.log->lines().size(), 3U);
 }
 
 TEST_F(CalendarFoldersTest, fileOfAnySize_isReadOnlyAtItsHead) {

@@ -54,8 +54,43 @@ TEST(CalendarHead, eventsOwnProperties_doNotCount) {
 TEST(CalendarHead, looseFiles_areTaken) {
     EXPECT_THAT(parsed("\xEF\xBB\xBF\n\nbegin:vcalendar \nname:Bare\n").name, Optional(std::string("Bare")));
     EXPECT_FALSE(parsed("BEGIN:VCALENDAR").name);
-    EXPECT_THAT(parsed("BEGIN:VCALENDAR\nNAME\n:x\nNAME:\nX-WR-CALNAME:caf\xE9\n").name,
+    EXPECT_THAT(parsed("BEGIN:VCALENDAR\nNAME:\nX-WR-CALNAME:caf\xE9\n").name,
                 Optional(std::string("caf\xE9")));
+    EXPECT_THAT(parsed("BEGIN:VCALENDAR\n\r\n \n\n b\nX-1;A=b:c d\nNAME:Blank lines\n").name,
+                Optional(std::string("Blank lines")));
+    EXPECT_THAT(parsed("BEGIN:VCALENDAR\nX-WR-\r\n CAL\n\tNAME:Folded\n").name,
+                Optional(std::string("Folded")));
+}
+
+TEST(CalendarHead, lineThatIsNoProperty_breaksTheFile) {
+    for (const char* line : {"garbage", "NAME", ":x", ";A=b:x", "two words:x", "na\xC3\xAFve:x", "X.Y:z",
+                             "NAME\n :x\nno\n fold", "<html>\n:x"}) {
+        const std::string text = "BEGIN:VCALENDAR\nVERSION:2.0\n" + std::string(line) + "\nNAME:x\n";
+        EXPECT_FALSE(CalendarHead::parse(text)) << line;
+    }
+    const auto head = CalendarHead::parse("\nBEGIN:VCALENDAR\r\nVERSION:2.0\r\n folded\r\n\r\ngarbage");
+    ASSERT_FALSE(head);
+    EXPECT_EQ(head.error().localizedDescription, "is no iCalendar file: its line 6 is no property");
+}
+
+TEST(CalendarHead, underscoreInAName_isTaken) {
+    EXPECT_THAT(parsed("BEGIN:VCALENDAR\nX-A_B:c\nNAME:a\n").name, Optional(std::string("a")));
+}
+
+TEST(CalendarHead, garbageBehindTheHead_isNotLookedAt) {
+    EXPECT_THAT(parsed("BEGIN:VCALENDAR\nNAME:a\nBEGIN:VEVENT\ngarbage\n").name, Optional(std::string("a")));
+    EXPECT_THAT(parsed("BEGIN:VCALENDAR\nNAME:a\nend:vcalendar\ngarbage\n").name, Optional(std::string("a")));
+}
+
+TEST(CalendarHead, colourThatIsNone_doesNotHideAGoodOne) {
+    EXPECT_THAT(parsed(calendar("COLOR:teal\r\nX-APPLE-CALENDAR-COLOR:loud\r\n")).colour,
+                Optional(std::string("teal")));
+    EXPECT_THAT(
+        parsed(calendar("X-APPLE-CALENDAR-COLOR:loud\r\nX-APPLE-CALENDAR-COLOR:#FF0001\r\nCOLOR:red\r\n"))
+            .colour,
+        Optional(std::string("#FF0001")));
+    EXPECT_THAT(parsed(calendar("COLOR:shrill\r\nX-APPLE-CALENDAR-COLOR:loud\r\n")).colour,
+                Optional(std::string("loud")));
 }
 
 TEST(CalendarHead, otherFiles_areRefused) {
@@ -72,6 +107,14 @@ TEST(CalendarHead, lineThatTheLimitCuts_isNoName) {
     text.append(CalendarHead::maximumSize - text.size() - 8, 'x').append("\nNAME:A long name\n");
     EXPECT_FALSE(parsed(text).name);
     EXPECT_FALSE(parsed(text.substr(0, CalendarHead::maximumSize)).name);
+}
+
+TEST(CalendarHead, lineThatTheLimitCuts_isNotAskedToBeAProperty) {
+    std::string text = "BEGIN:VCALENDAR\nNAME:Whole\nX-WR-CALDESC:";
+    text.append(CalendarHead::maximumSize - text.size() - 3, 'x').append("\nCO");
+    ASSERT_EQ(text.size(), CalendarHead::maximumSize);
+    EXPECT_THAT(parsed(text).name, Optional(std::string("Whole")));
+    EXPECT_FALSE(CalendarHead::parse(text.substr(1 + text.find('\n')).insert(0, "BEGIN:VCALENDAR\nx\n")));
 }
 
 }  // namespace
