@@ -21,6 +21,15 @@ std::vector<std::string> cannotBeUsed(const std::string& path, const std::string
     return {};
 }
 
+/// Spelled as by the network manager's source, so that a profile keeps its networks whichever lists them;
+/// "" for what is no name.
+std::string nameOf(const platform::Value& ssid) {
+    if (const std::string* text = ssid.string()) return escapedText(*text);
+    if (const platform::Data* bytes = ssid.data())
+        return escapedText({reinterpret_cast<const char*>(bytes->data()), bytes->size()});
+    return {};
+}
+
 }  // namespace
 
 NetworkListFile::NetworkListFile(std::string path, Missing missing)
@@ -39,8 +48,7 @@ std::vector<std::string> NetworkListFile::knownSSIDs() {
 
     std::vector<std::string> names;
     for (const platform::Value& network : *networks) {
-        const platform::Value name = network["SSID"];
-        if (name.string() && !name.string()->empty()) names.push_back(*name.string());
+        if (std::string name = nameOf(network["SSID"]); !name.empty()) names.push_back(std::move(name));
     }
     if (const std::size_t nameless = networks->size() - names.size(); nameless > 0) {
         platform::log("In the networks file \"" + escapedText(path_) + "\", " + std::to_string(nameless) +

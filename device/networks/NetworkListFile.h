@@ -8,7 +8,7 @@
 namespace device {
 
 /// The remembered networks in a property-list file of the host: an array of dictionaries, each with the
-/// network's name under "SSID".
+/// network's name under "SSID", as a string or as the data that its bytes are.
 class NetworkListFile : public platform::NetworkSource {
   public:
     /// What it means that the file is not there.

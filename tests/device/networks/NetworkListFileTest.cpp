@@ -40,6 +40,20 @@ TEST_F(NetworkListFileTest, names_comeInTheFilesOrder) {
     EXPECT_THAT(phone.log->lines(), IsEmpty());
 }
 
+TEST_F(NetworkListFileTest, data_areTheBytesOfTheName) {
+    const auto bytes = [](std::string_view text) {
+        return Value(Dictionary{{"SSID", platform::Data(text.begin(), text.end())}});
+    };
+    for (const auto format : {platform::PropertyListFormat::XML, platform::PropertyListFormat::Binary}) {
+        put(Array{bytes("Caf\xC3\xA9"), bytes("caf\xE9"), network("caf\\xE9"), bytes("caf\\xE9"),
+                  bytes("a\\b")},
+            format);
+        EXPECT_THAT(source.knownSSIDs(),
+                    ElementsAre("Café", "caf\\xE9", "caf\\x5CxE9", "caf\\x5CxE9", "a\\b"));
+    }
+    EXPECT_THAT(phone.log->lines(), IsEmpty());
+}
+
 TEST_F(NetworkListFileTest, file_isReadAnewAtEachCall) {
     put(Array{network("a")});
     EXPECT_THAT(source.knownSSIDs(), ElementsAre("a"));
@@ -48,10 +62,11 @@ TEST_F(NetworkListFileTest, file_isReadAnewAtEachCall) {
 }
 
 TEST_F(NetworkListFileTest, entriesWithoutAName_areLeftOutWithOneLine) {
-    put(Array{network("a"), 1, Dictionary{}, Dictionary{{"SSID", 2}}, network(""), network("b")});
+    put(Array{network("a"), 1, Dictionary{}, Dictionary{{"SSID", 2}}, network(""),
+              Dictionary{{"SSID", platform::Data()}}, network("b")});
     EXPECT_THAT(source.knownSSIDs(), ElementsAre("a", "b"));
     EXPECT_THAT(phone.log->lines(),
-                ElementsAre("In the networks file \"" + path + "\", 4 of 6 entries have no \"SSID\"."));
+                ElementsAre("In the networks file \"" + path + "\", 5 of 7 entries have no \"SSID\"."));
 }
 
 TEST_F(NetworkListFileTest, brokenFile_isEmptyWithOneLineThatNamesIt) {
