@@ -190,7 +190,7 @@ void QuietrixCalendarsController::viewDidLoad() {
 
 void QuietrixCalendarsController::profileAppliedStateChanged(const platform::Notification&) {
     if (!specifier()) return;
-    specifier()->setUserInfo(Dictionary{{"profile", storedProfileOfScreen(*this)},
+    specifier()->setUserInfo(Dictionary{{"profile", presentRecordOf(profileOfScreen(*this))},
                                         {"calendars", QXEventManager::sharedManager()->groupedCalendars()}});
 }
 

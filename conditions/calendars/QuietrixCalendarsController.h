@@ -35,7 +35,8 @@ class QuietrixCalendarsController : public ProductScreen {
 
     void saveProfile();
     void viewDidLoad() override;
-    /// Takes the store's profile and the calendars as they are now; the rows stay as they are.
+    /// Takes the profile and the calendars as they are now; the rows stay as they are. A profile that the
+    /// store does not have stays the screen's own.
     void profileAppliedStateChanged(const platform::Notification& notification);
 
   private:

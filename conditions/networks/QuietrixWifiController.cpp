@@ -81,10 +81,8 @@ void QuietrixWifiController::saveProfile() {
     QXProfilesManager::sharedManager()->updateProfile_success_failure(
         profile,
         [self, profile] {
-            if (!self->specifier()) return;
-            const auto stored = QXProfilesManager::sharedManager()->profileByIdentifier_shouldReload(
-                profile->identifier(), false);
-            self->specifier()->setUserInfo(platform::Dictionary{{"profile", stored}});
+            if (self->specifier())
+                self->specifier()->setUserInfo(platform::Dictionary{{"profile", presentRecordOf(profile)}});
         },
         [self](const platform::Error& error) { qx_showError(*self, error); });
 }
@@ -99,7 +97,7 @@ void QuietrixWifiController::viewDidLoad() {
 
 void QuietrixWifiController::profileAppliedStateChanged(const platform::Notification&) {
     if (specifier())
-        specifier()->setUserInfo(platform::Dictionary{{"profile", storedProfileOfScreen(*this)}});
+        specifier()->setUserInfo(platform::Dictionary{{"profile", presentRecordOf(profileOfScreen(*this))}});
 }
 
 }  // namespace quietrix

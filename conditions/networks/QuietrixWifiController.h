@@ -27,10 +27,12 @@ class QuietrixWifiController : public ProductScreen {
     std::shared_ptr<platform::PSTableCell> tableView_cellForRowAtIndexPath(const Table& table,
                                                                            platform::IndexPath path) override;
 
-    /// After a success the opening row holds the store's profile, and nothing else.
+    /// After a success the opening row holds the store's profile, and nothing else; the saved one if the
+    /// store has lost it since.
     void saveProfile();
     void viewDidLoad() override;
-    /// The opening row holds the store's profile, and nothing else.
+    /// The opening row holds the store's profile, or the screen's own where the store has none, and nothing
+    /// else.
     void profileAppliedStateChanged(const platform::Notification& notification);
 
   private:

@@ -76,7 +76,7 @@ void QuietrixAlertToneController::saveProfile() {
 
 void QuietrixAlertToneController::profileAppliedStateChanged(const platform::Notification&) {
     if (specifier())
-        specifier()->setUserInfo(platform::Dictionary{{"profile", storedProfileOfScreen(*this)}});
+        specifier()->setUserInfo(platform::Dictionary{{"profile", presentRecordOf(profileOfScreen(*this))}});
 }
 
 }  // namespace quietrix

@@ -36,7 +36,8 @@ class QuietrixAlertToneController : public QuietrixUIToneController,
         const std::optional<std::string>& identifier) override;
 
     void saveProfile();
-    /// The opening row holds the store's profile, and nothing else.
+    /// The opening row holds the store's profile, or the screen's own where the store has none, and nothing
+    /// else.
     void profileAppliedStateChanged(const platform::Notification& notification);
 
   private:

@@ -3,14 +3,16 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
+#include "platform/foundation/KeyValueCoding.h"
 #include "platform/foundation/Object.h"
 #include "platform/uikit/UIColor.h"
 
 namespace platform {
 
 /// One of the user's calendars, as it was when the store was asked. Never changes once made.
-class EKCalendar : public Object {
+class EKCalendar : public Object, public KeyValueCoding {
     PLATFORM_CLASS(EKCalendar, Object)
 
   public:
@@ -24,6 +26,11 @@ class EKCalendar : public Object {
     const std::string& sourceTitle() const { return sourceTitle_; }
     /// Never null.
     const std::shared_ptr<UIColor>& CGColor() const { return colour_; }
+
+    /// The properties under their names, and the identifier under "identifier" too, as of every record.
+    Value valueForKey(std::string_view key) const override;
+    /// Every key is read-only.
+    void setValue_forKey(const Value& value, std::string_view key) override;
 
   private:
     std::string title_;

@@ -117,6 +117,22 @@ TEST_F(TonePicker, newProfile_isOnlyAnnouncedToTheEditor) {
     EXPECT_EQ("texttone:Chord", profile_->alertToneIdentifier());
 }
 
+TEST_F(TonePicker, appliedStateChanged_leavesANewProfileItsTone) {
+    profile_->setNewProfile(true);
+    openOnSystemScreen();
+    ASSERT_TRUE(picker().userChoseTone("texttone:Chord"));
+    profile_->setVibrateAlert(!profile_->vibrateAlert());
+    const bool vibrates = profile_->vibrateAlert();
+    post(ProfileAppliedStateChangedNotification);
+    ASSERT_EQ(platform::Value(platform::Dictionary{{"profile", profile_}}), row_->userInfo());
+    EXPECT_EQ("texttone:Chord", shown()->alertToneIdentifier());
+    ASSERT_TRUE(picker().userChoseTone("texttone:Calendar Alert"));
+    EXPECT_EQ("texttone:Calendar Alert", profile_->alertToneIdentifier());
+    EXPECT_EQ(vibrates, profile_->vibrateAlert());
+    EXPECT_EQ(0U, updates());
+    EXPECT_EQ(nullptr, alert());
+}
+
 TEST_F(TonePicker, none_storesTheDefaultTone) {
     profile_->setAlertToneIdentifier("texttone:Chord");
     openOnSystemScreen();

@@ -136,6 +136,15 @@ TEST_F(CalendarsPicker, switchMoved_storesTheFlag) {
     EXPECT_TRUE(stored()->calendarIdentifiers().empty());
 }
 
+TEST_F(CalendarsPicker, switch_opensAsTheProfileSays) {
+    for (const bool ignored : {false, true}) {
+        profile_ = QXProfile::defaultProfile();
+        profile_->setAllDayEventsIgnored(ignored);
+        openPicker();
+        EXPECT_EQ(platform::Value(ignored), cellOf(allDayRow)->controlValue());
+    }
+}
+
 TEST_F(CalendarsPicker, switchRowsBodyTapped_isTickedLikeACalendar) {
     openPicker();
     const bool before = profile_->allDayEventsIgnored();
@@ -211,14 +220,40 @@ TEST_F(CalendarsPicker, appliedStateChanged_takesProfileAndCalendarsAnewWithoutR
     EXPECT_EQ(rows, *screen_->specifiers());
 }
 
-TEST_F(CalendarsPicker, profileGone_isReportedAndLeavesTheScreenUsable) {
+TEST_F(CalendarsPicker, appliedStateChanged_leavesANewProfileItsChoices) {
+    profile_->setNewProfile(true);
+    openPicker();
+    tap("h1");
+    phone_.calendars->entries.push_back({"n1", "New", "Zoo", 0});
+    post(ProfileAppliedStateChangedNotification);
+    EXPECT_EQ(profile_, shown());
+    EXPECT_TRUE(row_->userInfo()["calendars"].dictionary()->contains("Zoo"));
+    EXPECT_EQ(2U, row_->userInfo().dictionary()->size());
+    tap("w1");
+    EXPECT_EQ((List{"h1", "w1"}), profile_->calendarIdentifiers());
+    EXPECT_TRUE(isChecked("w1"));
+    EXPECT_EQ(0U, updates());
+    EXPECT_EQ(nullptr, alert());
+}
+
+TEST_F(CalendarsPicker, appliedStateChanged_withoutAProfileStaysWithoutOne) {
+    openPicker();
+    row_->setUserInfo(nullptr);
+    post(ProfileAppliedStateChangedNotification);
+    EXPECT_EQ(nullptr, shown());
+    EXPECT_EQ(2U, row_->userInfo().dictionary()->size());
+}
+
+TEST_F(CalendarsPicker, profileGone_isReportedAndLeavesTheScreenItsRecord) {
     openPicker();
     QXProfilesManager::sharedManager()->deleteProfile_success_failure(profile_, nullptr, nullptr);
     post(ProfileAppliedStateChangedNotification);
-    EXPECT_EQ(nullptr, shown());
+    EXPECT_EQ(profile_, shown());
     tap("h1");
     phone_.drain();
     EXPECT_NE(nullptr, alert());
+    EXPECT_EQ((List{"h1"}), profile_->calendarIdentifiers());
+    EXPECT_EQ(nullptr, stored());
 }
 
 TEST_F(CalendarsPicker, chrome_isTheProducts) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "conditions/eventstatus/QXEventStatusTableCell.h"
 #include "conditions/eventstatus/QuietrixEventStatusController.h"
 #include "platform/uikit/UILabel.h"
 #include "shell/base/Localization.h"
@@ -141,6 +142,44 @@ TEST_F(EventStatusPicker, closed_isNotKeptAlive) {
     open();
     tap("Accepted");
     EXPECT_TRUE(closesForGood());
+}
+
+std::shared_ptr<platform::UILabel> titleOf(const std::shared_ptr<QXEventStatusTableCell>& cell) {
+    return std::dynamic_pointer_cast<platform::UILabel>(cell->viewWithTag(123123));
+}
+
+TEST(QXEventStatusTableCell, ofAnyStyle_keepsItAndShowsTheIdentifierLikeItsText) {
+    const doubles::Phone phone;
+    const auto row = platform::PSSpecifier::emptyGroupSpecifier();
+    row->setIdentifier("Accepted");
+    const auto styled =
+        std::make_shared<QXEventStatusTableCell>(platform::UITableViewCellStyleValue1, "reuse", row);
+    EXPECT_EQ(platform::UITableViewCellStyleValue1, styled->style());
+    EXPECT_EQ("reuse", styled->reuseIdentifier());
+    EXPECT_EQ(row, styled->specifier());
+    ASSERT_NE(nullptr, titleOf(styled));
+    EXPECT_EQ("Accepted", titleOf(styled)->text());
+    EXPECT_EQ(styled->textLabel()->textAlignment(), titleOf(styled)->textAlignment());
+    EXPECT_EQ(styled->textLabel()->fontSize(), titleOf(styled)->fontSize());
+}
+
+TEST(QXEventStatusTableCell, ofARowAlone_isOfTheDefaultStyleAndWithoutAReuseIdentifier) {
+    const doubles::Phone phone;
+    const auto row = platform::PSSpecifier::emptyGroupSpecifier();
+    row->setIdentifier("Tentative");
+    const auto alone = std::make_shared<QXEventStatusTableCell>(row);
+    EXPECT_EQ(platform::UITableViewCellStyleDefault, alone->style());
+    EXPECT_EQ("", alone->reuseIdentifier());
+    EXPECT_EQ(row, alone->specifier());
+    ASSERT_NE(nullptr, titleOf(alone));
+    EXPECT_EQ("Tentative", titleOf(alone)->text());
+}
+
+TEST(QXEventStatusTableCell, withoutARow_hasATitleWithoutText) {
+    const doubles::Phone phone;
+    const auto rowless = std::make_shared<QXEventStatusTableCell>(nullptr);
+    ASSERT_NE(nullptr, titleOf(rowless));
+    EXPECT_EQ(std::nullopt, titleOf(rowless)->text());
 }
 
 }  // namespace

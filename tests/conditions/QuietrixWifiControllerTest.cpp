@@ -112,6 +112,27 @@ TEST_F(NetworksPicker, newProfile_isChangedInMemoryOnly) {
     EXPECT_EQ(profile_, shown());
 }
 
+TEST_F(NetworksPicker, appliedStateChanged_leavesANewProfileItsChoices) {
+    profile_->setNewProfile(true);
+    open(Dictionary{{"leftover", "dropped"}});
+    move("Office", true);
+    post(ProfileAppliedStateChangedNotification);
+    EXPECT_EQ(Value(Dictionary{{"profile", profile_}}), row_->userInfo());
+    move("Attic", true);
+    EXPECT_EQ((List{"Office", "Attic"}), profile_->wifiNetworks());
+    EXPECT_EQ(0U, updates());
+    EXPECT_EQ(nullptr, alert());
+}
+
+TEST_F(NetworksPicker, profileGoneBeforeTheStoreAnswers_staysTheScreensOwn) {
+    open();
+    move("Office", true);
+    QXProfilesManager::sharedManager()->deleteProfile_success_failure(profile_, nullptr, nullptr);
+    ASSERT_EQ(nullptr, stored());
+    phone_.drain();
+    EXPECT_EQ(Value(Dictionary{{"profile", profile_}}), row_->userInfo());
+}
+
 TEST_F(NetworksPicker, networksLearntMeanwhile_comeWithTheNextScreen) {
     open();
     phone_.networks->ssids.push_back("Garden");

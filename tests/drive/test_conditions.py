@@ -13,6 +13,7 @@ from QuietrixCase import APPLIED, PROFILES, QuietrixTest, main, profile  # noqa:
 SET = "setPreferenceValue:specifier:"
 GET = "readPreferenceValue:"
 DATA_UPDATE = "com.velmora.ProfileDataUpdateNotification"
+KNOWN_NETWORKS = "/var/mobile/Library/Preferences/known-networks.plist"
 FOOTER = "When turned on Quietrix Go ignores the 'all day' events for the below selected calendars."
 CALENDARS = {
     "work": {"reviews": ("Reviews", "#0000ff"), "meetings": ("Meetings", "#00ff00")},
@@ -97,7 +98,8 @@ class Calendars(ConditionsTest):
         self.assertEqual((home["cellClass"], home["set"], home["detail"], home["properties"]),
                          ("QXCalendarTableCell", None, None, {"iconImage": {"swatch": "#ff0000ff"}}))
         self.assertEqual(cloud["properties"], {"iconImage": {"swatch": "#123456ff"}})
-        self.assertEqual(home["userInfo"]["class"], "EKCalendar")
+        self.assertEqual(home["userInfo"], {"class": "EKCalendar", "identifier": "Home/family"})
+        self.assertEqual(home["identifier"], "Home/family")
         self.assertNotEqual(home["identifier"], cloud["identifier"])
         self.assertEqual(drive.rows[8]["identifier"], "CopyRightHeader")
 
@@ -120,8 +122,13 @@ class Calendars(ConditionsTest):
         drive.tap(reviews)
         self.assertEqual(self.saved(drive)["calendarIdentifiers"], [family["identifier"], reviews["identifier"]])
 
+    def test_switch_opensAsTheProfileSays(self):
+        for ignored in (False, True):
+            self.assertIs(self.open_picker(allDayEventsIgnored=ignored).rows[0]["value"], ignored)
+
     def test_switchAndItsBody_areTwoThings(self):
         drive = self.open_picker(allDayEventsIgnored=False)
+        self.assertIs(drive.rows[0]["value"], False)
         drive.set(drive.rows[0], True)
         self.assertIs(self.saved(drive)["allDayEventsIgnored"], True)
         drive.tap(drive.rows[0])
@@ -139,9 +146,11 @@ class Calendars(ConditionsTest):
 
     def test_brokenFile_isLeftOutAndNamed(self):
         write(os.path.join(self.calendars, "Home", "broken.ics"), "no calendar at all\n")
+        write(os.path.join(self.calendars, "Home", "torn.ics"), "BEGIN:VCALENDAR\nand then anything\n")
         drive = self.open_picker()
         self.assertEqual(drive.screen["count"], 9)
         self.assertIn("broken.ics", drive.errors())
+        self.assertIn("torn.ics", drive.errors())
 
     def test_newProfile_isNotStored(self):
         drive = self.new()
@@ -209,6 +218,19 @@ class Networks(ConditionsTest):
                 for row in drive.rows[:-1]]
         self.assertEqual(rows, [(name, name, 6, SET, None, name == "Office", {"keys": ["SSID"]})
                                 for name in ("Office", "Caf\u00e9", "Office")])
+
+    def test_rootsOwnList_isTakenWhereNoneIsNamed(self):
+        drive = self.open([profile("Work")], switch=True)
+        drive.tap(drive.row(name="Work"))
+        drive.tap(drive.row(identifier="wifiNetworks"))
+        self.assertEqual([row["identifier"] for row in drive.rows], ["CopyRightHeader"])
+        self.assertNotIn(os.path.basename(KNOWN_NETWORKS), drive.errors())
+        self.write(drive, KNOWN_NETWORKS, [{"SSID": "Attic"}, {"SSID": b"caf\xe9"}])
+        drive.back()
+        drive.tap(drive.row(identifier="wifiNetworks"))
+        self.assertEqual(drive.names()[:-1], ["Attic", "caf\\xE9"])
+        drive.set(drive.row(name="caf\\xE9"), True)
+        self.assertEqual(self.saved(drive)["wifiNetworks"], ["caf\\xE9"])
 
     def test_switched_isStoredAndTheScreenHoldsTheProfileAlone(self):
         drive = self.open_picker()

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "platform/eventkit/EKEventStore.h"
@@ -8,6 +9,8 @@ namespace {
 
 using platform::EKEventStore;
 using platform::UIColor;
+using platform::Value;
+using testing::ElementsAre;
 
 TEST(EKEventStore, devicesCalendars_comeAsObjectsInItsOrder) {
     doubles::Phone phone;
@@ -42,6 +45,28 @@ TEST(EKEventStore, deviceWithoutCalendars_hasNone) {
 TEST(EKCalendar, noColour_isBlack) {
     const platform::EKCalendar calendar("A", "a", "Home", nullptr);
     EXPECT_TRUE(calendar.CGColor()->isEqual(*UIColor::blackColor()));
+}
+
+TEST(EKCalendar, keys_giveWhatThePropertiesDo) {
+    const doubles::Phone phone;
+    const platform::EKCalendar calendar("A", "Home/a", "Home", UIColor::redColor());
+    EXPECT_EQ(calendar.valueForKey("title"), Value("A"));
+    EXPECT_EQ(calendar.valueForKey("identifier"), Value("Home/a"));
+    EXPECT_EQ(calendar.valueForKey("calendarIdentifier"), Value("Home/a"));
+    EXPECT_EQ(calendar.valueForKey("sourceTitle"), Value("Home"));
+    EXPECT_EQ(calendar.valueForKey("CGColor").object(), calendar.CGColor());
+    EXPECT_TRUE(phone.log->lines().empty());
+    EXPECT_TRUE(calendar.valueForKey("events").isNil());
+    EXPECT_THAT(phone.log->lines(), ElementsAre("A calendar has no key \"events\"."));
+}
+
+TEST(EKCalendar, setting_changesNothingAndIsLogged) {
+    const doubles::Phone phone;
+    platform::EKCalendar calendar("A", "Home/a", "Home", nullptr);
+    calendar.setValue_forKey("B", "title");
+    EXPECT_EQ(calendar.title(), "A");
+    EXPECT_THAT(phone.log->lines(),
+                ElementsAre("A calendar is read-only; its key \"title\" was not changed."));
 }
 
 }  // namespace
