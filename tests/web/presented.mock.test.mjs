@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
-import { accessibilityProblems, lastCommand, openPage, startBrowser, until } from './harness.mjs';
+import { accessibilityProblems, lastCommand, openPage, settled, startBrowser, until } from './harness.mjs';
 
 let session;
 before(async () => { session = await startBrowser(); });
@@ -222,6 +222,21 @@ test('Mail_opened_showsEveryFieldAndWhatIsAttached', async () => {
     assert.equal(attached[1].at(-1), 'Only the beginning is shown.');
     assert.deepEqual(attached[2], ['picture.png', 'image/png', '2 kB', 'The file is no text and cannot be shown.']);
     assert.deepEqual(attached[3], ['empty', 'mime', '0 byte', 'The file is empty.']);
+    await ui.close();
+});
+
+test('Mail_opened_leavesTheStatusBarToBeSeen', async () => {
+    const ui = await openMail();
+    const seen = () => ui.page.locator('.status-bar .icon').first().evaluate((glyph) => {
+        const { x, y, width, height } = glyph.getBoundingClientRect();
+        document.querySelector('.status-bar').style.pointerEvents = 'auto';
+        return { onTop: document.elementFromPoint(x + width / 2, y + height / 2)?.closest('.status-bar') !== null, colour: getComputedStyle(glyph).color };
+    });
+    assert.deepEqual(await seen(), { onTop: true, colour: 'rgb(0, 0, 0)' });
+    await ui.page.getByRole('button', { name: 'Send' }).click();
+    await ui.page.getByRole('dialog').waitFor({ state: 'detached' });
+    await settled(ui.page);
+    assert.deepEqual(await seen(), { onTop: true, colour: 'rgb(255, 255, 255)' });
     await ui.close();
 });
 

@@ -106,7 +106,7 @@ export class App implements View {
         // Whatever was asked about a row has been answered.
         if (this.presenter.active && !state.presented) this.stage.page?.uncover(null);
         this.presenter.show(state.presented);
-        this.frame.showScreen(state.screen, this.texts);
+        this.frame.showScreen(state.screen, state.presented?.kind === 'mail', this.texts);
         this.announceScreen(state);
     }
 

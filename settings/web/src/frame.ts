@@ -45,10 +45,12 @@ export class Frame {
             : html`<div class="notice"><span class="spinner" aria-hidden="true"></span><p role="status">${texts.connecting}</p></div>`, this.trouble);
     }
 
-    showScreen(screen: Screen, texts: Texts): void {
+    /** `covered` tells that something in the system's plain look fills the phone: the status bar then is above that. */
+    showScreen(screen: Screen, covered: boolean, texts: Texts): void {
         render(nothing, this.trouble);
-        const light = screen.bar.statusBarStyle === 1 || isDark(null, themeColour('--bar'));
+        const light = (screen.bar.statusBarStyle === 1 && !covered) || isDark(null, themeColour('--bar'));
         this.statusBar.classList.toggle('light-content', light);
+        this.statusBar.classList.toggle('above', covered);
         document.title = screenTitle(screen) || texts.settings;
     }
 
