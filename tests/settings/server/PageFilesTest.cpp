@@ -3,7 +3,7 @@
 #include <sys/stat.h>
 
 #include "settings/server/PageFiles.h"
-#include "tests/settings/server/TemporaryDirectory.h"
+#include "tests/doubles/TemporaryDirectory.h"
 
 namespace settings {
 
@@ -11,19 +11,19 @@ namespace fs = std::filesystem;
 using namespace std::string_literals;
 
 TEST(ReadRegularFile, anyBytes_comeBackWhole) {
-    const TemporaryDirectory directory;
+    const testing_support::TemporaryDirectory directory;
     const std::string content = "a\0b\xff\n"s;
     EXPECT_EQ(readRegularFile(directory.write("file", content), 5), content);
     EXPECT_EQ(readRegularFile(directory.write("empty", ""), 5), "");
 }
 
 TEST(ReadRegularFile, longerThanAllowed_isRefused) {
-    const TemporaryDirectory directory;
+    const testing_support::TemporaryDirectory directory;
     EXPECT_FALSE(readRegularFile(directory.write("file", "123456"), 5));
 }
 
 TEST(ReadRegularFile, noRegularFile_isRefusedAtOnce) {
-    const TemporaryDirectory directory;
+    const testing_support::TemporaryDirectory directory;
     const std::string pipe = (directory.path() / "pipe").string();
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_FALSE(readRegularFile(pipe, 100));
@@ -34,21 +34,21 @@ TEST(ReadRegularFile, noRegularFile_isRefusedAtOnce) {
 }
 
 TEST(PathBeneath, fileInAFolder_isFound) {
-    const TemporaryDirectory directory;
+    const testing_support::TemporaryDirectory directory;
     const std::string file = directory.write("fonts/a.woff2", "x");
     EXPECT_EQ(pathBeneath(directory.path().string(), "fonts/a.woff2"), fs::canonical(file).string());
     EXPECT_FALSE(pathBeneath(directory.path().string(), "fonts/b.woff2"));
 }
 
 TEST(PathBeneath, linksWithinTheDirectory_areFollowed) {
-    const TemporaryDirectory directory;
+    const testing_support::TemporaryDirectory directory;
     const std::string file = directory.write("real.js", "x");
     fs::create_symlink("real.js", directory.path() / "linked.js");
     EXPECT_EQ(pathBeneath(directory.path().string(), "linked.js"), fs::canonical(file).string());
 }
 
 TEST(PathBeneath, linksOutOfTheDirectory_areRefused) {
-    const TemporaryDirectory directory;
+    const testing_support::TemporaryDirectory directory;
     directory.write("page-other/secret.txt", "x");
     directory.write("page/index.html", "x");
     const fs::path page = directory.path() / "page";
@@ -61,7 +61,7 @@ TEST(PathBeneath, linksOutOfTheDirectory_areRefused) {
 }
 
 TEST(PathBeneath, directoryThatIsItselfALink_serves) {
-    const TemporaryDirectory directory;
+    const testing_support::TemporaryDirectory directory;
     const std::string file = directory.write("real/index.html", "x");
     fs::create_symlink("real", directory.path() / "page");
     EXPECT_EQ(pathBeneath((directory.path() / "page").string(), "index.html"), fs::canonical(file).string());

@@ -4,7 +4,7 @@
 #include <map>
 
 #include "settings/server/Responder.h"
-#include "tests/settings/server/TemporaryDirectory.h"
+#include "tests/doubles/TemporaryDirectory.h"
 
 namespace settings {
 
@@ -38,7 +38,7 @@ class ResponderTest : public testing::Test {
         return value;
     }
 
-    TemporaryDirectory directory_;
+    testing_support::TemporaryDirectory directory_;
     std::map<std::string, std::string, std::less<>> images_;
     Responder responder_{8123, secret, (directory_.path() / "page").string(),
                          [this](std::string_view name) -> std::optional<std::string> {
