@@ -13,13 +13,6 @@ std::shared_ptr<QXProfile> profileOfScreen(const PSViewController& screen) {
     return row ? row->userInfo()["profile"].objectAs<QXProfile>() : nullptr;
 }
 
-std::shared_ptr<QXProfile> presentRecordOf(const std::shared_ptr<QXProfile>& profile) {
-    if (!profile) return nullptr;
-    auto stored =
-        QXProfilesManager::sharedManager()->profileByIdentifier_shouldReload(profile->identifier(), false);
-    return stored ? stored : profile;
-}
-
 void saveExistingProfile(PSViewController& screen) {
     const auto profile = profileOfScreen(screen);
     if (profile && profile->isNewProfile()) return;

@@ -14,10 +14,6 @@ namespace quietrix {
 /// Whose condition the screen edits; null when the row does not say, or nobody opened it.
 std::shared_ptr<QXProfile> profileOfScreen(const platform::PSViewController& screen);
 
-/// The store's present record of the profile; the profile itself where the store has none of it, because it
-/// is new or was deleted elsewhere: what was chosen on a screen stays with it. Null for null.
-std::shared_ptr<QXProfile> presentRecordOf(const std::shared_ptr<QXProfile>& profile);
-
 /// Saves the screen's profile unless it is a new one, which the editor adds later. A failure is shown on the
 /// screen, if it is still there.
 void saveExistingProfile(platform::PSViewController& screen);

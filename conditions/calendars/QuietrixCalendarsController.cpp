@@ -10,6 +10,7 @@
 #include "platform/eventkit/EKCalendar.h"
 #include "platform/foundation/CaseInsensitive.h"
 #include "profile/cells/QXSwitchCell.h"
+#include "profile/model/PresentRecord.h"
 #include "profile/model/QXEventManager.h"
 #include "profile/model/QXUtils.h"
 #include "shell/base/Localization.h"

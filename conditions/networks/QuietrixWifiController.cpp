@@ -3,6 +3,7 @@
 
 #include "conditions/ConditionScreen.h"
 #include "profile/cells/QXSwitchCell.h"
+#include "profile/model/PresentRecord.h"
 #include "profile/model/QXProfilesManager.h"
 #include "profile/model/QXWiFiManager.h"
 #include "shell/base/ErrorAlert.h"

@@ -2,6 +2,7 @@
 #include "conditions/tone/QuietrixAlertToneController.h"
 
 #include "conditions/ConditionScreen.h"
+#include "profile/model/PresentRecord.h"
 #include "profile/model/QXProfilesManager.h"
 #include "shell/base/ErrorAlert.h"
 #include "shell/base/NotificationNames.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "profile/hours/QXDateRangeController.h"
 
+#include "profile/model/PresentRecord.h"
 #include "profile/model/QXProfilesManager.h"
 #include "shell/base/ErrorAlert.h"
 #include "shell/base/NotificationNames.h"
@@ -47,12 +48,7 @@ void QXDateRangeController::saveProfile() {
 void QXDateRangeController::profileAppliedStateChanged(const platform::Notification&) {
     const auto& row = pane()->preferenceSpecifier();
     if (!row) return;
-    const auto record = profile();
-    if (!record) return;
-    const auto stored =
-        QXProfilesManager::sharedManager()->profileByIdentifier_shouldReload(record->identifier(), false);
-    // One that was never added is nowhere else: what was set would be lost with it.
-    if (stored) row->setUserInfo(stored);
+    row->setUserInfo(presentRecordOf(profile()));
 }
 
 }  // namespace quietrix
