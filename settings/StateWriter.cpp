@@ -109,6 +109,7 @@ Value StateWriter::bar(const Front& front) const {
                       {"barTint", values_.colour(bar.barTintColor())},
                       {"statusBarStyle", platform::UIApplication::sharedApplication().statusBarStyle()},
                       {"titleView", titleView(item.titleView().get())},
+                      {"titleFade", titleFade(item.titleView().get())},
                       {"back", backButton(front)},
                       {"left", barItems(item.leftBarButtonItems())},
                       {"right", barItems(item.rightBarButtonItems())}};
@@ -122,6 +123,10 @@ Value StateWriter::titleView(const platform::UIView* view) const {
         return Dictionary{{"label", label->text().value_or("")}};
     }
     return nullptr;
+}
+
+double StateWriter::titleFade(const platform::UIView* view) {
+    return view && view->fade() ? view->fade()->seconds : 0;
 }
 
 Value StateWriter::backButton(const Front& front) const {

@@ -33,6 +33,8 @@ class StateWriter {
     platform::Value links(const Front& front) const;
     platform::Value bar(const Front& front) const;
     platform::Value titleView(const platform::UIView* view) const;
+    /// The seconds that it takes to fade in, 0 without a fade.
+    static double titleFade(const platform::UIView* view);
     platform::Value backButton(const Front& front) const;
     platform::Value barItems(const platform::UINavigationItem::Items& items) const;
 

@@ -63,11 +63,12 @@ class RootList(QuietrixTest):
         bar = drive.screen["bar"]
         self.assertEqual((bar["tint"], bar["barTint"], bar["statusBarStyle"], bar["titleView"]),
                          ("#ffffffff", {"pattern": "nav", "alpha": 1}, 1, {"image": "Quietrix"}))
+        self.assertEqual(bar["titleFade"], 1)
         self.assertEqual([(item["system"], item["image"], item["action"]) for item in bar["right"]],
                          [(4, None, "addProfileAction:"), (None, "twitter", "__tessaneTwitterAction:")])
         drive.back()
         bar = drive.screen["bar"]
-        self.assertEqual((bar["tint"], bar["barTint"], bar["statusBarStyle"]), (None, None, 0))
+        self.assertEqual((bar["tint"], bar["barTint"], bar["statusBarStyle"], bar["titleFade"]), (None, None, 0, 0))
 
     def test_switchingOn_insertsAnimatedAndReloads(self):
         drive = self.open([profile("A"), profile("B"), profile("C", enabled=False)], switch=False)

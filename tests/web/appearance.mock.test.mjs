@@ -123,32 +123,32 @@ test('Detail_ofAPatternColour_isASolidReadableColour', async () => {
     await ui.close();
 });
 
-/** Counts in the page, as `fades`, how often a logo has begun to fade, whoever began it. */
-function countFades() {
-    globalThis.fades = 0;
+/** Keeps in the page, as `fades`, how long each fade of a title that has begun takes, whoever began it. */
+function keepFades() {
+    globalThis.fades = [];
     const { animate } = Element.prototype;
-    Element.prototype.animate = function count(...values) {
-        if (this.classList.contains('logo')) globalThis.fades += 1;
-        return animate.apply(this, values);
+    Element.prototype.animate = function keep(frames, options) {
+        if (this.matches('.bar-title > *')) globalThis.fades.push(options.duration);
+        return animate.call(this, frames, options);
     };
-    addEventListener('animationstart', (event) => { if (event.target.classList.contains('logo')) globalThis.fades += 1; });
+    addEventListener('animationstart', (event) => { if (event.target.matches('.bar-title > *')) globalThis.fades.push(event.animationName); });
 }
 
 test('Logo_fadesInOnceAnArrival', async () => {
-    const ui = await openPage(session, { reducedMotion: 'no-preference', beforehand: countFades });
+    const ui = await openPage(session, { reducedMotion: 'no-preference', beforehand: keepFades });
     const fades = () => ui.page.evaluate(() => globalThis.fades);
     await settled(ui.page);
-    assert.equal(await fades(), 1);
+    assert.deepEqual(await fades(), [1000]);
     ui.phone.enabled = false;
     ui.phone.changed();
     ui.server.push();
     await ui.page.waitForFunction(() => document.querySelectorAll('.list .row').length === 2);
-    assert.equal(await fades(), 1);
+    assert.deepEqual(await fades(), [1000]);
     await ui.close();
 });
 
 test('Logo_uncoveredAgain_doesNotFadeAgain', async () => {
-    const ui = await openPage(session, { reducedMotion: 'no-preference', beforehand: countFades });
+    const ui = await openPage(session, { reducedMotion: 'no-preference', beforehand: keepFades });
     await ui.page.getByRole('button', { name: 'Miscellaneous' }).click();
     await ui.page.getByRole('button', { name: /Back: / }).waitFor();
     await settled(ui.page);
@@ -156,8 +156,18 @@ test('Logo_uncoveredAgain_doesNotFadeAgain', async () => {
     await ui.page.getByRole('button', { name: /Back: / }).click();
     await ui.page.getByRole('button', { name: 'Miscellaneous' }).waitFor();
     await settled(ui.page);
-    assert.equal(await ui.page.evaluate(() => globalThis.fades), before);
+    assert.deepEqual(await ui.page.evaluate(() => globalThis.fades), before);
     await ui.close();
+});
+
+test('Title_fades_asLongAsThePhoneAsksAndNotUnderReducedMotion', async () => {
+    const asking = (seconds) => (phone) => { const root = phone.root(); const { bar } = root; phone.show({ ...root, bar: () => ({ ...bar(), titleFade: seconds }) }); };
+    for (const [seconds, reducedMotion, wanted] of [[0.25, 'no-preference', [250]], [0, 'no-preference', []], [1, 'reduce', []]]) {
+        const ui = await openPage(session, { arrange: asking(seconds), reducedMotion, beforehand: keepFades });
+        await settled(ui.page);
+        assert.deepEqual(await ui.page.evaluate(() => globalThis.fades), wanted);
+        await ui.close();
+    }
 });
 
 test('StatusBar_style_followsTheState', async () => {

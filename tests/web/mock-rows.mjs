@@ -41,8 +41,8 @@ export const slider = (name, value) => row(5, name, {
 });
 
 export const bar = (more = {}) => ({
-    tint: '#ffffffff', barTint: pattern, statusBarStyle: 1, titleView: { image: 'Logo' }, back: null, left: [],
+    tint: '#ffffffff', barTint: pattern, statusBarStyle: 1, titleView: { image: 'Logo' }, titleFade: more.titleView === undefined ? 1 : 0, back: null, left: [],
     right: [{ title: null, image: null, system: 4, style: 0, action: 'add:' }, { title: null, image: 'twitter', system: null, style: 0, action: 'share:' }], ...more,
 });
 
-export const plainBar = (more = {}) => ({ tint: '#007affff', barTint: null, statusBarStyle: 0, titleView: null, back: null, left: [], right: [], ...more });
+export const plainBar = (more = {}) => ({ tint: '#007affff', barTint: null, statusBarStyle: 0, titleView: null, titleFade: 0, back: null, left: [], right: [], ...more });

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
-// Durations and easing are custom properties of the style sheet, which sets the durations to nothing under reduced motion.
+// Durations and easing are custom properties of the style sheet, which sets the durations to nothing under reduced motion;
+// some durations are the phone's own.
 
-export type Duration = '--push-time' | '--sheet-time' | '--alert-time' | '--rows-time' | '--logo-time' | '--wheel-roll' | '--wheel-glide';
+export type Duration = '--push-time' | '--sheet-time' | '--alert-time' | '--rows-time' | '--wheel-roll' | '--wheel-glide' | { seconds: number };
 
 const running = new WeakMap<Element, Animation>();
 
-/** A duration as the style sheet has it now. */
+/** A duration as the style sheet has it now; seconds that the phone has asked for are none under reduced motion either. */
 export function milliseconds(duration: Duration): number {
+    if (typeof duration === 'object') return matchMedia('(prefers-reduced-motion: reduce)').matches ? 0 : duration.seconds * 1000;
     const value = getComputedStyle(document.documentElement).getPropertyValue(duration).trim();
     const time = Number.parseFloat(value);
     if (!Number.isFinite(time)) return 0;

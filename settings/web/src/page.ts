@@ -79,8 +79,8 @@ export class PageView implements ListUse {
     private arrive(): void {
         if (this.arrived) return;
         this.arrived = true;
-        const logo = this.bar.querySelector('.logo');
-        if (logo) animate(logo, [{ opacity: 0 }, { opacity: 1 }], '--logo-time');
+        const title = this.bar.querySelector('.bar-title > *');
+        if (title) animate(title, [{ opacity: 0 }, { opacity: 1 }], { seconds: this.screen.bar.titleFade });
     }
 
     draw(): void {

@@ -44,6 +44,8 @@ export interface Bar {
     barTint: Colour;
     statusBarStyle: number;
     titleView: { image: string } | { label: string } | null;
+    /** The seconds that the title takes to fade in when its screen arrives. */
+    titleFade: number;
     back: { title: string | null; image: string | null } | null;
     left: readonly BarItem[];
     right: readonly BarItem[];
@@ -166,6 +168,7 @@ function bar(value: unknown): Bar {
         barTint: colour(source['barTint']),
         statusBarStyle: number(source['statusBarStyle'], 0),
         titleView: image !== null ? { image } : caption !== null ? { label: caption } : null,
+        titleFade: number(source['titleFade'], 0),
         back: back ? { title: text(back['title']), image: text(back['image']) } : null,
         left: list(source['left'], barItem),
         right: list(source['right'], barItem),
