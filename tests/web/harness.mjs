@@ -93,9 +93,17 @@ export async function accessibilityProblems(page) {
     return violations.map((violation) => `${violation.id}: ${violation.nodes.map((node) => `${node.target} ${node.any[0]?.message ?? ''}`).join('; ')}`);
 }
 
-/** Resolves when no animation runs any more. */
+/** Resolves when no animation runs any more, and what the page does at the end of one is done. */
 export async function settled(page) {
     await page.waitForFunction(() => document.getAnimations().every((animation) => animation.playState !== 'running' || animation.effect?.getTiming().iterations === Infinity));
+    // An animation's end is told to the page with the frame after it, before that frame's own callbacks.
+    await page.evaluate(() => new Promise((resolve) => { requestAnimationFrame(() => requestAnimationFrame(resolve)); }));
+}
+
+/** Ends at once the animations that run; resolves when what the page does at their end is done. */
+export async function finishAnimations(page) {
+    await page.evaluate(() => { for (const animation of document.getAnimations()) if (animation.effect?.getTiming().iterations !== Infinity) animation.finish(); });
+    await settled(page);
 }
 
 /** Resolves when a condition on this side of the browser holds; fails after its time limit. */

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
-import { lastCommand, openPage, settled, startBrowser, until } from './harness.mjs';
+import { finishAnimations, lastCommand, openPage, settled, startBrowser, until } from './harness.mjs';
 
 let session;
 before(async () => { session = await startBrowser(); });
@@ -37,9 +37,8 @@ test('Back_pressed_returnsToTheRowAndTheScrollPosition', async () => {
     await ui.close();
 });
 
-/** Makes a push and a pop take so long that they end only with finish(). */
+/** Makes a push and a pop take so long that they end only with finishAnimations(). */
 const slowMotion = (page) => page.evaluate(() => document.documentElement.style.setProperty('--push-time', '3600s'));
-const finish = (page) => page.evaluate(() => { for (const animation of document.getAnimations()) animation.finish(); });
 
 test('Push_withMotion_slidesThePageBeneathAThirdAndEndsWithOnePage', async () => {
     const ui = await openPage(session, { reducedMotion: 'no-preference' });
@@ -55,7 +54,7 @@ test('Push_withMotion_slidesThePageBeneathAThirdAndEndsWithOnePage', async () =>
     });
     await ui.page.getByRole('button', { name: 'Miscellaneous' }).click();
     await ui.page.waitForFunction(() => document.querySelectorAll('.bodies .page').length === 2);
-    await finish(ui.page);
+    await finishAnimations(ui.page);
     await ui.page.waitForFunction(() => document.querySelectorAll('.bodies .page').length === 1);
     const frames = await ui.page.evaluate(() => globalThis.frames.flat());
     assert.ok(frames.some((frame) => frame.includes('-33.3%')));
@@ -71,8 +70,7 @@ test('Push_interruptedByPop_endsOnTheRoot', async () => {
     ui.phone.perform({ do: 'back' });
     ui.server.push();
     await ui.page.waitForFunction(() => document.title === 'Sample Go');
-    await finish(ui.page);
-    await settled(ui.page);
+    await finishAnimations(ui.page);
     assert.equal(await ui.page.locator('.bodies .page').count(), 1);
     assert.equal(await ui.page.locator('.bars .bar').count(), 1);
     assert.equal(await ui.page.locator('.page').evaluate((element) => getComputedStyle(element).transform), 'none');

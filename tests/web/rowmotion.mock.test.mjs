@@ -2,7 +2,7 @@
 // Rows that slide in and out.
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
-import { lastCommand, openPage, settled, startBrowser, until } from './harness.mjs';
+import { finishAnimations, lastCommand, openPage, settled, startBrowser, until } from './harness.mjs';
 
 let session;
 before(async () => { session = await startBrowser(); });
@@ -55,7 +55,7 @@ for (const count of [1, 21]) {
         await rows(ui.page, count + 2);
         assert.equal((await drawn(ui.page, /^\s*Folded 1\s*$/)).opacity, 0);
         assert.equal(await control(ui.page).evaluate((element) => element === document.activeElement), true);
-        await ui.page.evaluate(() => { for (const animation of document.getAnimations()) animation.finish(); });
+        await finishAnimations(ui.page);
         await restsWell(ui.page, count + 2);
         assert.deepEqual(ui.phone.commands.filter((command) => command.do === 'set').map((command) => command.value), [false, true]);
         await ui.close();
@@ -79,7 +79,7 @@ for (const count of [1, 21]) {
             const ghost = await ui.page.locator('.ghost', { hasText: /^\s*Folded 1\s*$/ }).last().evaluate((element) => Number(getComputedStyle(element).opacity));
             assert.ok(Math.abs(ghost - first.opacity) < 0.01, `flashes from ${first.opacity} to ${ghost}`);
         }
-        await ui.page.evaluate(() => { for (const animation of document.getAnimations()) animation.finish(); });
+        await finishAnimations(ui.page);
         await restsWell(ui.page, 2);
         await ui.close();
     });
