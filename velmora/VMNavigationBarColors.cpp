@@ -26,6 +26,9 @@ void applyBarColors(const platform::UIViewController& screen, std::shared_ptr<UI
     auto& application = UIApplication::sharedApplication();
     saved.prevStatubarStyle = application.statusBarStyle();
     application.setStatusBarStyle(platform::UIStatusBarStyleLightContent);
+    // The colours of an earlier appearance are none of this one's, even when there is no bar.
+    saved.prevTintcolor = nullptr;
+    saved.prevBarTintcolor = nullptr;
     const auto navigation = outermostNavigationController(screen);
     if (!navigation) return;
     const auto& bar = navigation->navigationBar();

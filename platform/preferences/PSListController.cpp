@@ -156,4 +156,10 @@ void PSListController::viewDidLoad() {
     rows();
 }
 
+void PSListController::viewWillAppear(bool animated) {
+    PSViewController::viewWillAppear(animated);
+    reloadSpecifier(openedRow_.lock());
+    openedRow_.reset();
+}
+
 }  // namespace platform

@@ -80,6 +80,8 @@ class PSListController : public PSViewController {
     void loadView() override;
     /// Builds the rows.
     void viewDidLoad() override;
+    /// Drops the cell of the row whose screen was opened last: what was chosen there shows when it is left.
+    void viewWillAppear(bool animated) override;
 
   protected:
     /// The row list as everything here uses it: whatever an override of `specifiers` gives for it. A base of
@@ -119,6 +121,8 @@ class PSListController : public PSViewController {
     std::size_t sectionedCount_ = 0;
     /// By the specifiers' keys, so that inserting and removing rows moves no cell.
     std::unordered_map<std::uint64_t, std::shared_ptr<PSTableCell>> cells_;
+    /// Null when no row's screen has been opened since this one appeared.
+    std::weak_ptr<PSSpecifier> openedRow_;
 };
 
 }  // namespace platform

@@ -111,6 +111,7 @@ void PSListController::openScreenOfRow(const std::shared_ptr<PSSpecifier>& speci
     }
     const auto screen = makeViewController(specifier->detailControllerClass());
     screen->setSpecifier(specifier);
+    openedRow_ = specifier;
     navigation->pushViewController_animated(screen, true);
 }
 

@@ -212,6 +212,22 @@ TEST_F(ListTable, linkRow_pushesItsScreenWithTheRowAndItsName) {
     EXPECT_EQ(1U, phone.takeEvents("push").size());
 }
 
+TEST_F(ListTable, linkRowWhoseScreenWasLeft_isMadeAnewAndNoOther) {
+    show({makeRow("Opened", PSCellType::Link, "OpenedTestScreen"), makeRow("Other")});
+    const auto opened = list->cellAtIndex(0);
+    const auto other = list->cellAtIndex(1);
+    tap(0);
+    EXPECT_EQ(opened, list->cellAtIndex(0));
+    navigation->popViewControllerAnimated(true);
+    const auto anew = list->cellAtIndex(0);
+    EXPECT_NE(opened, anew);
+    EXPECT_EQ(other, list->cellAtIndex(1));
+    tap(0);
+    list->reloadSpecifiers();
+    navigation->popToRootViewControllerAnimated(true);
+    EXPECT_NE(anew, list->cellAtIndex(0));
+}
+
 TEST_F(ListTable, linkRowOfAnUnknownClass_opensAPlaceholderAndIsLogged) {
     show({makeRow("Gone", PSCellType::Link, "NoSuchScreen"), makeRow("Cell", PSCellType::Link, "PSTableCell"),
           makeRow("View", PSCellType::Link, "UIView")});

@@ -176,6 +176,17 @@ TEST_F(Editor, failedSave_showsTheErrorAndKeepsTheValue) {
     EXPECT_EQ("Office", screen_->title());
 }
 
+TEST_F(Editor, failedSaveOfARowsOwnScreen_showsTheKeptValueInTheRow) {
+    open();
+    phone_.files->failWrites("No space left on device", std::string(profilesPath));
+    ASSERT_NE(nullptr, cellOf("alertToneIdentifier"));
+    screen_->tableView_didSelectRowAtIndexPath(screen_->table(),
+                                               *screen_->indexPathForIndex(indexOf("alertToneIdentifier")));
+    profile_->setAlertToneIdentifier("texttone:Bell");
+    navigation_->popViewControllerAnimated(true);
+    EXPECT_EQ("Bell", cellOf("alertToneIdentifier")->detailTextLabel()->text());
+}
+
 TEST_F(Editor, failureAfterTheScreenIsGone_isHeardByTheScreenAndThenFreesIt) {
     open();
     phone_.files->failWrites("No space left on device", std::string(profilesPath));

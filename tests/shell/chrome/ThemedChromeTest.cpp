@@ -66,6 +66,17 @@ TEST_F(ThemedChrome, shownTwiceWithoutDisappearing_savesItsOwnColours) {
     EXPECT_EQ(platform::UIStatusBarStyleLightContent, screen_->prevStatubarStyle());
 }
 
+TEST_F(ThemedChrome, shownOnNoBar_savesNoColours) {
+    const auto navigation = phone_.show(std::make_shared<platform::PSViewController>());
+    navigation->navigationBar()->setTintColor(UIColor::redColor());
+    navigation->navigationBar()->setBarTintColor(UIColor::darkGrayColor());
+    navigation->pushViewController_animated(screen_, true);
+    navigation->popViewControllerAnimated(true);
+    screen_->viewWillAppear(false);
+    EXPECT_EQ(nullptr, screen_->prevTintcolor());
+    EXPECT_EQ(nullptr, screen_->prevBarTintcolor());
+}
+
 TEST_F(ThemedChrome, withoutTheColourImage_leavesThePlatformsDefault) {
     phone_.removePluginBundle();
     const auto navigation = phone_.show(screen_);
