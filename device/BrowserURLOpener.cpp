@@ -34,7 +34,8 @@ bool BrowserURLOpener::canOpenURL(const std::string& url) const {
 bool BrowserURLOpener::openURL(const std::string& url) {
     if (!canOpenURL(url)) return false;
     platform::Journal::shared().record("open", {{"url", url}});
-    if (!startDesktopProgram("xdg-open", url)) std::fputs(("Please open " + url + "\n").c_str(), stderr);
+    const auto print = [url] { std::fputs(("Please open " + url + "\n").c_str(), stderr); };
+    if (!startDesktopProgram("xdg-open", url, print)) print();
     return true;
 }
 

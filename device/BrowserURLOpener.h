@@ -7,8 +7,9 @@ namespace device {
 
 enum class TwitterApplication { Absent, Installed };
 
-/// Opens addresses in the desktop's browser: through xdg-open where that and a display are there, else by
-/// printing the address on standard error for the user to follow. Each opening is written to the journal
+/// Opens addresses in the desktop's browser: through xdg-open where that and a display are there, else, or
+/// when that finds no browser, by printing the address on standard error for the user to follow. Each opening
+/// is written to the journal
 /// ("open"). Never waits for the browser.
 class BrowserURLOpener : public platform::URLOpener {
   public:

@@ -7,12 +7,22 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
+// This header does not say by itself that its functions are C's.
+extern "C" {
+#include <sys/pidfd.h>
+}
+
 #include <cstdlib>
+#include <memory>
 #include <optional>
-#include <thread>
+#include <utility>
+
+#include "device/Descriptor.h"
+#include "platform/foundation/RunLoop.h"
 
 namespace device {
+
+using platform::RunLoop;
 
 namespace {
 
@@ -22,6 +32,11 @@ bool hasDisplay() {
         return value && *value;
     };
     return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY");
+}
+
+/// Shells tell of a death by signal with a status above 127.
+bool hasFailed(int status) {
+    return WIFEXITED(status) && WEXITSTATUS(status) != 0 && WEXITSTATUS(status) <= 127;
 }
 
 /// Standard output may carry a protocol: the program's goes to standard error. Empty when it is not there.
@@ -47,22 +62,29 @@ std::optional<pid_t> spawn(std::string program, std::string argument) {
     return child;
 }
 
-/// It may run for hours; a thread that waits for it keeps no dead child behind.
-void reapLater(pid_t child) {
-    std::thread([child] {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, nullptr);
-        while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) continue;
-    }).detach();
+/// It may run for hours: the run loop waits for its end beside everything else.
+void reapLater(pid_t child, std::function<void()> refused) {
+    auto process = std::make_shared<Descriptor>(pidfd_open(child, 0));
+    if (!*process) return;
+    const int descriptor = process->get();
+    RunLoop::main().watch(
+        descriptor,
+        [child, process = std::move(process), refused = std::move(refused)] {
+            int status = 0;
+            const pid_t ended = waitpid(child, &status, WNOHANG);
+            RunLoop::main().unwatch(process->get());
+            if (ended == child && hasFailed(status)) refused();
+        },
+        RunLoop::Serve::Always);
 }
 
 }  // namespace
 
-bool startDesktopProgram(const std::string& program, const std::string& argument) {
+bool startDesktopProgram(const std::string& program, const std::string& argument,
+                         std::function<void()> refused) {
     if (!hasDisplay()) return false;
     const std::optional<pid_t> child = spawn(program, argument);
-    if (child) reapLater(*child);
+    if (child) reapLater(*child, std::move(refused));
     return child.has_value();
 }
 

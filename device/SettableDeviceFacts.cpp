@@ -7,6 +7,7 @@
 
 #include "platform/foundation/LogSink.h"
 #include "platform/foundation/PropertyList.h"
+#include "platform/foundation/RunLoop.h"
 
 namespace device {
 
@@ -84,8 +85,11 @@ SettableDeviceFacts::SettableDeviceFacts(const DeviceOptions& options,
         if (Result<Dictionary> kept = keptFacts(*files, factsPath, facts)) {
             facts = std::move(*kept);
         } else {
-            platform::log("The device's serial number, UDID and model are made up for this run only. " +
-                          kept.error().localizedDescription);
+            // Later: the device that these facts are of has the log.
+            platform::dispatchMain([reason = kept.error().localizedDescription] {
+                platform::log("The device's serial number, UDID and model are made up for this run only. " +
+                              reason);
+            });
         }
     }
     serialNumber_ = options.serialNumber.value_or(facts["serialNumber"].stringOr());

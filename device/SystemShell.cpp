@@ -14,6 +14,7 @@ extern "C" {
 #include <sys/pidfd.h>
 }
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -86,7 +87,6 @@ int spawnProgram(std::vector<std::string> arguments, int input, int output, pid_
 SystemShell::SystemShell(std::string program, std::string rootDirectory, Pace pace)
     : program_(std::move(program)), rootDirectory_(std::move(rootDirectory)), pace_(pace) {
     pendingCheck_ = RunLoop::main().addPendingCheck([this] { return isInFlight(); });
-    inFlightUntil_ = steady_clock::now() + pace_.patience;
     start();
 }
 
@@ -127,7 +127,13 @@ std::optional<pid_t> SystemShell::processId() const {
 
 void SystemShell::start() {
     if (!spawn()) return;
-    hasRun_ = true;
+    // Nobody reads the journal yet while the phone is put together.
+    if (std::exchange(hasRun_, true)) {
+        recordProcess("started");
+    } else {
+        platform::dispatchMain([] { recordProcess("started"); });
+    }
+    inFlightUntil_ = steady_clock::now() + pace_.patience;
     RunLoop::main().watch(child_->process.get(), [this] { reap(); }, RunLoop::Serve::Always);
     RunLoop::main().watch(child_->output.get(), [this] { readOutput(); }, RunLoop::Serve::Always);
 }
@@ -169,12 +175,13 @@ void SystemShell::readOutput() {
     if (count < 0 && errno == EINTR) return;
     // Its end is seen by the process's own descriptor.
     if (count <= 0) return RunLoop::main().unwatch(child_->output.get());
-    if (!std::exchange(child_->isReady, true)) recordProcess("started");
+    child_->isReady = true;
 }
 
 void SystemShell::reap() {
     // Nothing is left to wait for where this program was told to ignore the ends of its children.
-    if (waitpid(child_->id, nullptr, WNOHANG) != child_->id && errno != ECHILD) return;
+    int status = 0;
+    if (waitpid(child_->id, &status, WNOHANG) != child_->id && errno != ECHILD) return;
     // What it wrote last may not have been read yet.
     pollfd output{child_->output.get(), POLLIN, 0};
     if (!child_->isReady && poll(&output, 1, 0) == 1) readOutput();
@@ -182,13 +189,18 @@ void SystemShell::reap() {
     RunLoop::main().unwatch(child_->output.get());
     const Child ended = std::move(*child_);
     child_.reset();
-    if (ended.isReady) recordProcess("ended");
+    recordProcess("ended");
 
-    const bool atOnce = !ended.isKilled && steady_clock::now() - ended.start < pace_.steady;
-    endsAtOnce_ = atOnce ? endsAtOnce_ + 1 : 0;
-    if (endsAtOnce_ == 0) return start();
+    const bool isYoung = steady_clock::now() - ended.start < pace_.steady;
+    endsAtOnce_ = isYoung && !ended.isKilled && !isEndedByOthers(ended, status) ? endsAtOnce_ + 1 : 0;
+    if (ended.isKilled || !isYoung) return start();
     if (endsAtOnce_ >= pace_.limit) return giveUp("it ends as soon as it is started");
-    startAfter(pauseAfter(pace_, endsAtOnce_));
+    startAfter(pauseAfter(pace_, std::max(endsAtOnce_, 1)));
+}
+
+bool SystemShell::isEndedByOthers(const Child& child, int status) {
+    return child.isReady && WIFSIGNALED(status) &&
+           (WTERMSIG(status) == SIGKILL || WTERMSIG(status) == SIGTERM);
 }
 
 void SystemShell::startAfter(milliseconds pause) {

@@ -18,23 +18,25 @@ namespace device {
 /// The phone's system shell: a child process of this one, which is started with this object, started again
 /// whenever it ends, and ended with this object or with the whole process, however that ends. Killing by name
 /// reaches this child alone, through its own descriptor. Its starts and ends are written to the journal
-/// ("process").
+/// ("process"), a start ahead of everything that the new one does.
 ///
 /// The program is started as `PROGRAM ROOT`, with "--restarted" behind that when it was there before. It
 /// writes a line to its standard output when it is ready, and ends at the end of its standard input.
 ///
 /// Everything happens on the main run loop, which waits for the child as for any descriptor, by the
-/// machine's own time. A start after a kill counts as work in flight until the shell is ready, for
-/// `Pace::patience` at most. Main thread.
+/// machine's own time. A start counts as work in flight until the shell is ready, for `Pace::patience` at
+/// most. Main thread.
 class SystemShell : public platform::Processes {
   public:
     static constexpr std::string_view name = "SpringBoard";
 
     /// How it is started again.
     struct Pace {
-        /// Ending sooner than this by itself is ending at once.
+        /// Ending sooner than this by itself is ending at once. A shell that was ready and was ended by
+        /// another process has not ended by itself.
         std::chrono::milliseconds steady{1000};
-        /// The pause after the first end at once; each further one in a row doubles it.
+        /// The pause after the first end at once, and after each end by another process within that time;
+        /// each further end at once in a row doubles it.
         std::chrono::milliseconds firstPause{100};
         /// So many ends at once in a row, and it stays down.
         int limit = 6;
@@ -77,6 +79,7 @@ class SystemShell : public platform::Processes {
     void readOutput();
     void reap();
     void startAfter(std::chrono::milliseconds pause);
+    static bool isEndedByOthers(const Child& child, int status);
     void giveUp(const std::string& reason);
     bool isInFlight() const;
 

@@ -50,10 +50,13 @@ Result<void> DesktopMail::send(const MailDraft& draft) {
     const Result<std::string> path = keep(draft, outboxPath);
     if (!path) return std::unexpected(path.error());
     const std::string file = hostPath(*path);
-    const bool taken = startDesktopProgram("xdg-open", file);
+    const bool offered = startDesktopProgram("xdg-open", file, [file] {
+        platform::log("Mail: The desktop has no program for " + file +
+                      ". Open it with a mail program to send it.");
+    });
     platform::log("Mail: The mail is in " + *path + " (" + file + "). " +
-                  (taken ? "It was handed to the desktop's mail program, which sends it when you say so."
-                         : "Open it with a mail program to send it."));
+                  (offered ? "It was offered to the desktop's mail program, which sends it when you say so."
+                           : "Open it with a mail program to send it."));
     return {};
 }
 

@@ -9,9 +9,9 @@
 
 namespace device {
 
-/// Mail by way of the desktop. Every mail becomes a message file in the root; one to be sent is also handed
+/// Mail by way of the desktop. Every mail becomes a message file in the root; one to be sent is also offered
 /// to the desktop's mail program, where there is one, for the user to send. Nothing is sent from here. A log
-/// line tells where each file is, on the phone and on this machine.
+/// line tells where each file is, on the phone and on this machine, another one when no program took it.
 class DesktopMail : public platform::MailService {
   public:
     static constexpr std::string_view outboxPath = "/var/mobile/Library/Mail/Outbox";

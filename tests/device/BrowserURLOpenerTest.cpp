@@ -7,12 +7,14 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
 
 #include "device/BrowserURLOpener.h"
 #include "device/Descriptor.h"
+#include "platform/foundation/RunLoop.h"
 #include "tests/doubles/Phone.h"
 #include "tests/doubles/TemporaryDirectory.h"
 
@@ -95,6 +97,27 @@ TEST_F(BrowserURLOpenerTest, open_withADisplay_handsTheAddressOverAsOneArgument)
     const ssize_t got = read(said.get(), bytes.data(), bytes.size());
     ASSERT_GT(got, 0);
     EXPECT_EQ(std::string(bytes.data(), static_cast<std::size_t>(got)), "1:" + url + "\n");
+}
+
+TEST_F(BrowserURLOpenerTest, open_whereTheHelperFindsNoBrowser_printsTheAddressOnce) {
+    const TemporaryDirectory directory;
+    testing_support::writeText(directory / "xdg-open", "#!/bin/sh\nexit 3\n");
+    std::filesystem::permissions(directory / "xdg-open", std::filesystem::perms::owner_all);
+    const Variable here("DISPLAY", ":77");
+    const Variable path("PATH", directory.path().c_str());
+    std::string printed;
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(opener.openURL("https://a.example/"));
+    EXPECT_TRUE(platform::RunLoop::main().runUntil(
+        [&] {
+            printed += testing::internal::GetCapturedStderr();
+            testing::internal::CaptureStderr();
+            return !printed.empty();
+        },
+        std::chrono::minutes(1)));
+    phone.drain();
+    printed += testing::internal::GetCapturedStderr();
+    EXPECT_EQ(printed, "Please open https://a.example/\n");
 }
 
 TEST_F(BrowserURLOpenerTest, open_withADisplayButNoHelper_printsTheAddress) {

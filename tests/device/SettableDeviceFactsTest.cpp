@@ -69,6 +69,7 @@ TEST_F(SettableDeviceFactsTest, rootThatCannotBeWritten_valuesLastForTheProcessA
     const SettableDeviceFacts facts = this->facts();
     EXPECT_EQ(facts.serialNumber().size(), 12U);
     EXPECT_EQ(facts.serialNumber(), facts.serialNumber());
+    phone.drain();
     ASSERT_EQ(phone.log->lines().size(), 1U);
     EXPECT_THAT(phone.log->lines()[0], HasSubstr("could not be written: Read-only file system."));
 }
@@ -82,6 +83,7 @@ TEST_F(SettableDeviceFactsTest, fileWithSomethingElse_isLeftAloneAndNamed) {
         phone.files->put(SettableDeviceFacts::factsPath, content);
         const std::size_t linesBefore = phone.log->lines().size();
         EXPECT_EQ(facts().UDID().size(), 40U);
+        phone.drain();
         ASSERT_EQ(phone.log->lines().size(), linesBefore + 1);
         EXPECT_THAT(phone.log->lines().back(), HasSubstr(SettableDeviceFacts::factsPath));
         EXPECT_EQ(*phone.files->read(SettableDeviceFacts::factsPath), content);

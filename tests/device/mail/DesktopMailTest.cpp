@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <set>
@@ -14,6 +15,7 @@
 #include "device/RootFileSystem.h"
 #include "device/mail/DesktopMail.h"
 #include "platform/foundation/Device.h"
+#include "platform/foundation/RunLoop.h"
 #include "tests/doubles/Phone.h"
 #include "tests/doubles/TemporaryDirectory.h"
 
@@ -121,6 +123,23 @@ TEST_F(DesktopMailTest, onADesktop_theFileIsHandedToItsMailProgram) {
     ASSERT_GT(got, 0);
     EXPECT_EQ(directory / "var/mobile/Library/Mail/Outbox/" + mailsIn(DesktopMail::outboxPath).at(0) + "\n",
               std::string(bytes.data(), static_cast<std::size_t>(got)));
+}
+
+TEST_F(DesktopMailTest, onADesktopWithoutAMailProgram_aLogLineSaysSo) {
+    const TemporaryDirectory programs;
+    testing_support::writeText(programs / "xdg-open", "#!/bin/sh\nexit 3\n");
+    std::filesystem::permissions(programs / "xdg-open", std::filesystem::perms::owner_all);
+    const std::string path = std::getenv("PATH");
+    setenv("DISPLAY", ":77", 1);
+    setenv("PATH", programs.path().c_str(), 1);
+    const auto sent = mail.send(draft);
+    setenv("PATH", path.c_str(), 1);
+    unsetenv("DISPLAY");
+    ASSERT_TRUE(sent);
+    EXPECT_TRUE(platform::RunLoop::main().runUntil([&] { return phone.log->lines().size() == 2; },
+                                                   std::chrono::minutes(1)));
+    EXPECT_NE(std::string::npos, phone.log->lines().back().find("no program for"));
+    EXPECT_NE(std::string::npos, phone.log->lines().back().find(mailsIn(DesktopMail::outboxPath).at(0)));
 }
 
 }  // namespace
