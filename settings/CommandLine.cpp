@@ -36,7 +36,6 @@ void addOptions(CLI::App& channel, Given& given) {
         ->type_name("KEY=VALUE")
         ->allow_extra_args(false);
     channel.set_version_flag("--version", versionText);
-    channel.footer("Device keys:\n" + device::DeviceOptions::help());
 }
 
 EarlyEnd wrongUse(std::string reason) {
@@ -81,6 +80,8 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
     CLI::App& serve =
         *program.add_subcommand("serve", "Shows the screens in a browser, on this machine only");
     for (CLI::App* channel : {&drive, &serve}) addOptions(*channel, given);
+    for (CLI::App* each : {&program, &drive, &serve})
+        each->footer("Device keys:\n" + device::DeviceOptions::help());
     serve.add_option("--port", given.port, "The port to listen on; without this any free one")
         ->type_name("N");
 
@@ -92,7 +93,13 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
         return std::unexpected(EarlyEnd{0, std::string(version.what()) + "\n"});
     } catch (const CLI::CallForHelp&) {
         const auto chosen = program.get_subcommands();
-        return std::unexpected(EarlyEnd{0, chosen.empty() ? program.help() : chosen.front()->help()});
+        return std::unexpected(
+            EarlyEnd{0, chosen.empty() ? program.help("", CLI::AppFormatMode::All) : chosen.front()->help()});
+    } catch (const CLI::RequiredError& error) {
+        const auto unknown = program.remaining();
+        return std::unexpected(
+            wrongUse(unknown.empty() ? error.what()
+                                     : "There is no command \"" + unknown.front() + "\": drive or serve."));
     } catch (const CLI::Error& error) {
         return std::unexpected(wrongUse(error.what()));
     }

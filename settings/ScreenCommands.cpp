@@ -70,13 +70,17 @@ Result<void> chooseAction(Application& /*application*/, const CommandFields& fie
 
 namespace {
 
+constexpr const char* composerResults = R"("sent", "saved", "cancelled" or "failed")";
+
+/// A post is sent or it is not: the phone keeps no drafts of posts, and nothing can fail ahead of the
+/// sending.
 Result<void> endPost(SLComposeViewController& composer, const std::string& result) {
     if (result == "sent") {
         composer.finish(SLComposeViewController::Outcome::Sent);
-    } else if (result == "cancelled") {
+    } else if (result == "cancelled" || result == "saved" || result == "failed") {
         composer.finish(SLComposeViewController::Outcome::Cancelled);
     } else {
-        return failure("A post cannot end as \"" + result + "\": it is \"sent\" or \"cancelled\".");
+        return failure("A post cannot end as \"" + result + "\": it is " + composerResults + ".");
     }
     return {};
 }
@@ -91,8 +95,7 @@ Result<void> endMail(MFMailComposeViewController& composer, const std::string& r
         if (!composer.finish(value)) return failure("The mail has been ended already.");
         return {};
     }
-    return failure("A mail cannot end as \"" + result +
-                   "\": it is \"sent\", \"saved\", \"cancelled\" or \"failed\".");
+    return failure("A mail cannot end as \"" + result + "\": it is " + composerResults + ".");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/foundation/FileManager.h"
+#include "platform/foundation/LogSink.h"
 #include "platform/uikit/UIDevice.h"
 #include "shell/base/Localization.h"
 #include "shell/chrome/CopyRight.h"
@@ -47,7 +48,12 @@ void QuietrixMiscController::emailLogFile(const Row&) {
     const auto group = specifierAtIndex(std::ssize(*specifiers()) - 2);
     const platform::Value footer = group ? group->propertyForKey("footerText") : platform::Value();
     std::optional<platform::Data> log;
-    if (auto data = platform::FileManager::defaultManager().contentsAtPath(logPath)) log = std::move(*data);
+    const auto& files = platform::FileManager::defaultManager();
+    if (auto data = files.contentsAtPath(logPath)) {
+        log = std::move(*data);
+    } else if (files.fileExistsAtPath(logPath)) {
+        platform::log(data.error().localizedDescription);
+    }
 
     std::string body = deviceLines();
     if (!footer.isNil()) body = stringWithFormat("%@\n%@", {body, footer.description()});

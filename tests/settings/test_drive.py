@@ -380,6 +380,7 @@ class Options(unittest.TestCase):
             self.rejected("drive", "--port", "1", *good)
             self.rejected("serve", "--port", "99999", *good)
             self.rejected("drive", "--root")
+            self.assertIn("bogus", self.rejected("bogus"))
             self.assertIn("/nowhere", self.rejected("drive", "--root", root, "--bundle", "/nowhere"))
             self.rejected("drive", "--root", root, "--bundle", os.path.join(fixture("Sample"), "Info.plist"))
             self.assertIn("colour", self.rejected("drive", *good, "--device", "colour=red"))
@@ -402,7 +403,8 @@ class Options(unittest.TestCase):
             result = self.run_program(*arguments)
             self.assertEqual(result.returncode, 0)
             self.assertIn("Usage", result.stdout)
-        self.assertIn("languages", self.run_program("drive", "--help").stdout)
+            for option in ("--root", "--bundle", "--device", "languages="):
+                self.assertIn(option, result.stdout)
         for arguments in (["--version"], ["drive", "--version"], ["serve", "--version"]):
             result = self.run_program(*arguments)
             self.assertEqual(result.returncode, 0)

@@ -63,6 +63,18 @@ TEST_F(MiscReport, missingLog_isAttachedEmptyAndLogged) {
     EXPECT_NE(std::string::npos, phone_.log->lines()[0].find("velmora.log"));
 }
 
+TEST_F(MiscReport, logThatCannotBeRead_isAttachedEmptyAndItsReasonLogged) {
+    phone_.files->put("/tmp/velmora.log", "all that happened");
+    phone_.files->failReads("Input/output error", "/tmp/velmora.log");
+    open();
+    confirmReport();
+    ASSERT_NE(nullptr, composer());
+    EXPECT_TRUE(composer()->draft().attachments.at(0).data.empty());
+    EXPECT_TRUE(std::ranges::any_of(phone_.log->lines(), [](const std::string& line) {
+        return line.contains("/tmp/velmora.log") && line.contains("Input/output error");
+    }));
+}
+
 TEST_F(MiscReport, withoutAnAccount_saysSoInTheHostsWords) {
     phone_.mail->account.clear();
     phone_.facts->languages = {"de"};
