@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // An account with a calendar of each kind: up to the first null character the input is the folder's display
 // name, up to the second its colour, the rest is a calendar file.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -65,7 +66,14 @@ std::string_view take(std::string_view& text) {
 
 void check(const platform::CalendarEntry& calendar) {
     require(!calendar.title.empty() && !platform::firstInvalidUTF8(calendar.title));
-    require(calendar.title.find_first_of("\r\n\t") == std::string::npos);
+    bool shows = false;
+    for (std::size_t at = 0; at < calendar.title.size();) {
+        const auto character = platform::decodeUTF8(calendar.title, at);
+        require(character && !platform::isControlOrLineBreak(character->codePoint));
+        shows = shows || !platform::isInvisible(character->codePoint);
+        at += character->length;
+    }
+    require(shows);
     require(calendar.account == "Account" && calendar.colour <= 0xFFFFFF);
 }
 
@@ -78,7 +86,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     directory.put("folder/color", take(text));
     directory.put("file.ics", text);
 
-    device::CalendarFolders source(directory.path());
+    device::CalendarFolders source(directory.path(), device::CalendarFolders::Missing::IsAFault);
     const auto calendars = source.calendars();
     require(calendars.size() == 1 || calendars.size() == 2);
     require(calendars.back().identifier == "Account/folder");

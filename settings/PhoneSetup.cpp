@@ -2,6 +2,7 @@
 #include "settings/PhoneSetup.h"
 
 #include <filesystem>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -53,6 +54,14 @@ Result<void> linkDirectory(const platform::FileSystem& files, std::string_view p
     }
     return platform::failure("\"" + link.string() + "\" could not be linked to \"" + target.string() +
                              "\": " + error.message() + ".");
+}
+
+std::shared_ptr<platform::CalendarSource> calendarSource(const std::optional<std::string>& directory,
+                                                         const platform::FileSystem& files) {
+    using device::CalendarFolders;
+    if (directory) return std::make_shared<CalendarFolders>(*directory, CalendarFolders::Missing::IsAFault);
+    return std::make_shared<CalendarFolders>(files.hostPath(CalendarFolders::phonePath),
+                                             CalendarFolders::Missing::IsEmpty);
 }
 
 std::shared_ptr<platform::NetworkSource> networkSource(const device::DeviceOptions::Networks& networks,
@@ -112,8 +121,7 @@ void PhoneSetup::install(const PhoneOptions& options) {
     phone.libraries = std::make_shared<device::ConfiguredLibraries>(
         device.statusBarLibrary ? device::StatusBarLibrary::Present : device::StatusBarLibrary::Absent,
         files_);
-    phone.calendars = std::make_shared<device::CalendarFolders>(
-        device.calendars.value_or(files_->hostPath(device::CalendarFolders::phonePath)));
+    phone.calendars = calendarSource(device.calendars, *files_);
     phone.networks = networkSource(device.networks, *files_);
     phone.tones = std::make_shared<device::ThemeTones>(device::SoundThemes(
         device.tones ? std::vector<fs::path>{*device.tones} : device::SoundThemes::systemDirectories()));

@@ -62,6 +62,10 @@ void QuietrixWifiController::setPreferenceValue_specifier(const Value& /*value*/
         }
     }
     saveProfile();
+    // Networks of one name are one entry: their switches follow the one that was moved.
+    for (const auto& row : *wifiSpecifiers()) {
+        if (row != specifier && row->identifier() == specifier->identifier()) reloadSpecifier(row);
+    }
 }
 
 std::shared_ptr<platform::PSTableCell> QuietrixWifiController::tableView_cellForRowAtIndexPath(

@@ -21,7 +21,8 @@ class QuietrixWifiController : public ProductScreen {
     /// The networks' rows, built once while there are any.
     const platform::SpecifierArray& wifiSpecifiers();
     bool isWiFiSelected(const std::string& ssid) const;
-    /// Ties the profile to the row's network, or unties it if it is tied: the value plays no part.
+    /// Ties the profile to the row's network, or unties it if it is tied: the value plays no part. Other rows
+    /// of the network's name get new cells.
     void setPreferenceValue_specifier(const platform::Value& value, const Row& specifier);
     /// Sets the switch, which has no getter to be set by.
     std::shared_ptr<platform::PSTableCell> tableView_cellForRowAtIndexPath(const Table& table,

@@ -1,16 +1,23 @@
 // SPDX-License-Identifier: MIT
 #include "device/calendars/CalendarFolders.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
+#include "device/Descriptor.h"
 #include "device/EscapedText.h"
 #include "device/FileHead.h"
+#include "device/HostFile.h"
 #include "device/calendars/CalendarHead.h"
 #include "device/calendars/ColourText.h"
+#include "platform/foundation/Unicode.h"
 
 namespace device {
 
@@ -33,14 +40,20 @@ std::string quoted(const fs::path& path) {
     return "\"" + escapedText(path.native()) + "\"";
 }
 
-/// One line for a row: control characters and line breaks become blanks.
+/// One line for a row: control characters and line breaks become blanks. Empty where nothing would show.
 std::string titleFrom(std::string_view bytes) {
-    std::string title(bytes);
-    std::ranges::replace_if(
-        title, [](char c) { return static_cast<unsigned char>(c) < 32 || c == 127; }, ' ');
-    const std::size_t first = title.find_first_not_of(' ');
-    if (first == std::string::npos) return {};
-    return escapedText(title.substr(first, title.find_last_not_of(' ') + 1 - first));
+    bytes = platform::withoutOuterBlanks(bytes);
+    std::string title;
+    bool shows = false;
+    for (std::size_t at = 0; at < bytes.size();) {
+        const auto character = platform::decodeUTF8(bytes, at);
+        const std::size_t length = character ? character->length : 1;
+        shows = shows || !character || !platform::isInvisible(character->codePoint);
+        title += character && platform::isControlOrLineBreak(character->codePoint) ? " "
+                                                                                   : bytes.substr(at, length);
+        at += length;
+    }
+    return shows ? escapedText(title) : std::string();
 }
 
 /// Colours that can be told apart, for calendars that have none of their own.
@@ -65,6 +78,19 @@ bool isMadeUpName(std::string_view name) {
     return isUUID || (name.size() >= fewestDigits && std::ranges::all_of(name, isDigit));
 }
 
+/// So many bytes at most from where the file ends now; fewer when it shrinks meanwhile.
+host::Outcome<std::string> readTail(const std::string& path, std::size_t limit) {
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    const off_t size = file ? lseek(file.get(), 0, SEEK_END) : -1;
+    if (size < 0) return std::unexpected(errno);
+    std::string bytes(limit, '\0');
+    const off_t start = std::max<off_t>(0, size - static_cast<off_t>(limit));
+    const ssize_t got = pread(file.get(), bytes.data(), bytes.size(), start);
+    if (got < 0) return std::unexpected(errno);
+    bytes.resize(static_cast<std::size_t>(got));
+    return bytes;
+}
+
 bool isCalendarFile(const fs::path& path) {
     std::string extension = path.extension().native();
     std::ranges::transform(extension, extension.begin(), [](char c) {
@@ -75,7 +101,8 @@ bool isCalendarFile(const fs::path& path) {
 
 }  // namespace
 
-CalendarFolders::CalendarFolders(fs::path directory) : directory_(std::move(directory)) {}
+CalendarFolders::CalendarFolders(fs::path directory, Missing missing)
+    : directory_(std::move(directory)), missing_(missing) {}
 
 std::vector<platform::CalendarEntry> CalendarFolders::calendars() {
     std::vector<platform::CalendarEntry> calendars;
@@ -95,9 +122,14 @@ std::vector<fs::directory_entry> CalendarFolders::visibleEntries(const fs::path&
          entry.increment(error)) {
         if (!entry->path().filename().native().starts_with('.')) entries.push_back(*entry);
     }
-    if (error && error != std::errc::no_such_file_or_directory)
+    const bool isMissing = error == std::errc::no_such_file_or_directory;
+    if (isMissing && missing_ == Missing::IsAFault && directory == directory_) {
+        faults_.report("The calendars directory " + quoted(directory) +
+                       " cannot be used: " + error.message() + ".");
+    } else if (error && !isMissing) {
         faults_.report("The calendars in " + quoted(directory) + " could not be listed: " + error.message() +
                        ".");
+    }
     std::ranges::sort(entries, {}, [](const fs::directory_entry& entry) { return entry.path().native(); });
     return entries;
 }
@@ -129,12 +161,19 @@ CalendarFolders::Description CalendarFolders::describeFolder(const fs::path& fol
 
 std::optional<CalendarFolders::Description> CalendarFolders::describeFile(const fs::path& file) {
     const auto head = host::readHead(file.native(), CalendarHead::maximumSize);
-    if (!head) {
-        faults_.report("The calendar " + quoted(file) + " could not be read: " + host::message(head.error()) +
-                       ".");
+    const auto couldNotBeRead = [&](int error) {
+        faults_.report("The calendar " + quoted(file) + " could not be read: " + host::message(error) + ".");
         return std::nullopt;
-    }
+    };
+    if (!head) return couldNotBeRead(head.error());
     auto parsed = CalendarHead::parse(head->bytes);
+    if (parsed) {
+        const host::Outcome<std::string> tail =
+            head->whole ? head->bytes : readTail(file.native(), CalendarHead::tailSize);
+        if (!tail) return couldNotBeRead(tail.error());
+        if (!CalendarHead::isTailOfWholeFile(*tail))
+            parsed = platform::failure("is cut short: it does not end with END:VCALENDAR");
+    }
     if (!parsed) {
         faults_.report("The calendar " + quoted(file) + " " + parsed.error().localizedDescription + ".",
                        head->state);
@@ -165,10 +204,13 @@ platform::CalendarEntry CalendarFolders::entry(const fs::path& path, const Descr
     calendar.account = escapedText(account);
     // A slash is in no file's name, so the two halves cannot run into each other.
     calendar.identifier = calendar.account + "/" + escapedText(path.filename().native());
-    calendar.title = titleFrom(description.name.value_or(""));
-    if (calendar.title.empty())
-        calendar.title =
-            titleFrom(isMadeUpName(description.fallbackName) ? account : description.fallbackName);
+    // An identifier always shows something.
+    for (const std::string& name :
+         {description.name.value_or(""),
+          isMadeUpName(description.fallbackName) ? account : description.fallbackName, account,
+          calendar.identifier}) {
+        if (calendar.title.empty()) calendar.title = titleFrom(name);
+    }
     calendar.colour = colourFor(calendar.identifier);
     if (!description.colour || titleFrom(*description.colour).empty()) return calendar;
     if (const auto colour = colourFromText(*description.colour)) {

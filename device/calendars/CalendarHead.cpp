@@ -17,6 +17,7 @@ namespace device {
 namespace {
 
 constexpr std::string_view calendarBegin = "BEGIN:VCALENDAR";
+constexpr std::string_view calendarEnd = "END:VCALENDAR";
 /// What follows a property's name: its value, or its parameters.
 constexpr std::string_view nameEnds = ":;";
 
@@ -98,7 +99,7 @@ platform::Result<std::string> calendarOfWantedProperties(std::string_view text, 
         }
         if (wanted) calendar.append(line).append("\r\n");
     }
-    return calendar + "END:VCALENDAR\r\n";
+    return calendar.append(calendarEnd).append("\r\n");
 }
 
 /// With and without VALUE=TEXT, an extension's value comes as one kind or another.
@@ -156,6 +157,13 @@ platform::Result<CalendarHead> CalendarHead::parse(std::string_view text) {
     if (!calendar) return platform::failure("is no iCalendar file");
     return CalendarHead{firstOf(textsOf(calendar.get(), nameProperties)),
                         firstColourOf(textsOf(calendar.get(), colourProperties))};
+}
+
+bool CalendarHead::isTailOfWholeFile(std::string_view text) {
+    text = text.substr(text.size() - std::min(text.size(), tailSize));
+    text = text.substr(0, text.find_last_not_of(" \t\r\n\v\f") + 1);
+    const std::size_t lineBreak = text.find_last_of("\r\n");
+    return lineBreak != std::string_view::npos && sameLetters(text.substr(lineBreak + 1), calendarEnd);
 }
 
 }  // namespace device

@@ -6,6 +6,8 @@
 #include <charconv>
 #include <string>
 
+#include "platform/foundation/Unicode.h"
+
 namespace device {
 
 namespace {
@@ -179,17 +181,10 @@ std::optional<std::uint32_t> colourFromDigits(std::string_view digits) {
     return wide.size() == 8 ? value >> 8 : value;
 }
 
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
-}
-
 }  // namespace
 
 std::optional<std::uint32_t> colourFromText(std::string_view text) {
-    text = trimmed(text);
+    text = platform::withoutOuterBlanks(text);
     if (text.starts_with('#')) return colourFromDigits(text.substr(1));
     std::string name(text);
     std::ranges::transform(name, name.begin(), [](char c) {

@@ -5,6 +5,7 @@
 
 #include <exception>
 #include <future>
+#include <memory>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -15,24 +16,26 @@ namespace device {
 
 namespace {
 
-using Answer = platform::Result<SavedNetworks>;
+using Outcome = platform::Result<void>;
 
-/// What the question answers, or why it could not. An exception ends here, in the thread it was thrown in:
+/// Why the question could not ask for all there is. An exception ends here, in the thread it was thrown in:
 /// its text may be shared between threads in ways that no tool of ours can check.
-Answer answered(const NetworkManagerNetworks::Question& question,
-                NetworkManagerNetworks::Clock::time_point deadline) {
+Outcome outcomeOf(const NetworkManagerNetworks::Question& question,
+                  NetworkManagerNetworks::Clock::time_point deadline, SavedNetworksSoFar& soFar) {
     try {
-        return question(deadline);
+        return question(deadline, soFar);
     } catch (const std::exception& error) {
         return platform::failure(error.what());
     }
 }
 
-/// The answer, or the reason why there is none in time.
-Answer ask(const NetworkManagerNetworks::Question& question, std::chrono::milliseconds patience) {
+/// The reason why not all was answered in time. The answers are shared: who comes too late still adds some.
+Outcome ask(const NetworkManagerNetworks::Question& question, std::chrono::milliseconds patience,
+            const std::shared_ptr<SavedNetworksSoFar>& soFar) {
     const auto deadline = NetworkManagerNetworks::Clock::now() + patience;
-    std::packaged_task<Answer()> task([question, deadline] { return answered(question, deadline); });
-    std::future<Answer> answer = task.get_future();
+    std::packaged_task<Outcome()> task(
+        [question, deadline, soFar] { return outcomeOf(question, deadline, *soFar); });
+    std::future<Outcome> outcome = task.get_future();
     try {
         std::thread([task = std::move(task)]() mutable {
             sigset_t all;
@@ -43,9 +46,9 @@ Answer ask(const NetworkManagerNetworks::Question& question, std::chrono::millis
     } catch (const std::system_error& error) {
         return platform::failure(error.what());
     }
-    if (answer.wait_until(deadline) != std::future_status::ready)
+    if (outcome.wait_until(deadline) != std::future_status::ready)
         return platform::failure("It did not answer in time.");
-    return answer.get();
+    return outcome.get();
 }
 
 }  // namespace
@@ -56,14 +59,19 @@ NetworkManagerNetworks::NetworkManagerNetworks(Question question, std::chrono::m
     : question_(std::move(question)), patience_(limit) {}
 
 std::vector<std::string> NetworkManagerNetworks::knownSSIDs() {
-    Answer answer = ask(question_, patience_);
-    if (!answer) {
+    const auto soFar = std::make_shared<SavedNetworksSoFar>();
+    const Outcome outcome = ask(question_, patience_, soFar);
+    SavedNetworks networks = soFar->copy();
+    for (const std::string& fault : networks.faults) platform::log(fault);
+    if (!outcome && networks.listed == 0) {
         platform::log("The network manager's Wi-Fi networks could not be had: " +
-                      answer.error().localizedDescription);
-        return {};
+                      outcome.error().localizedDescription);
+    } else if (!outcome && networks.answered < networks.listed) {
+        platform::log("The network manager's Wi-Fi networks are incomplete, " +
+                      std::to_string(networks.answered) + " of " + std::to_string(networks.listed) +
+                      " saved connections were read: " + outcome.error().localizedDescription);
     }
-    for (const std::string& fault : answer->faults) platform::log(fault);
-    return std::move(answer->names);
+    return std::move(networks.names);
 }
 
 }  // namespace device

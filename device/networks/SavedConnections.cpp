@@ -4,6 +4,7 @@
 #include <sdbus-c++/sdbus-c++.h>
 
 #include <memory>
+#include <optional>
 #include <stdexcept>
 
 #include "device/networks/WirelessSettings.h"
@@ -39,38 +40,54 @@ T call(sdbus::IConnection& bus, const std::string& object, const char* interface
     return result;
 }
 
-void addConnection(sdbus::IConnection& bus, const std::string& path, Deadline deadline,
-                   SavedNetworks& networks) {
-    const auto leaveOut = [&](const std::string& why) {
-        networks.faults.push_back("The saved connection \"" + path + "\" " + why);
+platform::Result<std::optional<std::string>> askConnection(sdbus::IConnection& bus, const std::string& path,
+                                                           Deadline deadline) {
+    const auto leftOut = [&](const std::string& why) {
+        return platform::failure("The saved connection \"" + path + "\" " + why);
     };
     try {
-        const auto ssid =
+        auto ssid =
             wirelessSSID(call<ConnectionSettings>(bus, path, connectionInterface, "GetSettings", deadline));
-        if (!ssid) {
-            leaveOut(ssid.error().localizedDescription + ".");
-        } else if (*ssid) {
-            networks.names.push_back(**ssid);
-        }
+        if (!ssid) return leftOut(ssid.error().localizedDescription + ".");
+        return ssid;
     } catch (const sdbus::Error& error) {
         // One that was removed meanwhile, or that belongs to somebody else.
         timeLeft(deadline);
-        leaveOut("could not be read: " + error.getMessage());
+        return leftOut("could not be read: " + error.getMessage());
     }
 }
 
 }  // namespace
 
-platform::Result<SavedNetworks> askSavedConnections(Deadline deadline) {
+void SavedNetworksSoFar::setListed(std::size_t connections) {
+    const std::scoped_lock lock(mutex_);
+    networks_.listed = connections;
+}
+
+void SavedNetworksSoFar::add(const platform::Result<std::optional<std::string>>& answer) {
+    const std::scoped_lock lock(mutex_);
+    ++networks_.answered;
+    if (!answer) {
+        networks_.faults.push_back(answer.error().localizedDescription);
+    } else if (*answer) {
+        networks_.names.push_back(**answer);
+    }
+}
+
+SavedNetworks SavedNetworksSoFar::copy() const {
+    const std::scoped_lock lock(mutex_);
+    return networks_;
+}
+
+platform::Result<void> askSavedConnections(Deadline deadline, SavedNetworksSoFar& soFar) {
     try {
         timeLeft(deadline);
         const auto bus = sdbus::createSystemBusConnection();
-        SavedNetworks networks;
-        for (const auto& path : call<std::vector<sdbus::ObjectPath>>(*bus, settingsObject, settingsInterface,
-                                                                     "ListConnections", deadline)) {
-            addConnection(*bus, path, deadline, networks);
-        }
-        return networks;
+        const auto paths = call<std::vector<sdbus::ObjectPath>>(*bus, settingsObject, settingsInterface,
+                                                                "ListConnections", deadline);
+        soFar.setListed(paths.size());
+        for (const auto& path : paths) soFar.add(askConnection(*bus, path, deadline));
+        return {};
     } catch (const std::exception& error) {
         return platform::failure(error.what());
     }

@@ -9,6 +9,7 @@
 #include "device/FileHead.h"
 #include "device/tones/BuiltInTones.h"
 #include "device/tones/ToneNames.h"
+#include "platform/foundation/Bundle.h"
 
 namespace device {
 
@@ -31,6 +32,15 @@ std::string mediaTypeOf(const std::filesystem::path& file) {
     return lowerCase(file.extension().native()) == ".wav" ? "audio/wav" : "audio/ogg";
 }
 
+/// Calls the tone that every phone has by its name in the phone's language: a profile's row does so too.
+void localizeCalendarAlert(ToneNames& names) {
+    auto alert = names.extract(std::string(calendarAlertTone));
+    alert.key() =
+        platform::Bundle::mainBundle()->localizedStringForKey_value_table(calendarAlertTone, {}, {});
+    while (names.contains(alert.key())) alert.key().append(" (").append(calendarAlertTone).append(")");
+    names.insert(std::move(alert));
+}
+
 }  // namespace
 
 ThemeTones::ThemeTones(SoundThemes themes) : themes_(std::move(themes)) {}
@@ -49,10 +59,11 @@ std::vector<ToneEntry> ThemeTones::tones() {
         const std::vector<std::string> own = builtInToneNames();
         offered.insert(own.begin(), own.end());
     }
+    ToneNames named = toneNames({offered.begin(), offered.end()});
+    localizeCalendarAlert(named);
     std::vector<ToneEntry> entries;
-    entries.reserve(offered.size());
-    for (const auto& [name, sound] : toneNames({offered.begin(), offered.end()}))
-        entries.push_back({std::string(kind) + escapedText(sound), name});
+    entries.reserve(named.size());
+    for (const auto& [name, sound] : named) entries.push_back({std::string(kind) + escapedText(sound), name});
     std::ranges::sort(entries, {},
                       [](const ToneEntry& entry) { return std::pair(lowerCase(entry.name), entry.name); });
     return entries;

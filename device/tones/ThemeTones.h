@@ -13,7 +13,8 @@ namespace device {
 
 /// Tones that are the sounds of sound themes: "texttone:" and the name of the sound's file without its
 /// extension, shown by the name that toneNames() gives it. Beside them "Calendar Alert", of our own making
-/// unless a sound is called so; and where there is no sound at all, the built-in ones.
+/// unless a sound is called so, and shown by its name in the phone's language; and where there is no sound at
+/// all, the built-in ones.
 class ThemeTones : public platform::ToneSource {
   public:
     /// Larger sounds are no tones: an error for who wants to hear one.

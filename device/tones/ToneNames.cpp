@@ -26,13 +26,13 @@ std::string toneName(std::string_view sound) {
     return name;
 }
 
-std::map<std::string, std::string, std::less<>> toneNames(std::vector<std::string> sounds) {
+ToneNames toneNames(std::vector<std::string> sounds) {
     std::ranges::sort(sounds, [](const std::string& left, const std::string& right) {
         const bool leftFirst = isSpelledForPeople(left);
         const bool rightFirst = isSpelledForPeople(right);
         return leftFirst != rightFirst ? leftFirst : left < right;
     });
-    std::map<std::string, std::string, std::less<>> named;
+    ToneNames named;
     std::vector<std::string> others;
     for (const std::string& sound : sounds) {
         if (!named.emplace(toneName(sound), sound).second) others.push_back(sound);

@@ -1,7 +1,62 @@
 // SPDX-License-Identifier: MIT
 #include "platform/foundation/Unicode.h"
 
+#include <algorithm>
+#include <array>
+#include <span>
+
 namespace platform {
+
+namespace {
+
+struct Range {
+    char32_t first;
+    char32_t last;
+};
+
+constexpr std::array blanks{Range{0x00, 0x20},     Range{0x7F, 0xA0},     Range{0x1680, 0x1680},
+                            Range{0x180E, 0x180E}, Range{0x2000, 0x200B}, Range{0x2028, 0x2029},
+                            Range{0x202F, 0x202F}, Range{0x205F, 0x2060}, Range{0x3000, 0x3000},
+                            Range{0xFEFF, 0xFEFF}};
+
+/// Beside the blanks: what a program that does not know it is to show as nothing, and Braille's empty cell.
+constexpr std::array otherInvisible{
+    Range{0xAD, 0xAD},       Range{0x034F, 0x034F}, Range{0x061C, 0x061C},   Range{0x115F, 0x1160},
+    Range{0x17B4, 0x17B5},   Range{0x180B, 0x180F}, Range{0x200C, 0x200F},   Range{0x202A, 0x202E},
+    Range{0x2061, 0x206F},   Range{0x2800, 0x2800}, Range{0x3164, 0x3164},   Range{0xFE00, 0xFE0F},
+    Range{0xFFA0, 0xFFA0},   Range{0xFFF0, 0xFFF8}, Range{0x1BCA0, 0x1BCA3}, Range{0x1D173, 0x1D17A},
+    Range{0xE0000, 0xE0FFF},
+};
+
+bool isIn(std::span<const Range> ranges, char32_t codePoint) {
+    const auto range = std::ranges::lower_bound(ranges, codePoint, {}, &Range::last);
+    return range != ranges.end() && range->first <= codePoint;
+}
+
+}  // namespace
+
+bool isBlank(char32_t codePoint) {
+    return isIn(blanks, codePoint);
+}
+
+bool isInvisible(char32_t codePoint) {
+    return isBlank(codePoint) || isIn(otherInvisible, codePoint);
+}
+
+std::string_view withoutOuterBlanks(std::string_view text) {
+    std::size_t begin = text.size();
+    std::size_t end = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        const auto character = decodeUTF8(text, at);
+        const std::size_t length = character ? character->length : 1;
+        if (!character || !isBlank(character->codePoint)) {
+            begin = std::min(begin, at);
+            end = at + length;
+        }
+        at += length;
+    }
+    return begin < end ? text.substr(begin, end - begin) : std::string_view();
+}
 
 std::optional<DecodedCharacter> decodeUTF8(std::string_view text, std::size_t position) {
     if (position >= text.size()) return std::nullopt;

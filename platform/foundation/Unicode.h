@@ -39,6 +39,20 @@ constexpr char32_t combinedSurrogates(char32_t high, char32_t low) {
     return 0x10000 + ((high - 0xD800) << 10) + (low - 0xDC00);
 }
 
+/// Whether the character has no place in a text of one line.
+constexpr bool isControlOrLineBreak(char32_t codePoint) {
+    return codePoint < 0x20 || (codePoint >= 0x7F && codePoint < 0xA0) || codePoint == 0x2028 ||
+           codePoint == 0x2029;
+}
+/// Whether the character is a blank of any width, none included, a line break, a control character, or the
+/// byte-order mark: what means nothing at either end of a text.
+bool isBlank(char32_t codePoint);
+/// Whether a text of nothing but such characters shows nothing: blanks, joiners, direction marks, fillers,
+/// variation selectors, tags. Beside others they can mean something.
+bool isInvisible(char32_t codePoint);
+/// The text without the blanks at both ends. Bytes that are no UTF-8 are no blanks.
+std::string_view withoutOuterBlanks(std::string_view text);
+
 /// UTF-16 as UTF-8. Empty for an odd number of bytes and for surrogates without their other half: they have
 /// no UTF-8 form, and replacing them would change the text silently.
 std::optional<std::string> utf8FromUTF16(std::span<const std::uint8_t> bytes, ByteOrder order);

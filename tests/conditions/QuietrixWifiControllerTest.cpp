@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+
 #include "conditions/networks/QuietrixWifiController.h"
 #include "platform/preferences/PSSwitchTableCell.h"
 #include "shell/base/NotificationNames.h"
@@ -101,6 +103,39 @@ TEST_F(NetworksPicker, twoOfOneName_areTwoRowsOfOneEntry) {
     screen_->reloadSpecifiers();
     EXPECT_FALSE(screen_->cellAtIndex(0)->controlValue().isTrue());
     EXPECT_FALSE(screen_->cellAtIndex(1)->controlValue().isTrue());
+}
+
+TEST_F(NetworksPicker, switchOfTwoOfOneName_takesTheOtherWithItAndNoMore) {
+    phone_.networks->ssids = {"Office", "Attic", "Office"};
+    open();
+    const auto moved = screen_->cellAtIndex(0);
+    const auto other = screen_->cellAtIndex(1);
+    const auto twin = screen_->cellAtIndex(2);
+    const auto rows = *screen_->specifiers();
+    ASSERT_TRUE(moved->userMovedControl(true));
+    phone_.drain();
+    EXPECT_NE(twin, screen_->cellAtIndex(2));
+    EXPECT_TRUE(screen_->cellAtIndex(2)->controlValue().isTrue());
+    EXPECT_EQ(moved, screen_->cellAtIndex(0));
+    EXPECT_EQ(other, screen_->cellAtIndex(1));
+    EXPECT_EQ(rows, *screen_->specifiers());
+    const auto events = phone_.takeEvents();
+    const auto count = [&](std::string_view kind) {
+        return std::ranges::count_if(events,
+                                     [&](const auto& event) { return event.at("event") == Value(kind); });
+    };
+    EXPECT_EQ(1, count("store"));
+    EXPECT_EQ(0, count("reload") + count("insert") + count("remove"));
+}
+
+TEST_F(NetworksPicker, switchOfTwoOfOneName_takesTheOtherWithItInANewProfileToo) {
+    profile_->setNewProfile(true);
+    phone_.networks->ssids = {"Office", "Office"};
+    open();
+    ASSERT_FALSE(screen_->cellAtIndex(0)->controlValue().isTrue());
+    ASSERT_TRUE(screen_->cellAtIndex(1)->userMovedControl(true));
+    EXPECT_TRUE(screen_->cellAtIndex(0)->controlValue().isTrue());
+    EXPECT_EQ(0U, updates());
 }
 
 TEST_F(NetworksPicker, newProfile_isChangedInMemoryOnly) {

@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 
 #include "device/calendars/CalendarFolders.h"
@@ -21,12 +22,13 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing_support::writeText;
+using Missing = CalendarFolders::Missing;
 
 class CalendarFoldersTest : public testing::Test {
   protected:
     doubles::Phone phone;
     testing_support::TemporaryDirectory directory;
-    CalendarFolders source{directory.path()};
+    CalendarFolders source{directory.path(), CalendarFolders::Missing::IsAFault};
 
     void put(const std::string& path, const std::string& text) { writeText(directory / path, text); }
     std::vector<std::string> titles() {
@@ -66,7 +68,8 @@ TEST_F(CalendarFoldersTest, renamedCalendar_keepsItsIdentifier) {
     put("A/cal/displayname", "Before");
     const auto before = identifiers();
     put("A/cal/displayname", "After");
-    EXPECT_EQ(CalendarFolders(directory.path()).calendars().at(0).identifier, before.at(0));
+    EXPECT_EQ(CalendarFolders(directory.path(), Missing::IsAFault).calendars().at(0).identifier,
+              before.at(0));
     EXPECT_THAT(titles(), ElementsAre("After"));
 }
 
@@ -75,6 +78,39 @@ TEST_F(CalendarFoldersTest, calendarWithoutAName_isCalledLikeItsFolderOrFile) {
     put("A/blank/displayname", " \n");
     put("A/file.v2.ics", "BEGIN:VCALENDAR\nEND:VCALENDAR\n");
     EXPECT_THAT(titles(), ElementsAre("blank", "file.v2", "folder"));
+}
+
+TEST_F(CalendarFoldersTest, nameThatShowsNothing_isNone) {
+    put("A/blanks/displayname", "\xEF\xBB\xBF \u00A0\u200B\u2028\u2029\u0085\u3000\t\r\n");
+    put("A/file.ics", named("\xEF\xBB\xBF\u00A0"));
+    put("A/joiners/displayname", "\u200D\u2060\uFE0F");
+    put("A/\u3000/displayname", "\u200B");
+    EXPECT_THAT(titles(), ElementsAre("blanks", "file", "joiners", "A"));
+}
+
+TEST_F(CalendarFoldersTest, calendarWhoseAccountShowsNothingEither_isCalledLikeItsIdentifier) {
+    put("\u00A0/\u3000/displayname", " ");
+    EXPECT_THAT(titles(), ElementsAre("/"));
+}
+
+TEST_F(CalendarFoldersTest, blanksAroundANameOrColour_areDropped) {
+    put("A/folder/displayname", "\xEF\xBB\xBF\u3000 Team\u00A0one \u200B\n");
+    put("A/folder/color", "\xEF\xBB\xBF#34C759\u00A0\n");
+    put("A/none/color", "\xEF\xBB\xBF\n");
+    put("A/file.ics", named("\xEF\xBB\xBFTeam\u0085"));
+    EXPECT_THAT(titles(), ElementsAre("Team", "Team\u00A0one", "none"));
+    EXPECT_EQ(source.calendars().at(1).colour, 0x34C759U);
+    EXPECT_THAT(phone.log->lines(), IsEmpty());
+}
+
+TEST_F(CalendarFoldersTest, lineBreaksWithinAName_areBlanks) {
+    put("A/cal/displayname", "one\u2028two\u2029three\u0085four\nfive");
+    EXPECT_THAT(titles(), ElementsAre("one two three four five"));
+}
+
+TEST_F(CalendarFoldersTest, whatShapesTheLastLetterOfAName_isKept) {
+    put("A/cal/displayname", "Tea \u2615\uFE0F\n");
+    EXPECT_THAT(titles(), ElementsAre("Tea \u2615\uFE0F"));
 }
 
 TEST_F(CalendarFoldersTest, calendarWithAMadeUpName_isCalledLikeItsAccount) {
@@ -100,7 +136,7 @@ TEST_F(CalendarFoldersTest, calendarWithoutAColour_hasOneThatStays) {
     put("A/one/displayname", "One");
     put("A/two/displayname", "Two");
     const auto calendars = source.calendars();
-    EXPECT_EQ(CalendarFolders(directory.path()).calendars(), calendars);
+    EXPECT_EQ(CalendarFolders(directory.path(), Missing::IsAFault).calendars(), calendars);
     put("A/one/displayname", "Renamed");
     EXPECT_EQ(source.calendars().at(0).colour, calendars.at(0).colour);
     EXPECT_THAT(phone.log->lines(), IsEmpty());
@@ -150,10 +186,29 @@ TEST_F(CalendarFoldersTest, fileOfAnySize_isReadOnlyAtItsHead) {
     put("A/huge.ics", named("Huge"));
     // A hole of far more than there is memory for.
     fs::resize_file(directory / "A/huge.ics", std::uintmax_t{1} << 40);
+    std::ofstream(directory / "A/huge.ics", std::ios::app) << "\nEND:VCALENDAR\n";
     std::string many = "BEGIN:VCALENDAR\r\nNAME:Many\r\n";
     for (int i = 0; i < 10'000; ++i) many += "BEGIN:VEVENT\r\nSUMMARY:event\r\nEND:VEVENT\r\n";
-    put("A/many.ics", many);
+    put("A/many.ics", many + "END:VCALENDAR\r\n\r\n");
+    put("A/torn.ics", many);
     EXPECT_THAT(titles(), ElementsAre("Huge", "Many"));
+    EXPECT_THAT(phone.log->lines(), ElementsAre("The calendar \"" + (directory / "A/torn.ics") +
+                                                "\" is cut short: it does not end with END:VCALENDAR."));
+}
+
+TEST_F(CalendarFoldersTest, fileThatWasCutShort_isLeftOutAndLoggedOnceUntilItIsWhole) {
+    put("A/torn.ics", "BEGIN:VCALENDAR\r\n");
+    EXPECT_THAT(titles(), IsEmpty());
+    EXPECT_THAT(titles(), IsEmpty());
+    const std::string line = "The calendar \"" + (directory / "A/torn.ics") +
+                             "\" is cut short: it does not end with END:VCALENDAR.";
+    EXPECT_THAT(phone.log->lines(), ElementsAre(line));
+    put("A/torn.ics", "BEGIN:VCALENDAR\r\nNAME:Torn\r\nBEGIN:VEVENT\r\nSUMM");
+    EXPECT_THAT(titles(), IsEmpty());
+    EXPECT_THAT(phone.log->lines(), ElementsAre(line, line));
+    put("A/torn.ics", named("Whole"));
+    EXPECT_THAT(titles(), ElementsAre("Whole"));
+    EXPECT_EQ(phone.log->lines().size(), 2U);
 }
 
 TEST_F(CalendarFoldersTest, hiddenAndForeignThings_arePassedOver) {
@@ -204,13 +259,26 @@ TEST_F(CalendarFoldersTest, displayNameTooLongForOne_isLoggedAndCountsAsNone) {
 }
 
 TEST_F(CalendarFoldersTest, directoryThatIsMissing_hasNoCalendars) {
-    EXPECT_THAT(CalendarFolders(directory / "nowhere").calendars(), IsEmpty());
+    CalendarFolders own(directory / "nowhere", Missing::IsEmpty);
+    EXPECT_THAT(own.calendars(), IsEmpty());
     EXPECT_THAT(phone.log->lines(), IsEmpty());
+}
+
+TEST_F(CalendarFoldersTest, directoryThatWasGivenAndDisappears_isLoggedOnce) {
+    put("A/cal/displayname", "Here");
+    EXPECT_THAT(titles(), ElementsAre("Here"));
+    fs::remove_all(directory.path());
+    EXPECT_THAT(titles(), IsEmpty());
+    EXPECT_THAT(titles(), IsEmpty());
+    EXPECT_THAT(phone.log->lines(), ElementsAre("The calendars directory \"" + directory.path().string() +
+                                                "\" cannot be used: No such file or directory."));
+    put("A/cal/displayname", "Back");
+    EXPECT_THAT(titles(), ElementsAre("Back"));
 }
 
 TEST_F(CalendarFoldersTest, directoryThatCannotBeListed_isLogged) {
     put("file", "");
-    EXPECT_THAT(CalendarFolders(directory / "file").calendars(), IsEmpty());
+    EXPECT_THAT(CalendarFolders(directory / "file", Missing::IsAFault).calendars(), IsEmpty());
     EXPECT_THAT(phone.log->lines(), ElementsAre("The calendars in \"" + (directory / "file") +
                                                 "\" could not be listed: Not a directory."));
 }

@@ -117,4 +117,27 @@ TEST(CalendarHead, lineThatTheLimitCuts_isNotAskedToBeAProperty) {
     EXPECT_FALSE(CalendarHead::parse(text.substr(1 + text.find('\n')).insert(0, "BEGIN:VCALENDAR\nx\n")));
 }
 
+TEST(CalendarHead, tailOfAWholeFile_endsWithTheCalendarsEnd) {
+    for (const char* end :
+         {"END:VCALENDAR", "end:VCalendar\n", "END:VCALENDAR \t\r\n\r\n \n", "END:VCALENDAR\r\r"}) {
+        EXPECT_TRUE(CalendarHead::isTailOfWholeFile("END:VEVENT\n" + std::string(end))) << end;
+        EXPECT_TRUE(CalendarHead::isTailOfWholeFile("END:VEVENT\r" + std::string(end))) << end;
+    }
+}
+
+TEST(CalendarHead, tailOfAFileThatWasCutShort_isFound) {
+    for (const char* tail :
+         {"", "\n", " \r\n", "BEGIN:VCALENDAR\r\n", "\nEND:VEVENT\n", "\nEND:VCALENDA", "\nX-END:VCALENDAR\n",
+          "\nNAME:a\n END:VCALENDAR\n", "\nEND:VCALENDAR\nBEGIN:VCALENDAR", "END:VCALENDAR"})
+        EXPECT_FALSE(CalendarHead::isTailOfWholeFile(tail)) << tail;
+    EXPECT_FALSE(CalendarHead::isTailOfWholeFile(std::string("\nEND:VCALENDAR\0", 15)));
+}
+
+TEST(CalendarHead, onlyTheLastBytesOfATail_count) {
+    const std::string end = "\nEND:VCALENDAR";
+    EXPECT_TRUE(CalendarHead::isTailOfWholeFile(end + std::string(CalendarHead::tailSize - end.size(), ' ')));
+    EXPECT_FALSE(
+        CalendarHead::isTailOfWholeFile(end + std::string(CalendarHead::tailSize - end.size() + 1, ' ')));
+}
+
 }  // namespace

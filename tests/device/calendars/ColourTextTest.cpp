@@ -12,6 +12,7 @@ TEST(ColourText, digits_withOrWithoutAlpha) {
     EXPECT_EQ(colourFromText("#34c75980"), 0x34C759U);
     EXPECT_EQ(colourFromText("#fa0"), 0xFFAA00U);
     EXPECT_EQ(colourFromText(" #FF9500\r\n"), 0xFF9500U);
+    EXPECT_EQ(colourFromText("\xEF\xBB\xBF\u00A0#FF9500\u0085"), 0xFF9500U);
 }
 
 TEST(ColourText, names_inAnyCase) {

@@ -5,6 +5,7 @@
 
 #include "device/tones/BuiltInTones.h"
 #include "device/tones/ThemeTones.h"
+#include "platform/foundation/Bundle.h"
 #include "tests/doubles/Phone.h"
 #include "tests/doubles/TemporaryDirectory.h"
 
@@ -82,6 +83,35 @@ TEST_F(ThemeTonesTest, builtInTone_canBeHeardBesideOthers) {
     writeText(directory / "Calendar Alert.ogg", "mine");
     EXPECT_EQ(source.sound("texttone:Calendar Alert")->bytes.size(), 4U);
     EXPECT_THAT(names(), ElementsAre("Alarm", "Calendar Alert"));
+}
+
+/// On a phone whose application calls the calendar alert otherwise.
+class LocalizedThemeTonesTest : public ThemeTonesTest {
+  protected:
+    LocalizedThemeTonesTest() {
+        phone.files->put("/Settings.app/en.lproj/Localizable.strings",
+                         R"("Calendar Alert" = "Kalenderhinweis"; "Chord" = "Akkord";)");
+        platform::Bundle::setMainBundlePath("/Settings.app");
+    }
+    ~LocalizedThemeTonesTest() override { platform::Bundle::setMainBundlePath({}); }
+};
+
+TEST_F(LocalizedThemeTonesTest, calendarAlert_hasThePhonesNameAndTheOthersTheThemes) {
+    writeText(directory / "Lamp.ogg", "a");
+    writeText(directory / "Chord.ogg", "b");
+    const auto tones = ElementsAre(ToneEntry{"texttone:Chord", "Chord"},
+                                   ToneEntry{"texttone:Calendar Alert", "Kalenderhinweis"},
+                                   ToneEntry{"texttone:Lamp", "Lamp"});
+    EXPECT_THAT(source.tones(), tones);
+    writeText(directory / "Calendar Alert.ogg", "a theme's");
+    EXPECT_THAT(source.tones(), tones);
+}
+
+TEST_F(LocalizedThemeTonesTest, soundCalledLikeTheCalendarAlert_keepsItsName) {
+    writeText(directory / "kalenderhinweis.ogg", "a");
+    EXPECT_THAT(source.tones(),
+                ElementsAre(ToneEntry{"texttone:kalenderhinweis", "Kalenderhinweis"},
+                            ToneEntry{"texttone:Calendar Alert", "Kalenderhinweis (Calendar Alert)"}));
 }
 
 TEST_F(ThemeTonesTest, unknownTone_isNamed) {

@@ -46,4 +46,32 @@ TEST(Unicode, utf16WithHalfAPairOrHalfAUnit_isRefused) {
     for (const auto& bytes : bad) EXPECT_EQ(utf8FromUTF16(bytes, ByteOrder::BigEndian), std::nullopt);
 }
 
+TEST(Unicode, blanks_meanNothingAtEitherEnd) {
+    for (const char32_t blank : {U'\0', U'\t', U'\n', U' ', U'\x7F', U'\x85', U'\xA0', U'\u1680', U'\u2000',
+                                 U'\u200B', U'\u2028', U'\u2029', U'\u202F', U'\u2060', U'\u3000', U'\uFEFF'})
+        EXPECT_TRUE(platform::isBlank(blank) && platform::isInvisible(blank))
+            << static_cast<std::uint32_t>(blank);
+    for (const char32_t shaping :
+         {U'\xAD', U'\u200C', U'\u200D', U'\u200F', U'\u2800', U'\u3164', U'\uFE0F', U'\U000E007F'})
+        EXPECT_TRUE(!platform::isBlank(shaping) && platform::isInvisible(shaping))
+            << static_cast<std::uint32_t>(shaping);
+    for (const char32_t letter :
+         {U'!', U'~', U'\xA1', U'\u1FFF', U'\u2010', U'\u3001', U'\uFEFE', U'\U0001F600', U'\U0010FFFF'})
+        EXPECT_FALSE(platform::isInvisible(letter)) << static_cast<std::uint32_t>(letter);
+}
+
+TEST(Unicode, lineBreaks_haveNoPlaceInOneLine) {
+    for (const char32_t end : {U'\n', U'\r', U'\v', U'\x7F', U'\x85', U'\u2028', U'\u2029'})
+        EXPECT_TRUE(platform::isControlOrLineBreak(end));
+    for (const char32_t other : {U' ', U'a', U'\xA0', U'\u200B', U'\uFEFF'})
+        EXPECT_FALSE(platform::isControlOrLineBreak(other));
+}
+
+TEST(Unicode, outerBlanks_areDroppedAndNothingElse) {
+    EXPECT_EQ(platform::withoutOuterBlanks("\uFEFF\u3000 a\u00A0b\u200B\r\n"), "a\u00A0b");
+    EXPECT_EQ(platform::withoutOuterBlanks(" \xFF\xA0 "), "\xFF\xA0");
+    EXPECT_EQ(platform::withoutOuterBlanks("\u00A0\u2028"), "");
+    EXPECT_EQ(platform::withoutOuterBlanks(""), "");
+}
+
 }  // namespace
