@@ -83,6 +83,25 @@ test('LongList_rowPatched_changesInPlace', async () => {
     await ui.close();
 });
 
+test('LongList_changedWhileRowsWereOnTheirWay_asksForWhatItStillNeeds', async () => {
+    const ui = await openPage(session, { arrange: long });
+    await row(ui.page, 1).waitFor();
+    // The last row, which tells how long the list is, has come.
+    await ui.page.waitForFunction(() => document.querySelector('li[aria-setsize="9999"]'));
+    ui.server.hold = true;
+    await scrollTo(ui.page, 220_000);
+    await until(() => ui.server.held.length > 0, 'the window is asked for');
+    ui.phone.changed();
+    ui.server.push();
+    await row(ui.page, 5005).waitFor();
+    assert.equal(await ui.page.locator('li[aria-setsize="9999"]').count(), 0);
+    ui.server.hold = false;
+    for (const answer of ui.server.held) answer();
+    await ui.page.waitForFunction(() => document.querySelector('li[aria-setsize="9999"]'));
+    await ui.page.getByRole('region', { name: 'Ten thousand' }).waitFor();
+    await ui.close();
+});
+
 test('LongList_rowTappedThenBack_isWhereItWas', async () => {
     const ui = await openPage(session, { arrange: long });
     await scrollTo(ui.page, 220_000);

@@ -92,12 +92,17 @@ export class App implements View {
     }
 
     private received(message: Message): void {
+        let fetched = false;
         if (message.id !== null) {
-            this.fetching.delete(message.id);
+            fetched = this.fetching.delete(message.id);
             for (const [key, id] of this.pending) if (id === message.id) this.pending.delete(key);
         }
         const { state } = message;
-        if (!state || state.revision < this.revision) return;
+        if (!state || state.revision < this.revision) {
+            // What was waiting for this answer can be asked for now, of the revision that is shown.
+            if (fetched) this.stage.redraw();
+            return;
+        }
         if (this.mustFetchFirst(state)) return;
         this.revision = state.revision;
         if (state.device) this.takeDevice(state.device);
@@ -123,12 +128,12 @@ export class App implements View {
         return this.connection.send({ do: 'state', from: 0, count: wholeListLimit }) !== null;
     }
 
-    private fetch(page: PageView, beside: readonly number[]): void {
-        if (this.fetching.size > 0 || page !== this.stage.page) return;
+    private fetch(page: PageView, beside: readonly number[]): boolean {
+        if (this.fetching.size > 0 || page !== this.stage.page) return false;
         const wanted = page.wanted;
         // The same rows are not asked for twice of one revision: a server that lacks them would be asked for ever.
         const name = `${this.revision}:${wanted.from}:${page.screen.stack.join()}`;
-        if (name === this.lastFetch && beside.length === 0) return;
+        if (name === this.lastFetch && beside.length === 0) return false;
         this.lastFetch = name;
         // The window goes last: what was asked for last is what the server pushes.
         const commands = [...beside.map((index) => ({ from: index, count: 1 })), wanted];
@@ -136,6 +141,7 @@ export class App implements View {
             const id = this.connection.send({ do: 'state', ...window });
             if (id !== null) this.fetching.add(id);
         }
+        return this.fetching.size > 0;
     }
 
     private takeDevice(device: Device): void {

@@ -49,11 +49,10 @@ export class Connection {
         socket.addEventListener('close', () => { if (socket === this.socket) this.lost(); });
     }
 
-    /** Starts the next attempt at once, if one is being waited for. */
+    /** Starts the next attempt at once if one is being waited for, and soon after the one that is under way. */
     retryNow(): void {
-        if (this.timer === 0) return;
         this.pause = firstPause;
-        this.open();
+        if (this.timer !== 0) this.open();
     }
 
     /** The id that the answer will carry, or null when there is no connection to carry the command. */

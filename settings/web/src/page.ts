@@ -23,6 +23,9 @@ function element(className: string, parent?: HTMLElement): HTMLElement {
     return made;
 }
 
+/** Asks for a page's window of rows and for single rows beside it; false when nothing was asked for, as while an answer is waited for. */
+export type RowRequest = (page: PageView, beside: readonly number[]) => boolean;
+
 /** One screen in the document: its bar, its list, and the user's place in it. Kept while screens lie above it. */
 export class PageView implements ListUse {
     readonly bar = element('bar');
@@ -45,7 +48,7 @@ export class PageView implements ListUse {
     private order = '';
     private arrived = false;
 
-    constructor(public screen: Screen, private readonly view: View, private readonly needsRows: (page: PageView, beside: readonly number[]) => void) {
+    constructor(public screen: Screen, private readonly view: View, private readonly needsRows: RowRequest) {
         this.tones = new ToneList(view, () => this.draw(), () => this.schedule());
         this.ghosts.inert = true;
         this.ghosts.setAttribute('aria-hidden', 'true');
@@ -100,7 +103,7 @@ export class PageView implements ListUse {
         this.window.placed();
         if (!this.body.isConnected) return;
         const beside = this.store.whole ? [] : this.store.neededBeside(slots.map((slot) => slot.index));
-        if (this.window.incomplete || beside.length > 0) this.needsRows(this, beside);
+        if ((this.window.incomplete || beside.length > 0) && this.needsRows(this, beside)) this.store.markAsked(beside);
     }
 
     /** The window of rows that commands carry while this page is on top. */

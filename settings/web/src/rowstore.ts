@@ -57,15 +57,16 @@ export class RowStore {
         return -1;
     }
 
-    /** Single rows that the drawing of a range needs beside it: its first section's group row, and the list's last row. Each is named once. */
+    /** Single rows that the drawing of a range needs beside it, and that were not asked for yet: its first section's group row, and the list's last row. */
     neededBeside(range: readonly number[]): number[] {
         const wanted = new Set<number>([this.count - 1]);
         for (const index of range) {
             const row = this.rows.get(index);
             if (row?.row !== null && row !== undefined) wanted.add(row.index - row.row - 1);
         }
-        const missing = [...wanted].filter((index) => index >= 0 && !this.rows.has(index) && !this.asked.has(index));
-        for (const index of missing) this.asked.add(index);
-        return missing;
+        return [...wanted].filter((index) => index >= 0 && !this.rows.has(index) && !this.asked.has(index));
     }
+
+    /** Rows that were asked for are not asked for again of this revision: a server that lacks them would be asked for ever. */
+    markAsked(indexes: readonly number[]): void { for (const index of indexes) this.asked.add(index); }
 }

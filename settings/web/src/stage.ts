@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 import { systemItem } from './bar';
 import { animate, direction, presentTransform } from './motion';
-import { PageView } from './page';
+import { PageView, type RowRequest } from './page';
 import type { Screen } from './protocol';
 import type { View } from './view';
 
@@ -87,7 +87,7 @@ export class Stage {
     readonly element = document.createElement('main');
     private navigators: Navigator[] = [];
 
-    constructor(private readonly view: View, private readonly needsRows: (page: PageView, beside: readonly number[]) => void) {
+    constructor(private readonly view: View, private readonly needsRows: RowRequest) {
         this.element.className = 'stage';
         document.addEventListener('keydown', (event) => this.escape(event));
     }
