@@ -24,10 +24,9 @@ char32_t visible(char32_t character) {
 
 }  // namespace
 
-std::optional<AttachmentPreview> AttachmentPreview::of(const platform::Data& data) {
+AttachmentPreview AttachmentPreview::of(const platform::Data& data) {
     const std::string_view all(reinterpret_cast<const char*>(data.data()), data.size());
     const std::size_t end = std::min(all.size(), longest);
-    if (all.substr(0, end).contains('\0')) return std::nullopt;
     AttachmentPreview preview;
     preview.text.reserve(end);
     for (std::size_t at = 0; at < end;) {

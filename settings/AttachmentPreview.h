@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 
 #include "platform/foundation/Value.h"
@@ -15,13 +14,15 @@ struct AttachmentPreview {
     /// As long as the log files that this system writes get.
     static constexpr std::size_t longest = std::size_t{1} << 20;
 
-    /// Valid UTF-8. Control characters stand as their pictures, bytes that are no UTF-8 as U+FFFD.
+    /// Valid UTF-8. Control characters, the zero too, stand as their pictures, bytes that are no UTF-8 as
+    /// U+FFFD.
     std::string text;
     /// How many bytes of the attachment the text stands for, at most `longest`.
     std::size_t bytes = 0;
 
-    /// Empty for what is no text: bytes with a zero among them.
-    static std::optional<AttachmentPreview> of(const platform::Data& data);
+    /// Of anything: a log with zero bytes in it, as a sudden end of the machine leaves them, is to be read
+    /// too.
+    static AttachmentPreview of(const platform::Data& data);
 };
 
 }  // namespace settings

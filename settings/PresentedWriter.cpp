@@ -53,8 +53,8 @@ Value attachmentValue(const platform::MailAttachment& attachment) {
     return Dictionary{{"name", attachment.name},
                       {"type", attachment.type},
                       {"bytes", attachment.data.size()},
-                      {"preview", preview ? Value(preview->text) : Value()},
-                      {"previewed", preview ? preview->bytes : 0}};
+                      {"preview", preview.text},
+                      {"previewed", preview.bytes}};
 }
 
 Value mailValue(const platform::MailDraft& draft) {

@@ -11,7 +11,7 @@ using settings::AttachmentPreview;
 constexpr std::size_t longest = AttachmentPreview::longest;
 
 AttachmentPreview previewOf(const std::string& text) {
-    return AttachmentPreview::of(Data(text.begin(), text.end())).value_or(AttachmentPreview());
+    return AttachmentPreview::of(Data(text.begin(), text.end()));
 }
 
 TEST(AttachmentPreview, logOfTheLargestSize_isShownWhole) {
@@ -38,9 +38,9 @@ TEST(AttachmentPreview, controlCharacters_areSeenAndLinesStayLines) {
     EXPECT_EQ(previewOf("\x1B[0m\tone\r\ntwo\x7F\x01").text, "\u241B[0m\tone\r\ntwo\u2421\u2401");
 }
 
-TEST(AttachmentPreview, zeroByte_isNoText) {
-    EXPECT_FALSE(AttachmentPreview::of(Data{'a', 0}));
-    EXPECT_TRUE(AttachmentPreview::of(Data{}));
+TEST(AttachmentPreview, zeroBytes_areSeenLikeOtherControlCharacters) {
+    EXPECT_EQ(previewOf(std::string("cut\0\0off\n", 9)).text, "cut\u2400\u2400off\n");
+    EXPECT_EQ(previewOf("").text, "");
 }
 
 }  // namespace

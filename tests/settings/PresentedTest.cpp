@@ -53,8 +53,8 @@ TEST(Presented, mail_holdsEveryField) {
                                                  {"attachments", attachments}}));
 }
 
-TEST(Presented, attachmentThatIsNoText_hasNoPreview) {
-    EXPECT_TRUE(MailDesk(Data{'a', 0, 'b'}).preview().isNil());
+TEST(Presented, attachment_canBeReadWhateverIsInIt) {
+    EXPECT_EQ(MailDesk(Data{'a', 0, 'b'}).preview(), Value("a\u2400b"));
     EXPECT_EQ(MailDesk(std::nullopt).preview(), Value(""));
 }
 
@@ -86,15 +86,19 @@ TEST(Compose, unknownResultOrNoComposer_isRefusedAndChangesNothing) {
     EXPECT_EQ(desk.compose("cancelled")["ok"], Value(false));
 }
 
-TEST(Compose, postSaved_isRefused) {
+TEST(Compose, post_opensTheServicesPageOnlyWhenItIsSent) {
     Desk desk;
-    desk.list->presentViewController_animated_completion(
-        platform::SLComposeViewController::composeViewControllerForServiceType(
-            platform::SLServiceTypeTwitter),
-        true, {});
-    EXPECT_EQ(desk.answer(R"({"do":"compose","result":"saved"})")["ok"], Value(false));
-    EXPECT_EQ(desk.answer(R"({"do":"compose","result":"sent"})")["ok"], Value(true));
-    EXPECT_EQ(desk.phone.urls->opened.size(), 1U);
+    for (const auto& [result, opened] :
+         {std::pair{"saved", 0U}, {"failed", 0U}, {"cancelled", 0U}, {"sent", 1U}}) {
+        desk.list->presentViewController_animated_completion(
+            platform::SLComposeViewController::composeViewControllerForServiceType(
+                platform::SLServiceTypeTwitter),
+            true, {});
+        EXPECT_EQ(desk.answer(R"({"do":"compose","result":"posted"})")["ok"], Value(false));
+        EXPECT_EQ(desk.answer(R"({"do":"compose","result":")" + std::string(result) + "\"}")["ok"],
+                  Value(true));
+        EXPECT_EQ(desk.phone.urls->opened.size(), opened) << result;
+    }
 }
 
 TEST(Presented, alertWithoutButtons_isAnActivityThatOnlyTheProgramCloses) {

@@ -18,7 +18,7 @@ function minuteOfDay(time) {
 const mailed = [
     { name: 'sample.log', type: 'mime', bytes: 60, preview: '2026-11-20T09:00:00Z one\n2026-11-20T09:00:01Z <b>two</b> é\n', previewed: 60 },
     { name: 'long.log', type: 'text/plain', bytes: 2_048_000, preview: 'a line of a log that goes on and on\n'.repeat(200), previewed: 7200 },
-    { name: 'picture.png', type: 'image/png', bytes: 2048, preview: null, previewed: 0 }, { name: 'empty', type: 'mime', bytes: 0, preview: '', previewed: 0 },
+    { name: 'empty', type: 'mime', bytes: 0, preview: '', previewed: 0 },
 ];
 
 /** What acts while something is presented. */

@@ -18,6 +18,13 @@ async function swipe(page, locator, distance) {
     await page.mouse.up();
 }
 
+/** Checks that the page has sent no such command: one sent after it has come, so it would have come as well. */
+async function sentNo(ui, name) {
+    await ui.page.getByRole('switch').click();
+    await until(() => lastCommand(ui.phone, 'set'), 'the switch was sent');
+    assert.equal(lastCommand(ui.phone, name), undefined);
+}
+
 test('Row_deleteKey_opensTheSheetAndDeletes', async () => {
     const ui = await openPage(session);
     await firstProfile(ui.page).press('Delete');
@@ -59,10 +66,10 @@ test('Row_swipedWithTheMouse_uncoversDeleteAndIsNoTap', async () => {
     assert.equal(await row.locator('.delete').isVisible(), false);
     await swipe(ui.page, row, 100);
     await row.locator('.delete').waitFor();
-    assert.equal(lastCommand(ui.phone, 'tap'), undefined);
     await row.locator('.delete').click();
     await ui.page.getByRole('dialog').waitFor();
     assert.equal(lastCommand(ui.phone, 'delete').row, 3);
+    assert.equal(lastCommand(ui.phone, 'tap'), undefined);
     await ui.page.keyboard.press('Escape');
     await ui.page.waitForFunction(() => !document.querySelector('.row[data-open]'));
     assert.equal(await row.locator('button.cell').evaluate((element) => element === document.activeElement), true);
@@ -74,7 +81,7 @@ test('Row_swipedALittle_coversDeleteAgain', async () => {
     const row = ui.page.locator('[data-deletable]').first();
     await swipe(ui.page, row, 20);
     assert.equal(await row.getAttribute('data-open'), null);
-    assert.equal(lastCommand(ui.phone, 'tap'), undefined);
+    await sentNo(ui, 'tap');
     await ui.close();
 });
 
@@ -89,7 +96,7 @@ test('Row_swipedByTouch_uncoversDelete', async () => {
     await touch('touchEnd', null);
     await row.locator('.delete').waitFor();
     assert.notEqual(await row.getAttribute('data-open'), null);
-    assert.equal(lastCommand(ui.phone, 'tap'), undefined);
+    await sentNo(ui, 'tap');
     await ui.close();
 });
 
@@ -100,7 +107,7 @@ test('Row_tappedBesideAnUncoveredDelete_onlyCoversItAgain', async () => {
     await row.locator('.delete').waitFor();
     await ui.page.getByRole('button', { name: 'Miscellaneous' }).click();
     await ui.page.waitForFunction(() => !document.querySelector('.row[data-open]'));
-    assert.equal(lastCommand(ui.phone, 'tap'), undefined);
+    await sentNo(ui, 'tap');
     await ui.close();
 });
 
@@ -163,7 +170,11 @@ test('Activity_pushed_hasNoWayOut', async () => {
     await ui.page.keyboard.press('Escape');
     await ui.page.keyboard.press('Tab');
     assert.equal(await ui.page.evaluate(() => document.activeElement.getAttribute('role')), 'alertdialog');
-    assert.equal(ui.phone.commands.length, sent);
+    ui.phone.show(ui.phone.root());
+    ui.server.push();
+    await ui.page.getByRole('alertdialog').waitFor({ state: 'detached' });
+    await sentNo(ui, 'choose');
+    assert.deepEqual(ui.phone.commands.slice(sent).map((command) => command.do), ['set']);
     await ui.close();
 });
 
@@ -220,8 +231,7 @@ test('Mail_opened_showsEveryFieldAndWhatIsAttached', async () => {
     assert.deepEqual(attached[0], ['sample.log', 'mime', '60 byte', '2026-11-20T09:00:00Z one', '2026-11-20T09:00:01Z <b>two</b> é']);
     assert.deepEqual(attached[1].slice(0, 3), ['long.log', 'text/plain', '2 MB']);
     assert.equal(attached[1].at(-1), 'Only the beginning is shown.');
-    assert.deepEqual(attached[2], ['picture.png', 'image/png', '2 kB', 'The file is no text and cannot be shown.']);
-    assert.deepEqual(attached[3], ['empty', 'mime', '0 byte', 'The file is empty.']);
+    assert.deepEqual(attached[2], ['empty', 'mime', '0 byte', 'The file is empty.']);
     await ui.close();
 });
 

@@ -3,17 +3,17 @@ import { html, nothing, render, type TemplateResult } from 'lit-html';
 import type { Attachment, Mail, Social } from './protocol';
 import type { View } from './view';
 
-const keys = ['from', 'keepDraft', 'deleteDraft', 'saveDraft', 'backToMail', 'beginning', 'emptyFile', 'noText'] as const;
+const keys = ['from', 'keepDraft', 'deleteDraft', 'saveDraft', 'backToMail', 'beginning', 'emptyFile'] as const;
 
 /** The words that only the composers have. */
 const tables: Readonly<Record<string, readonly string[]>> = {
-    en: ['From:', 'Keep this mail as a draft?', 'Delete Draft', 'Save Draft', 'Back to Mail', 'Only the beginning is shown.', 'The file is empty.', 'The file is no text and cannot be shown.'],
-    de: ['Von:', 'Diese Mail als Entwurf behalten?', 'Entwurf löschen', 'Entwurf sichern', 'Zurück zur Mail', 'Nur der Anfang wird gezeigt.', 'Die Datei ist leer.', 'Die Datei ist kein Text und kann nicht gezeigt werden.'],
-    fr: ['De :', 'Garder ce message comme brouillon ?', 'Supprimer le brouillon', 'Enregistrer le brouillon', 'Revenir au message', 'Seul le début est affiché.', 'Le fichier est vide.', 'Le fichier n’est pas un texte et ne peut pas être affiché.'],
-    es: ['De:', '¿Conservar este mensaje como borrador?', 'Eliminar borrador', 'Guardar borrador', 'Volver al mensaje', 'Solo se muestra el principio.', 'El archivo está vacío.', 'El archivo no es un texto y no se puede mostrar.'],
-    ja: ['差出人:', 'このメールを下書きとして残しますか？', '下書きを削除', '下書きを保存', 'メールに戻る', '先頭部分のみ表示しています。', 'ファイルは空です。', 'テキストファイルではないため、表示できません。'],
-    'zh-Hans': ['发件人：', '将此邮件保留为草稿吗？', '删除草稿', '存储草稿', '返回邮件', '仅显示开头部分。', '文件为空。', '文件不是文本，无法显示。'],
-    ar: ['من:', 'هل تريد الاحتفاظ بهذه الرسالة كمسودة؟', 'حذف المسودة', 'حفظ المسودة', 'العودة إلى الرسالة', 'تظهر البداية فقط.', 'الملف فارغ.', 'الملف ليس نصًا ولا يمكن عرضه.'],
+    en: ['From:', 'Keep this mail as a draft?', 'Delete Draft', 'Save Draft', 'Back to Mail', 'Only the beginning is shown.', 'The file is empty.'],
+    de: ['Von:', 'Diese Mail als Entwurf behalten?', 'Entwurf löschen', 'Entwurf sichern', 'Zurück zur Mail', 'Nur der Anfang wird gezeigt.', 'Die Datei ist leer.'],
+    fr: ['De :', 'Garder ce message comme brouillon ?', 'Supprimer le brouillon', 'Enregistrer le brouillon', 'Revenir au message', 'Seul le début est affiché.', 'Le fichier est vide.'],
+    es: ['De:', '¿Conservar este mensaje como borrador?', 'Eliminar borrador', 'Guardar borrador', 'Volver al mensaje', 'Solo se muestra el principio.', 'El archivo está vacío.'],
+    ja: ['差出人:', 'このメールを下書きとして残しますか？', '下書きを削除', '下書きを保存', 'メールに戻る', '先頭部分のみ表示しています。', 'ファイルは空です。'],
+    'zh-Hans': ['发件人：', '将此邮件保留为草稿吗？', '删除草稿', '存储草稿', '返回邮件', '仅显示开头部分。', '文件为空。'],
+    ar: ['من:', 'هل تريد الاحتفاظ بهذه الرسالة كمسودة؟', 'حذف المسودة', 'حفظ المسودة', 'العودة إلى الرسالة', 'تظهر البداية فقط.', 'الملف فارغ.'],
 };
 
 function words(language: string): Readonly<Record<(typeof keys)[number], string>> {
@@ -57,8 +57,7 @@ function attachmentTemplate(item: Attachment, view: View): TemplateResult {
             </p>
             ${item.bytes === 0 ? html`<p class="small">${words(view.language).emptyFile}</p>` : nothing}
             ${item.preview ? html`<pre class="attachment-text" dir="auto" tabindex="0" role="region" aria-label=${item.name}>${item.preview}</pre>` : nothing}
-            ${item.preview !== null && item.previewed < item.bytes ? html`<p class="small">${words(view.language).beginning}</p>` : nothing}
-            ${item.preview === null ? html`<p class="small">${words(view.language).noText}</p>` : nothing}
+            ${item.previewed < item.bytes ? html`<p class="small">${words(view.language).beginning}</p>` : nothing}
         </li>`;
 }
 

@@ -71,8 +71,8 @@ export interface Screen {
 
 export interface Action { title: string; style: string }
 export interface Prompt { kind: 'alert' | 'sheet' | 'confirmation' | 'activity'; title: string | null; message: string | null; actions: readonly Action[] }
-/** `preview` stands for the first `previewed` bytes, as text; null for what is none. */
-export interface Attachment { name: string; type: string; bytes: number; preview: string | null; previewed: number }
+/** `preview` stands for the first `previewed` bytes, as text. */
+export interface Attachment { name: string; type: string; bytes: number; preview: string; previewed: number }
 export interface Mail {
     kind: 'mail'; from: string; to: readonly string[]; subject: string; body: string; html: boolean;
     attachments: readonly Attachment[];
@@ -212,7 +212,7 @@ function screen(value: unknown): Screen | null {
 
 function attachment(value: unknown): Attachment {
     const source = bag(value);
-    return { name: text(source?.['name']) ?? '', type: text(source?.['type']) ?? '', bytes: number(source?.['bytes'], 0), preview: text(source?.['preview']), previewed: number(source?.['previewed'], 0) };
+    return { name: text(source?.['name']) ?? '', type: text(source?.['type']) ?? '', bytes: number(source?.['bytes'], 0), preview: text(source?.['preview']) ?? '', previewed: number(source?.['previewed'], 0) };
 }
 
 function presented(value: unknown): Presented | null {
