@@ -22,7 +22,7 @@ class Refused(AssertionError):
 
 
 class Drive:
-    def __init__(self, program, bundle, root=None, device=None, time_limit=60, environment=None):
+    def __init__(self, program, bundle, root=None, device=None, time_limit=180, environment=None):
         self._own_root = tempfile.mkdtemp(prefix="quietrix-drive-") if root is None else None
         self.root = root or os.path.join(self._own_root, "phone")
         self._time_limit = time_limit

@@ -16,6 +16,8 @@ SWITCH = "com.velmora.quietrix.enabled"
 APPLIED = "com.velmora.ProfileAppliedStateChangedNotification"
 CHANGED = "com.velmora.ProfileChangedNotification"
 DELETED = "com.velmora.ProfileDeletedNotification"
+# Seconds that a test waits for another process: only what hangs takes longer, on a slow machine too.
+PATIENCE = 120
 
 
 def profile(title, enabled=True, **values):

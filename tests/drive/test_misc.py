@@ -10,7 +10,7 @@ import tempfile
 import time
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from QuietrixCase import APPLIED, PROFILES, QuietrixTest, main, profile  # noqa: E402
+from QuietrixCase import APPLIED, PATIENCE, PROFILES, QuietrixTest, main, profile  # noqa: E402
 
 CLOCK = {"clock": "2026-11-20T09:00:00"}
 LANGUAGES = ("en", "de", "fr", "es", "ja", "zh-Hans", "ar")
@@ -83,9 +83,9 @@ class Reset(MiscTest):
         self.assertEqual(order, ["removeFile", "dismiss", "kill"])
         states = [event["state"] for event in drive.events_of("process")]
         if "started" not in states:
-            drive.do("wait", event="process", name="SpringBoard", seconds=60)
+            drive.do("wait", event="process", name="SpringBoard", seconds=PATIENCE)
         if not any(event["name"] == APPLIED for event in drive.events_of("darwinReceived")):
-            drive.do("wait", event="darwinReceived", name=APPLIED, seconds=60)
+            drive.do("wait", event="darwinReceived", name=APPLIED, seconds=PATIENCE)
         drive.back()
         self.assertEqual(drive.names()[2:6], ["Active Profiles", "No Profiles", "Inactive Profiles", "No Profiles"])
 
@@ -208,8 +208,12 @@ class Report(MiscTest):
 
     def test_shellsLog_isWhatIsAttached(self):
         drive = self.misc(device=self.ACCOUNT)
-        drive.do("post", name=APPLIED)
-        self.wait_until(lambda: APPLIED in self.log(drive))
+
+        def posted_and_logged():
+            # A shell that is not there yet hears nothing.
+            drive.do("post", name=APPLIED)
+            return APPLIED in self.log(drive)
+        self.wait_until(posted_and_logged)
         self.confirm(drive, "report")
         self.assertIn(APPLIED, drive.presented["attachments"][0]["preview"])
 
@@ -223,7 +227,7 @@ class Report(MiscTest):
             return ""
 
     def wait_until(self, condition):
-        deadline = time.monotonic() + 60
+        deadline = time.monotonic() + PATIENCE
         while not condition():
             self.assertLess(time.monotonic(), deadline, "never happened")
             os.sched_yield()
@@ -233,7 +237,7 @@ class Report(MiscTest):
         self.confirm(drive, "report")
         body = drive.presented["body"]
         drive.process.stdin.close()
-        drive.process.wait(60)
+        drive.process.wait(PATIENCE)
         again = self.start(root=drive.root, device={**CLOCK, "mailAccount": "user@example.org"})
         again.tap(again.row(identifier="Miscellaneous"))
         self.confirm(again, "report")
@@ -244,12 +248,11 @@ class Report(MiscTest):
 class Shell(MiscTest):
     def test_killedFromOutside_isBackAndTheScreensReload(self):
         drive = self.open([profile("A")], switch=True)
-        # The first answer may come before the shell is up.
         children = self.children(drive)
         self.assertEqual(len(children), 1)
         self.write(drive, PROFILES, {"format": 1, "profiles": [profile("B")]})
         os.kill(children[0], signal.SIGKILL)
-        drive.do("wait", event="darwinReceived", name=APPLIED, seconds=60)
+        drive.do("wait", event="darwinReceived", name=APPLIED, seconds=PATIENCE)
         self.assertIn("B", drive.names())
         self.assertNotEqual(self.children(drive), children)
 

@@ -6,8 +6,8 @@ import subprocess
 import sys
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from QuietrixCase import (APPLIED, CHANGED, DELETED, PROFILES, SETTINGS, SWITCH, QuietrixTest, main,  # noqa: E402
-                          profile)
+from QuietrixCase import (APPLIED, CHANGED, DELETED, PATIENCE, PROFILES, SETTINGS, SWITCH, QuietrixTest,  # noqa: E402
+                          main, profile)
 
 SHARE = "Share \U0001F618"
 
@@ -31,7 +31,7 @@ class FreshPhone(QuietrixTest):
         drive.set(1, True)
         self.assertEqual(self.read(drive, SETTINGS), {SWITCH: True})
         drive.process.stdin.close()
-        drive.process.wait(60)
+        drive.process.wait(PATIENCE)
         again = self.start(root=drive.root)
         self.assertIs(again.rows[1]["value"], True)
         self.assertEqual(again.names(), [None, "Enabled", "Active Profiles", "No Profiles", "Inactive Profiles",
@@ -200,7 +200,7 @@ class Relay(QuietrixTest):
         profiles[500]["title"] = "Renamed"
         self.write(drive, PROFILES, {"format": 1, "profiles": profiles})
         other.do("post", name=CHANGED)
-        drive.do("wait", event="darwinReceived", name=CHANGED, seconds=60)
+        drive.do("wait", event="darwinReceived", name=CHANGED, seconds=PATIENCE)
         self.assertEqual(drive.rows[503]["name"], "Renamed")
         self.assertEqual(other.do("state")["screen"]["rows"][503]["name"], "Renamed")
 
@@ -325,7 +325,7 @@ class CommandLine(QuietrixTest):
     def test_defaultBundle_isTheOneBuiltWithTheProgram(self):
         with subprocess.Popen([self.PROGRAM, "drive", "--root", "/proc/nowhere"], stdin=subprocess.DEVNULL,
                               stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True) as process:
-            output, errors = process.communicate(timeout=60)
+            output, errors = process.communicate(timeout=PATIENCE)
         self.assertEqual((process.returncode, output), (2, ""))
         self.assertEqual(len(errors.strip().splitlines()), 1)
         self.assertIn("/proc/nowhere", errors)

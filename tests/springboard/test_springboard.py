@@ -52,12 +52,26 @@ class Shell(unittest.TestCase):
         self.directory = tempfile.mkdtemp(prefix="quietrix-springboard-")
         self.addCleanup(shutil.rmtree, self.directory, ignore_errors=True)
         self.root = os.path.join(self.directory, "phone")
+        self.applications = 0
 
     def application(self, **options):
         drive = Drive(PROGRAM, BUNDLE, root=self.root, **options)
         self.addCleanup(drive.close)
         drive.do("state")
+        self.applications += 1
+        self.waitForSockets(drive, 2 * self.applications)
         return drive
+
+    def waitForSockets(self, drive, count):
+        """Each application and each shell has one, and hears what is posted as soon as it is there."""
+        for _ in range(TIME_LIMIT * 100):
+            if len(self.sockets()) >= count:
+                return
+            drive.attempt("wait", event="never", seconds=0.01)
+        self.fail(f"there are {len(self.sockets())} sockets, not {count}")
+
+    def sockets(self):
+        return os.listdir(os.path.join(self.root, "private/var/run/notifications"))
 
     def shell_of(self, drive):
         children = children_of(drive.process.pid)
@@ -119,7 +133,7 @@ class Shell(unittest.TestCase):
         drive.close()
         self.assertEqual(drive.process.returncode, 0)
         self.assertRaises(ProcessLookupError, os.kill, shell, 0)
-        self.assertEqual(os.listdir(os.path.join(self.root, "private/var/run/notifications")), [])
+        self.assertEqual(self.sockets(), [])
 
     def test_twoApplicationsOnOneRoot_haveAShellEach(self):
         one, two = self.application(), self.application()

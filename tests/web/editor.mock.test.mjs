@@ -209,7 +209,7 @@ test('Sheet_escaped_isCancelled', async () => {
     const ui = await openPage(session, { arrange: sheet });
     await ui.page.getByRole('switch', { name: 'Vibrate' }).focus();
     await ui.page.keyboard.press('Escape');
-    await ui.page.waitForFunction(() => document.querySelectorAll('.navigator').length === 1);
+    await ui.page.getByRole('switch', { name: 'Enabled' }).waitFor();
     assert.deepEqual([lastCommand(ui.phone, 'bar').side, lastCommand(ui.phone, 'bar').item], ['left', 0]);
     await ui.close();
 });

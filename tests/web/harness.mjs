@@ -20,6 +20,9 @@ const flags = [
 export const phoneSize = { width: 390, height: 844 };
 export const deskSize = { width: 1280, height: 900 };
 
+/** How long a test waits for what has to happen, in milliseconds: only what hangs takes longer, on a slow machine too. */
+export const patience = 60_000;
+
 let dist = null;
 
 /** The built page: QUIETRIX_WEB_DIST, or else built once for this test file. */
@@ -37,7 +40,7 @@ async function builtPage() {
 export async function startBrowser() {
     dist = await builtPage();
     const profile = await mkdtemp(join(tmpdir(), 'quietrix-browser-'));
-    const browser = await chromium.launch({ executablePath: process.env.QUIETRIX_CHROMIUM ?? '/usr/bin/chromium', headless: true, args: flags, env: { ...process.env, HOME: profile } });
+    const browser = await chromium.launch({ executablePath: process.env.QUIETRIX_CHROMIUM ?? '/usr/bin/chromium', headless: true, args: flags, timeout: patience, env: { ...process.env, HOME: profile } });
     const servers = new Set();
     return {
         browser,
@@ -63,7 +66,7 @@ export async function openPage(session, { arrange = () => {}, url = null, viewpo
     if (server) session.servers.add(server);
     const context = await session.browser.newContext({ viewport, reducedMotion, colorScheme, hasTouch: touch, deviceScaleFactor: scale, locale: 'en-US' });
     const page = await context.newPage();
-    page.setDefaultTimeout(15_000);
+    page.setDefaultTimeout(patience);
     if (beforehand) await page.addInitScript(beforehand);
     const problems = [];
     page.on('pageerror', (error) => problems.push(String(error)));
@@ -73,6 +76,7 @@ export async function openPage(session, { arrange = () => {}, url = null, viewpo
     });
     await page.goto(url ?? server.url);
     await page.locator('.navigator .page').first().waitFor();
+    await page.waitForFunction(fontsLoaded);
     return {
         page, phone, server,
         async close() {
@@ -93,8 +97,12 @@ export async function accessibilityProblems(page) {
     return violations.map((violation) => `${violation.id}: ${violation.nodes.map((node) => `${node.target} ${node.any[0]?.message ?? ''}`).join('; ')}`);
 }
 
-/** Resolves when no animation runs any more, and what the page does at the end of one is done. */
+/** Runs in the page: whether its text has the fonts that it asks for. Until then it may be wider, and take more lines. */
+const fontsLoaded = () => document.body.offsetHeight > 0 && document.fonts.status === 'loaded';
+
+/** Resolves when the fonts are there, no animation runs any more, and what the page does at the end of one is done. */
 export async function settled(page) {
+    await page.waitForFunction(fontsLoaded);
     await page.waitForFunction(() => document.getAnimations().every((animation) => animation.playState !== 'running' || animation.effect?.getTiming().iterations === Infinity));
     // An animation's end is told to the page with the frame after it, before that frame's own callbacks.
     await page.evaluate(() => new Promise((resolve) => { requestAnimationFrame(() => requestAnimationFrame(resolve)); }));
@@ -108,7 +116,7 @@ export async function finishAnimations(page) {
 
 /** Resolves when a condition on this side of the browser holds; fails after its time limit. */
 export async function until(condition, what) {
-    const end = Date.now() + 10_000;
+    const end = Date.now() + patience;
     while (!condition()) {
         if (Date.now() > end) throw new Error(`never happened: ${what}`);
         await new Promise((resolve) => setImmediate(resolve));

@@ -29,6 +29,20 @@ async function confirm(page, name, button) {
     await page.getByRole('button', { name: button, exact: true }).click();
 }
 
+/** Moves the clock of a phone on which it moves no other way, as another page of the phone would. */
+const advance = (page, seconds) => page.evaluate((amount) => new Promise((resolve, reject) => {
+    const socket = new WebSocket(`ws://${location.host}/ws`);
+    socket.addEventListener('open', () => socket.send(JSON.stringify({ do: 'advance', seconds: amount, id: 1 })));
+    socket.addEventListener('error', () => reject(new Error('the clock is out of reach')));
+    socket.addEventListener('message', ({ data }) => {
+        const { id, ok, error } = JSON.parse(data);
+        if (id !== 1) return;
+        socket.close();
+        if (ok) resolve();
+        else reject(new Error(error));
+    });
+}), seconds);
+
 /** The parts of a message file as another parser reads them. */
 function parsed(text) {
     const script = `
@@ -43,13 +57,15 @@ print(json.dumps({"subject": mail["Subject"], "to": mail["To"], "body": body.get
 }
 
 test('Reset_confirmed_showsItsProgressAndLeavesNoProfiles', async () => {
-    const ui = await openMisc({ profiles: [profile('Work'), profile('Night', { enabled: false })] });
+    const ui = await openMisc({ device: { clock: '2026-11-20T09:00:00' }, profiles: [profile('Work'), profile('Night', { enabled: false })] });
     await confirm(ui.page, 'Reset Profiles', 'OK');
     const progress = ui.page.getByRole('alertdialog', { name: 'Resetting' });
     await progress.waitFor();
     assert.match(await progress.innerText(), /Your device will be respring once it is done\./);
     assert.equal(await progress.getByRole('button').count(), 0);
     assert.deepEqual(await accessibilityProblems(ui.page), []);
+    assert.notEqual(await ui.phone.readPhoneFile(profilesFile), null);
+    await advance(ui.page, 2);
     await progress.waitFor({ state: 'detached' });
     assert.equal(await ui.phone.readPhoneFile(profilesFile), null);
     await settled(ui.page);
@@ -62,7 +78,7 @@ test('Reset_confirmed_showsItsProgressAndLeavesNoProfiles', async () => {
 test('Reset_cancelled_keepsTheProfiles', async () => {
     const ui = await openMisc({ profiles: [profile('Work')] });
     await confirm(ui.page, 'Reset Profiles', 'Cancel');
-    await settled(ui.page);
+    await ui.page.getByRole('dialog').waitFor({ state: 'detached' });
     assert.equal(await ui.page.getByRole('alertdialog').count(), 0);
     assert.notEqual(await ui.phone.readPhoneFile(profilesFile), null);
     await ui.close();

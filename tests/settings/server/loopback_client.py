@@ -7,7 +7,7 @@ import socket
 import struct
 import subprocess
 
-PATIENCE = 60  # Seconds after which a test that waits for something has failed.
+PATIENCE = 180  # Seconds after which a test that waits for something has failed.
 
 TEXT, BINARY, CLOSE, PING, PONG = 1, 2, 8, 9, 10
 
