@@ -1,20 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include <array>
 #include <chrono>
-#include <cstdlib>
-#include <filesystem>
-#include <optional>
 
 #include "device/BrowserURLOpener.h"
-#include "device/Descriptor.h"
 #include "platform/foundation/RunLoop.h"
+#include "tests/doubles/Desktop.h"
 #include "tests/doubles/Phone.h"
 #include "tests/doubles/TemporaryDirectory.h"
 
@@ -22,30 +14,9 @@ namespace {
 
 using device::BrowserURLOpener;
 using device::TwitterApplication;
+using testing_support::Desktop;
 using testing_support::TemporaryDirectory;
-
-/// An environment variable for one test.
-class Variable {
-  public:
-    Variable(const char* name, const char* value) : name_(name) {
-        if (const char* old = std::getenv(name)) old_ = old;
-        set(value);
-    }
-    ~Variable() { set(old_ ? old_->c_str() : nullptr); }
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
-
-  private:
-    void set(const char* value) {
-        if (value) {
-            setenv(name_, value, 1);
-        } else {
-            unsetenv(name_);
-        }
-    }
-    const char* name_;
-    std::optional<std::string> old_;
-};
+using testing_support::Variable;
 
 class BrowserURLOpenerTest : public testing::Test {
   protected:
@@ -80,31 +51,14 @@ TEST_F(BrowserURLOpenerTest, open_whatNothingTakes_isFalseAndLeavesNoTrace) {
 }
 
 TEST_F(BrowserURLOpenerTest, open_withADisplay_handsTheAddressOverAsOneArgument) {
-    const TemporaryDirectory directory;
-    testing_support::writeText(directory / "xdg-open", "#!/bin/sh\necho \"$#:$1\" > \"$0.said\"\n");
-    std::filesystem::permissions(directory / "xdg-open", std::filesystem::perms::owner_all);
-    ASSERT_EQ(mkfifo((directory / "xdg-open.said").c_str(), 0600), 0);
-    const device::Descriptor said(
-        open((directory / "xdg-open.said").c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
-    const Variable here("DISPLAY", ":77");
-    const Variable path("PATH", directory.path().c_str());
+    const Desktop desktop(Desktop::opensEverything);
     const std::string url = "https://a.example/?q=$(id)&r='x';`y`";
     EXPECT_TRUE(opener.openURL(url));
-
-    pollfd readable{said.get(), POLLIN, 0};
-    ASSERT_EQ(poll(&readable, 1, 60'000), 1);
-    std::array<char, 200> bytes{};
-    const ssize_t got = read(said.get(), bytes.data(), bytes.size());
-    ASSERT_GT(got, 0);
-    EXPECT_EQ(std::string(bytes.data(), static_cast<std::size_t>(got)), "1:" + url + "\n");
+    EXPECT_EQ(desktop.said(), "1:" + url);
 }
 
 TEST_F(BrowserURLOpenerTest, open_whereTheHelperFindsNoBrowser_printsTheAddressOnce) {
-    const TemporaryDirectory directory;
-    testing_support::writeText(directory / "xdg-open", "#!/bin/sh\nexit 3\n");
-    std::filesystem::permissions(directory / "xdg-open", std::filesystem::perms::owner_all);
-    const Variable here("DISPLAY", ":77");
-    const Variable path("PATH", directory.path().c_str());
+    const Desktop desktop(Desktop::findsNoProgram);
     std::string printed;
     testing::internal::CaptureStderr();
     EXPECT_TRUE(opener.openURL("https://a.example/"));

@@ -99,7 +99,7 @@ export class App implements View {
         }
         const { state } = message;
         if (!state || state.revision < this.revision) {
-            // What was waiting for this answer can be asked for now, of the revision that is shown.
+            // What was waiting for this answer can be asked for at last, of the revision that is shown.
             if (fetched) this.stage.redraw();
             return;
         }

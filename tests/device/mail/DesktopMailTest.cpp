@@ -1,27 +1,23 @@
 // SPDX-License-Identifier: MIT
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <set>
 
-#include "device/Descriptor.h"
 #include "device/RootFileSystem.h"
 #include "device/mail/DesktopMail.h"
 #include "platform/foundation/Device.h"
 #include "platform/foundation/RunLoop.h"
+#include "tests/doubles/Desktop.h"
 #include "tests/doubles/Phone.h"
 #include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
 
 using device::DesktopMail;
+using testing_support::Desktop;
 using testing_support::TemporaryDirectory;
 
 /// A phone in a directory, on a machine without a display unless a test gives it one.
@@ -101,41 +97,16 @@ TEST_F(DesktopMailTest, outboxThatCannotBeMade_isAnErrorThatNamesIt) {
     EXPECT_NE(std::string::npos, refused.error().localizedDescription.find("/var/mobile/Library/Mail"));
 }
 
-TEST_F(DesktopMailTest, onADesktop_theFileIsHandedToItsMailProgram) {
-    const TemporaryDirectory programs;
-    testing_support::writeText(programs / "xdg-open", "#!/bin/sh\necho \"$1\" > \"$0.said\"\n");
-    std::filesystem::permissions(programs / "xdg-open", std::filesystem::perms::owner_all);
-    ASSERT_EQ(0, mkfifo((programs / "xdg-open.said").c_str(), 0600));
-    const device::Descriptor said(
-        open((programs / "xdg-open.said").c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
-    const std::string path = std::getenv("PATH");
-    setenv("DISPLAY", ":77", 1);
-    setenv("PATH", programs.path().c_str(), 1);
-    const auto sent = mail.send(draft);
-    setenv("PATH", path.c_str(), 1);
-    unsetenv("DISPLAY");
-    ASSERT_TRUE(sent);
-
-    pollfd readable{said.get(), POLLIN, 0};
-    ASSERT_EQ(1, poll(&readable, 1, 60'000));
-    std::array<char, 1000> bytes{};
-    const ssize_t got = read(said.get(), bytes.data(), bytes.size());
-    ASSERT_GT(got, 0);
-    EXPECT_EQ(directory / "var/mobile/Library/Mail/Outbox/" + mailsIn(DesktopMail::outboxPath).at(0) + "\n",
-              std::string(bytes.data(), static_cast<std::size_t>(got)));
+TEST_F(DesktopMailTest, onADesktop_theFileIsOfferedToItsMailProgram) {
+    const Desktop desktop(Desktop::opensEverything);
+    ASSERT_TRUE(mail.send(draft));
+    EXPECT_EQ("1:" + (directory / "var/mobile/Library/Mail/Outbox/") + mailsIn(DesktopMail::outboxPath).at(0),
+              desktop.said());
 }
 
 TEST_F(DesktopMailTest, onADesktopWithoutAMailProgram_aLogLineSaysSo) {
-    const TemporaryDirectory programs;
-    testing_support::writeText(programs / "xdg-open", "#!/bin/sh\nexit 3\n");
-    std::filesystem::permissions(programs / "xdg-open", std::filesystem::perms::owner_all);
-    const std::string path = std::getenv("PATH");
-    setenv("DISPLAY", ":77", 1);
-    setenv("PATH", programs.path().c_str(), 1);
-    const auto sent = mail.send(draft);
-    setenv("PATH", path.c_str(), 1);
-    unsetenv("DISPLAY");
-    ASSERT_TRUE(sent);
+    const Desktop desktop(Desktop::findsNoProgram);
+    ASSERT_TRUE(mail.send(draft));
     EXPECT_TRUE(platform::RunLoop::main().runUntil([&] { return phone.log->lines().size() == 2; },
                                                    std::chrono::minutes(1)));
     EXPECT_NE(std::string::npos, phone.log->lines().back().find("no program for"));
