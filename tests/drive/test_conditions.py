@@ -152,6 +152,15 @@ class Calendars(ConditionsTest):
         self.assertIn("broken.ics", drive.errors())
         self.assertIn("torn.ics", drive.errors())
 
+    def test_directoryThatIsGone_isEmptyAndNamed(self):
+        drive = self.edit()
+        drive.back()
+        shutil.rmtree(self.calendars)
+        drive.tap(drive.row(name="Work"))
+        drive.tap(drive.row(name="Calendar"))
+        self.assertEqual([row["identifier"] for row in drive.rows if row["kind"] != 0], ["allDayEventsIgnored"])
+        self.assertIn(self.calendars, drive.errors())
+
     def test_newProfile_isNotStored(self):
         drive = self.new()
         drive.tap(drive.row(identifier="calendarIdentifiers"))
@@ -240,6 +249,14 @@ class Networks(ConditionsTest):
         drive.set(drive.row(name="Caf\u00e9"), False)
         self.assertEqual(self.saved(drive)["wifiNetworks"], [])
 
+    def test_twoOfOneName_showOneState(self):
+        drive = self.open_picker()
+        first, second = (row["index"] for row in drive.rows if row["name"] == "Office")
+        for moved, stored in ((first, ["Office"]), (second, []), (second, ["Office"])):
+            drive.set(moved, not drive.rows[moved]["value"])
+            self.assertEqual([drive.rows[row]["value"] for row in (first, second)], [bool(stored)] * 2)
+            self.assertEqual(self.saved(drive)["wifiNetworks"], stored)
+
     def test_brokenList_isEmptyAndNamed(self):
         write(self.networks, "no property list")
         drive = self.open_picker()
@@ -284,6 +301,13 @@ class Tones(ConditionsTest):
         self.assertEqual(drive.screen["specifier"]["userInfo"], {"keys": ["profile"]})
         drive.back()
         self.assertEqual(drive.row(name="Alert Tone")["detailText"], "Chord")
+
+    def test_calendarAlert_hasOneNameInThePickerAndTheProfile(self):
+        drive = self.edit({"languages": "de"}, alertToneIdentifier="texttone:Calendar Alert")
+        self.assertEqual(drive.row(identifier="alertToneIdentifier")["detailText"], "Kalenderhinweis")
+        drive.tap(drive.row(identifier="alertToneIdentifier"))
+        names = {entry["identifier"]: entry["name"] for entry in drive.screen["tones"]["list"]}
+        self.assertEqual(names["texttone:Calendar Alert"], "Kalenderhinweis")
 
     def test_none_storesTheDefault(self):
         drive = self.open_picker(alertToneIdentifier="texttone:Chord")
