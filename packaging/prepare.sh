@@ -1,18 +1,36 @@
 # SPDX-License-Identifier: MIT
 # Sourced by ./run and ./test: installs what is missing on a Debian 12 machine and says what. All messages go to
 # standard error, because ./run's standard output belongs to the program.
+. packaging/progress.sh
+. packaging/tools.sh
 
-say() { printf '%s\n' "$*" >&2; }
-
-as_root() {
-    if [ "$(id -u)" = 0 ]; then
-        "$@"
-    elif command -v sudo >/dev/null; then
-        sudo "$@"
-    else
-        say "This needs root rights and there is no sudo: $*"
+# may_install: whether packages can be installed. Asks for sudo's password, if it wants one, before anything else is
+# shown on the terminal.
+may_install() {
+    [ "$(id -u)" != 0 ] || return 0
+    if ! command -v sudo >/dev/null; then
+        say "Installing needs root rights, and there is no sudo. As root: apt-get install $*"
         return 1
     fi
+    sudo -n true 2>/dev/null || sudo -v || {
+        say "sudo refuses. As root: apt-get install $*"
+        return 1
+    }
+}
+
+as_root() {
+    if [ "$(id -u)" = 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+apt_get() { as_root env DEBIAN_FRONTEND=noninteractive apt-get -o APT::Status-Fd=1 "$@"; }
+
+# apt_install PACKAGE…: with the package lists as they are, or else, since old lists name what is no longer there, with
+# new ones.
+apt_install() {
+    local install=(install -y --no-install-recommends "$@")
+    apt_get "${install[@]}" && return
+    echo "Refreshing the package lists and trying again"
+    apt_get update && apt_get "${install[@]}"
 }
 
 installed() { dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q 'ok installed'; }
@@ -21,38 +39,44 @@ installed() { dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q 'ok instal
 need_packages() {
     local missing=() package
     for package in "$@"; do installed "$package" || missing+=("$package"); done
-    [ ${#missing[@]} = 0 ] && return 0
+    [ ${#missing[@]} != 0 ] || return 0
     say "Installing Debian packages: ${missing[*]}"
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}" >&2 && return 0
-    say "Refreshing the package lists and trying again"
-    as_root apt-get update >&2
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}" >&2
+    may_install "${missing[@]}" || return
+    with_progress "Installing packages" install.log apt_install "${missing[@]}"
 }
 
-# need_commands PACKAGE COMMAND…: installs the package when one of the commands is not there; a newer one that came
-# another way serves as well.
-need_commands() {
-    local package=$1 command
-    shift
-    for command in "$@"; do
-        command -v "$command" >/dev/null || { need_packages "$package"; return; }
+# packages_of_commands PACKAGE=COMMAND…: the packages of which the command is not there; a newer one that came another
+# way serves as well.
+packages_of_commands() {
+    local entry
+    for entry in "$@"; do command -v "${entry#*=}" >/dev/null || echo "${entry%%=*}"; done
+}
+
+build_packages=(g++ libboost1.81-dev libboost-json1.81-dev libcli11-dev libgmime-3.0-dev libglib2.0-dev libical-dev
+    libsdbus-c++-dev)
+build_commands=(cmake=cmake pkgconf=pkg-config ninja-build=ninja nodejs=node npm=npm)
+test_packages=(libgtest-dev libgmock-dev libbenchmark-dev clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev
+    dbus python3-dbusmock chromium fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji)
+test_commands=(python3=python3 git=git)
+
+# prepare PACKAGE… -- PACKAGE=COMMAND…: refuses tools that are too old, installs what is missing, all at once.
+prepare() {
+    local packages=() missing
+    while [ "$1" != -- ]; do
+        packages+=("$1")
+        shift
     done
+    shift
+    check_tools || return
+    mapfile -t missing < <(packages_of_commands "$@")
+    need_packages "${packages[@]}" "${missing[@]}" || return
+    # Once more: what was installed may be older than what is needed, on another system than Debian 12.
+    [ ${#missing[@]} = 0 ] || check_tools
 }
 
-prepare_build() {
-    need_packages g++ libboost1.81-dev libboost-json1.81-dev libcli11-dev libgmime-3.0-dev \
-        libglib2.0-dev libical-dev libsdbus-c++-dev
-    need_commands cmake cmake
-    need_commands pkgconf pkg-config
-    need_commands ninja-build ninja
-    need_commands nodejs node
-    need_commands npm npm
-}
+prepare_build() { prepare "${build_packages[@]}" -- "${build_commands[@]}"; }
 
 prepare_tests() {
-    prepare_build
-    need_packages libgtest-dev libgmock-dev libbenchmark-dev clang-19 clang-tidy-19 clang-format-19 \
-        libclang-rt-19-dev dbus python3-dbusmock chromium fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji
-    need_commands python3 python3
-    need_commands git git
+    prepare "${build_packages[@]}" "${test_packages[@]}" -- "${build_commands[@]}" "${test_commands[@]}" &&
+        prefer_debians_cmake
 }
