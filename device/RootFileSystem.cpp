@@ -102,7 +102,8 @@ Result<void> RootFileSystem::write(std::string_view path, const platform::Data& 
 }
 
 bool RootFileSystem::exists(std::string_view path) const {
-    return stamp(path).has_value();
+    const auto found = stamp(path);
+    return found && found->has_value();
 }
 
 bool RootFileSystem::isDirectory(std::string_view path) const {
@@ -111,10 +112,14 @@ bool RootFileSystem::isDirectory(std::string_view path) const {
     return file && ::stat(file->c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-std::optional<platform::FileStamp> RootFileSystem::stamp(std::string_view path) const {
+Result<std::optional<platform::FileStamp>> RootFileSystem::stamp(std::string_view path) const {
     const Result<std::string> file = resolve(path);
+    if (!file) return std::unexpected(file.error());
     struct stat status{};
-    if (!file || ::stat(file->c_str(), &status) != 0) return std::nullopt;
+    if (::stat(file->c_str(), &status) != 0) {
+        if (errno == ENOENT || errno == ENOTDIR) return std::nullopt;
+        return failed(path, "looked at", errno);
+    }
     return platform::FileStamp{status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_mtim),
                                nanoseconds(status.st_ctim)};
 }

@@ -24,7 +24,7 @@ class RootFileSystem : public platform::FileSystem {
                                  platform::Write how) override;
     bool exists(std::string_view path) const override;
     bool isDirectory(std::string_view path) const override;
-    std::optional<platform::FileStamp> stamp(std::string_view path) const override;
+    platform::Result<std::optional<platform::FileStamp>> stamp(std::string_view path) const override;
     /// Removes a directory with all that is in it; of a symbolic link only the link. The root itself stays.
     platform::Result<void> remove(std::string_view path) override;
     platform::Result<void> createDirectory(std::string_view path) override;

@@ -48,9 +48,9 @@ bool FileManager::directoryExistsAtPath(std::string_view path) const {
     return files && files->isDirectory(path);
 }
 
-std::optional<FileStamp> FileManager::stampAtPath(std::string_view path) const {
+Result<std::optional<FileStamp>> FileManager::stampAtPath(std::string_view path) const {
     const auto files = fileSystem();
-    if (!files) return std::nullopt;
+    if (!files) return noFileSystem(path, "looked at");
     return files->stamp(path);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include "platform/foundation/FileSystem.h"
@@ -18,7 +19,7 @@ class FileManager {
     Result<void> writeData_toFile(const Data& data, std::string_view path, Write how);
     bool fileExistsAtPath(std::string_view path) const;
     bool directoryExistsAtPath(std::string_view path) const;
-    std::optional<FileStamp> stampAtPath(std::string_view path) const;
+    Result<std::optional<FileStamp>> stampAtPath(std::string_view path) const;
     Result<void> removeItemAtPath(std::string_view path);
     Result<void> createDirectoryAtPath(std::string_view path);
     Result<std::vector<std::string>> contentsOfDirectoryAtPath(std::string_view path) const;

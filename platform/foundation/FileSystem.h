@@ -44,10 +44,13 @@ class FileSystem {
     /// renames it over the old one and syncs the directory: killed at any instant, the path holds the old or
     /// the new bytes whole. A symbolic link stays one; its target is what is replaced.
     virtual Result<void> write(std::string_view path, const Data& data, Write how) = 0;
+    /// False too for what cannot be looked at; who has to tell the two apart asks for the stamp.
     virtual bool exists(std::string_view path) const = 0;
     virtual bool isDirectory(std::string_view path) const = 0;
-    /// Empty when nothing is there. Follows symbolic links.
-    virtual std::optional<FileStamp> stamp(std::string_view path) const = 0;
+    /// Empty when nothing is there: no such name, or one below something that is no directory. What cannot be
+    /// looked at (a directory without search permission, links that lead in a circle, a failing disk) is an
+    /// error, as a file may well be there. Follows symbolic links.
+    virtual Result<std::optional<FileStamp>> stamp(std::string_view path) const = 0;
     virtual Result<void> remove(std::string_view path) = 0;
     /// Creates the directory and those above it; one that exists is a success.
     virtual Result<void> createDirectory(std::string_view path) = 0;

@@ -19,14 +19,14 @@ std::shared_ptr<const StringTable> StringTableCache::tableAtPath(const std::stri
     const std::shared_ptr<FileSystem> files = Device::current().files;
     // Taken before the file is read: a change in between then shows as another stamp next time.
     const auto stamp = manager.stampAtPath(path);
-    if (!stamp) {
+    if (stamp && !*stamp) {
         entries_.erase(path);
         return nullptr;
     }
     const auto known = entries_.find(path);
-    if (known != entries_.end() && known->second.stamp == *stamp && known->second.files.lock() == files) {
-        return known->second.table;
-    }
+    const bool isKnown = known != entries_.end() && known->second.files.lock() == files;
+    if (!stamp) return isKnown ? known->second.table : nullptr;
+    if (isKnown && known->second.stamp == **stamp) return known->second.table;
 
     std::shared_ptr<const StringTable> table;
     const Result<Data> data = manager.contentsAtPath(path);
@@ -36,7 +36,7 @@ std::shared_ptr<const StringTable> StringTableCache::tableAtPath(const std::stri
     } else {
         log("The string table \"" + path + "\" cannot be read: " + parsed.error().localizedDescription);
     }
-    entries_.insert_or_assign(path, Entry{files, *stamp, table});
+    entries_.insert_or_assign(path, Entry{files, **stamp, table});
     return table;
 }
 

@@ -18,7 +18,7 @@ class StringTableCache {
     static StringTableCache& shared();
 
     /// The table at the phone's path; empty when there is no such file or it is damaged. Damage is logged
-    /// once for each state of the file.
+    /// once for each state of the file. While the file cannot be looked at, the table that was read stays.
     std::shared_ptr<const StringTable> tableAtPath(const std::string& path);
 
   private:

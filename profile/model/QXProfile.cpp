@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <random>
 
 #include "platform/foundation/LogSink.h"
@@ -20,6 +21,13 @@ namespace {
 
 std::string quoted(std::string_view text) {
     return '"' + std::string(text) + '"';
+}
+
+platform::Array stringsOf(const platform::Array& list) {
+    platform::Array strings;
+    std::ranges::copy_if(list, std::back_inserter(strings),
+                         [](const platform::Value& element) { return element.string() != nullptr; });
+    return strings;
 }
 
 /// A random UUID in capitals, as the phone writes its identifiers.
@@ -46,6 +54,7 @@ QXProfile::QXProfile() {
         if (key.set) key.set(*this, key.defaultAsValue());
     }
     revision_ = 0;
+    remembersSettings_ = true;
 }
 
 std::shared_ptr<QXProfile> QXProfile::defaultProfile() {
@@ -55,16 +64,28 @@ std::shared_ptr<QXProfile> QXProfile::defaultProfile() {
     return profile;
 }
 
-std::shared_ptr<QXProfile> QXProfile::profileWithValues(const platform::Dictionary& values) {
+std::shared_ptr<QXProfile> QXProfile::profileWithValues(const platform::Dictionary& values,
+                                                        const Report& report) {
     auto profile = std::make_shared<QXProfile>();
+    profile->remembersSettings_ = false;
     for (const QXProfileKey& key : profileKeys()) {
         const auto value = key.isStored() ? values.find(key.name) : values.end();
         if (value == values.end() || key.set(*profile, value->second)) continue;
-        platform::log("The profile " + quoted(profile->identifier_) + " holds " +
-                      std::string(nameOfType(value->second.type())) + " under " + quoted(key.name) +
-                      ", which takes " + std::string(nameOfType(key.type)) + "; its default is used.");
+        const platform::Array* list = key.type == KeyType::TextList ? value->second.array() : nullptr;
+        std::string line =
+            "The profile " + quoted(profile->identifier_) + " holds " +
+            (list ? "elements that are no strings" : std::string(nameOfType(value->second.type()))) +
+            " under " + quoted(key.name) + ", which takes " + std::string(nameOfType(key.type));
+        if (list) {
+            key.set(*profile, stringsOf(*list));
+            line += "; they are passed over, and stay in the file.";
+        } else {
+            line += "; its default is used, and the file keeps what it holds until the key is changed.";
+        }
+        report(line);
     }
     profile->revision_ = 0;
+    profile->remembersSettings_ = true;
     return profile;
 }
 
@@ -75,6 +96,28 @@ platform::Dictionary QXProfile::storedValues() const {
         if (auto value = key.get(*this)) values.emplace(key.name, std::move(value));
     }
     return values;
+}
+
+ProfileEdit QXProfile::edit() const {
+    ProfileEdit edit{.values = storedValues(), .set = {}, .settings = settings_};
+    for (const QXProfileKey& key : profileKeys()) {
+        const auto setting = key.isStored() ? set_.find(key.identity()) : set_.end();
+        if (setting != set_.end()) edit.set.emplace(key.name, setting->second.base);
+    }
+    return edit;
+}
+
+void QXProfile::wasStored(const ProfileEdit& edit) {
+    std::erase_if(set_, [&](const auto& entry) { return entry.second.number <= edit.settings; });
+    for (const QXProfileKey& key : profileKeys()) {
+        if (!key.isStored() || key.type != KeyType::TextList) continue;
+        const auto setting = set_.find(key.identity());
+        const auto stored = edit.values.find(key.name);
+        if (setting == set_.end() || stored == edit.values.end()) continue;
+        setting->second.base.clear();
+        for (const platform::Value& element : *stored->second.array())
+            setting->second.base.push_back(element.stringOr());
+    }
 }
 
 platform::Value QXProfile::valueForKey(std::string_view key) const {
@@ -114,11 +157,11 @@ std::optional<platform::Date> QXProfile::endDate() const {
 }
 
 void QXProfile::setPlayBackVolume(double volume) {
-    if (!std::isnan(volume)) assign(playBackVolume_, volume);
+    if (!std::isnan(volume)) assign<&QXProfile::setPlayBackVolume>(playBackVolume_, volume);
 }
 
 void QXProfile::setRingerVolume(double volume) {
-    if (!std::isnan(volume)) assign(ringerVolume_, volume);
+    if (!std::isnan(volume)) assign<&QXProfile::setRingerVolume>(ringerVolume_, volume);
 }
 
 bool QXProfile::hasWiFiNetwork(std::string_view ssid) const {
@@ -127,18 +170,21 @@ bool QXProfile::hasWiFiNetwork(std::string_view ssid) const {
 
 void QXProfile::addToWiFiNetwork(std::string_view ssid) {
     if (hasWiFiNetwork(ssid)) return;
-    willChange();
+    willSet<&QXProfile::setWifiNetworks>(wifiNetworks_);
+    ++revision_;
     wifiNetworks_.emplace_back(ssid);
 }
 
 void QXProfile::removeFromWiFiNetwork(std::string_view ssid) {
     if (!hasWiFiNetwork(ssid)) return;
-    willChange();
+    willSet<&QXProfile::setWifiNetworks>(wifiNetworks_);
+    ++revision_;
     std::erase(wifiNetworks_, ssid);
 }
 
 std::vector<std::string>& QXProfile::mutableCalendarIdentifiers() {
-    willChange();
+    willSet<&QXProfile::setCalendarIdentifiers>(calendarIdentifiers_);
+    ++revision_;
     return calendarIdentifiers_;
 }
 
@@ -149,8 +195,12 @@ std::string QXProfile::applyProfileEventStatusString() const {
     return status < names.size() ? localized(names.at(status)) : std::string();
 }
 
-void QXProfile::willChange() {
-    if (revision_++ == 0 && changed_) changed_->add({identifier_, weak_from_this()});
+void QXProfile::willSet(KeyIdentity key, const TextList& present) {
+    if (!remembersSettings_) return;
+    if (settings_++ == 0 && changed_) changed_->add({identifier_, weak_from_this()});
+    const auto [setting, isFirst] = set_.try_emplace(key);
+    setting->second.number = settings_;
+    if (isFirst) setting->second.base = present;
 }
 
 }  // namespace quietrix

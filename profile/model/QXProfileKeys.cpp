@@ -107,19 +107,29 @@ bool setBoxed(QXProfile& profile, const Value& value) {
 
 template <auto getter, auto setter>
 constexpr QXProfileKey stored(std::string_view name, QXProfileKey::Default defaultValue = {}) {
-    return {name,         typeOf<Result<getter>>(), KeyStorage::Stored,
-            defaultValue, &getBoxed<getter>,        &setBoxed<getter, setter>};
+    return {name,
+            typeOf<Result<getter>>(),
+            KeyStorage::Stored,
+            defaultValue,
+            &getBoxed<getter>,
+            &setBoxed<getter, setter>,
+            &keyIdentity<setter>};
 }
 
 template <auto getter, auto setter>
 constexpr QXProfileKey inMemory(std::string_view name, QXProfileKey::Default defaultValue) {
-    return {name,         typeOf<Result<getter>>(), KeyStorage::InMemory,
-            defaultValue, &getBoxed<getter>,        &setBoxed<getter, setter>};
+    return {name,
+            typeOf<Result<getter>>(),
+            KeyStorage::InMemory,
+            defaultValue,
+            &getBoxed<getter>,
+            &setBoxed<getter, setter>,
+            &keyIdentity<setter>};
 }
 
 template <auto getter>
 constexpr QXProfileKey derived(std::string_view name) {
-    return {name, typeOf<Result<getter>>(), KeyStorage::Derived, {}, &getBoxed<getter>, nullptr};
+    return {name, typeOf<Result<getter>>(), KeyStorage::Derived, {}, &getBoxed<getter>, nullptr, nullptr};
 }
 
 using P = QXProfile;

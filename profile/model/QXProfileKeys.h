@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "platform/foundation/Value.h"
+#include "profile/model/KeyIdentity.h"
 
 namespace quietrix {
 
@@ -37,6 +38,8 @@ struct QXProfileKey {
     /// Null for a read-only key. Answers whether the value was of a type that the key takes; if not, nothing
     /// changed. Booleans also take the integers 0 and 1, reals every number but NaN, optional texts nil.
     bool (*set)(QXProfile& profile, const platform::Value& value);
+    /// What the record knows the key by; null for a read-only key.
+    KeyIdentity (*identity)();
 
     bool isStored() const { return storage == KeyStorage::Stored; }
     platform::Value defaultAsValue() const;

@@ -17,7 +17,6 @@ PLATFORM_REGISTER_CLASS(QXProfilesManager)
 
 namespace {
 
-using platform::Dictionary;
 using platform::Error;
 using platform::failure;
 using platform::FileManager;
@@ -42,33 +41,30 @@ std::string quoted(std::string_view text) {
     return '"' + std::string(text) + '"';
 }
 
-std::string identifierOf(const Dictionary& values) {
-    return values.at("identifier").stringOr();
-}
-
-std::unexpected<Error> noSuchProfile(const Dictionary& values) {
-    return failure("There is no profile with the identifier " + quoted(identifierOf(values)) + " in " +
+std::unexpected<Error> noSuchProfile(const ProfileEdit& edit) {
+    return failure("There is no profile with the identifier " + quoted(edit.identifier()) + " in " +
                    quoted(profilesPath) + "; it may have been deleted.");
 }
 
-Result<ProfilesFile> added(const ProfilesFile& file, const Dictionary& values) {
-    const std::string identifier = identifierOf(values);
+Result<ProfilesFile> added(const ProfilesFile& file, const ProfileEdit& edit) {
+    const std::string identifier = edit.identifier();
     if (identifier.empty()) return failure("A profile without an identifier cannot be added.");
     if (file.find(identifier)) {
         return failure("There is a profile with the identifier " + quoted(identifier) + " in " +
                        quoted(profilesPath) + " already.");
     }
-    return file.adding(values);
+    return file.adding(edit.values);
 }
 
-Result<ProfilesFile> updated(const ProfilesFile& file, const Dictionary& values) {
-    const auto profile = file.find(identifierOf(values));
-    return profile ? file.updating(*profile, values) : noSuchProfile(values);
+Result<ProfilesFile> updated(const ProfilesFile& file, const ProfileEdit& edit) {
+    const auto profile = file.find(edit.identifier());
+    if (!profile) return noSuchProfile(edit);
+    return file.updating(*profile, edit.appliedTo(file.values(*profile)));
 }
 
-Result<ProfilesFile> deleted(const ProfilesFile& file, const Dictionary& values) {
-    const auto profile = file.find(identifierOf(values));
-    return profile ? file.removing(*profile) : noSuchProfile(values);
+Result<ProfilesFile> deleted(const ProfilesFile& file, const ProfileEdit& edit) {
+    const auto profile = file.find(edit.identifier());
+    return profile ? file.removing(*profile) : noSuchProfile(edit);
 }
 
 void announce(std::string_view notification) {
@@ -89,17 +85,25 @@ Journal::Ticket beginCall(std::string_view call, Value identifier) {
     return Journal::shared().begin("store", {{"call", call}, {"identifier", std::move(identifier)}});
 }
 
+/// A profile to be deleted stays on the screens until it is gone, and the main thread may go on changing its
+/// record: nothing of it but the identifier is read.
+enum class HandsOver { WholeRecord, Identifier };
+
 }  // namespace
 
 struct QXProfilesManager::Kind {
     std::string_view call;
     std::string_view notification;
-    Result<ProfilesFile> (*edit)(const ProfilesFile& file, const Dictionary& values);
+    HandsOver handsOver;
+    Result<ProfilesFile> (*edit)(const ProfilesFile& file, const ProfileEdit& edit);
 };
 
-const QXProfilesManager::Kind QXProfilesManager::addition{"add", ProfileAddedNotification, added};
-const QXProfilesManager::Kind QXProfilesManager::update{"update", ProfileChangedNotification, updated};
-const QXProfilesManager::Kind QXProfilesManager::deletion{"delete", ProfileDeletedNotification, deleted};
+const QXProfilesManager::Kind QXProfilesManager::addition{"add", ProfileAddedNotification,
+                                                          HandsOver::WholeRecord, added};
+const QXProfilesManager::Kind QXProfilesManager::update{"update", ProfileChangedNotification,
+                                                        HandsOver::WholeRecord, updated};
+const QXProfilesManager::Kind QXProfilesManager::deletion{"delete", ProfileDeletedNotification,
+                                                          HandsOver::Identifier, deleted};
 
 std::shared_ptr<QXProfilesManager> QXProfilesManager::sharedManager() {
     SharedManager& slot = SharedManager::slot();
@@ -126,31 +130,29 @@ Result<QXProfilesManager::File> QXProfilesManager::takeOverFile() {
     for (;;) {
         // The stamp is taken before the bytes: should the file change in between, the next look sees another
         // stamp.
-        const Stamp stamp = files.stampAtPath(profilesPath);
+        const Result<Stamp> stamp = files.stampAtPath(profilesPath);
         std::uint64_t generation = 0;
         {
             const std::scoped_lock lock(mutex_);
-            if (isLoaded_ && stamp == stamp_) {
+            if (!stamp) return keepWhatWasRead(stamp.error());
+            if (stamp == stamp_) {
+                unreadable_.clear();
                 if (badFile_) return std::unexpected(*badFile_);
                 return file_;
             }
             generation = generation_;
         }
         // Moved from only where it holds bytes; what it says of a failure stays.
-        auto bytes = stamp ? files.contentsAtPath(profilesPath) : platform::Data();
+        auto bytes = *stamp ? files.contentsAtPath(profilesPath) : platform::Data();
         if (!bytes && files.stampAtPath(profilesPath) != stamp) continue;
-        auto file = !bytes  ? std::unexpected(bytes.error())
-                    : stamp ? parsed(*std::move(bytes))
-                            : ProfilesFile();
+        auto file = !bytes   ? std::unexpected(bytes.error())
+                    : *stamp ? parsed(*std::move(bytes))
+                             : ProfilesFile();
 
         const std::scoped_lock lock(mutex_);
         if (generation != generation_) continue;
-        if (!bytes) {  // NOLINT(bugprone-use-after-move)
-            // Not remembered: it may be readable the next time, although no stamp will tell so.
-            const std::string reason = bytes.error().localizedDescription;
-            if (std::exchange(unreadable_, reason) != reason) platform::log(reason);
-            return std::unexpected(bytes.error());
-        }
+        // Not remembered: it may be readable the next time, although no stamp will tell so.
+        if (!bytes) return keepWhatWasRead(bytes.error());  // NOLINT(bugprone-use-after-move)
         if (!file) {
             install(file_, stamp);
             badFile_ = file.error();
@@ -159,6 +161,7 @@ Result<QXProfilesManager::File> QXProfilesManager::takeOverFile() {
         }
         install(std::make_shared<const ProfilesFile>(*std::move(file)), stamp);
         records_.clear();
+        reported_.clear();
         if (const std::size_t foreign = file_->foreignEntries()) {
             platform::log("The profiles file " + quoted(profilesPath) + " holds " + std::to_string(foreign) +
                           " entries that are no profiles; they are left as they are.");
@@ -167,12 +170,17 @@ Result<QXProfilesManager::File> QXProfilesManager::takeOverFile() {
     }
 }
 
-void QXProfilesManager::install(File file, const Stamp& stamp) {
+std::unexpected<Error> QXProfilesManager::keepWhatWasRead(const Error& error) {
+    const std::string& reason = error.localizedDescription;
+    if (std::exchange(unreadable_, reason) != reason) platform::log(reason);
+    return std::unexpected(error);
+}
+
+void QXProfilesManager::install(File file, const Result<Stamp>& stamp) {
     file_ = std::move(file);
     stamp_ = stamp;
     badFile_.reset();
     unreadable_.clear();
-    isLoaded_ = true;
     ++generation_;
 }
 
@@ -186,7 +194,8 @@ void QXProfilesManager::replaceChangedRecords() {
 }
 
 std::vector<std::shared_ptr<QXProfile>> QXProfilesManager::profilesThatAre(bool enabled) {
-    load();
+    // A failure has been reported; the store then answers from what it held before.
+    static_cast<void>(takeOverFile());
     const std::scoped_lock lock(mutex_);
     std::vector<std::shared_ptr<QXProfile>> result;
     for (const ProfilesFile::Profile profile : file_->profiles()) {
@@ -205,26 +214,26 @@ std::vector<std::shared_ptr<QXProfile>> QXProfilesManager::disabledProfiles() {
 
 std::shared_ptr<QXProfile> QXProfilesManager::profileByIdentifier_shouldReload(std::string_view identifier,
                                                                                bool shouldReload) {
-    if (shouldReload) reloadProfiles();
-    load();
+    if (shouldReload) {
+        reloadProfiles();
+    } else {
+        static_cast<void>(takeOverFile());
+    }
     const std::scoped_lock lock(mutex_);
     const auto profile = file_->find(identifier);
     return profile ? record(*profile) : nullptr;
 }
 
-void QXProfilesManager::load() {
-    {
-        const std::scoped_lock lock(mutex_);
-        if (isLoaded_) return;
-    }
-    // A failure has been reported; the store then holds what it held before.
-    (void)takeOverFile();
-}
-
 std::shared_ptr<QXProfile> QXProfilesManager::record(ProfilesFile::Profile profile) {
-    std::shared_ptr<QXProfile>& record = records_[file_->identifier(profile)];
+    const std::string identifier = file_->identifier(profile);
+    std::shared_ptr<QXProfile>& record = records_[identifier];
     if (!record) {
-        record = QXProfile::profileWithValues(file_->values(profile));
+        // A record made once more from a file that was read already has nothing new to tell.
+        const bool wasReported = reported_.contains(identifier);
+        record = QXProfile::profileWithValues(file_->values(profile), [&](const std::string& line) {
+            if (!wasReported) platform::log(line);
+            reported_.insert(identifier);
+        });
         record->reportChangesTo(changed_);
     }
     return record;
@@ -250,7 +259,7 @@ void QXProfilesManager::change(const Kind& kind, const std::shared_ptr<QXProfile
     const Journal::Ticket ticket = beginCall(kind.call, profile ? Value(profile->identifier()) : Value());
     const Result<void> result =
         profile
-            ? apply(kind, profile->storedValues())
+            ? handOver(kind, *profile)
             : platform::failure("There is no profile to " + std::string(kind.call) + ": the record is nil.");
     Journal::shared().finish(ticket, result.has_value());
     if (result) {
@@ -263,23 +272,32 @@ void QXProfilesManager::change(const Kind& kind, const std::shared_ptr<QXProfile
     }
 }
 
-Result<void> QXProfilesManager::apply(const Kind& kind, const Dictionary& values) {
+Result<void> QXProfilesManager::handOver(const Kind& kind, QXProfile& profile) {
+    if (kind.handsOver == HandsOver::Identifier)
+        return apply(kind, {.values = {{"identifier", profile.identifier()}}, .set = {}});
+    const ProfileEdit edit = profile.edit();
+    Result<void> result = apply(kind, edit);
+    if (result) profile.wasStored(edit);
+    return result;
+}
+
+Result<void> QXProfilesManager::apply(const Kind& kind, const ProfileEdit& edit) {
     FileManager& files = FileManager::defaultManager();
     const auto fileLock = files.lockExclusively(profilesPath, longestLockWait);
     if (!fileLock) return std::unexpected(fileLock.error());
     const auto present = takeOverFile();
     if (!present) return std::unexpected(present.error());
-    auto next = kind.edit(**present, values);
+    auto next = kind.edit(**present, edit);
     if (!next) return std::unexpected(next.error());
     const auto file = std::make_shared<const ProfilesFile>(*std::move(next));
     const auto written = files.writeData_toFile(file->bytes(), profilesPath, platform::Write::Atomically);
     if (!written) return written;
-    const Stamp stamp = files.stampAtPath(profilesPath);
+    const Result<Stamp> stamp = files.stampAtPath(profilesPath);
 
     const std::scoped_lock lock(mutex_);
     // Another thread's reload may have taken over the written file already.
     if (file_ == *present) {
-        records_.erase(identifierOf(values));
+        records_.erase(edit.identifier());
     } else {
         records_.clear();
     }

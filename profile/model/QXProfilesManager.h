@@ -9,12 +9,14 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/foundation/Error.h"
 #include "platform/foundation/FileSystem.h"
 #include "platform/foundation/Object.h"
 #include "profile/model/ChangedProfiles.h"
+#include "profile/model/ProfileEdit.h"
 #include "profile/model/ProfilesFile.h"
 #include "profile/model/QXProfile.h"
 
@@ -24,12 +26,16 @@ namespace quietrix {
 inline constexpr std::string_view profilesPath =
     "/var/mobile/Library/Preferences/com.velmora.quietrix.profiles.plist";
 
-/// The store of all profiles. What it holds is the profiles file as it was last read or written; the file is
-/// first read when the store is first asked for something. It may be called from any thread.
+/// The store of all profiles. What it holds is the profiles file as it was last read or written; each
+/// question looks first whether the file is still that one, and takes it over when it is not. It may be
+/// called from any thread.
 ///
 /// The records that it hands out are the callers' to change: the store never alters one. Asked again for the
-/// same profile it gives the same record until the profile is saved or reloaded; from then on it gives a new
-/// one with the file's values.
+/// same profile it gives the same record until the profile is saved or reloaded or the file has changed; from
+/// then on it gives a new one with the file's values.
+///
+/// A file that is not there means no profiles. One that cannot be looked at, read or understood is reported
+/// in one log line; the store then keeps what it had, and no change goes into the file.
 class QXProfilesManager : public platform::Object {
     PLATFORM_CLASS(QXProfilesManager, platform::Object)
 
@@ -45,8 +51,6 @@ class QXProfilesManager : public platform::Object {
 
     /// Takes over the file as it is now. Reads it only when it has changed since it was last read or written;
     /// otherwise just those records are replaced, in the store, that were changed since they were handed out.
-    /// A file that is not there means no profiles; one that cannot be read changes nothing and is reported in
-    /// one log line.
     void reloadProfiles();
 
     /// In the file's order.
@@ -58,16 +62,20 @@ class QXProfilesManager : public platform::Object {
 
     /// Each of these makes one change: it locks the file against all others (for at most 2 seconds), takes
     /// over what they wrote meanwhile, applies the change to it and writes it in one piece and durably before
-    /// it returns. A file that cannot be read is left as it is.
+    /// it returns.
+    ///
+    /// An update writes what was changed: the keys that were set on the record since it was made, lists
+    /// element by element; all others keep the values that the file has by then. Once the file holds it, what
+    /// was handed over counts as what the record was made from.
     ///
     /// Exactly one of the callbacks, either of which may be empty, is then queued for the main thread. After
     /// the success callback follow a notification of the change in the local centre (no object) and one of
     /// the same name system-wide. The failure's sentence names what is wrong, and where; as all messages of
     /// the system it is in English.
     ///
-    /// The record is copied before the call returns. A nil one fails; one that has no identifier, or one that
-    /// another profile has, cannot be added; one that the file no longer holds can be neither updated nor
-    /// deleted.
+    /// The record is read on the caller's thread, of one to be deleted only the identifier. A nil one fails;
+    /// one that has no identifier, or one that another profile has, cannot be added; one that the file no
+    /// longer holds can be neither updated nor deleted.
     void addProfile_success_failure(const std::shared_ptr<QXProfile>& profile, Success success,
                                     Failure failure);
     void updateProfile_success_failure(const std::shared_ptr<QXProfile>& profile, Success success,
@@ -77,6 +85,7 @@ class QXProfilesManager : public platform::Object {
 
   private:
     using File = std::shared_ptr<const ProfilesFile>;
+    /// Empty for the file that is not there.
     using Stamp = std::optional<platform::FileStamp>;
     /// One of the three kinds of change.
     struct Kind;
@@ -86,12 +95,13 @@ class QXProfilesManager : public platform::Object {
 
     void change(const Kind& kind, const std::shared_ptr<QXProfile>& profile, Success success,
                 Failure failure);
-    platform::Result<void> apply(const Kind& kind, const platform::Dictionary& values);
+    platform::Result<void> handOver(const Kind& kind, QXProfile& profile);
+    platform::Result<void> apply(const Kind& kind, const ProfileEdit& edit);
     /// The file as it is now, which the store has taken over.
     platform::Result<File> takeOverFile();
-    void load();
+    std::unexpected<platform::Error> keepWhatWasRead(const platform::Error& error);
     /// The mutex is held for these two.
-    void install(File file, const Stamp& stamp);
+    void install(File file, const platform::Result<Stamp>& stamp);
     std::shared_ptr<QXProfile> record(ProfilesFile::Profile profile);
     void replaceChangedRecords();
     std::vector<std::shared_ptr<QXProfile>> profilesThatAre(bool enabled);
@@ -99,16 +109,18 @@ class QXProfilesManager : public platform::Object {
     /// Held for looking at and replacing the members below, never while a file is read, written or waited
     /// for.
     std::mutex mutex_;
-    bool isLoaded_ = false;
     File file_ = std::make_shared<ProfilesFile>();
-    Stamp stamp_;
+    /// Of the file when it was last read or written; a failure until then, and when it could not be had.
+    platform::Result<Stamp> stamp_ = platform::failure("The file has not been looked at.");
     /// Counts the replacements of the file, so that a slow reader does not put an older state over a newer
     /// one.
     std::uint64_t generation_ = 0;
     /// Why the file at this stamp is of no use, while it is not.
     std::optional<platform::Error> badFile_;
-    /// What was last reported of a file that could not even be read.
+    /// What was last reported of a file that could not even be looked at or read.
     std::string unreadable_;
+    /// The profiles of whose values something was reported since the file was read.
+    std::unordered_set<std::string> reported_;
     /// The records in use, by the identifiers of the profiles they were made for.
     std::unordered_map<std::string, std::shared_ptr<QXProfile>> records_;
     std::shared_ptr<ChangedProfiles> changed_ = std::make_shared<ChangedProfiles>();

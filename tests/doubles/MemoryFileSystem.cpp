@@ -63,6 +63,11 @@ void MemoryFileSystem::failRemovals(std::string reason, std::string path) {
     removalFailure_.set(std::move(reason), std::move(path));
 }
 
+void MemoryFileSystem::failStamps(std::string reason, std::string path) {
+    const std::lock_guard lock(mutex_);
+    stampFailure_.set(std::move(reason), std::move(path));
+}
+
 void MemoryFileSystem::failLocks(bool fail) {
     const std::lock_guard lock(mutex_);
     locksFail_ = fail;
@@ -77,6 +82,11 @@ int MemoryFileSystem::writes(const std::string& path) const {
     const std::lock_guard lock(mutex_);
     const auto found = writes_.find(path);
     return found == writes_.end() ? 0 : found->second;
+}
+
+int MemoryFileSystem::stamps(const std::string& path) const {
+    const std::lock_guard lock(mutex_);
+    return stamps_[path];
 }
 
 void MemoryFileSystem::put(const std::string& path, platform::Data data) {
@@ -137,9 +147,13 @@ bool MemoryFileSystem::isDirectory(std::string_view path) const {
     return hasDirectory(std::string(path));
 }
 
-std::optional<platform::FileStamp> MemoryFileSystem::stamp(std::string_view path) const {
+Result<std::optional<platform::FileStamp>> MemoryFileSystem::stamp(std::string_view path) const {
     const std::lock_guard lock(mutex_);
-    const auto file = files_.find(std::string(path));
+    const std::string name(path);
+    ++stamps_[name];
+    if (const std::string reason = stampFailure_.reason(name); !reason.empty())
+        return failed(name, "looked at", reason);
+    const auto file = files_.find(name);
     if (file == files_.end()) return std::nullopt;
     return file->second.stamp;
 }

@@ -22,12 +22,15 @@ class MemoryFileSystem : public platform::FileSystem {
     void failReads(std::string reason, std::string path = {});
     void failWrites(std::string reason, std::string path = {});
     void failRemovals(std::string reason, std::string path = {});
+    void failStamps(std::string reason, std::string path = {});
     /// Locks fail as if their time were over.
     void failLocks(bool fail);
 
     /// How often each file was read or written, successfully or not.
     int reads(const std::string& path) const;
     int writes(const std::string& path) const;
+    /// How often each file was looked at for its stamp.
+    int stamps(const std::string& path) const;
     /// Puts a file there without counting, as another process would.
     void put(const std::string& path, platform::Data data);
     void put(const std::string& path, std::string_view text);
@@ -37,7 +40,7 @@ class MemoryFileSystem : public platform::FileSystem {
                                  platform::Write how) override;
     bool exists(std::string_view path) const override;
     bool isDirectory(std::string_view path) const override;
-    std::optional<platform::FileStamp> stamp(std::string_view path) const override;
+    platform::Result<std::optional<platform::FileStamp>> stamp(std::string_view path) const override;
     platform::Result<void> remove(std::string_view path) override;
     platform::Result<void> createDirectory(std::string_view path) override;
     platform::Result<std::vector<std::string>> list(std::string_view path) const override;
@@ -68,10 +71,12 @@ class MemoryFileSystem : public platform::FileSystem {
     std::set<std::string> directories_{"/"};
     std::set<std::string> locks_;
     mutable std::map<std::string, int> reads_;
+    mutable std::map<std::string, int> stamps_;
     std::map<std::string, int> writes_;
     Failure readFailure_;
     Failure writeFailure_;
     Failure removalFailure_;
+    Failure stampFailure_;
     bool locksFail_ = false;
     std::uint64_t revision_ = 0;
 };

@@ -80,7 +80,7 @@ class StoreProcesses : public StoreFixture {
         return outcome;
     }
     /// Waits until the file is another than the one of that stamp; false when it stays the same.
-    bool changesFrom(const std::optional<platform::FileStamp>& stamp) {
+    bool changesFrom(const platform::Result<std::optional<platform::FileStamp>>& stamp) {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
         while (files_->stamp(path_) == stamp) {
             if (std::chrono::steady_clock::now() > deadline) return false;
