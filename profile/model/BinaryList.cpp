@@ -156,6 +156,14 @@ std::vector<BinaryList::Object> BinaryList::elements(Object object) const {
     return result;
 }
 
+std::size_t BinaryList::elementCount(Object array) const {
+    return isArray(array) ? static_cast<std::size_t>(head(offset(array))->size) : 0;
+}
+
+BinaryList::Object BinaryList::element(Object array, std::size_t position) const {
+    return reference(head(offset(array))->payload + position * static_cast<std::size_t>(referenceWidth_));
+}
+
 std::optional<BinaryList::Object> BinaryList::find(Object dictionary, std::string_view key) const {
     if (!isDictionary(dictionary)) return std::nullopt;
     const Head entries = *head(offset(dictionary));
@@ -170,9 +178,16 @@ std::optional<BinaryList::Object> BinaryList::find(Object dictionary, std::strin
 
 bool BinaryList::textIs(Object object, std::string_view text) const {
     const Head found = *head(offset(object));
-    if (found.kind != Ascii) return string(object) == text;
+    // A text has no fewer bytes than it has units of 16 bits.
+    if (found.kind == Utf16) return found.size <= text.size() && string(object) == text;
+    if (found.kind != Ascii) return false;
     const auto payload = bytes_.begin() + static_cast<std::ptrdiff_t>(found.payload);
     return found.size == text.size() && std::equal(text.begin(), text.end(), payload);
+}
+
+bool BinaryList::isString(Object object) const {
+    const int kind = bytes_[offset(object)] >> 4;
+    return kind == Ascii || kind == Utf16;
 }
 
 std::optional<std::string> BinaryList::string(Object object) const {

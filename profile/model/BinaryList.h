@@ -21,6 +21,11 @@ class BinaryList {
   public:
     using Object = std::uint32_t;
 
+    /// A list of more bytes is a large one: all that is made to read it takes twice its bytes at most.
+    static constexpr std::size_t largeSize = std::size_t{64} << 20;
+    /// No list has more objects.
+    static constexpr Object maximumCount = INT32_MAX;
+
     struct Pair {
         Object key;
         Object value;
@@ -55,10 +60,16 @@ class BinaryList {
     std::vector<Pair> pairs(Object object) const;
     /// An array's elements; none for any other object.
     std::vector<Object> elements(Object object) const;
+    /// The same one by one, for an array that is long.
+    std::size_t elementCount(Object array) const;
+    Object element(Object array, std::size_t position) const;
     /// The value's object under the key of a dictionary; the last one, should the key come twice.
     std::optional<Object> find(Object dictionary, std::string_view key) const;
     /// Empty for what is no string.
     std::optional<std::string> string(Object object) const;
+    bool isString(Object object) const;
+    /// Whether it is a string, and this one. Makes none to tell.
+    bool textIs(Object object, std::string_view text) const;
     platform::Value value(Object object) const;
     /// The object's own bytes: what a container refers to is not among them.
     std::span<const std::uint8_t> encoded(Object object) const;
@@ -95,7 +106,6 @@ class BinaryList {
     /// Empty for a marker that property lists do not have and for an object that leads past the objects' end.
     std::optional<Head> head(std::size_t at) const;
     platform::Value integerValue(const Head& head) const;
-    bool textIs(Object object, std::string_view text) const;
     void readTrailer();
 
     platform::Data bytes_;

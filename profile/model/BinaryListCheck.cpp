@@ -21,7 +21,7 @@ constexpr std::uint64_t expansionFactor = 64;
 }  // namespace
 
 std::optional<std::string> BinaryListCheck::run() {
-    if (!checkTrailer()) return reason_;
+    if (!checkTrailer() || !checkObjectCount()) return reason_;
     extents_.resize(list_.count_);
     if (!check(list_.root_, 1)) return reason_;
     return std::nullopt;
@@ -53,11 +53,18 @@ bool BinaryListCheck::checkTrailer() {
     if (table <= headerSize || table > trailer)
         return fail("the offset table lies outside the file", trailer + 24);
     const std::uint64_t room = (trailer - table) / static_cast<std::uint64_t>(list_.offsetWidth_);
-    if (count == 0 || count > room || count > UINT32_MAX) {
+    if (count == 0 || count > room || count > BinaryList::maximumCount) {
         return fail("the number of objects does not fit the offset table", trailer + 8);
     }
     if (root >= count) return fail("the root is an object that does not exist", trailer + 16);
     return true;
+}
+
+bool BinaryListCheck::checkObjectCount() {
+    // Only a list whose objects share their bytes, made to exhaust memory, has so many. A small one cannot.
+    const std::uint64_t size = list_.bytes_.size();
+    return size <= BinaryList::largeSize || list_.count_ * sizeof(Extent) <= 2 * size ||
+           fail("there are more objects than the file has room for", size - trailerSize + 8);
 }
 
 bool BinaryListCheck::check(Object object, int depth) {
@@ -67,7 +74,7 @@ bool BinaryListCheck::check(Object object, int depth) {
     const bool known = extent.nodes != 0;
     const auto head = list_.head(at);
     if (!head) return fail("the object there is of an unknown kind or leads out of the file", at);
-    if (!known) extent = {isContainer(*head) ? std::uint16_t{1} : std::uint16_t{0}, true, 1};
+    if (!known) extent = {1, isContainer(*head) ? std::uint16_t{1} : std::uint16_t{0}, true};
     // One that was met before may be met again further down.
     if (depth - 1 + extent.height > platform::PropertyListSerialization::maximumDepth) {
         return fail("containers nest too deeply", at);
@@ -111,7 +118,7 @@ bool BinaryListCheck::checkText(const BinaryList::Head& text) {
 bool BinaryListCheck::checkChildren(const BinaryList::Head& container, Extent& extent, int depth) {
     if (!isContainer(container)) return true;
     const auto width = static_cast<std::size_t>(list_.referenceWidth_);
-    const std::uint64_t limit = expansionFactor * list_.bytes_.size();
+    const std::uint64_t limit = std::min<std::uint64_t>(expansionFactor * list_.bytes_.size(), UINT32_MAX);
     const std::size_t keysEnd =
         container.kind == BinaryList::Dictionary ? container.payload + container.size * width : 0;
     for (std::size_t at = container.payload; at < container.end; at += width) {
@@ -122,8 +129,9 @@ bool BinaryListCheck::checkChildren(const BinaryList::Head& container, Extent& e
         if (at < keysEnd && !isText(object)) return fail("a dictionary's key is no text", at);
         extent.height =
             std::max<std::uint16_t>(extent.height, static_cast<std::uint16_t>(extents_[object].height + 1));
-        extent.nodes += extents_[object].nodes;
-        if (extent.nodes > limit) return fail("the references unfold to far more than the file holds", at);
+        const std::uint64_t nodes = std::uint64_t{extent.nodes} + extents_[object].nodes;
+        if (nodes > limit) return fail("the references unfold to far more than the file holds", at);
+        extent.nodes = static_cast<std::uint32_t>(nodes);
     }
     return true;
 }

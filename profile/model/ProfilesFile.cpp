@@ -3,6 +3,9 @@
 
 #include <algorithm>
 #include <functional>
+#include <set>
+#include <unordered_map>
+#include <utility>
 
 #include "platform/foundation/PropertyList.h"
 #include "profile/model/ProfilesFileDraft.h"
@@ -17,6 +20,8 @@ using platform::PropertyListFormat;
 using platform::PropertyListSerialization;
 using platform::Result;
 using platform::Value;
+
+constexpr std::string_view identifierKey = "identifier";
 
 Result<BinaryList> binaryList(platform::Data bytes) {
     const auto format = PropertyListSerialization::formatOfData(bytes);
@@ -53,35 +58,65 @@ Result<void> ProfilesFile::readEntries() {
     }
     const auto profiles = list_->find(root, profilesKey);
     if (!profiles || !list_->isArray(*profiles)) return failure("It has no array \"profiles\".");
-    const auto objects = list_->elements(*profiles);
-    entries_.reserve(objects.size());
-    std::vector<Candidate> candidates;
-    candidates.reserve(objects.size());
-    for (const BinaryList::Object object : objects) {
-        const std::string name = identifier(object);
-        if (!name.empty()) candidates.push_back({{hashOf(name), object}, entries_.size()});
-        entries_.push_back({object, false});
-    }
-    admit(std::move(candidates));
+    // Beside the bytes stand four for each entry now, and up to that again for each that is a profile.
+    const std::size_t count = list_->elementCount(*profiles);
+    const std::size_t size = list_->bytes().size();
+    if (size > largeSize && count > size / (2 * sizeof(Entry)))
+        return failure("Its array \"profiles\" names the same few objects too often.");
+    admit(readCandidates(*profiles));
     return {};
 }
 
+std::vector<ProfilesFile::Candidate> ProfilesFile::readCandidates(BinaryList::Object profiles) {
+    const std::size_t count = list_->elementCount(profiles);
+    entries_.reserve(count);
+    std::vector<Candidate> candidates;
+    candidates.reserve(std::min<std::size_t>(count, list_->count()));
+    // An object that comes again has the identifier of its first entry, and is none of its own.
+    std::vector<bool> met(list_->count());
+    for (std::size_t position = 0; position < count; ++position) {
+        const BinaryList::Object object = list_->element(profiles, position);
+        entries_.emplace_back(object, false);
+        if (met[object]) continue;
+        met[object] = true;
+        const auto name = list_->find(object, identifierKey);
+        if (name && list_->isString(*name) && !list_->textIs(*name, ""))
+            candidates.push_back({{0, object}, *name, static_cast<std::uint32_t>(position)});
+    }
+    return candidates;
+}
+
 void ProfilesFile::admit(std::vector<Candidate> candidates) {
-    // The first of several under one identifier comes first among them and is the profile.
-    std::ranges::sort(candidates, [this](const Candidate& a, const Candidate& b) {
-        if (a.place.hash != b.place.hash) return a.place.hash < b.place.hash;
-        const int order = identifier(a.place.object).compare(identifier(b.place.object));
-        return order != 0 ? order < 0 : a.position < b.position;
-    });
-    for (const Candidate& candidate : candidates) {
-        const auto& [hash, object] = candidate.place;
-        const bool taken = !places_.empty() && places_.back().hash == hash &&
-                           identifier(places_.back().object) == identifier(object);
-        if (taken) continue;
-        places_.push_back(candidate.place);
-        entries_[candidate.position].isProfile = true;
+    // Each text is looked at once, however many entries share it: only the first of them can be a profile.
+    const auto byName = [](const Candidate& candidate) {
+        return std::pair(candidate.name, candidate.position);
+    };
+    std::ranges::sort(candidates, {}, byName);
+    const auto again = std::ranges::unique(candidates, {}, &Candidate::name);
+    candidates.erase(again.begin(), again.end());
+    for (Candidate& candidate : candidates) candidate.place.hash = hashOf(*list_->string(candidate.name));
+
+    const auto hash = [](const Candidate& candidate) { return candidate.place.hash; };
+    std::ranges::sort(candidates, {},
+                      [&](const Candidate& each) { return std::pair(hash(each), each.position); });
+    places_.reserve(candidates.size());
+    for (auto first = candidates.begin(); first != candidates.end();) {
+        const auto end = std::find_if(first, candidates.end(),
+                                      [&](const Candidate& each) { return hash(each) != hash(*first); });
+        admitFirstOfEachName({first, end});
+        first = end;
     }
     foreignEntries_ = entries_.size() - places_.size();
+}
+
+void ProfilesFile::admitFirstOfEachName(std::span<const Candidate> ofOneHash) {
+    std::set<std::string> taken;
+    for (const Candidate& candidate : ofOneHash) {
+        const bool isAlone = ofOneHash.size() == 1;
+        if (!isAlone && !taken.insert(*list_->string(candidate.name)).second) continue;
+        places_.push_back(candidate.place);
+        entries_[candidate.position] = Entry(candidate.place.object, true);
+    }
 }
 
 std::uint32_t ProfilesFile::hashOf(std::string_view identifier) {
@@ -97,7 +132,7 @@ std::vector<ProfilesFile::Profile> ProfilesFile::profiles() const {
     std::vector<Profile> result;
     result.reserve(places_.size());
     for (const Entry& entry : entries_) {
-        if (entry.isProfile) result.push_back(entry.object);
+        if (entry.isProfile()) result.push_back(entry.object());
     }
     return result;
 }
@@ -105,13 +140,14 @@ std::vector<ProfilesFile::Profile> ProfilesFile::profiles() const {
 std::optional<ProfilesFile::Profile> ProfilesFile::find(std::string_view identifier) const {
     const auto found = std::ranges::equal_range(places_, hashOf(identifier), {}, &Place::hash);
     for (const Place& place : found) {
-        if (this->identifier(place.object) == identifier) return place.object;
+        const auto name = list_->find(place.object, identifierKey);
+        if (name && list_->textIs(*name, identifier)) return place.object;
     }
     return std::nullopt;
 }
 
 std::string ProfilesFile::identifier(Profile profile) const {
-    const auto object = list_->find(profile, "identifier");
+    const auto object = list_->find(profile, identifierKey);
     return object ? list_->string(*object).value_or("") : "";
 }
 
@@ -126,13 +162,14 @@ Dictionary ProfilesFile::values(Profile profile) const {
 
 Result<ProfilesFile> ProfilesFile::adding(const Dictionary& values) const {
     Change change{.entries = entries_, .places = places_, .position = entries_.size(), .values = &values};
-    change.entries.push_back({0, true});
+    change.entries.emplace_back(0, true);
     return Draft(*this).finish(std::move(change));
 }
 
 Result<ProfilesFile> ProfilesFile::updating(Profile profile, const Dictionary& values) const {
-    const auto entry = std::ranges::find_if(
-        entries_, [&](const Entry& candidate) { return candidate.isProfile && candidate.object == profile; });
+    const auto entry = std::ranges::find_if(entries_, [&](const Entry& candidate) {
+        return candidate.isProfile() && candidate.object() == profile;
+    });
     const auto position = static_cast<std::size_t>(entry - entries_.begin());
     Change change{
         .entries = entries_, .places = places_, .position = position, .values = &values, .previous = profile};
@@ -143,8 +180,20 @@ Result<ProfilesFile> ProfilesFile::updating(Profile profile, const Dictionary& v
 Result<ProfilesFile> ProfilesFile::removing(Profile profile) const {
     Change change{.entries = entries_, .places = places_, .previous = profile};
     const std::string name = identifier(profile);
+    // Entries and texts that come again and again are looked at once.
+    std::unordered_map<Profile, bool> carriesName;
+    std::unordered_map<BinaryList::Object, bool> isName;
     std::erase_if(change.entries, [&](const Entry& entry) {
-        return entry.object == profile || (!entry.isProfile && identifier(entry.object) == name);
+        if (entry.object() == profile) return true;
+        if (entry.isProfile()) return false;
+        const auto [known, isNew] = carriesName.try_emplace(entry.object(), false);
+        const auto text = isNew ? list_->find(entry.object(), identifierKey) : std::nullopt;
+        if (text) {
+            const auto [verdict, isNewText] = isName.try_emplace(*text, false);
+            if (isNewText) verdict->second = list_->textIs(*text, name);
+            known->second = verdict->second;
+        }
+        return known->second;
     });
     std::erase_if(change.places, [&](const Place& place) { return place.object == profile; });
     return Draft(*this).finish(std::move(change));

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,7 +27,11 @@ class ProfilesFile {
     /// The file that is not there: no profiles.
     ProfilesFile() = default;
     /// Reads every form of property list. The error is a sentence about what is wrong with the bytes.
+    /// Takes time in proportion to the bytes. A file of more than `largeSize` bytes takes three times its
+    /// size in memory at most while it is read, the bytes themselves included; one that would take more is
+    /// refused.
     static platform::Result<ProfilesFile> parse(platform::Data bytes);
+    static constexpr std::size_t largeSize = BinaryList::largeSize;
 
     /// Empty for the file that is not there.
     const platform::Data& bytes() const;
@@ -55,18 +60,27 @@ class ProfilesFile {
     static constexpr std::string_view profilesKey = "profiles";
     static constexpr std::int64_t currentFormat = 1;
 
-    struct Entry {
-        Profile object;
-        bool isProfile;
+    /// An element of "profiles", and whether it is one. In one number: a large file may have many.
+    class Entry {
+      public:
+        Entry(Profile object, bool isProfile) : packed_(object << 1 | (isProfile ? 1U : 0U)) {}
+        Profile object() const { return packed_ >> 1; }
+        bool isProfile() const { return (packed_ & 1U) != 0; }
+
+      private:
+        Profile packed_;
     };
     /// Where a profile is, kept in the order of the hashes of the identifiers.
     struct Place {
         std::uint32_t hash;
         Profile object;
     };
+    /// An entry with an identifier, the first for its object.
     struct Candidate {
         Place place;
-        std::size_t position;
+        /// The identifier's object: many entries may share it.
+        BinaryList::Object name;
+        std::uint32_t position;
     };
     /// What the next state has: the entries and places that stay, and the values, if any, for the entry at a
     /// position.
@@ -81,7 +95,9 @@ class ProfilesFile {
 
     static std::uint32_t hashOf(std::string_view identifier);
     platform::Result<void> readEntries();
+    std::vector<Candidate> readCandidates(BinaryList::Object profiles);
     void admit(std::vector<Candidate> candidates);
+    void admitFirstOfEachName(std::span<const Candidate> ofOneHash);
 
     std::optional<BinaryList> list_;
     std::vector<Entry> entries_;

@@ -56,8 +56,9 @@ Result<BinaryList::Object> ProfilesFile::Draft::record(const Change& change) {
     // A new profile shares the keys, and the values that are equal, of the one before it.
     std::optional<Profile> model = change.previous;
     if (!model && !base_.places_.empty()) {
-        model = std::ranges::find(base_.entries_.rbegin(), base_.entries_.rend(), true, &Entry::isProfile)
-                    ->object;
+        model = std::ranges::find_if(base_.entries_.rbegin(), base_.entries_.rend(), [](const Entry& entry) {
+                    return entry.isProfile();
+                })->object();
     }
     for (const auto& [key, value] : model ? base_.list_->pairs(*model) : std::vector<BinaryList::Pair>()) {
         const std::string name = *base_.list_->string(key);
@@ -133,8 +134,8 @@ Result<ProfilesFile> ProfilesFile::Draft::finish(Change change) && {
     elements.reserve(next.entries_.size());
     for (Entry& entry : next.entries_) {
         const bool isMade = change.values && elements.size() == change.position;
-        entry.object = isMade ? made : keep(entry.object);
-        elements.push_back(entry.object);
+        entry = Entry(isMade ? made : keep(entry.object()), entry.isProfile());
+        elements.push_back(entry.object());
     }
     next.foreignEntries_ = next.entries_.size() - next.places_.size();
 

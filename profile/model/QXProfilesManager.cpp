@@ -142,6 +142,12 @@ Result<QXProfilesManager::File> QXProfilesManager::takeOverFile() {
             }
             generation = generation_;
         }
+        if (*stamp && (*stamp)->size > std::int64_t{ProfilesFile::largeSize}) {
+            platform::log("The profiles file " + quoted(profilesPath) + " has " +
+                          std::to_string((*stamp)->size) + " bytes, more than " +
+                          std::to_string(ProfilesFile::largeSize >> 20) +
+                          " MiB; reading it may take three times as much memory.");
+        }
         // Moved from only where it holds bytes; what it says of a failure stays.
         auto bytes = *stamp ? files.contentsAtPath(profilesPath) : platform::Data();
         if (!bytes && files.stampAtPath(profilesPath) != stamp) continue;

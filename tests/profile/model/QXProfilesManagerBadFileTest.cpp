@@ -18,9 +18,9 @@ class StoreBadFile : public StoreFixture {
   protected:
     /// No change goes into such a file, each names it and the reason, and the store keeps what it has.
     void expectRefused(const Data& bytes, const std::string& reason) {
-        phone_.files->put(path_, bytes);
         const auto good = stored("A");
         const std::size_t lines = phone_.log->lines().size();
+        phone_.files->put(path_, bytes);
         store_->reloadProfiles();
         store_->reloadProfiles();
         ASSERT_EQ(lines + 1, phone_.log->lines().size()) << reason;

@@ -166,8 +166,9 @@ TEST_F(StoreChange, profileDeletedByAnotherProcess_isNotUpdated) {
 
 TEST_F(StoreChange, fileThatWasRemoved_isBegunAnewByAnAddition) {
     add(profile("A"));
+    const auto record = stored("A");
     ASSERT_TRUE(phone_.files->remove(path_));
-    EXPECT_THAT(update(stored("A")), HasSubstr("deleted"));
+    EXPECT_THAT(update(record), HasSubstr("deleted"));
     EXPECT_EQ("success", add(profile("B")));
     EXPECT_EQ(fileOf({profile("B")->storedValues()}), file());
 }
