@@ -41,10 +41,9 @@ class PickerFixture : public testing::Test {
     /// The profile that the opening row holds now.
     std::shared_ptr<QXProfile> shown() { return row_->userInfo()["profile"].template objectAs<QXProfile>(); }
     void storeOtherValue(std::string_view key, const platform::Value& value) {
-        auto values = profile_->storedValues();
-        values[std::string(key)] = value;
-        QXProfilesManager::sharedManager()->updateProfile_success_failure(
-            QXProfile::profileWithValues(values), nullptr, nullptr);
+        const auto theirs = QXProfile::profileWithValues(profile_->storedValues());
+        theirs->setValue_forKey(value, key);
+        QXProfilesManager::sharedManager()->updateProfile_success_failure(theirs, nullptr, nullptr);
     }
     void post(std::string_view name) {
         platform::NotificationCenter::defaultCenter().postNotificationName_object_userInfo(name, nullptr,

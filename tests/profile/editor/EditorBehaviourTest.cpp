@@ -214,10 +214,9 @@ TEST_F(Editor, dataUpdated_savesAndTakesTheStoresRecord) {
 
 TEST_F(Editor, appliedStateChanged_takesTheStoresRecordAndSavesNothing) {
     open();
-    auto values = profile_->storedValues();
-    values["title"] = "Renamed elsewhere";
-    QXProfilesManager::sharedManager()->updateProfile_success_failure(QXProfile::profileWithValues(values),
-                                                                      nullptr, nullptr);
+    const auto theirs = QXProfile::profileWithValues(profile_->storedValues());
+    theirs->setTitle("Renamed elsewhere");
+    QXProfilesManager::sharedManager()->updateProfile_success_failure(theirs, nullptr, nullptr);
     phone_.takeEvents();
     post(ProfileAppliedStateChangedNotification);
     EXPECT_EQ("", happened());

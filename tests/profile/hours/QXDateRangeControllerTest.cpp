@@ -56,9 +56,8 @@ TEST_F(HoursScreen, failedSave_showsTheErrorAndKeepsTheTimeInMemory) {
 TEST_F(HoursScreen, appliedStateChanged_takesTheStoresCopyWithoutRefreshing) {
     openStored("9:00 AM", "5:00 PM");
     EXPECT_EQ("From 9:00 AM", rowText(0));
-    auto values = profile_->storedValues();
-    values["startTime"] = "7:00 AM";
-    const auto other = QXProfile::profileWithValues(values);
+    const auto other = QXProfile::profileWithValues(profile_->storedValues());
+    other->setStartTime("7:00 AM");
     QXProfilesManager::sharedManager()->updateProfile_success_failure(other, nullptr, nullptr);
     postAppliedState();
     const auto fresh = row_->userInfo().objectAs<QXProfile>();

@@ -53,12 +53,62 @@ TEST_F(StoreReload, changedFile_givesNewRecordsAndLeavesOldOnesAlone) {
     putFile(fileOf({profile("A", "old")->storedValues()}));
     const auto old = stored("A");
     putFile(fileOf({profile("A", "new")->storedValues(), profile("B")->storedValues()}));
-    EXPECT_EQ(old, stored("A")) << "nobody asked for a reload";
-    EXPECT_EQ(nullptr, stored("B"));
     store_->reloadProfiles();
     EXPECT_EQ("new", stored("A")->title());
     EXPECT_EQ("old", old->title());
     EXPECT_NE(nullptr, stored("B"));
+    EXPECT_EQ(2, reads());
+}
+
+TEST_F(StoreReload, everyQuestion_isAnsweredFromTheFileAsItIs) {
+    putFile(fileOf({profile("A", "old")->storedValues()}));
+    const auto old = stored("A");
+    const auto question = [this](int number) -> std::vector<std::string> {
+        if (number == 0) return identifiersOf(store_->enabledProfiles());
+        if (number == 1) return identifiersOf(store_->disabledProfiles());
+        const auto found = stored(std::to_string(number));
+        return found ? std::vector<std::string>{found->title()} : std::vector<std::string>();
+    };
+    for (int number = 0; number < 3; ++number) {
+        const auto theirs = profile(std::to_string(number), "theirs");
+        theirs->setEnabled(number != 1);
+        putFile(fileOf({theirs->storedValues()}));
+        EXPECT_THAT(question(number), ElementsAre(number < 2 ? std::to_string(number) : "theirs"));
+    }
+    ASSERT_TRUE(phone_.files->remove(path_));
+    EXPECT_EQ(nullptr, stored("2"));
+    EXPECT_THAT(store_->enabledProfiles(), IsEmpty());
+    EXPECT_EQ("old", old->title());
+}
+
+TEST_F(StoreReload, question_costsOneLookAndTellsNothing) {
+    putFile(fileOf({profile("A")->storedValues()}));
+    static_cast<void>(stored("A"));
+    phone_.takeEvents();
+    int looks = phone_.files->stamps(path_);
+    static_cast<void>(stored("A"));
+    static_cast<void>(store_->enabledProfiles());
+    static_cast<void>(store_->disabledProfiles());
+    EXPECT_EQ(looks + 3, phone_.files->stamps(path_));
+    EXPECT_EQ(1, reads());
+
+    putFile(fileOf({profile("A", "new")->storedValues()}));
+    EXPECT_EQ("new", stored("A")->title());
+    EXPECT_EQ(2, reads());
+    phone_.drain();
+    EXPECT_THAT(phone_.takeEvents(), IsEmpty());
+    EXPECT_THAT(phone_.notifications->takePosted(), IsEmpty());
+}
+
+TEST_F(StoreReload, recordThatCouldNotBeSaved_outlivesQuestions) {
+    putFile(fileOf({profile("A", "saved")->storedValues()}));
+    const auto record = stored("A");
+    record->setTitle("unsaved");
+    phone_.files->failWrites("No space left on device");
+    EXPECT_THAT(update(record), testing::HasSubstr("No space left"));
+    EXPECT_EQ(record, stored("A"));
+    static_cast<void>(store_->disabledProfiles());
+    EXPECT_EQ("unsaved", store_->enabledProfiles().at(0)->title());
 }
 
 TEST_F(StoreReload, recordThatWasChangedAndNotSaved_isReplaced) {
@@ -112,10 +162,9 @@ TEST_F(StoreReload, removedFile_isAnEmptyStore) {
     EXPECT_THAT(store_->enabledProfiles(), IsEmpty());
 }
 
-TEST_F(StoreReload, shouldReload_readsFirst) {
+TEST_F(StoreReload, shouldReload_isAReload) {
     EXPECT_EQ(nullptr, stored("A"));
     putFile(fileOf({profile("A")->storedValues()}));
-    EXPECT_EQ(nullptr, store_->profileByIdentifier_shouldReload("A", false));
     phone_.takeEvents();
     EXPECT_NE(nullptr, store_->profileByIdentifier_shouldReload("A", true));
     EXPECT_EQ(1U, phone_.takeEvents("store").size());
