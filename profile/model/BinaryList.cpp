@@ -132,6 +132,15 @@ bool BinaryList::isArray(Object object) const {
     return bytes_[offset(object)] >> 4 == Array;
 }
 
+bool BinaryList::isNumber(Object object) const {
+    const int kind = bytes_[offset(object)] >> 4;
+    return kind == Integer || kind == Real;
+}
+
+std::size_t BinaryList::pairCount(Object dictionary) const {
+    return isDictionary(dictionary) ? static_cast<std::size_t>(head(offset(dictionary))->size) : 0;
+}
+
 std::vector<BinaryList::Pair> BinaryList::pairs(Object object) const {
     std::vector<Pair> result;
     if (!isDictionary(object)) return result;

@@ -56,8 +56,11 @@ class BinaryList {
 
     bool isDictionary(Object object) const;
     bool isArray(Object object) const;
+    /// An integer or a real; no boolean.
+    bool isNumber(Object object) const;
     /// A dictionary's entries in their order; none for any other object.
     std::vector<Pair> pairs(Object object) const;
+    std::size_t pairCount(Object dictionary) const;
     /// An array's elements; none for any other object.
     std::vector<Object> elements(Object object) const;
     /// The same one by one, for an array that is long.

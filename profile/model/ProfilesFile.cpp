@@ -51,6 +51,8 @@ Result<void> ProfilesFile::readEntries() {
     if (!list_->isDictionary(root)) return failure("Its root is no dictionary.");
     const auto format = list_->find(root, formatKey);
     if (!format) return failure("It has no \"format\".");
+    // Only of a number it is known that it is short.
+    if (!list_->isNumber(*format)) return failure("Its \"format\" is no number.");
     const Value version = list_->value(*format);
     if (version != Value(currentFormat)) {
         return failure("Its \"format\" is " + version.description() + ", and only " +
@@ -70,15 +72,22 @@ Result<void> ProfilesFile::readEntries() {
 std::vector<ProfilesFile::Candidate> ProfilesFile::readCandidates(BinaryList::Object profiles) {
     const std::size_t count = list_->elementCount(profiles);
     entries_.reserve(count);
-    std::vector<Candidate> candidates;
-    candidates.reserve(std::min<std::size_t>(count, list_->count()));
     // An object that comes again has the identifier of its first entry, and is none of its own.
-    std::vector<bool> met(list_->count());
+    std::vector<bool> isNew(list_->count());
+    std::size_t dictionaries = 0;
     for (std::size_t position = 0; position < count; ++position) {
         const BinaryList::Object object = list_->element(profiles, position);
         entries_.emplace_back(object, false);
-        if (met[object]) continue;
-        met[object] = true;
+        if (isNew[object] || list_->pairCount(object) == 0) continue;
+        isNew[object] = true;
+        ++dictionaries;
+    }
+    std::vector<Candidate> candidates;
+    candidates.reserve(dictionaries);
+    for (std::size_t position = 0; position < count; ++position) {
+        const BinaryList::Object object = entries_[position].object();
+        if (!isNew[object]) continue;
+        isNew[object] = false;
         const auto name = list_->find(object, identifierKey);
         if (name && list_->isString(*name) && !list_->textIs(*name, ""))
             candidates.push_back({{0, object}, *name, static_cast<std::uint32_t>(position)});

@@ -5,6 +5,7 @@
 #include <signal.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -196,6 +197,45 @@ TEST_F(RootFileSystemTest, stamp_changesWithTheFile_andIsEmptyWithoutOne) {
     EXPECT_EQ(files.stamp("/f"), first);
     ASSERT_TRUE(files.write("/f", bytes("b"), Write::Atomically));
     EXPECT_NE(files.stamp("/f"), first);
+}
+
+TEST_F(RootFileSystemTest, stampBelowWhatIsNoDirectory_isEmpty) {
+    writeText(root / "f", "a");
+    fs::create_symlink(root / "nowhere", root / "dangling");
+    for (const char* path : {"/f/below", "/missing/below", "/dangling"})
+        EXPECT_EQ(files.stamp(path).value(), std::nullopt) << path;
+}
+
+TEST_F(RootFileSystemTest, stampOfWhatCannotBeLookedAt_isAnError) {
+    fs::create_symlink(root / "b", root / "a");
+    fs::create_symlink(root / "a", root / "b");
+    EXPECT_EQ(errorOf(files.stamp("/a")),
+              "The file \"/a\" could not be looked at: Too many levels of symbolic links.");
+    EXPECT_FALSE(files.exists("/a"));
+    const std::string longName = "/" + std::string(300, 'x');
+    EXPECT_EQ(errorOf(files.stamp(longName)),
+              "The file \"" + longName + "\" could not be looked at: File name too long.");
+    EXPECT_EQ(errorOf(files.stamp("a")), "The path \"a\" is not absolute.");
+}
+
+TEST_F(RootFileSystemTest, stampInADirectoryWithoutSearchPermission_isAnError) {
+    fs::create_directory(root / "closed");
+    writeText(root / "closed" / "f", "a");
+    fs::permissions(root / "closed", fs::perms::none);
+    // The administrator may look everywhere, so the look is another user's then.
+    constexpr uid_t nobody = 65534;
+    const bool isAdministrator = geteuid() == 0;
+    if (isAdministrator) {
+        fs::permissions(root.path(), fs::perms::all);
+        ASSERT_EQ(seteuid(nobody), 0);
+    }
+    const auto stamp = files.stamp("/closed/f");
+    if (isAdministrator) {
+        ASSERT_EQ(seteuid(0), 0);
+    }
+    fs::permissions(root / "closed", fs::perms::all);
+    EXPECT_EQ(errorOf(stamp), "The file \"/closed/f\" could not be looked at: Permission denied.");
+    EXPECT_TRUE(files.stamp("/closed/f").value().has_value());
 }
 
 TEST_F(RootFileSystemTest, remove_takesFilesDirectoriesAndLinksButNotTheirTargets) {

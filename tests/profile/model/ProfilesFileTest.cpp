@@ -133,6 +133,95 @@ TEST(ProfilesFile, valueOfAProfile_isFoundByItsKey) {
     EXPECT_EQ(profile("A", "a"), file.values(found));
 }
 
+/// A list under whose "profiles" stand the given references; before them come the objects 0 to 4: the root,
+/// its three other parts and the array itself.
+class ListOfReferences {
+  public:
+    static constexpr std::uint32_t firstFree = 6;
+
+    std::uint32_t add(Data object) {
+        objects_.push_back(std::move(object));
+        return firstFree + static_cast<std::uint32_t>(objects_.size()) - 1;
+    }
+    static Data text(std::string_view text) {
+        Data object{0x5F, 0x12};
+        number(object, static_cast<std::uint32_t>(text.size()));
+        object.insert(object.end(), text.begin(), text.end());
+        return object;
+    }
+    static Data dictionary(std::uint32_t key, std::uint32_t value) {
+        Data object{0xD1};
+        number(object, key);
+        number(object, value);
+        return object;
+    }
+    Data bytes(const std::vector<std::uint32_t>& references) const {
+        Data array{0xAF, 0x12};
+        number(array, static_cast<std::uint32_t>(references.size()));
+        for (const std::uint32_t reference : references) number(array, reference);
+        Data root{0xD2};
+        for (const std::uint32_t reference : {1U, 2U, 3U, 4U}) number(root, reference);
+        std::vector<Data> all{root, text("format"), text("profiles"), {0x10, 1}, array, {0x09}};
+        all.insert(all.end(), objects_.begin(), objects_.end());
+        Data result;
+        for (const char character : std::string_view("bplist00"))
+            result.push_back(static_cast<std::uint8_t>(character));
+        Data table;
+        for (const Data& object : all) {
+            number(table, static_cast<std::uint32_t>(result.size()));
+            result.insert(result.end(), object.begin(), object.end());
+        }
+        const std::size_t start = result.size();
+        result.insert(result.end(), table.begin(), table.end());
+        result.insert(result.end(), {0, 0, 0, 0, 0, 0, 4, 4, 0, 0, 0, 0});
+        number(result, static_cast<std::uint32_t>(all.size()));
+        result.insert(result.end(), 12, 0);
+        number(result, static_cast<std::uint32_t>(start));
+        return result;
+    }
+
+  private:
+    static void number(Data& to, std::uint32_t number) {
+        for (int shift = 24; shift >= 0; shift -= 8) to.push_back(static_cast<std::uint8_t>(number >> shift));
+    }
+
+    std::vector<Data> objects_;
+};
+
+// These two take seconds; comparing the identifiers two by two, they would outlast any time limit.
+TEST(ProfilesFile, oneObjectMillionsOfTimes_isOneProfile) {
+    ListOfReferences list;
+    const auto key = list.add(ListOfReferences::text("identifier"));
+    const auto name = list.add(ListOfReferences::text(std::string(1000, 'n')));
+    const auto entry = list.add(ListOfReferences::dictionary(key, name));
+    constexpr std::size_t count = 3'000'000;
+    const auto file = ProfilesFile::parse(list.bytes(std::vector<std::uint32_t>(count, entry)));
+    ASSERT_TRUE(file) << file.error().localizedDescription;
+    EXPECT_EQ(1U, file->profiles().size());
+    EXPECT_EQ(count - 1, file->foreignEntries());
+    const auto without = file->removing(file->find(std::string(1000, 'n')).value());
+    ASSERT_TRUE(without);
+    EXPECT_EQ(0U, without->foreignEntries()) << "each would be the profile come back";
+}
+
+TEST(ProfilesFile, oneLongIdentifierManyTimes_isReadOnce) {
+    ListOfReferences list;
+    const auto key = list.add(ListOfReferences::text("identifier"));
+    const auto name = list.add(ListOfReferences::text(std::string(1 << 20, 'n')));
+    const auto other = list.add(ListOfReferences::text(std::string(1 << 20, 'n') + "x"));
+    std::vector<std::uint32_t> references;
+    for (int i = 0; i < 100'000; ++i)
+        references.push_back(list.add(ListOfReferences::dictionary(key, i % 2 ? name : other)));
+    const auto file = ProfilesFile::parse(list.bytes(references));
+    ASSERT_TRUE(file) << file.error().localizedDescription;
+    EXPECT_EQ(2U, file->profiles().size());
+    EXPECT_EQ(file->profiles().at(1), file->find(std::string(1 << 20, 'n')));
+    const auto without = file->removing(file->profiles().at(0));
+    ASSERT_TRUE(without);
+    EXPECT_EQ(1U, without->profiles().size());
+    EXPECT_EQ(49'999U, without->foreignEntries());
+}
+
 TEST(ProfilesFile, everyPrefixAndFlippedByte_isRefusedOrCanBeChanged) {
     ProfilesFile file;
     for (const char* identifier : {"A", "B", "C"}) file = file.adding(profile(identifier, "Büro")).value();
