@@ -26,6 +26,8 @@ class XMLScanner {
 
     /// An element without content (`<dict/>`) gives its start and its end. Text may come in several pieces.
     Result<Token> next();
+    /// Right behind what was given last.
+    std::size_t position() const { return position_; }
     std::unexpected<Error> errorAt(std::size_t position, std::string_view problem) const;
 
   private:

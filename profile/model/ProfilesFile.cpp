@@ -8,12 +8,14 @@
 #include <utility>
 
 #include "platform/foundation/PropertyList.h"
+#include "profile/model/LargeXMLList.h"
 #include "profile/model/ProfilesFileDraft.h"
 
 namespace quietrix {
 
 namespace {
 
+using platform::Data;
 using platform::Dictionary;
 using platform::failure;
 using platform::PropertyListFormat;
@@ -23,10 +25,16 @@ using platform::Value;
 
 constexpr std::string_view identifierKey = "identifier";
 
-Result<BinaryList> binaryList(platform::Data bytes) {
+Result<BinaryList> binaryList(Data bytes) {
     const auto format = PropertyListSerialization::formatOfData(bytes);
     if (!format) return std::unexpected(format.error());
     if (*format == PropertyListFormat::Binary) return BinaryList::create(std::move(bytes));
+    if (bytes.size() > ProfilesFile::largeSize) {
+        auto converted = LargeXMLList::toBinary(bytes);
+        bytes = Data();
+        if (!converted) return std::unexpected(converted.error());
+        return BinaryList::create(*std::move(converted));
+    }
     const auto root = PropertyListSerialization::propertyListWithData(bytes);
     if (!root) return std::unexpected(root.error());
     auto binary = PropertyListSerialization::dataWithPropertyList(*root, PropertyListFormat::Binary);
