@@ -56,6 +56,10 @@ platform::Result<platform::Date> VirtualClock::parse(std::string_view text) {
     return platform::Date{static_cast<double>(instant) - referenceSeconds};
 }
 
+platform::Date VirtualClock::end() {
+    return {parse("9999-12-31T23:59:59").value().secondsSinceReference + 1};
+}
+
 std::optional<double> VirtualClock::secondsUntil(platform::Date instant) const {
     if (instant <= now()) return 0.0;
     return std::nullopt;
@@ -74,6 +78,9 @@ platform::Result<void> advanceRunning(VirtualClock& clock, double seconds) {
     }
     platform::RunLoop& loop = platform::RunLoop::main();
     const platform::Date end{clock.now().secondsSinceReference + seconds};
+    if (end >= VirtualClock::end()) {
+        return platform::failure("The clock goes no further than to the end of the year 9999.");
+    }
     loop.drain();
     for (auto next = loop.nextTimer(); next && *next <= end; next = loop.nextTimer()) {
         clock.moveTo(*next);

@@ -36,6 +36,13 @@ Result<std::int64_t> CommandFields::index(std::string_view key) const {
     return wrongType(key, "a whole number from 0 on");
 }
 
+Result<std::optional<std::int64_t>> CommandFields::optionalIndex(std::string_view key) const {
+    if (!has(key)) return std::nullopt;
+    const Result<std::int64_t> index = this->index(key);
+    if (!index) return std::unexpected(index.error());
+    return *index;
+}
+
 Result<double> CommandFields::seconds(std::string_view key) const {
     const Value field = value(key);
     // A boolean counts as a number elsewhere, but nobody means one by it here.

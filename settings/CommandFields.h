@@ -25,6 +25,8 @@ class CommandFields {
     platform::Result<std::int64_t> integer(std::string_view key) const;
     /// 0 or more.
     platform::Result<std::int64_t> index(std::string_view key) const;
+    /// Empty for a field that is missing.
+    platform::Result<std::optional<std::int64_t>> optionalIndex(std::string_view key) const;
     /// Finite and not negative.
     platform::Result<double> seconds(std::string_view key) const;
     platform::Result<std::string> text(std::string_view key) const;

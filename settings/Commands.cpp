@@ -12,8 +12,6 @@
 
 namespace settings {
 
-using platform::Result;
-
 namespace {
 
 enum class WhilePresented { Refused, Acts };
@@ -21,10 +19,10 @@ enum class WhilePresented { Refused, Acts };
 struct Command {
     std::string_view name;
     WhilePresented whilePresented;
-    Result<void> (*perform)(Application&, const CommandFields&);
+    Outcome<void> (*perform)(Application&, const CommandFields&);
 };
 
-Result<void> doNothing(Application& /*application*/, const CommandFields& /*fields*/) {
+Outcome<void> doNothing(Application& /*application*/, const CommandFields& /*fields*/) {
     return {};
 }
 
@@ -59,7 +57,7 @@ bool isCommand(std::string_view name) {
     return find(name) != nullptr;
 }
 
-Result<void> performCommand(Application& application, std::string_view name, const CommandFields& fields) {
+Outcome<void> performCommand(Application& application, std::string_view name, const CommandFields& fields) {
     const Command* command = find(name);
     if (!command) return platform::failure("There is no command \"" + std::string(name) + "\".");
     if (command->whilePresented == WhilePresented::Refused && Front::now().presented) {

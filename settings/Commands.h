@@ -3,17 +3,16 @@
 
 #include <string_view>
 
-#include "platform/foundation/Error.h"
 #include "settings/Application.h"
 #include "settings/CommandFields.h"
+#include "settings/Refusal.h"
 
 namespace settings {
 
 /// Does what the named command says, as the user's finger would. An error changes nothing. While an alert, a
 /// sheet or a composer is presented, most commands are errors. "wait" is not among them: what it waits for
 /// depends on the session. Main thread; not from within a task of the run loop.
-platform::Result<void> performCommand(Application& application, std::string_view name,
-                                      const CommandFields& fields);
+Outcome<void> performCommand(Application& application, std::string_view name, const CommandFields& fields);
 
 /// Whether there is a command of that name here.
 bool isCommand(std::string_view name);

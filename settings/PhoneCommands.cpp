@@ -13,7 +13,7 @@ namespace settings {
 using platform::failure;
 using platform::Result;
 
-Result<void> postNotification(Application& /*application*/, const CommandFields& fields) {
+Outcome<void> postNotification(Application& /*application*/, const CommandFields& fields) {
     const Result<std::string> name = fields.text("name");
     if (!name) return std::unexpected(name.error());
     constexpr std::size_t longest = device::DatagramTransport::maximumNameLength;
@@ -25,7 +25,7 @@ Result<void> postNotification(Application& /*application*/, const CommandFields&
     return {};
 }
 
-Result<void> switchDarkMode(Application& /*application*/, const CommandFields& fields) {
+Outcome<void> switchDarkMode(Application& /*application*/, const CommandFields& fields) {
     const Result<bool> on = fields.boolean("on");
     if (!on) return std::unexpected(on.error());
     const auto& facts = platform::Device::current().facts;
@@ -40,14 +40,14 @@ Result<void> switchDarkMode(Application& /*application*/, const CommandFields& f
     return {};
 }
 
-Result<void> advanceClock(Application& application, const CommandFields& fields) {
+Outcome<void> advanceClock(Application& application, const CommandFields& fields) {
     const Result<double> seconds = fields.seconds("seconds");
     if (!seconds) return std::unexpected(seconds.error());
     if (!application.clock()) return failure("The clock is the system's: it moves by itself.");
     return device::advanceRunning(*application.clock(), *seconds);
 }
 
-Result<void> reopenBundle(Application& application, const CommandFields& /*fields*/) {
+Outcome<void> reopenBundle(Application& application, const CommandFields& /*fields*/) {
     application.reopen();
     return {};
 }

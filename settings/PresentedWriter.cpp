@@ -37,7 +37,7 @@ std::string_view kindOf(const UIAlertController& alert) {
     return alert.actions().empty() ? "activity" : "alert";
 }
 
-Value alertValue(const UIAlertController& alert) {
+Dictionary alertValue(const UIAlertController& alert) {
     Array actions;
     for (const auto& action : alert.actions()) {
         actions.emplace_back(Dictionary{{"title", action.title}, {"style", styleName(action.style)}});
@@ -57,7 +57,7 @@ Value attachmentValue(const platform::MailAttachment& attachment) {
                       {"previewed", preview.bytes}};
 }
 
-Value mailValue(const platform::MailDraft& draft) {
+Dictionary mailValue(const platform::MailDraft& draft) {
     Array to(draft.to.begin(), draft.to.end());
     Array attachments;
     for (const platform::MailAttachment& attachment : draft.attachments)
@@ -72,23 +72,27 @@ Value mailValue(const platform::MailDraft& draft) {
                       {"attachments", std::move(attachments)}};
 }
 
+Dictionary valueOf(const platform::UIViewController& presented) {
+    if (const auto* alert = dynamic_cast<const UIAlertController*>(&presented)) return alertValue(*alert);
+    if (const auto* composer = dynamic_cast<const platform::MFMailComposeViewController*>(&presented))
+        return mailValue(composer->draft());
+    if (const auto* composer = dynamic_cast<const platform::SLComposeViewController*>(&presented)) {
+        return {{"kind", "social"}, {"service", composer->serviceType()}, {"text", composer->initialText()}};
+    }
+    // A screen of a kind that only a bundle knows: it is there, though nothing on it can be pressed.
+    return {{"kind", "alert"},
+            {"title", ScreenValues::text(presented.title())},
+            {"message", nullptr},
+            {"actions", Array()}};
+}
+
 }  // namespace
 
 Value presentedValue(const std::shared_ptr<platform::UIViewController>& presented) {
     if (!presented) return nullptr;
-    if (const auto* alert = dynamic_cast<const UIAlertController*>(presented.get()))
-        return alertValue(*alert);
-    if (const auto* composer = dynamic_cast<const platform::MFMailComposeViewController*>(presented.get()))
-        return mailValue(composer->draft());
-    if (const auto* composer = dynamic_cast<const platform::SLComposeViewController*>(presented.get())) {
-        return Dictionary{
-            {"kind", "social"}, {"service", composer->serviceType()}, {"text", composer->initialText()}};
-    }
-    // A screen of a kind that only a bundle knows: it is there, though nothing on it can be pressed.
-    return Dictionary{{"kind", "alert"},
-                      {"title", ScreenValues::text(presented->title())},
-                      {"message", nullptr},
-                      {"actions", Array()}};
+    Dictionary value = valueOf(*presented);
+    value["id"] = presented->number();
+    return value;
 }
 
 }  // namespace settings

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "settings/RowCommands.h"
 
+#include <charconv>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/preferences/PSEditableListController.h"
@@ -24,10 +26,32 @@ struct Row {
     std::shared_ptr<platform::PSSpecifier> specifier;
 };
 
-Result<Row> rowOf(const CommandFields& fields) {
-    const Result<std::int64_t> index = fields.integer("row");
+/// The number of a key as a state spells it; 0, which is no row's key, for any other text.
+platform::RowKey keyNumber(const std::string& text) {
+    platform::RowKey number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return std::to_string(number) == text ? number : 0;
+}
+
+/// The index of the row that is meant.
+Outcome<std::int64_t> indexOf(const CommandFields& fields, platform::PSListController* list) {
+    const Result<std::optional<std::string>> key = fields.optionalText("key");
+    if (!key) return std::unexpected(key.error());
+    if (!*key || fields.has("row")) {
+        const Result<std::int64_t> index = fields.integer("row");
+        if (!index) return std::unexpected(index.error());
+        if (!*key) return *index;
+    }
+    const std::int64_t index = list != nullptr ? list->indexOfKey(keyNumber(**key)) : -1;
+    if (index < 0) return stale("This screen has no row with the key \"" + **key + "\" (any more).");
+    return index;
+}
+
+Outcome<Row> rowOf(const CommandFields& fields) {
+    Row row{Front::now().list(), 0, {}, nullptr};
+    const Outcome<std::int64_t> index = indexOf(fields, row.list.get());
     if (!index) return std::unexpected(index.error());
-    Row row{Front::now().list(), *index, {}, nullptr};
+    row.index = *index;
     if (!row.list) return failure("This screen has no rows.");
     row.specifier = row.list->specifierAtIndex(row.index);
     const std::string name = "Row " + std::to_string(row.index);
@@ -51,8 +75,8 @@ bool isDisabled(const Row& row, const platform::PSTableCell* cell) {
 
 }  // namespace
 
-Result<void> tapRow(Application& /*application*/, const CommandFields& fields) {
-    const Result<Row> row = rowOf(fields);
+Outcome<void> tapRow(Application& /*application*/, const CommandFields& fields) {
+    const Outcome<Row> row = rowOf(fields);
     if (!row) return std::unexpected(row.error());
     if (!row->list->rowCanBeSelected(row->path)) {
         return failure("Row " + std::to_string(row->index) + " does nothing when it is tapped.");
@@ -63,8 +87,8 @@ Result<void> tapRow(Application& /*application*/, const CommandFields& fields) {
     return {};
 }
 
-Result<void> setRow(Application& /*application*/, const CommandFields& fields) {
-    const Result<Row> row = rowOf(fields);
+Outcome<void> setRow(Application& /*application*/, const CommandFields& fields) {
+    const Outcome<Row> row = rowOf(fields);
     if (!row) return std::unexpected(row.error());
     if (!fields.has("value")) return failure("\"value\" is missing.");
     const auto cell = row->list->cellAtIndex(row->index);
@@ -74,8 +98,8 @@ Result<void> setRow(Application& /*application*/, const CommandFields& fields) {
     return cell->userMovedControl(fields.value("value"));
 }
 
-Result<void> deleteRow(Application& /*application*/, const CommandFields& fields) {
-    const Result<Row> row = rowOf(fields);
+Outcome<void> deleteRow(Application& /*application*/, const CommandFields& fields) {
+    const Outcome<Row> row = rowOf(fields);
     if (!row) return std::unexpected(row.error());
     const auto editable = std::dynamic_pointer_cast<platform::PSEditableListController>(row->list);
     if (!editable || !editable->userDeletedRow(row->path)) {
@@ -84,7 +108,7 @@ Result<void> deleteRow(Application& /*application*/, const CommandFields& fields
     return {};
 }
 
-Result<void> editRows(Application& /*application*/, const CommandFields& fields) {
+Outcome<void> editRows(Application& /*application*/, const CommandFields& fields) {
     const Result<bool> on = fields.boolean("on");
     if (!on) return std::unexpected(on.error());
     const auto editable = std::dynamic_pointer_cast<platform::PSEditableListController>(Front::now().list());

@@ -1,22 +1,23 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/foundation/Error.h"
 #include "settings/Application.h"
 #include "settings/CommandFields.h"
+#include "settings/Refusal.h"
 
 namespace settings {
 
-/// What the user does to a row of the list in front. "row" is the row's index in the row list; one out of
-/// range, and a row that cannot be acted on so, are errors that change nothing.
+/// What the user does to a row of the list in front. "row" is the row's index in the row list, "key" its key;
+/// with both the key decides. An index out of range, and a row that cannot be acted on so, are errors that
+/// change nothing; a key that no row has is stale.
 
 /// Taps the row's body.
-platform::Result<void> tapRow(Application& application, const CommandFields& fields);
+Outcome<void> tapRow(Application& application, const CommandFields& fields);
 /// Moves the row's control to "value".
-platform::Result<void> setRow(Application& application, const CommandFields& fields);
+Outcome<void> setRow(Application& application, const CommandFields& fields);
 /// Swipes the row and presses its delete button.
-platform::Result<void> deleteRow(Application& application, const CommandFields& fields);
+Outcome<void> deleteRow(Application& application, const CommandFields& fields);
 /// Switches the list's editing mode to "on".
-platform::Result<void> editRows(Application& application, const CommandFields& fields);
+Outcome<void> editRows(Application& application, const CommandFields& fields);
 
 }  // namespace settings

@@ -44,6 +44,7 @@ Value RowWriter::row(std::int64_t index) const {
     if (!specifier) return nullptr;
     const auto path = list_.indexPathForIndex(index);
     Dictionary row = withoutCell();
+    row["key"] = std::to_string(list_.keyAtIndex(index));
     row["index"] = index;
     row["section"] = list_.sectionForIndex(index);
     row["row"] = path ? Value(path->row) : Value();
@@ -66,7 +67,6 @@ Value RowWriter::row(std::int64_t index) const {
 }
 
 void RowWriter::writeSpecifier(platform::PSSpecifier& specifier, Dictionary& row) const {
-    row["key"] = std::to_string(specifier.key());
     row["kind"] = std::to_underlying(specifier.cellType());
     row["name"] = ScreenValues::text(specifier.name());
     row["identifier"] = ScreenValues::text(specifier.identifier());

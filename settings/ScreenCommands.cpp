@@ -23,7 +23,7 @@ using platform::Result;
 using platform::SLComposeViewController;
 using platform::UIAlertController;
 
-Result<void> pressBarButton(Application& /*application*/, const CommandFields& fields) {
+Outcome<void> pressBarButton(Application& /*application*/, const CommandFields& fields) {
     const Result<std::string> side = fields.text("side");
     if (!side) return std::unexpected(side.error());
     if (*side != "left" && *side != "right") return failure(R"("side" must be "left" or "right".)");
@@ -48,7 +48,7 @@ Result<void> pressBarButton(Application& /*application*/, const CommandFields& f
     return {};
 }
 
-Result<void> goBack(Application& /*application*/, const CommandFields& /*fields*/) {
+Outcome<void> goBack(Application& /*application*/, const CommandFields& /*fields*/) {
     const Front front = Front::now();
     if (!front.navigation || !front.navigation->popViewControllerAnimated(true)) {
         return failure("This screen has no back button.");
@@ -56,7 +56,7 @@ Result<void> goBack(Application& /*application*/, const CommandFields& /*fields*
     return {};
 }
 
-Result<void> chooseAction(Application& /*application*/, const CommandFields& fields) {
+Outcome<void> chooseAction(Application& /*application*/, const CommandFields& fields) {
     const Result<std::string> title = fields.text("action");
     if (!title) return std::unexpected(title.error());
     const auto alert = std::dynamic_pointer_cast<UIAlertController>(Front::now().presented);
@@ -100,7 +100,7 @@ Result<void> endMail(MFMailComposeViewController& composer, const std::string& r
 
 }  // namespace
 
-Result<void> endComposer(Application& /*application*/, const CommandFields& fields) {
+Outcome<void> endComposer(Application& /*application*/, const CommandFields& fields) {
     const Result<std::string> result = fields.text("result");
     if (!result) return std::unexpected(result.error());
     const auto presented = Front::now().presented;
@@ -111,7 +111,7 @@ Result<void> endComposer(Application& /*application*/, const CommandFields& fiel
     return failure("No composer is presented.");
 }
 
-Result<void> openLink(Application& application, const CommandFields& fields) {
+Outcome<void> openLink(Application& application, const CommandFields& fields) {
     const Result<std::int64_t> number = fields.index("item");
     if (!number) return std::unexpected(number.error());
     const Front front = Front::now();
@@ -124,19 +124,19 @@ Result<void> openLink(Application& application, const CommandFields& fields) {
     return {};
 }
 
-Result<void> selectTimeRow(Application& /*application*/, const CommandFields& fields) {
+Outcome<void> selectTimeRow(Application& /*application*/, const CommandFields& fields) {
     const Result<std::int64_t> row = fields.integer("row");
     if (!row) return std::unexpected(row.error());
     return pickTimeRow(Front::now().screen, *row);
 }
 
-Result<void> moveTimePicker(Application& /*application*/, const CommandFields& fields) {
+Outcome<void> moveTimePicker(Application& /*application*/, const CommandFields& fields) {
     const Result<std::string> time = fields.text("time");
     if (!time) return std::unexpected(time.error());
     return pickTime(Front::now().screen, *time);
 }
 
-Result<void> selectTone(Application& /*application*/, const CommandFields& fields) {
+Outcome<void> selectTone(Application& /*application*/, const CommandFields& fields) {
     if (!fields.has("identifier")) return failure("\"identifier\" must be a text or null.");
     if (fields.value("identifier").isNil()) return pickTone(Front::now().screen, std::nullopt);
     const Result<std::string> identifier = fields.text("identifier");

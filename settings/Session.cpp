@@ -7,6 +7,7 @@
 
 #include "platform/foundation/Journal.h"
 #include "platform/foundation/RunLoop.h"
+#include "settings/CommandAim.h"
 #include "settings/Commands.h"
 #include "settings/JSON.h"
 
@@ -33,7 +34,7 @@ std::string Session::answer(std::string_view line) {
     application_.events().collect();
     application_.events().trim();
     Value id;
-    const Result<Acted> done = execute(line, id);
+    const Outcome<Acted> done = execute(line, id);
     return answerText(id, done);
 }
 
@@ -49,7 +50,7 @@ std::optional<std::string> Session::push() {
     return "{\"state\":" + stateText(std::move(now), Acted::No) + "}";
 }
 
-Result<Session::Acted> Session::execute(std::string_view line, Value& id) {
+Outcome<Session::Acted> Session::execute(std::string_view line, Value& id) {
     if (line.size() > maximumLineLength) {
         return failure("The line is longer than " + std::to_string(maximumLineLength) + " bytes.");
     }
@@ -66,13 +67,15 @@ Result<Session::Acted> Session::execute(std::string_view line, Value& id) {
     }
     const Result<std::string> name = fields.text("do");
     if (!name) return std::unexpected(name.error());
-    if (const Result<void> window = takeWindow(fields); !window) return std::unexpected(window.error());
-    const Result<void> done = *name == "wait" ? wait(fields) : performCommand(application_, *name, fields);
+    if (const Result<void> taken = takeWishes(fields); !taken) return std::unexpected(taken.error());
+    if (const Outcome<void> aimed = checkAim(fields); !aimed) return std::unexpected(aimed.error());
+    const Outcome<void> done =
+        *name == "wait" ? Outcome<void>(wait(fields)) : performCommand(application_, *name, fields);
     if (!done) return std::unexpected(done.error());
     return *name == "state" || *name == "wait" ? Acted::No : Acted::Yes;
 }
 
-Result<void> Session::takeWindow(const CommandFields& fields) {
+Result<void> Session::takeWishes(const CommandFields& fields) {
     RowWindow window;
     for (const auto& [key, bound] : {std::pair{"from", &window.from}, std::pair{"count", &window.count}}) {
         if (!fields.has(key)) continue;
@@ -80,6 +83,13 @@ Result<void> Session::takeWindow(const CommandFields& fields) {
         if (!given) return std::unexpected(given.error());
         *bound = *given;
     }
+    bool tellsEvents = tellsEvents_;
+    if (fields.has("events")) {
+        const Result<bool> given = fields.boolean("events");
+        if (!given) return std::unexpected(given.error());
+        tellsEvents = *given;
+    }
+    tellsEvents_ = tellsEvents;
     windowMoved_ = window.from != window_.from || window.count != window_.count;
     window_ = window;
     return {};
@@ -116,11 +126,14 @@ Result<void> Session::wait(const CommandFields& fields) {
     }
 }
 
-std::string Session::answerText(const Value& id, const Result<Acted>& done) {
+std::string Session::answerText(const Value& id, const Outcome<Acted>& done) {
     RunLoop::main().drain();
     Dictionary head{{"ok", done.has_value()}};
     if (!id.isNil()) head["id"] = id;
-    if (!done) head["error"] = done.error().localizedDescription;
+    if (!done) {
+        head["error"] = done.error().error.localizedDescription;
+        if (done.error().kind == Refusal::Kind::Stale) head["stale"] = true;
+    }
     std::string state = stateText(look(), done.value_or(Acted::No));
     answeredUpTo_ = eventsFrom_;
     hasAnswered_ = true;
@@ -133,7 +146,7 @@ Session::Look Session::look() {
     look.hash = std::hash<std::string>{}(look.body);
     // After the state was written: looking at a row may have made something happen.
     application_.events().collect();
-    look.events = application_.events().since(eventsFrom_);
+    if (tellsEvents_) look.events = application_.events().since(eventsFrom_);
     return look;
 }
 

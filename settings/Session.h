@@ -9,6 +9,7 @@
 
 #include "settings/Application.h"
 #include "settings/CommandFields.h"
+#include "settings/Refusal.h"
 #include "settings/StateWriter.h"
 
 namespace settings {
@@ -44,10 +45,11 @@ class Session {
         EventLog::Slice events;
     };
 
-    platform::Result<Acted> execute(std::string_view line, platform::Value& id);
-    platform::Result<void> takeWindow(const CommandFields& fields);
+    Outcome<Acted> execute(std::string_view line, platform::Value& id);
+    /// Takes over what the session wants to be told from now on.
+    platform::Result<void> takeWishes(const CommandFields& fields);
     platform::Result<void> wait(const CommandFields& fields);
-    std::string answerText(const platform::Value& id, const platform::Result<Acted>& done);
+    std::string answerText(const platform::Value& id, const Outcome<Acted>& done);
     Look look();
     /// The whole state as JSON; the session has seen it then.
     std::string stateText(Look look, Acted acted);
@@ -57,6 +59,7 @@ class Session {
     std::function<bool()> interrupted_;
     RowWindow window_;
     bool windowMoved_ = false;
+    bool tellsEvents_ = true;
     bool hasAnswered_ = false;
     std::optional<std::size_t> seenHash_;
     std::uint64_t seenRevision_ = 0;

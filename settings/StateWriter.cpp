@@ -80,7 +80,8 @@ Value StateWriter::screen(const Front& front, RowWindow window) const {
         rows.reserve(static_cast<std::size_t>(end - from));
         for (std::int64_t index = from; index < end; ++index) rows.push_back(writer.row(index));
     }
-    return Dictionary{{"class", screen.getClass().name()},
+    return Dictionary{{"id", screen.number()},
+                      {"class", screen.getClass().name()},
                       {"title", titleOf(screen)},
                       {"specifier", specifierOf(screen)},
                       {"links", links(front)},

@@ -7,7 +7,9 @@
 
 namespace platform {
 
-/// Access to an object's properties by their names.
+/// Access to an object's properties by their names. Under "identifier" a record answers what it is a record
+/// of: two of one class that answer the same there are records of the same thing. Nil or "" where there is no
+/// such thing.
 class KeyValueCoding {
   public:
     virtual ~KeyValueCoding() = default;

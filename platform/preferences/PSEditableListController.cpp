@@ -44,14 +44,20 @@ void PSEditableListController::viewWillAppear(bool animated) {
 void PSEditableListController::tableView_commitEditingStyle_forRowAtIndexPath(
     const std::shared_ptr<UITableView>& /*table*/, std::int64_t style, IndexPath path) {
     if (style != UITableViewCellEditingStyleDelete) return;
-    removeSpecifierAtIndex_animated(indexForRow_inGroup(path.row, path.section), true);
+    const bool isSwiped = swipe_ && swipe_->path == path;
+    const std::int64_t index =
+        isSwiped ? indexOfKey(swipe_->row) : indexForRow_inGroup(path.row, path.section);
+    if (isSwiped) swipe_.reset();
+    if (!isSwiped || index >= 0) removeSpecifierAtIndex_animated(index, true);
     setEditing(false);
 }
 
 bool PSEditableListController::userDeletedRow(IndexPath path) {
-    if (indexForRow_inGroup(path.row, path.section) < 0) return false;
+    const std::int64_t index = indexForRow_inGroup(path.row, path.section);
+    if (index < 0) return false;
     if (tableView_editingStyleForRowAtIndexPath(table(), path) != UITableViewCellEditingStyleDelete)
         return false;
+    swipe_ = Swipe{path, keyAtIndex(index)};
     setEditing(true);
     tableView_commitEditingStyle_forRowAtIndexPath(table(), UITableViewCellEditingStyleDelete, path);
     return true;

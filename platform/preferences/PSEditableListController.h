@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
+
 #include "platform/preferences/PSListController.h"
 
 namespace platform {
@@ -17,7 +19,9 @@ class PSEditableListController : public PSListController {
     void setEditing(bool editing) override;
     /// Puts the edit button at the right when the right side is empty.
     void viewWillAppear(bool animated) override;
-    /// Deleting removes the row, animated, and leaves editing mode; other styles do nothing.
+    /// Deleting removes the row, animated, and leaves editing mode; other styles do nothing. With the path of
+    /// the last swipe the row is the one that the path meant when the swipe began, however late the call
+    /// comes and wherever that row stands by then; one that has left meanwhile takes no other with it.
     void tableView_commitEditingStyle_forRowAtIndexPath(const std::shared_ptr<UITableView>& table,
                                                         std::int64_t style, IndexPath path) override;
     /// What the user's swipe over a row with the delete style does: editing mode begins, as it does on the
@@ -25,7 +29,14 @@ class PSEditableListController : public PSListController {
     bool userDeletedRow(IndexPath path);
 
   private:
+    struct Swipe {
+        IndexPath path;
+        RowKey row;
+    };
     bool showsOwnEditButton();
+
+    /// From the swipe's beginning until its row is deleted or another swipe begins.
+    std::optional<Swipe> swipe_;
 };
 
 }  // namespace platform

@@ -59,10 +59,38 @@ std::int64_t PSListController::indexOfSpecifier(const std::shared_ptr<PSSpecifie
     return place == list->end() ? -1 : place - list->begin();
 }
 
+void PSListController::Seen::take(const SpecifierArray& list) {
+    valid_ = true;
+    list_ = list;
+    count_ = list->size();
+}
+
+void PSListController::rowsChanged() {
+    sectioned_.forget();
+    keyed_.forget();
+}
+
+const RowKeys& PSListController::keys() {
+    const auto list = rows();
+    if (!keyed_.is(list)) {
+        keys_.follow(*list);
+        keyed_.take(list);
+    }
+    return keys_;
+}
+
+RowKey PSListController::keyAtIndex(std::int64_t index) {
+    return index < 0 ? 0 : keys().keyAt(static_cast<std::size_t>(index));
+}
+
+std::int64_t PSListController::indexOfKey(RowKey key) {
+    const auto index = keys().indexOf(key);
+    return index ? static_cast<std::int64_t>(*index) : -1;
+}
+
 const std::vector<PSListController::Section>& PSListController::sections() {
     const auto list = rows();
-    if (sectionsValid_ && sectionedList_.lock() == list && sectionedCount_ == list->size())
-        return sectionCache_;
+    if (sectioned_.is(list)) return sectionCache_;
     sectionCache_.clear();
     const std::int64_t count = std::ssize(*list);
     for (std::int64_t index = 0; index < count; ++index) {
@@ -74,9 +102,7 @@ const std::vector<PSListController::Section>& PSListController::sections() {
             ++sectionCache_.back().rowCount;
         }
     }
-    sectionedList_ = list;
-    sectionedCount_ = list->size();
-    sectionsValid_ = true;
+    sectioned_.take(list);
     return sectionCache_;
 }
 

@@ -9,6 +9,7 @@
 
 #include "platform/preferences/PSTableCell.h"
 #include "platform/preferences/PSViewController.h"
+#include "platform/preferences/RowKeys.h"
 #include "platform/uikit/UITableView.h"
 
 namespace platform {
@@ -41,6 +42,10 @@ class PSListController : public PSViewController {
     std::optional<IndexPath> indexPathForIndex(std::int64_t index);
     /// The section that the list index belongs to, group rows included; -1 out of range.
     std::int64_t sectionForIndex(std::int64_t index);
+    /// The row's key, by which it can be named whatever becomes of the list: see RowKeys. 0 out of range.
+    RowKey keyAtIndex(std::int64_t index);
+    /// The list index of the row that has the key now; -1 when no row has it (any more).
+    std::int64_t indexOfKey(RowKey key);
     std::int64_t numberOfSections();
     std::int64_t numberOfRowsInSection(std::int64_t section);
 
@@ -101,10 +106,28 @@ class PSListController : public PSViewController {
         std::int64_t begin() const { return groupIndex < 0 ? firstRowIndex : groupIndex; }
         std::int64_t end() const { return firstRowIndex + rowCount; }
     };
+    /// Which row list something was worked out from.
+    class Seen {
+      public:
+        bool is(const SpecifierArray& list) const {
+            return valid_ && list_.lock() == list && count_ == list->size();
+        }
+        void take(const SpecifierArray& list);
+        void forget() { valid_ = false; }
+
+      private:
+        bool valid_ = false;
+        /// Weak rather than plain: a new list cannot take the address of one that is still watched, so
+        /// another list is never taken for it.
+        std::weak_ptr<SpecifierList> list_;
+        std::size_t count_ = 0;
+    };
     /// Built at the first question after a change; in the order of their list indexes.
     const std::vector<Section>& sections();
     const Section* sectionOfIndex(std::int64_t index);
-    void rowsChanged() { sectionsValid_ = false; }
+    /// Follow the rows at the first question after a change.
+    const RowKeys& keys();
+    void rowsChanged();
     std::shared_ptr<PSSpecifier> specifierAtIndexPath(IndexPath path);
     std::shared_ptr<PSTableCell> livingCell(const PSSpecifier& specifier) const;
     std::shared_ptr<PSTableCell> makeCellAtIndex(const std::shared_ptr<PSSpecifier>& specifier,
@@ -114,11 +137,9 @@ class PSListController : public PSViewController {
 
     std::shared_ptr<UITableView> table_;
     std::vector<Section> sectionCache_;
-    bool sectionsValid_ = false;
-    /// Which list the sections are of. Weak rather than plain: a new list cannot take the address of one that
-    /// is still watched, so another list is never taken for it.
-    std::weak_ptr<SpecifierList> sectionedList_;
-    std::size_t sectionedCount_ = 0;
+    Seen sectioned_;
+    RowKeys keys_;
+    Seen keyed_;
     /// By the specifiers' keys, so that inserting and removing rows moves no cell.
     std::unordered_map<std::uint64_t, std::shared_ptr<PSTableCell>> cells_;
     /// Null when no row's screen has been opened since this one appeared.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/uikit/UIViewController.h"
 
+#include <atomic>
 #include <utility>
 #include <vector>
 
@@ -14,6 +15,11 @@
 namespace platform {
 
 PLATFORM_REGISTER_CLASS(UIViewController)
+
+std::uint64_t UIViewController::nextNumber() {
+    static std::atomic<std::uint64_t> last{0};
+    return ++last;
+}
 
 const std::shared_ptr<UIView>& UIViewController::view() {
     if (!view_) {

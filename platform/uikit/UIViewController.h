@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -22,6 +23,9 @@ class UIViewController : public Object {
 
   public:
     using Completion = std::function<void()>;
+
+    /// Tells this screen from every other one of the process, those that come after it included.
+    std::uint64_t number() const { return number_; }
 
     /// The view, made if need be. Never null.
     const std::shared_ptr<UIView>& view();
@@ -92,6 +96,9 @@ class UIViewController : public Object {
     /// Whether an alert's handler runs that this screen or a related one had asked for.
     bool handlesOwnAlert() const;
 
+    static std::uint64_t nextNumber();
+
+    const std::uint64_t number_ = nextNumber();
     std::shared_ptr<UIView> view_;
     std::optional<std::string> title_;
     std::shared_ptr<UINavigationItem> navigationItem_;

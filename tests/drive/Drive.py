@@ -138,7 +138,13 @@ class Drive:
 
     @property
     def presented(self):
-        return self.state["presented"]
+        """What is presented, without its number, which is another each time."""
+        shown = self.state["presented"]
+        return shown and {field: value for field, value in shown.items() if field != "id"}
+
+    @property
+    def presented_id(self):
+        return self.state["presented"]["id"]
 
     @property
     def events(self):

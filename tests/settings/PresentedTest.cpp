@@ -4,6 +4,7 @@
 #include "platform/messageui/MFMailComposeViewController.h"
 #include "platform/social/SLComposeViewController.h"
 #include "platform/uikit/UIAlertView.h"
+#include "settings/Front.h"
 #include "settings/PresentedWriter.h"
 #include "tests/settings/TestList.h"
 
@@ -44,7 +45,8 @@ TEST(Presented, mail_holdsEveryField) {
     MailDesk desk;
     const Value attachments = platform::Array{Dictionary{
         {"name", "velmora.log"}, {"type", "mime"}, {"bytes", 7}, {"preview", "a line\n"}, {"previewed", 7}}};
-    EXPECT_EQ(desk.presented(), Value(Dictionary{{"kind", "mail"},
+    EXPECT_EQ(desk.presented(), Value(Dictionary{{"id", desk.composer->number()},
+                                                 {"kind", "mail"},
                                                  {"from", "me@example.net"},
                                                  {"to", platform::Array{"a@example.com"}},
                                                  {"subject", "Subject"},
@@ -107,7 +109,8 @@ TEST(Presented, alertWithoutButtons_isAnActivityThatOnlyTheProgramCloses) {
     platform::UIAlertView activity("Resetting", "Wait.", nullptr, std::nullopt, {});
     activity.show();
     EXPECT_EQ(desk.answer(R"({"do":"state"})")["state"]["presented"],
-              Value(Dictionary{{"kind", "activity"},
+              Value(Dictionary{{"id", settings::Front::now().presented->number()},
+                               {"kind", "activity"},
                                {"title", "Resetting"},
                                {"message", "Wait."},
                                {"actions", platform::Array()}}));

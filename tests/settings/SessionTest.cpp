@@ -113,6 +113,42 @@ TEST(Session, window_makesCellsOfItsRowsOnly) {
     EXPECT_EQ(fixtures::CountedCell::made, 6) << "cells take their colours when they are made";
 }
 
+TEST(Session, eventsFalse_holdsUntilAnotherCommandSaysTrue) {
+    Desk desk;
+    Session other(desk.application);
+    EXPECT_EQ(eventCount(desk.answer(R"({"do":"post","name":"a","events":false})")), 0U);
+    EXPECT_EQ(eventCount(desk.answer(R"({"do":"post","name":"b"})")), 0U);
+    EXPECT_GE(eventCount(Desk::answer(other, R"({"do":"state"})")), 4U) << "another connection is told";
+    EXPECT_EQ(eventCount(desk.answer(R"({"do":"tap","row":99,"events":"no"})")), 0U);
+    EXPECT_EQ(eventCount(desk.answer(R"({"do":"post","name":"c","events":true})")), 2U)
+        << "what came while it was told nothing is not made up for";
+    EXPECT_EQ(eventCount(desk.answer(R"({"do":"post","name":"d"})")), 2U);
+}
+
+TEST(Session, eventsFalse_leavesNothingToPushButChangesOfTheScreen) {
+    Desk desk;
+    desk.answer(R"({"do":"state","events":false})");
+    platform::DarwinNotificationCenter::shared().post("a");
+    desk.phone.drain();
+    EXPECT_FALSE(desk.session.push().has_value());
+    desk.list->setTitle("Changed");
+    EXPECT_TRUE(desk.session.push().has_value());
+    EXPECT_EQ(desk.answer(R"({"do":"wait","event":"darwin","name":"a","seconds":0})")["ok"], Value(true));
+}
+
+TEST(Session, eventsOfAWrongType_isAnErrorThatLeavesTheSettingAsItWas) {
+    Desk desk;
+    desk.answer(R"({"do":"state"})");
+    for (const char* line : {R"({"do":"post","name":"a","events":"all"})", R"({"do":"state","events":null})",
+                             R"({"do":"state","events":0})"}) {
+        const Value answer = desk.answer(line);
+        EXPECT_EQ(answer["ok"], Value(false)) << line;
+        EXPECT_TRUE(answer["stale"].isNil());
+        EXPECT_EQ(eventCount(answer), 0U);
+    }
+    EXPECT_EQ(eventCount(desk.answer(R"({"do":"post","name":"a"})")), 2U);
+}
+
 TEST(Session, wait_isOverWhenTheEventComes) {
     Desk desk;
     desk.answer(R"({"do":"state"})");

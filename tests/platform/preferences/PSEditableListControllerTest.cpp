@@ -92,6 +92,88 @@ TEST_F(EditableList, deletedRow_isRemovedAndEditingEnds) {
     EXPECT_EQ(Value(true), events[0].at("animated"));
 }
 
+/// Deletes as a screen does that asks first.
+class AskingList : public DeletingList {
+  public:
+    std::int64_t tableView_editingStyleForRowAtIndexPath(const std::shared_ptr<UITableView>& /*table*/,
+                                                         IndexPath /*path*/) override {
+        return UITableViewCellEditingStyleDelete;
+    }
+    void tableView_commitEditingStyle_forRowAtIndexPath(const std::shared_ptr<UITableView>& /*table*/,
+                                                        std::int64_t style, IndexPath path) override {
+        asked = {style, path};
+    }
+    void confirm() {
+        PSEditableListController::tableView_commitEditingStyle_forRowAtIndexPath(table(), asked.first,
+                                                                                 asked.second);
+    }
+    void rebuild(SpecifierList rows) { specifiers_ = std::make_shared<SpecifierList>(std::move(rows)); }
+    std::vector<std::string> names() {
+        std::vector<std::string> found;
+        for (const auto& row : *specifiers()) found.push_back(row->name().value_or(""));
+        return found;
+    }
+    std::pair<std::int64_t, IndexPath> asked;
+};
+
+class SwipedList : public EditableList {
+  protected:
+    using Names = std::vector<std::string>;
+    SwipedList() {
+        list_ = asking_;
+        show();
+        EXPECT_TRUE(asking_->userDeletedRow({0, 1}));
+        EXPECT_EQ((IndexPath{0, 1}), asking_->asked.second);
+        EXPECT_EQ(UITableViewCellEditingStyleDelete, asking_->asked.first);
+    }
+    /// What confirming leaves of the rows.
+    Names confirmed() {
+        asking_->confirm();
+        EXPECT_FALSE(asking_->isEditing());
+        return asking_->names();
+    }
+
+    std::shared_ptr<AskingList> asking_ = std::make_shared<AskingList>();
+};
+
+TEST_F(SwipedList, rowsAsTheyWere_loseTheRow) {
+    EXPECT_EQ((Names{"G", "fixed", "last"}), confirmed());
+}
+
+TEST_F(SwipedList, rowThatMoved_isTheOneThatLeaves) {
+    asking_->insertSpecifier_atIndex_animated(makeRow("new"), 1, false);
+    EXPECT_EQ((Names{"G", "new", "fixed", "last"}), confirmed());
+}
+
+TEST_F(SwipedList, rowThatWasBuiltAnewElsewhere_isTheOneThatLeaves) {
+    asking_->rebuild({makeGroup("G"), makeRow("deletable"), makeRow("fixed"), makeRow("last")});
+    EXPECT_EQ((Names{"G", "fixed", "last"}), confirmed());
+}
+
+TEST_F(SwipedList, rowThatLeft_takesNoOtherWithIt) {
+    asking_->rebuild({makeGroup("G"), makeRow("fixed"), makeRow("last")});
+    EXPECT_EQ((Names{"G", "fixed", "last"}), confirmed());
+    EXPECT_TRUE(phone_.takeEvents("remove").empty());
+    EXPECT_TRUE(phone_.log->lines().empty());
+}
+
+TEST_F(SwipedList, nextSwipe_meansItsOwnRow) {
+    asking_->setEditing(false);
+    asking_->rebuild({makeGroup("G"), makeRow("last"), makeRow("fixed"), makeRow("deletable")});
+    EXPECT_TRUE(asking_->userDeletedRow({0, 1}));
+    EXPECT_EQ((Names{"G", "last", "deletable"}), confirmed());
+}
+
+TEST_F(SwipedList, committedTwice_countsThePathFromThenOn) {
+    EXPECT_EQ((Names{"G", "fixed", "last"}), confirmed());
+    EXPECT_EQ((Names{"G", "fixed"}), confirmed());
+}
+
+TEST_F(SwipedList, pathThatNobodySwiped_meansTheRowThere) {
+    asking_->asked.second = {0, 0};
+    EXPECT_EQ((Names{"G", "deletable", "last"}), confirmed());
+}
+
 TEST_F(EditableList, rowWithoutTheDeleteStyle_staysAndEditingDoesNotBegin) {
     show();
     EXPECT_FALSE(list_->userDeletedRow({0, 0}));

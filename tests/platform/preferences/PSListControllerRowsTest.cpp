@@ -60,6 +60,31 @@ TEST_F(ListRows, viewDidLoad_buildsTheRowsOnce) {
     EXPECT_EQ(1, list->builds);
 }
 
+TEST_F(ListRows, keys_followTheRowsThroughEveryChange) {
+    const auto built = [] {
+        return SpecifierList{makeGroup("A"), makeRow("a0"), makeRow("a1"), makeGroup("B"), makeRow("b0")};
+    };
+    show(built());
+    std::vector<RowKey> keys;
+    for (std::int64_t index = 0; index < 5; ++index) keys.push_back(list->keyAtIndex(index));
+    EXPECT_EQ(0U, list->keyAtIndex(-1));
+    EXPECT_EQ(0U, list->keyAtIndex(5));
+    const auto indexes = [&] {
+        std::vector<std::int64_t> found;
+        for (const RowKey key : keys) found.push_back(list->indexOfKey(key));
+        return found;
+    };
+    list->given = built();
+    list->reloadSpecifiers();
+    EXPECT_EQ((std::vector<std::int64_t>{0, 1, 2, 3, 4}), indexes());
+    list->removeSpecifierAtIndex_animated(1, false);
+    list->insertSpecifier_atIndex_animated(makeRow("new"), 0, false);
+    EXPECT_EQ((std::vector<std::int64_t>{1, -1, 2, 3, 4}), indexes());
+    list->replaceRows({makeGroup("B"), makeRow("b0"), makeGroup("A"), makeRow("a1"), makeRow("a0")});
+    EXPECT_EQ((std::vector<std::int64_t>{2, -1, 3, 0, 1}), indexes());
+    EXPECT_EQ(-1, list->indexOfKey(0));
+}
+
 TEST_F(ListRows, groups_beginSections) {
     show({makeGroup("A"), makeRow("a0"), makeRow("a1"), makeGroup("B"), makeGroup("C"), makeRow("c0")});
     EXPECT_EQ(3, list->numberOfSections());

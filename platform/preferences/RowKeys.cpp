@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#include "platform/preferences/RowKeys.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace platform {
+
+void RowKeys::follow(const SpecifierList& list) {
+    std::vector<KeyedRow> now;
+    now.reserve(list.size());
+    for (const auto& specifier : list) now.push_back({specifier, 0});
+    keyRows(rows_, now);
+    rows_ = std::move(now);
+}
+
+std::optional<std::size_t> RowKeys::indexOf(RowKey key) const {
+    const auto row = std::ranges::find(rows_, key, &KeyedRow::key);
+    if (row == rows_.end()) return std::nullopt;
+    return static_cast<std::size_t>(row - rows_.begin());
+}
+
+}  // namespace platform
