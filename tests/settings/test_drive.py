@@ -204,6 +204,34 @@ class Screens(DriveTest):
         self.assertIsNone(drive.presented)
         self.refused(drive, "choose", action="Close")
 
+    def test_alertThatReplacedAnother_isNotPressedForIt(self):
+        drive = self.open()
+        drive.tap(drive.row(identifier="alert"))
+        first, screen = drive.presented_id, drive.screen["id"]
+        self.assertNotEqual(first, screen)
+        drive.do("choose", action="Close", presented=first, screen=screen)
+        drive.tap(drive.row(identifier="alert"))
+        self.refused(drive, "choose", action="Close", presented=first)
+        self.assertTrue(drive.answer["stale"])
+        self.refused(drive, "choose", action="Nothing", presented=drive.presented_id)
+        self.assertNotIn("stale", drive.answer)
+        drive.do("choose", action="Close", presented=drive.presented_id)
+
+    def test_screenOfThePast_isActedOnNoMore(self):
+        drive = self.open()
+        first = drive.screen["id"]
+        drive.do("bar", side="right", item=0, screen=first)
+        modal = drive.screen["id"]
+        for command, fields in [("tap", {"row": 6}), ("set", {"row": 1, "value": False}), ("delete", {"row": 9}),
+                                ("edit", {"on": True}), ("bar", {"side": "left", "item": 0}), ("open", {})]:
+            with self.subTest(command):
+                self.refused(drive, command, screen=first, **fields)
+                self.assertTrue(drive.answer["stale"])
+        drive.do("bar", side="left", item=0, screen=modal)
+        self.assertEqual(drive.screen["id"], first)
+        drive.do("open", screen=first)
+        self.assertNotIn(drive.screen["id"], (first, modal))
+
     def test_modal_hasNoWayBackButItsOwn(self):
         drive = self.open()
         drive.bar("right", 0)
@@ -279,6 +307,19 @@ class Phone(DriveTest):
         for seconds in (-1, "1", None, True):
             self.refused(drive, "advance", seconds=seconds)
         self.refused(self.open(), "advance", seconds=1)
+
+    def test_virtualClock_staysWithinTheYear9999(self):
+        drive = self.open(device={"clock": "9999-12-31T23:00:00"})
+        for seconds in (3600, 1e12, 1e308):
+            self.assertIn("9999", self.refused(drive, "advance", seconds=seconds))
+        drive.do("advance", seconds=3599.5)
+        self.refused(drive, "advance", seconds=0.5)
+        drive.do("advance", seconds=0.25)
+        for clock in ("10000-01-01T00:00:00", "+9999-12-31T23:00:00", "99999-1-01T00:00:00"):
+            process = subprocess.run([PROGRAM, "drive", "--root", "/proc/nowhere", "--bundle", fixture("Sample"), "--device",
+                                      f"clock={clock}"], stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=60)
+            self.assertEqual((process.returncode, process.stdout), (2, ""))
+            self.assertIn(clock, process.stderr)
 
     def test_device_isWhatTheOptionsSay(self):
         device = self.open().state["device"]

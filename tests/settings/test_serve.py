@@ -115,6 +115,36 @@ class ServeTest(unittest.TestCase):
             self.assertFalse(page.receive()["ok"])
         page.do("state")
 
+    def test_staleScreenRowAndAlert_areRefusedToTheSlowerPage(self):
+        one, other = self.page(), self.page()
+        screen = one.do("state")["screen"]
+        row, alert = screen["rows"][9], screen["rows"][7]
+        self.assertEqual(other.do("state")["screen"], screen)
+        one.do("delete", key=row["key"], screen=screen["id"])
+        for fields in ({}, {"row": 7}):
+            answer = other.attempt("delete", key=row["key"], screen=screen["id"], **fields)
+            self.assertEqual((answer["ok"], answer["stale"]), (False, True))
+            self.assertEqual(answer["state"]["screen"]["count"], 9)
+        asked = other.do("tap", key=alert["key"])["presented"]["id"]
+        one.do("choose", action="Close", presented=asked)
+        one.do("tap", key=alert["key"])
+        self.assertIs(other.attempt("choose", action="Close", presented=asked)["stale"], True)
+        one.do("choose", action="Close")
+        one.do("back", screen=screen["id"])
+        answer = other.attempt("back", screen=screen["id"])
+        self.assertEqual((answer["stale"], answer["state"]["screen"]["class"]), (True, "SettingsRootController"))
+
+    def test_events_areToldToWhoWantsThem(self):
+        quiet, other = self.page(), self.page()
+        self.assertEqual(quiet.do("state", events=False)["events"], [])
+        other.do("state")
+        other.do("post", name="com.velmora.Other")
+        self.assertEqual(quiet.do("post", name="com.velmora.Other")["events"], [])
+        other.receive()
+        other.do("set", row=1, value=False)
+        self.assertEqual(quiet.receive()["state"]["events"], [])
+        self.assertNotEqual(quiet.do("post", name="com.velmora.Other", events=True)["events"], [])
+
     def test_closedPage_leavesTheOthersAlone(self):
         page, gone = self.page(), self.page()
         gone.do("state")

@@ -76,6 +76,44 @@ TEST_F(RootListDelete, confirmed_removesTheRowAtOnceAndThenTheProfile) {
     EXPECT_EQ("Sleep", left[0]->title());
 }
 
+TEST_F(RootListDelete, deletedMeanwhile_takesNoOtherRowWithIt) {
+    ASSERT_TRUE(swipe("Work"));
+    const auto store = QXProfilesManager::sharedManager();
+    store->deleteProfile_success_failure(store->enabledProfiles()[0], nullptr, nullptr);
+    phone_.drain();
+    ASSERT_EQ(nullptr, rowNamed("Work"));
+    phone_.takeEvents();
+    alert()->choose(0);
+    EXPECT_TRUE(phone_.takeEvents("remove").empty());
+    EXPECT_FALSE(screen_->isEditing());
+    phone_.drain();
+    EXPECT_NE(nullptr, rowNamed("Sleep"));
+    ASSERT_NE(nullptr, alert());
+    EXPECT_EQ("Error", alert()->title());
+}
+
+TEST_F(RootListDelete, renamedAndMovedToTheOtherSectionMeanwhile_losesThatRow) {
+    ASSERT_TRUE(swipe("Work"));
+    const auto store = QXProfilesManager::sharedManager();
+    const auto profile = store->enabledProfiles()[0];
+    profile->setTitle("Renamed");
+    profile->setEnabled(false);
+    store->updateProfile_success_failure(profile, nullptr, nullptr);
+    phone_.drain();
+    const auto index = indexOf("Renamed");
+    ASSERT_GT(index, indexOf("Sleep"));
+    phone_.takeEvents();
+    alert()->choose(0);
+    const auto removals = phone_.takeEvents("remove");
+    ASSERT_EQ(1U, removals.size());
+    EXPECT_EQ(platform::Value("Renamed"), removals[0].at("name"));
+    EXPECT_EQ(platform::Value(index), removals[0].at("index"));
+    phone_.drain();
+    EXPECT_EQ(nullptr, rowNamed("Renamed"));
+    EXPECT_NE(nullptr, rowNamed("Sleep"));
+    EXPECT_TRUE(store->disabledProfiles().empty());
+}
+
 TEST_F(RootListDelete, failed_showsTheErrorAndTheNextRefreshBringsTheRowBack) {
     ASSERT_TRUE(swipe("Work"));
     phone_.files->failWrites("No space left on device");
