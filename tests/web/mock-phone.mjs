@@ -21,6 +21,14 @@ const mailed = [
     { name: 'empty', type: 'mime', bytes: 0, preview: '', previewed: 0 },
 ];
 
+/** The number of a screen, or of what is presented: its own, for as long as it is there. */
+const numbers = new WeakMap();
+let lastNumber = 0;
+function numberOf(shown) {
+    if (!numbers.has(shown)) numbers.set(shown, lastNumber += 1);
+    return numbers.get(shown);
+}
+
 /** What acts while something is presented. */
 const undisturbed = new Set(['choose', 'compose', 'state', 'wait', 'post', 'dark', 'advance', 'open']);
 
@@ -162,9 +170,9 @@ export class MockPhone {
         const fullBar = screen.bar();
         if (beneath) fullBar.back = { title: beneath.title, image: null };
         return {
-            protocol: 1, revision: this.revision, events: [], device: this.device, presented: this.presented,
+            protocol: 1, revision: this.revision, events: [], device: this.device, presented: this.presented && { id: numberOf(this.presented), ...this.presented },
             screen: {
-                class: screen.class, title: screen.title, specifier: null, links: screen.links ?? [], stack: screens.map((entry) => entry.class), modals: this.levels.length - 1,
+                id: numberOf(screen), class: screen.class, title: screen.title, specifier: null, links: screen.links ?? [], stack: screens.map((entry) => entry.class), modals: this.levels.length - 1,
                 bar: fullBar, editing: this.editing, count: rows.length, rows: rows.slice(from, from + count), pane: screen.pane ?? null, tones: screen.tones ?? null,
             },
         };
@@ -226,9 +234,8 @@ export class MockPhone {
         target.value = value;
         if (target.identifier === 'enabled') {
             this.enabled = value;
-            // The screen rebuilds its rows: equal ones, under new keys.
-            this.fixed.toggle = toggle('Enabled', value, { identifier: 'enabled' });
-            this.levels[0][0] = this.root();
+            // The screen rebuilds its rows: what is the same row keeps its key.
+            this.fixed.toggle = toggle('Enabled', value, { identifier: 'enabled', key: this.fixed.toggle.key });
         }
         return true;
     }

@@ -151,6 +151,7 @@ TEST_F(RowKeysTest, rowsWithNothingElse_areKnownByTheirNames) {
     EXPECT_EQ(first[0], now[0]);
     EXPECT_EQ(first[2], now[1]);
     EXPECT_NE(first[1], now[2]) << "a press on one name must not meet another";
+    EXPECT_NE(follow({makeRow("a")}), follow({makeRow("b")}));
 }
 
 TEST_F(RowKeysTest, severalOfOneKind_areToldByTheirNames) {
