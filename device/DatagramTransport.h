@@ -2,12 +2,14 @@
 #pragma once
 
 #include <atomic>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "device/Descriptor.h"
+#include "device/NotificationFolder.h"
 #include "platform/foundation/NotificationTransport.h"
 
 namespace device {
@@ -17,16 +19,18 @@ namespace device {
 /// socket there.
 ///
 /// The kernel queues only a few datagrams for a socket. What a full socket refuses becomes an entry in a
-/// folder beside it (NAME.socket, NAME.spill): a symbolic link whose target is the name. Making a link is
-/// atomic and two equal names are one link, so posters and the receiver need no lock, and none of them ever
-/// waits for another, not even for one that was stopped or killed in the middle. The receiver looks into the
-/// folder after it has emptied its socket; the poster tries a second wake-up after it has made the link.
-/// Either that one gets through, or the socket is still full and the receiver has yet to empty it: in both
-/// cases it will look.
+/// folder beside it: a symbolic link whose target is the name. Making a link is atomic and two equal names
+/// are one link, so posters and the receiver need no lock, and none of them ever waits for another, not even
+/// for one that was stopped or killed in the middle. The receiver looks into the folder after it has emptied
+/// its socket; the poster tries a second wake-up after it has made the link. Either that one gets through, or
+/// the socket is still full and the receiver has yet to empty it: in both cases it will look.
+///
+/// The directory may be taken away and made anew, alone or with the whole root. Each post, and while it
+/// listens each second, looks whether it still is the one that its path names, and goes over to the new one,
+/// which one log line tells. One that is missing is made as long as there is a root.
 class DatagramTransport : public platform::NotificationTransport {
   public:
-    /// The longest name that is carried, in bytes.
-    static constexpr std::size_t maximumNameLength = 1024;
+    static constexpr std::size_t maximumNameLength = NotificationFolder::maximumNameLength;
 
     /// `rootDirectory` is a host path of any length.
     explicit DatagramTransport(const std::string& rootDirectory);
@@ -40,26 +44,31 @@ class DatagramTransport : public platform::NotificationTransport {
     bool hasPending() const override;
 
   private:
-    platform::Result<void> openDirectory();
-    platform::Result<void> bindSocket();
-    void removeAbandoned() const;
-    std::vector<std::string> directoryNames(int directory, const char* path) const;
-    int send(const std::string& entry, const std::string& name) const;
-    void postTo(const std::string& entry, const std::string& name) const;
-    bool spill(const std::string& entry, const std::string& name) const;
-    void removeEntry(const std::string& entry) const;
-    void receive();
-    void takeDatagrams(std::vector<std::string>& names) const;
-    void takeSpilled(std::vector<std::string>& names) const;
+    using Folder = std::shared_ptr<const NotificationFolder>;
+    using Seat = std::shared_ptr<const NotificationFolder::Seat>;
 
+    platform::Result<Folder> presentFolder();
+    platform::Result<Folder> openFolder();
+    Seat seat() const;
+    void wake() const;
+    void receive();
+    void lookAfterFolder();
+    void deliver();
+
+    std::string rootDirectory_;
     std::string directoryPath_;
-    /// Guards the opening of the directory, by whoever posts first.
-    std::mutex openingMutex_;
-    Descriptor directory_;
-    Descriptor socket_;
-    Descriptor stop_;
-    /// This process's socket in the directory, without ".socket"; empty before start().
-    std::string entry_;
+    /// Guards the folder and the seats.
+    mutable std::mutex mutex_;
+    /// Empty until somebody posts or listens.
+    Folder folder_;
+    /// This process's; empty before start().
+    Seat seat_;
+    /// Seats in folders that are no longer the one, until the thread has taken what is left there.
+    std::vector<Seat> left_;
+    /// What was said last of a folder that cannot be used. The thread's alone.
+    std::string complaint_;
+    Descriptor wakeUp_;
+    std::atomic<bool> stopping_ = false;
     Receiver receiver_;
     /// Set before the thread takes anything out, cleared after the receiver was called for all of it.
     std::atomic<bool> busy_ = false;

@@ -1,18 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "device/FreshRoot.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
-#include <iterator>
 #include <utility>
 
+#include "device/FileReplacement.h"
 #include "device/HostFile.h"
+#include "device/MainSettingsFile.h"
+#include "device/PrivateLock.h"
 #include "device/RootFileSystem.h"
-#include "platform/foundation/PropertyList.h"
+#include "device/RootLink.h"
 
 namespace device {
 
@@ -21,22 +22,23 @@ namespace {
 namespace fs = std::filesystem;
 using platform::failure;
 using platform::Result;
-using platform::Value;
 
 constexpr const char* imagesDirectory = "/System/Library/PrivateFrameworks/PreferencesUI.framework";
 constexpr const char* calendarsDirectory = "/var/mobile/Library/Calendars";
 constexpr const char* preferencesDirectory = "/var/mobile/Library/Preferences";
-constexpr const char* settingsFile = "/var/mobile/Library/Preferences/com.velmora.quietrix.plist";
 constexpr const char* bundlesDirectory = "/Library/PreferenceBundles";
 constexpr const char* temporaryDirectory = "/tmp";
 constexpr const char* fillingFile = ".filling";
-/// Another process needs far less to fill a root or to make a link.
-constexpr double lockSeconds = 30.0;
+
+std::unexpected<platform::Error> failed(const fs::path& path, const std::string& action,
+                                        const std::string& reason) {
+    std::string sentence = '"' + path.string();
+    sentence += "\" could not be " + action + ": " + reason + ".";
+    return failure(std::move(sentence));
+}
 
 std::unexpected<platform::Error> failed(const fs::path& path, const std::string& action, int errorNumber) {
-    std::string sentence = '"' + path.string();
-    sentence += "\" could not be " + action + ": " + host::message(errorNumber) + ".";
-    return failure(std::move(sentence));
+    return failed(path, action, host::message(errorNumber));
 }
 
 Result<void> makeDirectory(const fs::path& path) {
@@ -48,7 +50,7 @@ Result<void> makeDirectory(const fs::path& path) {
 Result<void> copyFile(const fs::path& from, const fs::path& to) {
     const auto data = host::readFile(from.string());
     if (!data) return failed(from, "read", data.error());
-    if (const auto written = host::overwriteFile(to.string(), *data); !written) {
+    if (const auto written = host::replaceFile(to.string(), *data); !written) {
         return failed(to, "written", written.error());
     }
     return {};
@@ -82,33 +84,44 @@ Result<void> copyTree(const fs::path& from, const fs::path& to) {
     return {};
 }
 
-Result<void> writeSettings(RootFileSystem& files) {
-    const auto data = platform::PropertyListSerialization::dataWithPropertyList(
-        platform::Dictionary{{"com.velmora.quietrix.enabled", Value(false)}},
-        platform::PropertyListFormat::Binary);
-    if (!data) return std::unexpected(data.error());
-    return files.write(settingsFile, *data, platform::Write::Atomically);
-}
-
 Result<void> fill(const std::string& root, const fs::path& resources) {
-    RootFileSystem files(root);
+    const RootFileSystem files(root);
     const fs::path pictures = resources / "root";
     if (Result<void> copied = copyImages(pictures, files.hostPath(imagesDirectory)); !copied) return copied;
     if (Result<void> copied = copyTree(pictures / "calendars", files.hostPath(calendarsDirectory)); !copied)
         return copied;
     if (Result<void> made = makeDirectory(files.hostPath(temporaryDirectory)); !made) return made;
     if (Result<void> made = makeDirectory(files.hostPath(preferencesDirectory)); !made) return made;
-    return writeSettings(files);
+    return MainSettingsFile(root).makeFresh();
 }
 
 enum class Contents { Nothing, BeingFilled, Something };
 
+/// Whether nothing is there but the way to the notifications: a program that goes on in a root that was taken
+/// away and made anew listens there before anybody has filled it.
+bool holdsOnlyNotifications(const fs::path& directory) {
+    const fs::path way = fs::path("var/run/notifications");
+    std::error_code error;
+    for (fs::recursive_directory_iterator entry(directory, error);
+         !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        const fs::path path = entry->path().lexically_relative(directory);
+        const auto [end, rest] = std::ranges::mismatch(path, way);
+        if (end != path.end() && rest != way.end()) return false;
+    }
+    return !error;
+}
+
 Result<Contents> contents(const std::string& root) {
     std::error_code error;
-    const fs::directory_iterator first(root, error);
+    if (fs::exists(fs::path(root) / fillingFile, error)) return Contents::BeingFilled;
+    for (fs::directory_iterator entry(root, error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+        const fs::path name = entry->path().filename();
+        if (name == PrivateLock::folderName) continue;
+        if (name != "private" || !holdsOnlyNotifications(entry->path())) return Contents::Something;
+    }
     if (error) return failed(root, "read", error.value());
-    if (first == fs::directory_iterator()) return Contents::Nothing;
-    return fs::exists(fs::path(root) / fillingFile, error) ? Contents::BeingFilled : Contents::Something;
+    return Contents::Nothing;
 }
 
 /// Fills the root if that is still to be done once the lock is had.
@@ -117,46 +130,17 @@ Result<void> fillOnce(const std::string& root, const std::string& resources) {
     if (!before) return std::unexpected(before.error());
     if (*before == Contents::Something) return {};
 
-    const fs::path marker = fs::path(root) / fillingFile;
-    const Descriptor directory(open(root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!directory) return failed(root, "opened", errno);
-    // The directory is what is locked: the marker comes and goes.
-    if (const auto locked = host::lock(directory.get(), lockSeconds); !locked) {
-        return failed(root, "locked", locked.error());
-    }
+    const auto lock = lockRoot(root);
+    if (!lock) return std::unexpected(lock.error());
     const Result<Contents> now = contents(root);
     if (!now) return std::unexpected(now.error());
     if (*now == Contents::Something) return {};
-    if (const auto marked = host::overwriteFile(marker.string(), {}); !marked) {
+    const fs::path marker = fs::path(root) / fillingFile;
+    if (const auto marked = host::replaceFile(marker.string(), {}); !marked) {
         return failed(root, "filled", marked.error());
     }
     if (Result<void> filled = fill(root, resources); !filled) return filled;
     if (unlink(marker.c_str()) != 0) return failed(marker, "removed", errno);
-    return {};
-}
-
-Result<void> linkBundle(const std::string& root, const fs::path& bundle) {
-    const fs::path bundles = RootFileSystem(root).hostPath(bundlesDirectory);
-    if (Result<void> made = makeDirectory(bundles); !made) return made;
-    const Descriptor directory(open(bundles.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!directory) return failed(bundles, "opened", errno);
-    if (const auto locked = host::lock(directory.get(), lockSeconds); !locked) {
-        return failed(bundles, "locked", locked.error());
-    }
-    const std::string name = bundle.filename().string();
-    const std::string temporary = "." + name + ".new";
-    std::error_code error;
-    if (fs::read_symlink(bundles / name, error) == bundle && !error) return {};
-    // Nobody else is at it while the lock is held, so one that is there was left by a killed process.
-    unlinkat(directory.get(), temporary.c_str(), 0);
-    if (symlinkat(bundle.c_str(), directory.get(), temporary.c_str()) != 0) {
-        return failed(bundles / name, "linked to \"" + bundle.string() + "\"", errno);
-    }
-    if (renameat(directory.get(), temporary.c_str(), directory.get(), name.c_str()) != 0) {
-        const int reason = errno;
-        unlinkat(directory.get(), temporary.c_str(), 0);
-        return failed(bundles / name, "linked to \"" + bundle.string() + "\"", reason);
-    }
     return {};
 }
 
@@ -175,7 +159,8 @@ Result<void> prepareRoot(const std::string& rootDirectory, const std::string& re
     }
     if (Result<void> made = makeDirectory(root); !made) return made;
     if (Result<void> filled = fillOnce(root, resourceDirectory); !filled) return filled;
-    return linkBundle(root, bundle);
+    MainSettingsFile(root).mend();
+    return linkDirectory(root, std::string(bundlesDirectory) + "/" + bundle.filename().string(), bundle);
 }
 
 }  // namespace device

@@ -16,9 +16,10 @@ namespace device {
 /// - "/tmp": empty
 ///
 /// While that goes on the root holds the file ".filling"; killed in the middle, the next call fills it again,
-/// and a second process that comes meanwhile waits. Any other root is left as it is. Then, each time,
-/// "/Library/PreferenceBundles" gets a link to `bundleDirectory` under that directory's own name, in place of
-/// an older link. All three are host paths. The error is one sentence for the user.
+/// and a second process that comes meanwhile waits. Any other root is left as it is, but for a settings file
+/// that is damaged (MainSettingsFile). Then, each time, "/Library/PreferenceBundles" gets a link to
+/// `bundleDirectory` under that directory's own name, in place of an older link. A lock is waited for only
+/// where there is something to do. All three are host paths. The error is one sentence for the user.
 platform::Result<void> prepareRoot(const std::string& rootDirectory, const std::string& resourceDirectory,
                                    const std::string& bundleDirectory);
 

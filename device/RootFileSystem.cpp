@@ -8,10 +8,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
-#include <sstream>
 #include <utility>
 
+#include "device/FileReplacement.h"
 #include "device/HostFile.h"
+#include "device/InPlaceFile.h"
+#include "device/PrivateLock.h"
 
 namespace device {
 
@@ -22,21 +24,24 @@ using platform::Result;
 
 class HeldLock : public platform::FileLock {
   public:
-    explicit HeldLock(Descriptor file) : file_(std::move(file)) {}
+    explicit HeldLock(PrivateLock lock) : lock_(std::move(lock)) {}
 
   private:
-    /// Closing it gives the lock back.
-    Descriptor file_;
+    PrivateLock lock_;
 };
 
+std::unexpected<platform::Error> failed(std::string_view path, const char* action,
+                                        const std::string& reason) {
+    return failure("The file \"" + std::string(path) + "\" could not be " + action + ": " + reason + ".");
+}
+
 std::unexpected<platform::Error> failed(std::string_view path, const char* action, int errorNumber) {
-    return failure("The file \"" + std::string(path) + "\" could not be " + action + ": " +
-                   host::message(errorNumber) + ".");
+    return failed(path, action, host::message(errorNumber));
 }
 
 /// The host's answer as the phone's, with the phone's path in the sentence.
-template <class T>
-Result<T> answer(host::Outcome<T> outcome, std::string_view path, const char* action) {
+template <class T, class Reason>
+Result<T> answer(std::expected<T, Reason> outcome, std::string_view path, const char* action) {
     if (!outcome) return failed(path, action, outcome.error());
     if constexpr (std::is_void_v<T>) {
         return {};
@@ -47,13 +52,6 @@ Result<T> answer(host::Outcome<T> outcome, std::string_view path, const char* ac
 
 std::int64_t nanoseconds(const timespec& time) {
     return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
-}
-
-std::string secondsText(double seconds) {
-    std::ostringstream text;
-    text.imbue(std::locale::classic());
-    text << std::max(seconds, 0.0) << (seconds == 1.0 ? " second" : " seconds");
-    return text.str();
 }
 
 }  // namespace
@@ -90,14 +88,14 @@ Result<std::string> RootFileSystem::resolve(std::string_view path) const {
 Result<platform::Data> RootFileSystem::read(std::string_view path) const {
     const Result<std::string> file = resolve(path);
     if (!file) return std::unexpected(file.error());
-    return answer(host::readFile(*file), path, "read");
+    return answer(host::readInPlace(*file), path, "read");
 }
 
 Result<void> RootFileSystem::write(std::string_view path, const platform::Data& data, platform::Write how) {
     const Result<std::string> file = resolve(path);
     if (!file) return std::unexpected(file.error());
     const bool atomically = how == platform::Write::Atomically;
-    return answer(atomically ? host::replaceFile(*file, data) : host::overwriteFile(*file, data), path,
+    return answer(atomically ? host::replaceFile(*file, data) : host::writeInPlace(*file, data), path,
                   "written");
 }
 
@@ -164,15 +162,9 @@ Result<std::unique_ptr<platform::FileLock>> RootFileSystem::lockExclusively(std:
     if (!file) return std::unexpected(file.error());
     const auto target = host::followLinks(*file);
     if (!target) return failed(path, "locked", target.error());
-    const std::string lockFile = target->directory + "." + target->name + ".lock";
-    Descriptor descriptor(open(lockFile.c_str(), O_RDWR | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0644));
-    if (!descriptor) return failed(path, "locked", errno);
-    if (const auto locked = host::lockInTurn(descriptor.get(), seconds); !locked) {
-        if (locked.error() != ETIMEDOUT) return failed(path, "locked", locked.error());
-        return failure("The file \"" + std::string(path) + "\" could not be locked within " +
-                       secondsText(seconds) + ": it is in use.");
-    }
-    return std::make_unique<HeldLock>(std::move(descriptor));
+    auto lock = PrivateLock::take(*target, seconds);
+    if (!lock) return failed(path, "locked", lock.error());
+    return std::make_unique<HeldLock>(*std::move(lock));
 }
 
 std::string RootFileSystem::hostPath(std::string_view path) const {

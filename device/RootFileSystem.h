@@ -29,7 +29,7 @@ class RootFileSystem : public platform::FileSystem {
     platform::Result<void> remove(std::string_view path) override;
     platform::Result<void> createDirectory(std::string_view path) override;
     platform::Result<std::vector<std::string>> list(std::string_view path) const override;
-    /// Locks ".NAME.lock" beside the file that the path leads to. The lock file stays behind.
+    /// Takes the PrivateLock of the file that the path leads to.
     platform::Result<std::unique_ptr<platform::FileLock>> lockExclusively(std::string_view path,
                                                                           double seconds) override;
     /// "" for a path that is not absolute or leads out of the phone.

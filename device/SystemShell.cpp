@@ -51,6 +51,10 @@ void recordProcess(const char* state) {
     platform::Journal::shared().record("process", {{"name", SystemShell::name}, {"state", state}});
 }
 
+bool isShortage(int error) {
+    return error == EMFILE || error == ENFILE || error == EAGAIN || error == ENOMEM;
+}
+
 void waitFor(pid_t child) {
     while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) continue;
 }
@@ -87,7 +91,11 @@ int spawnProgram(std::vector<std::string> arguments, int input, int output, pid_
 SystemShell::SystemShell(std::string program, std::string rootDirectory, Pace pace)
     : program_(std::move(program)), rootDirectory_(std::move(rootDirectory)), pace_(pace) {
     pendingCheck_ = RunLoop::main().addPendingCheck([this] { return isInFlight(); });
-    start();
+    if (const int error = spawn(); isShortage(error)) {
+        shortage_ = couldNotRun() + std::strerror(error) + ".";
+    } else {
+        afterSpawn(error);
+    }
 }
 
 SystemShell::~SystemShell() {
@@ -126,7 +134,11 @@ std::optional<pid_t> SystemShell::processId() const {
 }
 
 void SystemShell::start() {
-    if (!spawn()) return;
+    afterSpawn(spawn());
+}
+
+void SystemShell::afterSpawn(int error) {
+    if (error != 0) return giveUp(std::strerror(error));
     // Nobody reads the journal yet while the phone is put together.
     if (std::exchange(hasRun_, true)) {
         recordProcess("started");
@@ -138,35 +150,29 @@ void SystemShell::start() {
     RunLoop::main().watch(child_->output.get(), [this] { readOutput(); }, RunLoop::Serve::Always);
 }
 
-bool SystemShell::spawn() {
+/// 0, or the error number.
+int SystemShell::spawn() {
     auto input = makePipe();
     auto output = makePipe();
-    if (!input || !output) {
-        giveUp(std::strerror(errno));
-        return false;
-    }
+    if (!input || !output) return errno;
     std::vector<std::string> arguments{program_, rootDirectory_};
     if (hasRun_) arguments.emplace_back("--restarted");
     Child child;
     const int error =
         spawnProgram(std::move(arguments), input->readEnd.get(), output->writeEnd.get(), child.id);
-    if (error != 0) {
-        giveUp(std::strerror(error));
-        return false;
-    }
+    if (error != 0) return error;
     child.start = steady_clock::now();
     child.process = Descriptor(pidfd_open(child.id, 0));
     if (!child.process) {
-        const std::string reason = std::strerror(errno);
+        const int reason = errno;
         kill(child.id, SIGKILL);
         waitFor(child.id);
-        giveUp(reason);
-        return false;
+        return reason;
     }
     child.input = std::move(input->writeEnd);
     child.output = std::move(output->readEnd);
     child_ = std::move(child);
-    return true;
+    return 0;
 }
 
 void SystemShell::readOutput() {
@@ -220,11 +226,13 @@ void SystemShell::startAfter(milliseconds pause) {
         RunLoop::Serve::Always);
 }
 
+std::string SystemShell::couldNotRun() const {
+    return "The system shell \"" + program_ + "\" is not running: ";
+}
+
 void SystemShell::giveUp(const std::string& reason) {
     // Later: at the first start there may be no log yet.
-    platform::dispatchMain([line = "The system shell \"" + program_ + "\" is not running: " + reason + "."] {
-        platform::log(line);
-    });
+    platform::dispatchMain([line = couldNotRun() + reason + "."] { platform::log(line); });
 }
 
 bool SystemShell::isInFlight() const {

@@ -57,6 +57,9 @@ class SystemShell : public platform::Processes {
     static std::chrono::milliseconds pauseAfter(const Pace& pace, int endsAtOnce) {
         return pace.firstPause * (1 << (endsAtOnce - 1));
     }
+    /// Why the very first start could not be made, where that is for want of descriptors, processes or
+    /// memory: then nothing else will be had either. It is told by whoever asks for this, not in the log.
+    const std::optional<std::string>& shortage() const { return shortage_; }
     /// The present child's; empty while there is none.
     std::optional<pid_t> processId() const;
 
@@ -75,7 +78,9 @@ class SystemShell : public platform::Processes {
 
     void start();
     void startAnew();
-    bool spawn();
+    int spawn();
+    void afterSpawn(int error);
+    std::string couldNotRun() const;
     void readOutput();
     void reap();
     void startAfter(std::chrono::milliseconds pause);
@@ -90,6 +95,7 @@ class SystemShell : public platform::Processes {
     /// Set while there is a pause before the next start.
     Descriptor timer_;
     bool hasRun_ = false;
+    std::optional<std::string> shortage_;
     int endsAtOnce_ = 0;
     Instant inFlightUntil_;
     std::uint64_t pendingCheck_ = 0;

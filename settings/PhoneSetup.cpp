@@ -12,6 +12,7 @@
 #include "device/DatagramTransport.h"
 #include "device/FreshRoot.h"
 #include "device/RootFileSystem.h"
+#include "device/RootLink.h"
 #include "device/SettableDeviceFacts.h"
 #include "device/StandardErrorLog.h"
 #include "device/SystemClock.h"
@@ -36,25 +37,6 @@ using platform::Result;
 namespace {
 
 constexpr std::string_view applicationPath = "/Applications/Settings.app";
-
-/// Makes the phone's path a link to the host directory, in one step as others see it.
-Result<void> linkDirectory(const platform::FileSystem& files, std::string_view path, const fs::path& target) {
-    const fs::path link = files.hostPath(path);
-    const fs::path temporary = link.parent_path() / ("." + link.filename().string() + ".new");
-    std::error_code error;
-    // A second process that does the same at the same time may take the temporary link away.
-    for (int attempt = 0; attempt < 8; ++attempt) {
-        if (fs::read_symlink(link, error) == target && !error) return {};
-        fs::create_directories(link.parent_path(), error);
-        if (!error) fs::create_directory_symlink(target, temporary, error);
-        if (!error) fs::rename(temporary, link, error);
-        if (!error) return {};
-        std::error_code ignored;
-        fs::remove(temporary, ignored);
-    }
-    return platform::failure("\"" + link.string() + "\" could not be linked to \"" + target.string() +
-                             "\": " + error.message() + ".");
-}
 
 std::shared_ptr<platform::CalendarSource> calendarSource(const std::optional<std::string>& directory,
                                                          const platform::FileSystem& files) {
@@ -91,19 +73,20 @@ Result<std::unique_ptr<PhoneSetup>> PhoneSetup::create(const PhoneOptions& optio
     }
     std::unique_ptr<PhoneSetup> phone(new PhoneSetup);
     phone->files_ = std::make_shared<device::RootFileSystem>(options.rootDirectory);
-    if (const auto linked = linkDirectory(*phone->files_, applicationPath, resources); !linked) {
+    if (const auto linked = device::linkDirectory(options.rootDirectory, applicationPath, resources);
+        !linked) {
         return std::unexpected(linked.error());
     }
     phone->bundlePath_ = platform::stringByAppendingPathComponent(
         preferenceBundlesPath, fs::canonical(options.bundleDirectory, error).filename().string());
-    phone->install(options);
+    if (const auto installed = phone->install(options); !installed) return std::unexpected(installed.error());
     if (const auto connected = platform::DarwinNotificationCenter::shared().connect(); !connected) {
         return std::unexpected(connected.error());
     }
     return phone;
 }
 
-void PhoneSetup::install(const PhoneOptions& options) {
+Result<void> PhoneSetup::install(const PhoneOptions& options) {
     const auto& device = options.device;
     platform::Device phone;
     phone.log = std::make_shared<device::StandardErrorLog>("quietrix-settings");
@@ -126,11 +109,14 @@ void PhoneSetup::install(const PhoneOptions& options) {
     phone.tones = std::make_shared<device::ThemeTones>(device::SoundThemes(
         device.tones ? std::vector<fs::path>{*device.tones} : device::SoundThemes::systemDirectories()));
     phone.mail = std::make_shared<device::DesktopMail>(device.mailAccount);
-    phone.processes = std::make_shared<device::SystemShell>(
+    const auto shell = std::make_shared<device::SystemShell>(
         options.systemShell, std::filesystem::absolute(options.rootDirectory).string());
+    phone.processes = shell;
     platform::Device::install(std::move(phone));
     for (const auto& name : device.toneController) platform::makeToneScreenClassExist(name);
     platform::Bundle::setMainBundlePath(std::string(applicationPath));
+    if (shell->shortage()) return platform::failure(*shell->shortage());
+    return {};
 }
 
 PhoneSetup::~PhoneSetup() {

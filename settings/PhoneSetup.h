@@ -42,7 +42,7 @@ class PhoneSetup {
 
   private:
     PhoneSetup() = default;
-    void install(const PhoneOptions& options);
+    platform::Result<void> install(const PhoneOptions& options);
 
     std::string bundlePath_;
     std::shared_ptr<platform::FileSystem> files_;

@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
-#include <iostream>
 #include <utility>
 
 #include "platform/foundation/Device.h"
@@ -27,6 +26,19 @@ constexpr std::size_t longestInbox = 4096;
 
 std::unexpected<platform::Error> systemFailure(const char* what) {
     return platform::failure(std::string(what) + " could not be made: " + std::strerror(errno) + ".");
+}
+
+/// Nobody can come to a page whose address was not told.
+Result<void> print(std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t count = write(STDOUT_FILENO, text.data(), text.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0)
+            return platform::failure(
+                "The address could not be printed: " + std::string(std::strerror(errno)) + ".");
+        text.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return {};
 }
 
 }  // namespace
@@ -57,7 +69,8 @@ Result<void> Serve::run(std::uint16_t port, const std::string& pageDirectory) {
     Result<std::unique_ptr<Server>> server = Server::start(std::move(options), *this);
     if (!server) return std::unexpected(server.error());
     server_ = std::move(*server);
-    std::cout << "Quietrix Settings is at " << server_->url() << "\n" << std::flush;
+    if (Result<void> printed = print("Quietrix Settings is at " + server_->url() + "\n"); !printed)
+        return printed;
     if (!isEnding()) RunLoop::main().run();
     return {};
 }

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include <unistd.h>
 
+#include <exception>
 #include <iostream>
 #include <string>
 #include <vector>
 
+#include "device/ProgramStart.h"
+#include "platform/foundation/RunLoop.h"
 #include "settings/Application.h"
 #include "settings/CommandLine.h"
 #include "settings/Drive.h"
@@ -15,10 +18,15 @@
 
 namespace {
 
+constexpr const char* programName = "quietrix-settings";
 constexpr int cannotBegin = 2;
+/// More than a start has open at the same time, a page's first connections included.
+constexpr int neededDescriptors = 40;
+/// Address space for the bundle, the threads' stacks and a first screen.
+constexpr std::size_t neededMemory = std::size_t{64} << 20;
 
 int complain(const std::string& reason) {
-    std::cerr << "quietrix-settings: " << reason << '\n';
+    std::cerr << programName << ": " << reason << '\n';
     return cannotBegin;
 }
 
@@ -35,9 +43,7 @@ int serve(settings::Application& application, const settings::PhoneSetup& phone,
     return served ? 0 : complain(served.error().localizedDescription);
 }
 
-}  // namespace
-
-int main(int argumentCount, char** argumentValues) {
+int run(int argumentCount, char** argumentValues) {
     const auto paths = settings::ProgramPaths::ofThisProgram();
     const auto line = settings::parseCommandLine(
         std::vector<std::string>(argumentValues + 1, argumentValues + argumentCount), paths);
@@ -45,6 +51,10 @@ int main(int argumentCount, char** argumentValues) {
         (line.error().status == 0 ? std::cout : std::cerr) << line.error().text;
         return line.error().status;
     }
+    if (const auto enough = device::checkDescriptors(neededDescriptors); !enough)
+        return complain(enough.error().localizedDescription);
+    if (const auto enough = device::checkMemory(neededMemory); !enough)
+        return complain(enough.error().localizedDescription);
     const auto resources = paths.resources();
     if (!resources) return complain("The application's own files are missing beside the program.");
 
@@ -53,6 +63,20 @@ int main(int argumentCount, char** argumentValues) {
     if (!phone) return complain(phone.error().localizedDescription);
     settings::Application application((*phone)->bundlePath(), (*phone)->clock());
     application.start();
+    // The start is over when the channel's loop runs.
+    platform::dispatchMain(device::goOnWhenMemoryIsOut);
     return line->channel == settings::Channel::Drive ? drive(application)
                                                      : serve(application, **phone, paths, *line);
+}
+
+}  // namespace
+
+int main(int argumentCount, char** argumentValues) {
+    device::holdStandardDescriptors();
+    device::endWhenMemoryIsOut(programName, cannotBegin);
+    try {
+        return run(argumentCount, argumentValues);
+    } catch (const std::exception& error) {
+        return complain("The program cannot go on: " + std::string(error.what()) + ".");
+    }
 }

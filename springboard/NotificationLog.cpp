@@ -13,6 +13,7 @@
 #include <ctime>
 
 #include "device/Descriptor.h"
+#include "device/HostFile.h"
 #include "platform/foundation/LogSink.h"
 
 namespace springboard {
@@ -30,9 +31,8 @@ std::string line(std::chrono::system_clock::time_point time, std::string_view na
 
 /// Appending and never waiting, also where something other than a file is in the way.
 device::Descriptor openFile(const std::string& path) {
-    constexpr mode_t mode = 0644;
-    return device::Descriptor(
-        open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC, mode));
+    return device::Descriptor(open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC,
+                                   device::host::newFileMode));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <exception>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -15,6 +16,7 @@
 #include <vector>
 
 #include "device/DatagramTransport.h"
+#include "device/ProgramStart.h"
 #include "device/RootFileSystem.h"
 #include "device/StandardErrorLog.h"
 #include "device/SystemClock.h"
@@ -68,14 +70,7 @@ int live(std::string_view option) {
     return 0;
 }
 
-}  // namespace
-
-int main(int argumentCount, char** argumentValues) {
-    // Killed with the application. One that was gone before this line has closed the input by then, and
-    // nothing may be left in a root that nobody uses any more.
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (isInputHungUp()) return 0;
-    const std::vector<std::string> arguments(argumentValues + 1, argumentValues + argumentCount);
+int run(const std::vector<std::string>& arguments) {
     if (arguments.empty() || arguments.size() > 2 || (arguments.size() == 2 && arguments[1] != "--restarted"))
         return complain("usage: SpringBoard ROOT [--restarted]");
     platform::Device::install(phone(arguments[0]));
@@ -83,4 +78,20 @@ int main(int argumentCount, char** argumentValues) {
     const int status = live(arguments.size() == 2 ? arguments[1] : std::string_view());
     platform::Device::install({});
     return status;
+}
+
+}  // namespace
+
+int main(int argumentCount, char** argumentValues) {
+    // Killed with the application. One that was gone before this line has closed the input by then, and
+    // nothing may be left in a root that nobody uses any more.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (isInputHungUp()) return 0;
+    device::holdStandardDescriptors();
+    device::endWhenMemoryIsOut("SpringBoard", cannotBegin);
+    try {
+        return run(std::vector<std::string>(argumentValues + 1, argumentValues + argumentCount));
+    } catch (const std::exception& error) {
+        return complain(error.what());
+    }
 }

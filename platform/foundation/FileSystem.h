@@ -40,9 +40,12 @@ class FileSystem {
     virtual ~FileSystem() = default;
 
     virtual Result<Data> read(std::string_view path) const = 0;
-    /// InPlace truncates and writes the file itself. Atomically writes a temporary file beside it, syncs it,
-    /// renames it over the old one and syncs the directory: killed at any instant, the path holds the old or
-    /// the new bytes whole. A symbolic link stays one; its target is what is replaced.
+    /// InPlace writes the bytes over those of the file itself, then cuts it to their length and syncs it: it
+    /// is never empty or cut meanwhile, and writers in place exclude each other, and whoever holds the file's
+    /// lock. Atomically writes a temporary file beside it, syncs it, renames it over the old one and syncs
+    /// the directory: killed at any instant, the path holds the old or the new bytes whole. A symbolic link
+    /// stays one; its target is what is written. What is made new is for its owner only; a file that is
+    /// replaced keeps its mode.
     virtual Result<void> write(std::string_view path, const Data& data, Write how) = 0;
     /// False too for what cannot be looked at; who has to tell the two apart asks for the stamp.
     virtual bool exists(std::string_view path) const = 0;
@@ -52,12 +55,12 @@ class FileSystem {
     /// error, as a file may well be there. Follows symbolic links.
     virtual Result<std::optional<FileStamp>> stamp(std::string_view path) const = 0;
     virtual Result<void> remove(std::string_view path) = 0;
-    /// Creates the directory and those above it; one that exists is a success.
+    /// Creates the directory and those above it, for their owner only; one that exists is a success.
     virtual Result<void> createDirectory(std::string_view path) = 0;
     /// The names in a directory, sorted by their bytes.
     virtual Result<std::vector<std::string>> list(std::string_view path) const = 0;
-    /// Locks what the path names (through a lock file beside the link's target, which may stay behind),
-    /// waiting `seconds` of real time at most.
+    /// Locks what the path names (through a lock file of the link's target that nobody else can open, and
+    /// that may stay behind), waiting `seconds` of real time at most. The error says who holds it.
     virtual Result<std::unique_ptr<FileLock>> lockExclusively(std::string_view path, double seconds) = 0;
     /// Where the path really is, for opening code with the dynamic loader.
     virtual std::string hostPath(std::string_view path) const = 0;

@@ -14,6 +14,7 @@
 #include <deque>
 #include <map>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <unordered_map>
 #include <utility>
@@ -85,7 +86,8 @@ struct RunLoop::State {
     TimerId timerLimitOfTurn = 0;
 
     State() {
-        if (pipe2(wakePipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) std::terminate();
+        if (pipe2(wakePipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+            throw std::system_error(errno, std::system_category(), "The run loop has no pipe");
     }
 
     /// Called with the lock held after each change.

@@ -18,6 +18,7 @@ class RunLoop {
     using Task = std::function<void()>;
     using TimerId = std::uint64_t;
 
+    /// Throws std::system_error the first time when the system has no pipe left for it.
     static RunLoop& main();
 
     /// Whether the caller is on the main thread.
