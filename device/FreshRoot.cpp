@@ -8,7 +8,6 @@
 #include <filesystem>
 #include <utility>
 
-#include "device/FileReplacement.h"
 #include "device/HostFile.h"
 #include "device/MainSettingsFile.h"
 #include "device/PrivateLock.h"
@@ -30,15 +29,10 @@ constexpr const char* bundlesDirectory = "/Library/PreferenceBundles";
 constexpr const char* temporaryDirectory = "/tmp";
 constexpr const char* fillingFile = ".filling";
 
-std::unexpected<platform::Error> failed(const fs::path& path, const std::string& action,
-                                        const std::string& reason) {
-    std::string sentence = '"' + path.string();
-    sentence += "\" could not be " + action + ": " + reason + ".";
-    return failure(std::move(sentence));
-}
-
 std::unexpected<platform::Error> failed(const fs::path& path, const std::string& action, int errorNumber) {
-    return failed(path, action, host::message(errorNumber));
+    std::string sentence = '"' + path.string();
+    sentence += "\" could not be " + action + ": " + host::message(errorNumber) + ".";
+    return failure(std::move(sentence));
 }
 
 Result<void> makeDirectory(const fs::path& path) {
@@ -50,9 +44,11 @@ Result<void> makeDirectory(const fs::path& path) {
 Result<void> copyFile(const fs::path& from, const fs::path& to) {
     const auto data = host::readFile(from.string());
     if (!data) return failed(from, "read", data.error());
-    if (const auto written = host::replaceFile(to.string(), *data); !written) {
+    // One that is there is of a filling that did not come to its end. Nothing is
+    // synced: it can be had again.
+    unlink(to.c_str());
+    if (const auto written = host::createFile(to.string(), *data, host::Sync::No); !written)
         return failed(to, "written", written.error());
-    }
     return {};
 }
 
@@ -136,9 +132,8 @@ Result<void> fillOnce(const std::string& root, const std::string& resources) {
     if (!now) return std::unexpected(now.error());
     if (*now == Contents::Something) return {};
     const fs::path marker = fs::path(root) / fillingFile;
-    if (const auto marked = host::replaceFile(marker.string(), {}); !marked) {
-        return failed(root, "filled", marked.error());
-    }
+    const auto marked = host::createFile(marker.string(), {}, host::Sync::No);
+    if (!marked && marked.error() != EEXIST) return failed(root, "filled", marked.error());
     if (Result<void> filled = fill(root, resources); !filled) return filled;
     if (unlink(marker.c_str()) != 0) return failed(marker, "removed", errno);
     return {};

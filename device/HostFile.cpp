@@ -55,12 +55,12 @@ Outcome<platform::Data> readFile(const std::string& path) {
     return data;
 }
 
-Outcome<void> createFile(const std::string& path, const platform::Data& data) {
+Outcome<void> createFile(const std::string& path, const platform::Data& data, Sync sync) {
     const Descriptor file(
         open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, newFileMode));
     if (!file) return lastError();
     Outcome<void> written = writeAll(file.get(), data);
-    if (written && fsync(file.get()) != 0) written = lastError();
+    if (written && sync == Sync::Yes && fsync(file.get()) != 0) written = lastError();
     if (!written) unlink(path.c_str());
     return written;
 }

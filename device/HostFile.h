@@ -34,9 +34,9 @@ std::string message(int errorNumber);
 Outcome<struct stat> regularFile(int descriptor);
 /// The whole of a regular file.
 Outcome<platform::Data> readFile(const std::string& path);
-/// Makes a file that is not there yet, with its bytes synced; EEXIST when the name is taken. A failure leaves
-/// none.
-Outcome<void> createFile(const std::string& path, const platform::Data& data);
+enum class Sync { No, Yes };
+/// Makes a file that is not there yet; EEXIST when the name is taken. A failure leaves none.
+Outcome<void> createFile(const std::string& path, const platform::Data& data, Sync sync);
 /// Writes all the bytes to an open file.
 Outcome<void> writeAll(int descriptor, std::span<const std::uint8_t> bytes);
 

@@ -41,7 +41,7 @@ std::string today() {
 host::Explained<std::string> keep(const std::string& prefix, const Data& bytes) {
     std::string path = prefix;
     for (int number = 2; number <= maximumNames; ++number) {
-        const auto made = host::createFile(path, bytes);
+        const auto made = host::createFile(path, bytes, host::Sync::Yes);
         if (made) return path;
         if (made.error() != EEXIST) return std::unexpected(host::message(made.error()));
         path = prefix + "-" + std::to_string(number);

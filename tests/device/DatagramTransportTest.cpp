@@ -263,6 +263,127 @@ TEST_F(DatagramTransportTest, rootWithALongPath_worksAllTheSame) {
     EXPECT_EQ(peer->readLine(), "N");
 }
 
+TEST_F(DatagramTransportTest, socketFiles_areForTheirOwnerOnly) {
+    DatagramTransport transport(root.path().string());
+    ASSERT_TRUE(transport.start([](const std::string&) {}));
+    const auto socket = *fs::directory_iterator(directory());
+    EXPECT_EQ(socket.status().permissions(), static_cast<fs::perms>(0600));
+}
+
+/// A root that can be taken away while a transport of this process and another process listen there.
+class MovedRoot : public DatagramTransportTest {
+  protected:
+    doubles::Phone phone;
+    fs::path phoneRoot = root / "phone";
+    fs::path folder = phoneRoot / "private/var/run/notifications";
+    Inbox inbox;
+    std::unique_ptr<DatagramTransport> transport;
+    std::unique_ptr<Child> peer;
+
+    MovedRoot() {
+        fs::create_directories(phoneRoot);
+        transport = std::make_unique<DatagramTransport>(phoneRoot.string());
+        EXPECT_TRUE(transport->start(inbox.receiver()));
+        peer = startPeer({"exchange", phoneRoot.string(), "peer-", "1"});
+    }
+    std::size_t sockets() const {
+        std::error_code error;
+        std::size_t count = 0;
+        for (const auto& entry : fs::directory_iterator(folder, error))
+            count += entry.path().extension() == ".socket" ? 1 : 0;
+        return count;
+    }
+    /// Both look for themselves, without a post.
+    void waitUntilBothListen() const {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+        while (sockets() < 2 && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
+        ASSERT_EQ(sockets(), 2U);
+    }
+    void expectToHearEachOther() {
+        waitUntilBothListen();
+        transport->post("N");
+        EXPECT_EQ(peer->readLine(), "N");
+        peer->writeLine();
+        EXPECT_THAT(inbox.waitFor(2), UnorderedElementsAreArray(Names{"N", "peer-0"}));
+        ASSERT_EQ(phone.log->lines().size(), 1U);
+        EXPECT_THAT(phone.log->lines()[0], testing::HasSubstr("\"" + folder.string() + "\""));
+    }
+};
+
+TEST_F(MovedRoot, folderTakenAway_isMadeAnewAndHeardAgain) {
+    fs::remove_all(folder);
+    expectToHearEachOther();
+}
+
+TEST_F(MovedRoot, folderPutAsideForAnother_isLeftForTheNewOne) {
+    fs::rename(folder, root / "aside");
+    fs::create_directory(folder);
+    expectToHearEachOther();
+    // Nothing of theirs stays behind.
+    while (!fs::is_empty(root / "aside")) std::this_thread::yield();
+}
+
+TEST_F(MovedRoot, rootMadeAnew_isHeardAgain) {
+    fs::rename(phoneRoot, root / "aside");
+    fs::create_directory(phoneRoot);
+    expectToHearEachOther();
+}
+
+TEST_F(MovedRoot, socketsTakenAway_areMadeAnew) {
+    for (const auto& entry : fs::directory_iterator(folder)) fs::remove(entry);
+    expectToHearEachOther();
+}
+
+TEST_F(MovedRoot, nextPost_goesThroughTheNewFolderAndIsHeardByItsPoster) {
+    for (int round = 1; round <= 20; ++round) {
+        fs::remove_all(folder);
+        transport->post("N");
+        EXPECT_EQ(inbox.waitFor(static_cast<std::size_t>(round)).size(), static_cast<std::size_t>(round));
+    }
+    EXPECT_EQ(phone.log->lines().size(), 20U);
+}
+
+TEST_F(MovedRoot, nextPost_isPending) {
+    for (int round = 1; round <= 50; ++round) {
+        fs::remove_all(folder);
+        transport->post("N");
+        while (transport->hasPending()) std::this_thread::yield();
+        EXPECT_EQ(inbox.waitFor(0).size(), static_cast<std::size_t>(round));
+    }
+}
+
+TEST_F(MovedRoot, whatHadArrivedInTheOldFolder_isStillDelivered) {
+    std::mutex held;
+    Inbox second;
+    DatagramTransport slow(phoneRoot.string());
+    ASSERT_TRUE(slow.start([&, deliver = second.receiver()](const std::string& name) {
+        const std::lock_guard wait(held);
+        deliver(name);
+    }));
+    const Names names = numbered("n", 50);
+    {
+        const std::lock_guard wait(held);
+        for (const std::string& name : names) slow.post(name);
+        fs::rename(folder, root / "aside");
+        slow.post("last");
+    }
+    Names all = names;
+    all.emplace_back("last");
+    EXPECT_THAT(second.waitFor(all.size()), UnorderedElementsAreArray(all));
+}
+
+TEST_F(MovedRoot, rootThatIsGone_isNotMadeByWhoeverStillPosts) {
+    fs::rename(phoneRoot, root / "aside");
+    transport->post("N");
+    ASSERT_EQ(phone.log->lines().size(), 1U);
+    EXPECT_THAT(phone.log->lines()[0], testing::HasSubstr("was not posted"));
+    EXPECT_FALSE(fs::exists(phoneRoot));
+    // The old root, put back, is the one again.
+    fs::rename(root / "aside", phoneRoot);
+    transport->post("back");
+    EXPECT_EQ(peer->readLine(), "back");
+}
+
 TEST_F(DatagramTransportTest, namesThatCannotBeCarried_areLoggedAndNotSent) {
     doubles::Phone phone;
     Inbox inbox;

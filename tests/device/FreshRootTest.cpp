@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <filesystem>
@@ -9,6 +12,7 @@
 #include <thread>
 
 #include "device/FreshRoot.h"
+#include "device/RootLink.h"
 #include "platform/foundation/PropertyList.h"
 #include "tests/device/Child.h"
 #include "tests/doubles/TemporaryDirectory.h"
@@ -42,10 +46,11 @@ class FreshRootTest : public testing::Test {
         const auto prepared = prepareRoot(root, resources, bundle);
         return prepared ? "" : prepared.error().localizedDescription;
     }
-    /// Every file below the root, with the link but not what is behind it.
+    /// Every file below the root, with the link but not what is behind it, and without the locks.
     std::set<std::string> files() const {
         std::set<std::string> found;
         for (const auto& entry : fs::recursive_directory_iterator(root)) {
+            if (entry.path().parent_path().filename() == ".locks") continue;
             if (entry.is_symlink() || !entry.is_directory())
                 found.insert(entry.path().lexically_relative(root).string());
         }
@@ -152,6 +157,70 @@ TEST_F(FreshRootTest, killedInTheMiddle_isRefilledTheNextTime) {
         EXPECT_EQ(prepare(), "");
         EXPECT_EQ(files(), expected);
     }
+}
+
+TEST_F(FreshRootTest, everythingMade_isForItsOwnerOnly) {
+    EXPECT_EQ(prepare(), "");
+    for (const auto& entry : fs::recursive_directory_iterator(root)) {
+        if (entry.is_symlink()) continue;
+        EXPECT_EQ(entry.status().permissions(), static_cast<fs::perms>(entry.is_directory() ? 0700 : 0600))
+            << entry.path();
+    }
+    EXPECT_EQ(fs::status(root).permissions(), static_cast<fs::perms>(0700));
+}
+
+TEST_F(FreshRootTest, rootThatIsReady_isNotLockedAtAll) {
+    EXPECT_EQ(prepare(), "");
+    const auto held = device::lockRoot(root);
+    ASSERT_TRUE(held);
+    EXPECT_EQ(prepare(), "");
+}
+
+TEST_F(FreshRootTest, directoriesLockedByOthers_areNotWaitedFor) {
+    fs::create_directories(root + "/Library/PreferenceBundles");
+    std::vector<device::Descriptor> locked;
+    for (const char* directory : {"", "/Library", "/Library/PreferenceBundles"}) {
+        locked.emplace_back(open((root + directory).c_str(), O_RDONLY | O_CLOEXEC));
+        ASSERT_EQ(flock(locked.back().get(), LOCK_EX | LOCK_NB), 0);
+    }
+    EXPECT_EQ(prepare(), "");
+}
+
+TEST_F(FreshRootTest, rootOfAnotherUsersLocks_isNamedWithTheirPath) {
+    if (geteuid() != 0) GTEST_SKIP() << "only the superuser can give a file to another user";
+    fs::create_directories(root + "/.locks");
+    ASSERT_EQ(chown((root + "/.locks").c_str(), 65534, 65534), 0);
+    EXPECT_EQ(prepare(), "\"" + root + "\" could not be locked: \"" + root +
+                             "/.locks\" belongs to another user (65534).");
+    EXPECT_FALSE(fs::exists(root + "/var"));
+}
+
+TEST_F(FreshRootTest, rootWithNothingButTheNotificationsOfALivingProgram_isFilled) {
+    fs::create_directories(root + "/.locks");
+    fs::create_directories(root + "/private/var/run/notifications/1-aa.spill");
+    writeText(root + "/private/var/run/notifications/1-aa.socket", "");
+    EXPECT_EQ(prepare(), "");
+    EXPECT_TRUE(fs::exists(root + "/var/mobile/Library/Preferences/com.velmora.quietrix.plist"));
+}
+
+TEST_F(FreshRootTest, rootWithMoreThanTheNotifications_isLeftAsItIs) {
+    for (const char* more : {"/private/var/root/facts", "/private/other", "/private/var/run/x"}) {
+        fs::remove_all(root);
+        fs::create_directories(root + "/private/var/run/notifications");
+        writeText(root + more, "");
+        EXPECT_EQ(prepare(), "");
+        EXPECT_FALSE(fs::exists(root + "/var")) << more;
+    }
+}
+
+TEST_F(FreshRootTest, temporaryLinksThatAreTaken_areLeftAndTheNextIsTried) {
+    const std::string bundles = root + "/Library/PreferenceBundles/";
+    writeText(bundles + ".Sample.bundle.0.new/file", "somebody's");
+    fs::create_symlink("left behind", bundles + ".Sample.bundle.1.new");
+    EXPECT_EQ(prepare(), "");
+    EXPECT_EQ(fs::read_symlink(bundles + "Sample.bundle"), fs::canonical(bundle));
+    EXPECT_EQ(files(), (std::set<std::string>{"Library/PreferenceBundles/.Sample.bundle.0.new/file",
+                                              "Library/PreferenceBundles/Sample.bundle"}));
 }
 
 TEST_F(FreshRootTest, severalProcessesAtOnce_fillItOnce) {

@@ -87,6 +87,87 @@ TEST_F(RootFileSystemTest, write_inPlace_keepsTheFileItself) {
     EXPECT_EQ(files.stamp("/f").value()->inode, before->inode);
 }
 
+TEST_F(RootFileSystemTest, write_inPlace_whereNothingIs_makesTheFileWhole) {
+    fs::create_symlink(outside / "later", root / "link");
+    ASSERT_TRUE(files.write("/link", bytes("x"), Write::InPlace));
+    EXPECT_EQ(readText(outside / "later"), "x");
+    EXPECT_TRUE(fs::is_symlink(root / "link"));
+    EXPECT_EQ(errorOf(files.write("/none/f", bytes("x"), Write::InPlace)),
+              "The file \"/none/f\" could not be written: No such file or directory.");
+}
+
+/// Looks at the file until both writers have ended.
+template <class Look>
+void watchWriters(Child& first, Child& second, const Look& look) {
+    std::thread looking;
+    std::atomic<bool> isOver = false;
+    looking = std::thread([&] {
+        while (!isOver) look();
+    });
+    EXPECT_EQ(first.wait(), 0);
+    EXPECT_EQ(second.wait(), 0);
+    isOver = true;
+    looking.join();
+}
+
+TEST_F(RootFileSystemTest, write_inPlaceByTwoProcesses_isNeverSeenEmptyOrCut) {
+    const std::string length = "64";
+    ASSERT_TRUE(files.write("/f", Data(64, 'a'), Write::InPlace));
+    Child a({"overwrite", root.path().string(), "/f", "400", length, length});
+    Child b({"overwrite", root.path().string(), "/f", "400", length, length});
+    int looks = 0;
+    watchWriters(a, b, [&] {
+        ++looks;
+        // As a program reads it that knows nothing of locks.
+        ASSERT_EQ(readText(root / "f").size(), 64U);
+    });
+    EXPECT_GT(looks, 0);
+}
+
+TEST_F(RootFileSystemTest, write_inPlaceOfDifferentLengths_isReadAsOneOfThem) {
+    ASSERT_TRUE(files.write("/f", Data(100, 'a'), Write::InPlace));
+    Child a({"overwrite", root.path().string(), "/f", "120", "100", "90000"});
+    Child b({"overwrite", root.path().string(), "/f", "120", "9000", "40"});
+    int looks = 0;
+    watchWriters(a, b, [&] {
+        const auto data = files.read("/f");
+        ASSERT_TRUE(data);
+        ASSERT_FALSE(data->empty());
+        ++looks;
+        // Each text says of itself how long it is.
+        const std::string text(data->begin(), data->end());
+        ASSERT_TRUE(text == std::string(text.size(), text[0]));
+        ASSERT_TRUE(text.size() == 100 || text.size() == 90000 || text.size() == 9000 || text.size() == 40)
+            << text.size();
+    });
+    EXPECT_GT(looks, 0);
+}
+
+TEST_F(RootFileSystemTest, write_inPlaceKilledAtAnyInstant_leavesAWholeFileThatCanBeWritten) {
+    ASSERT_TRUE(files.write("/f", Data(64, 'a'), Write::InPlace));
+    for (int round = 0; round < 500; ++round) {
+        Child writer({"overwrite", root.path().string(), "/f", "1000000", "64", "64"});
+        ASSERT_EQ(writer.readLine(), "ready");
+        // Spread over the steps of a write; which of them is hit does not matter to what must hold.
+        std::this_thread::sleep_for(std::chrono::microseconds(round * 7));
+        writer.signal(SIGKILL);
+        writer.wait();
+        ASSERT_EQ(readText(root / "f").size(), 64U) << round;
+    }
+    EXPECT_TRUE(files.write("/f", bytes("end"), Write::InPlace));
+    EXPECT_EQ(readText(root / "f"), "end");
+}
+
+TEST_F(RootFileSystemTest, write_inPlaceWhileAWriterIsStopped_failsInTimeAndNamesIt) {
+    ASSERT_TRUE(files.write("/f", bytes("old"), Write::InPlace));
+    Child holder({"lock", root.path().string(), "/f"});
+    ASSERT_EQ(holder.readLine(), "locked");
+    EXPECT_EQ(errorOf(files.write("/f", bytes("new"), Write::InPlace)),
+              "The file \"/f\" could not be written: the process " + std::to_string(holder.pid()) +
+                  " still held \"" + root.path().string() + "/.locks/f\" after 2 seconds.");
+    EXPECT_EQ(readText(root / "f"), "old");
+}
+
 TEST_F(RootFileSystemTest, write_atomically_replacesTheFileAndLeavesNothingBeside) {
     ASSERT_TRUE(files.write("/f", bytes("old"), Write::Atomically));
     const auto before = files.stamp("/f").value();
@@ -96,12 +177,34 @@ TEST_F(RootFileSystemTest, write_atomically_replacesTheFileAndLeavesNothingBesid
     EXPECT_THAT(*files.list("/"), ElementsAre("f"));
 }
 
-TEST_F(RootFileSystemTest, write_atomically_keepsTheOldMode_andGives0644ToANewFile) {
-    ASSERT_TRUE(files.write("/new", {}, Write::Atomically));
-    EXPECT_EQ(modeOf(root / "new"), static_cast<fs::perms>(0644));
-    fs::permissions(root / "new", static_cast<fs::perms>(0640));
-    ASSERT_TRUE(files.write("/new", {}, Write::Atomically));
-    EXPECT_EQ(modeOf(root / "new"), static_cast<fs::perms>(0640));
+TEST_F(RootFileSystemTest, write_newFiles_areForTheirOwnerOnly_andForNobodyWhomTheUmaskKeepsOut) {
+    const mode_t before = umask(0);
+    ASSERT_TRUE(files.createDirectory("/d/e"));
+    for (const Write how : {Write::InPlace, Write::Atomically}) {
+        const std::string name = how == Write::InPlace ? "/d/placed" : "/d/new";
+        ASSERT_TRUE(files.write(name, bytes("x"), how));
+        EXPECT_EQ(modeOf(root / name.substr(1)), static_cast<fs::perms>(0600));
+    }
+    ASSERT_TRUE(files.lockExclusively("/d/new", 0));
+    for (const char* directory : {"d", "d/e", "d/.locks"})
+        EXPECT_EQ(modeOf(root / directory), static_cast<fs::perms>(0700)) << directory;
+    EXPECT_EQ(modeOf(root / "d/.locks/new"), static_cast<fs::perms>(0600));
+    umask(0277);
+    EXPECT_TRUE(files.write("/d/strict", bytes("x"), Write::Atomically));
+    umask(before);
+    EXPECT_EQ(modeOf(root / "d/strict"), static_cast<fs::perms>(0400));
+}
+
+TEST_F(RootFileSystemTest, write_fileThatIsReplaced_keepsItsMode) {
+    for (const mode_t mode : {0640U, 0644U, 0400U}) {
+        writeText(root / "f", "old");
+        fs::permissions(root / "f", static_cast<fs::perms>(mode));
+        ASSERT_TRUE(files.write("/f", bytes("new"), Write::Atomically));
+        EXPECT_EQ(modeOf(root / "f"), static_cast<fs::perms>(mode));
+        fs::permissions(root / "f", static_cast<fs::perms>(0644));
+        ASSERT_TRUE(files.write("/f", bytes("newer"), Write::InPlace));
+        EXPECT_EQ(modeOf(root / "f"), static_cast<fs::perms>(0644));
+    }
 }
 
 TEST_F(RootFileSystemTest, write_throughASymbolicLink_replacesItsTargetAndKeepsTheLink) {
@@ -169,6 +272,24 @@ TEST_F(RootFileSystemTest, write_staleTemporaries_areReusedOrRemoved_aLivingWrit
     EXPECT_EQ(readText(root / "f"), "new");
     EXPECT_THAT(*files.list("/"), ElementsAre(".f.0.tmp", "f"));
     EXPECT_EQ(readText(root / ".f.0.tmp"), "a living writer's");
+}
+
+TEST_F(RootFileSystemTest, write_temporaryNamesThatAreTaken_areLeftAndTheNextIsTried) {
+    fs::create_directories(root / ".f.0.tmp/inner");
+    fs::create_symlink(outside / "elsewhere", root / ".f.1.tmp");
+    ASSERT_EQ(mkfifo((root / ".f.2.tmp").c_str(), 0600), 0);
+    ASSERT_TRUE(files.write("/f", bytes("new"), Write::Atomically));
+    EXPECT_EQ(readText(root / "f"), "new");
+    EXPECT_THAT(*files.list("/"), ElementsAre(".f.0.tmp", ".f.1.tmp", ".f.2.tmp", "f"));
+    EXPECT_FALSE(fs::exists(outside / "elsewhere"));
+}
+
+TEST_F(RootFileSystemTest, write_temporaryNamesAllTaken_namesTheLastOfThem) {
+    for (int slot = 0; slot < 1000; ++slot)
+        fs::create_directory(root / (".f." + std::to_string(slot) + ".tmp"));
+    EXPECT_EQ(errorOf(files.write("/f", bytes("new"), Write::Atomically)),
+              "The file \"/f\" could not be written: \"" + root.path().string() +
+                  "/.f.999.tmp\" and all names before it are taken.");
 }
 
 TEST_F(RootFileSystemTest, write_fromManyThreadsAtOnce_leavesOneOfTheirFilesWhole) {
@@ -272,7 +393,8 @@ TEST_F(RootFileSystemTest, lock_heldByAnotherProcess_isNotHadInTime_butOnceThatE
     Child holder({"lock", root.path().string(), "/f"});
     ASSERT_EQ(holder.readLine(), "locked");
     EXPECT_EQ(errorOf(files.lockExclusively("/f", 0.05)),
-              "The file \"/f\" could not be locked within 0.05 seconds: it is in use.");
+              "The file \"/f\" could not be locked: the process " + std::to_string(holder.pid()) +
+                  " still held \"" + root.path().string() + "/.locks/f\" after 0.05 seconds.");
     holder.signal(SIGKILL);
     holder.wait();
     EXPECT_TRUE(files.lockExclusively("/f", 60));
@@ -287,6 +409,26 @@ TEST_F(RootFileSystemTest, lock_isExclusiveWithinOneProcessToo_andThroughLinks) 
     EXPECT_TRUE(files.lockExclusively("/d/other", 0));
     held->reset();
     EXPECT_TRUE(files.lockExclusively("/d/real", 0));
+}
+
+TEST_F(RootFileSystemTest, lock_ofALinkedFileInTwoRoots_isOne) {
+    TemporaryDirectory second;
+    RootFileSystem others(second.path().string());
+    fs::create_symlink(outside / "real", root / "link");
+    fs::create_symlink(outside.path(), second / "directory");
+    const auto held = files.lockExclusively("/link", 0);
+    ASSERT_TRUE(held);
+    EXPECT_FALSE(others.lockExclusively("/directory/real", 0));
+}
+
+TEST_F(RootFileSystemTest, lock_fileOfTheOldKind_isNotWaitedFor) {
+    writeText(root / ".f.lock", "");
+    const device::Descriptor old(open((root / ".f.lock").c_str(), O_RDWR | O_CLOEXEC));
+    ASSERT_EQ(flock(old.get(), LOCK_EX), 0);
+    struct flock whole{};
+    whole.l_type = F_WRLCK;
+    ASSERT_EQ(fcntl(old.get(), F_OFD_SETLK, &whole), 0);
+    EXPECT_TRUE(files.lockExclusively("/f", 0));
 }
 
 TEST_F(RootFileSystemTest, lock_makesReadModifyWriteOfSeveralProcessesLoseNothing) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -60,6 +62,28 @@ TEST_F(SystemShellTest, start_countsAsWorkInFlightUntilTheShellIsReady) {
     phone.drain();
     EXPECT_EQ(States{"started"}, states());
     EXPECT_EQ("/the root\n", testing_support::readText(starts));
+}
+
+TEST_F(SystemShellTest, firstStartWithoutDescriptors_isAShortage) {
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+    const device::Descriptor next(open("/dev/null", O_RDONLY | O_CLOEXEC));
+    rlimit few = before;
+    few.rlim_cur = static_cast<rlim_t>(next.get()) + 2;
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+    shell.emplace("/nowhere", "/the root", pace);
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+    EXPECT_EQ(shell->shortage(), "The system shell \"/nowhere\" is not running: Too many open files.");
+    phone.drain();
+    EXPECT_TRUE(phone.log->lines().empty());
+}
+
+TEST_F(SystemShellTest, firstStartOfAMissingProgram_isNoShortageButALogLine) {
+    shell.emplace(directory / "none", "/the root", pace);
+    EXPECT_FALSE(shell->shortage());
+    phone.drain();
+    ASSERT_EQ(phone.log->lines().size(), 1U);
+    EXPECT_NE(phone.log->lines()[0].find("No such file"), std::string::npos);
 }
 
 TEST_F(SystemShellTest, killedByName_endsAndIsStartedAgainBeforeTheLoopIsDrained) {

@@ -184,8 +184,7 @@ TEST_F(StoreProcesses, changes_leaveNoTemporaryFilesBehind) {
     std::set<std::string> names;
     for (const auto& entry : fs::directory_iterator(host_.parent_path()))
         names.insert(entry.path().filename().string());
-    EXPECT_EQ((std::set<std::string>{host_.filename().string(), "." + host_.filename().string() + ".lock"}),
-              names);
+    EXPECT_EQ((std::set<std::string>{host_.filename().string(), ".locks"}), names);
 }
 
 }  // namespace
