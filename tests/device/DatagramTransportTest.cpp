@@ -286,6 +286,9 @@ class MovedRoot : public DatagramTransportTest {
         EXPECT_TRUE(transport->start(inbox.receiver()));
         peer = startPeer({"exchange", phoneRoot.string(), "peer-", "1"});
     }
+    /// In one step: a folder that is being emptied may get a new socket meanwhile.
+    void takeAway(const fs::path& path) { fs::rename(path, root / ("aside" + std::to_string(++asides))); }
+    int asides = 0;
     std::size_t sockets() const {
         std::error_code error;
         std::size_t count = 0;
@@ -311,20 +314,20 @@ class MovedRoot : public DatagramTransportTest {
 };
 
 TEST_F(MovedRoot, folderTakenAway_isMadeAnewAndHeardAgain) {
-    fs::remove_all(folder);
+    takeAway(folder);
     expectToHearEachOther();
 }
 
 TEST_F(MovedRoot, folderPutAsideForAnother_isLeftForTheNewOne) {
-    fs::rename(folder, root / "aside");
+    takeAway(folder);
     fs::create_directory(folder);
     expectToHearEachOther();
     // Nothing of theirs stays behind.
-    while (!fs::is_empty(root / "aside")) std::this_thread::yield();
+    while (!fs::is_empty(root / "aside1")) std::this_thread::yield();
 }
 
 TEST_F(MovedRoot, rootMadeAnew_isHeardAgain) {
-    fs::rename(phoneRoot, root / "aside");
+    takeAway(phoneRoot);
     fs::create_directory(phoneRoot);
     expectToHearEachOther();
 }
@@ -336,7 +339,7 @@ TEST_F(MovedRoot, socketsTakenAway_areMadeAnew) {
 
 TEST_F(MovedRoot, nextPost_goesThroughTheNewFolderAndIsHeardByItsPoster) {
     for (int round = 1; round <= 20; ++round) {
-        fs::remove_all(folder);
+        takeAway(folder);
         transport->post("N");
         EXPECT_EQ(inbox.waitFor(static_cast<std::size_t>(round)).size(), static_cast<std::size_t>(round));
     }
@@ -345,7 +348,7 @@ TEST_F(MovedRoot, nextPost_goesThroughTheNewFolderAndIsHeardByItsPoster) {
 
 TEST_F(MovedRoot, nextPost_isPending) {
     for (int round = 1; round <= 50; ++round) {
-        fs::remove_all(folder);
+        takeAway(folder);
         transport->post("N");
         while (transport->hasPending()) std::this_thread::yield();
         EXPECT_EQ(inbox.waitFor(0).size(), static_cast<std::size_t>(round));
@@ -364,7 +367,7 @@ TEST_F(MovedRoot, whatHadArrivedInTheOldFolder_isStillDelivered) {
     {
         const std::lock_guard wait(held);
         for (const std::string& name : names) slow.post(name);
-        fs::rename(folder, root / "aside");
+        takeAway(folder);
         slow.post("last");
     }
     Names all = names;
@@ -373,13 +376,13 @@ TEST_F(MovedRoot, whatHadArrivedInTheOldFolder_isStillDelivered) {
 }
 
 TEST_F(MovedRoot, rootThatIsGone_isNotMadeByWhoeverStillPosts) {
-    fs::rename(phoneRoot, root / "aside");
+    takeAway(phoneRoot);
     transport->post("N");
     ASSERT_EQ(phone.log->lines().size(), 1U);
     EXPECT_THAT(phone.log->lines()[0], testing::HasSubstr("was not posted"));
     EXPECT_FALSE(fs::exists(phoneRoot));
     // The old root, put back, is the one again.
-    fs::rename(root / "aside", phoneRoot);
+    fs::rename(root / "aside1", phoneRoot);
     transport->post("back");
     EXPECT_EQ(peer->readLine(), "back");
 }
