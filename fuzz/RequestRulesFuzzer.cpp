@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
-// A request's target and headers as anybody on this machine could send them. The first line is the target,
-// the second the Cookie header, the third the Host header, the rest an If-None-Match header.
+// A request's target and headers, and the first message of a socket, as anybody on this machine could send
+// them. The first line is the target, the second the Authorization header, the third the Host header, the
+// rest an If-None-Match header; the whole is the first message.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "settings/server/FirstMessage.h"
 #include "settings/server/RequestRules.h"
 
 namespace {
@@ -52,6 +54,13 @@ std::string escaped(std::string_view path) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string_view rest(reinterpret_cast<const char*>(data), size);
+    if (const auto message = settings::parseFirstMessage(rest)) {
+        require(rest.size() <= settings::FirstMessage::longest);
+        const char* word = message->kind == settings::FirstMessage::Kind::Secret ? "secret" : "prove";
+        // A letter may be spelled as an escape.
+        require(rest.find(word) != std::string_view::npos || rest.find('\\') != std::string_view::npos);
+        require(message->text.size() < rest.size());
+    }
     const std::string_view line = takeLine(rest);
     if (const auto target = settings::splitTarget(line)) {
         require(target->path.starts_with('/') && isWithin(target->path, line));
@@ -60,15 +69,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             requireHarmless(*path);
             require(settings::decodePath(escaped(*path)) == path);
         }
-        if (const auto value = settings::queryValue(target->query, "secret")) {
-            require(isWithin(*value, target->query));
-            require(value->find('&') == std::string_view::npos);
-        }
     }
-    const std::string_view cookies = takeLine(rest);
-    for (const std::string_view value : settings::cookieValues(cookies, "name")) {
-        require(isWithin(value, cookies));
-        require(value.find(';') == std::string_view::npos);
+    const std::string_view authorization = takeLine(rest);
+    if (const auto token = settings::bearerToken(authorization)) {
+        require(isWithin(*token, authorization) && !token->empty());
+        require(token->find_first_of(" \t") == std::string_view::npos);
     }
     const std::string_view host = takeLine(rest);
     if (settings::isOwnHost(host, 8123)) {

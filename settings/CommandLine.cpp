@@ -21,6 +21,7 @@ struct Given {
     std::optional<std::string> bundle;
     std::vector<std::string> device;
     std::uint16_t port = 0;
+    bool newSecret = false;
 };
 
 void addOptions(CLI::App& channel, Given& given) {
@@ -47,6 +48,7 @@ std::expected<CommandLine, EarlyEnd> checked(Channel channel, const Given& given
     CommandLine line;
     line.channel = channel;
     line.port = given.port;
+    line.newSecret = given.newSecret;
 
     const auto root = given.root ? given.root : defaultRootDirectory();
     if (!root || root->empty())
@@ -84,6 +86,8 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
         each->footer("Device keys:\n" + device::DeviceOptions::help());
     serve.add_option("--port", given.port, "The port to listen on; without this any free one")
         ->type_name("N");
+    serve.add_flag("--new-secret", given.newSecret,
+                   "Shuts out pages that are still open from an earlier start with the same root and port");
 
     // The library takes them from the end.
     std::ranges::reverse(arguments);

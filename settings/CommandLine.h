@@ -23,6 +23,8 @@ struct CommandLine {
     device::DeviceOptions device;
     /// For Channel::Serve; 0 for any free one.
     std::uint16_t port = 0;
+    /// For Channel::Serve: whether pages that are still open from an earlier start are shut out.
+    bool newSecret = false;
 };
 
 /// Why the program ends before it has begun: help and version are printed with status 0, an error is one line

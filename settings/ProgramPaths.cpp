@@ -26,16 +26,26 @@ std::optional<std::string> ProgramPaths::find(const char* name) const {
     return std::nullopt;
 }
 
+namespace {
+
+fs::path variable(const char* name) {
+    // Read before any thread starts, and nothing here ever sets a variable.
+    const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe)
+    return {value ? value : ""};
+}
+
+}  // namespace
+
 std::optional<std::string> defaultRootDirectory() {
-    const auto variable = [](const char* name) {
-        // Read before any thread starts, and nothing here ever sets a variable.
-        const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe)
-        return fs::path(value ? value : "");
-    };
     // A relative data directory is to be ignored, as other programs do.
     if (const fs::path data = variable("XDG_DATA_HOME"); data.is_absolute()) return data / "quietrix/phone";
     if (const fs::path home = variable("HOME"); !home.empty()) return home / ".local/share/quietrix/phone";
     return std::nullopt;
+}
+
+std::optional<std::string> runtimeDirectory() {
+    const fs::path directory = variable("XDG_RUNTIME_DIR");
+    return directory.empty() ? std::nullopt : std::optional(directory.string());
 }
 
 }  // namespace settings

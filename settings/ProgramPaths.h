@@ -35,4 +35,7 @@ class ProgramPaths {
 /// directory ($XDG_DATA_HOME, else ~/.local/share); empty when neither variable is set.
 std::optional<std::string> defaultRootDirectory();
 
+/// What $XDG_RUNTIME_DIR names, unchecked; empty when it is not set.
+std::optional<std::string> runtimeDirectory();
+
 }  // namespace settings

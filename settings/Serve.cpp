@@ -3,15 +3,18 @@
 
 #include <sys/eventfd.h>
 #include <sys/signalfd.h>
+#include <sys/timerfd.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <utility>
 
 #include "platform/foundation/Device.h"
 #include "platform/foundation/RunLoop.h"
+#include "settings/ProgramPaths.h"
 
 namespace settings {
 
@@ -20,9 +23,9 @@ using platform::RunLoop;
 
 namespace {
 
-/// A page that sends this many commands without waiting for an answer is none of ours; and so many sounds
-/// are not waited for by anyone.
-constexpr std::size_t longestInbox = 4096;
+/// For so long commands are answered at a stretch; then the loop goes around, and pages are told what has
+/// changed.
+constexpr std::chrono::milliseconds longestStretch{50};
 
 std::unexpected<platform::Error> systemFailure(const char* what) {
     return platform::failure(std::string(what) + " could not be made: " + std::strerror(errno) + ".");
@@ -44,29 +47,42 @@ Result<void> print(std::string_view text) {
 }  // namespace
 
 Serve::Serve(Application& application, std::shared_ptr<platform::FileSystem> files)
-    : application_(application), files_(std::move(files)) {}
+    : application_(application),
+      files_(std::move(files)),
+      clients_(
+          application,
+          [this](ConnectionId connection, std::string text) { server_->send(connection, std::move(text)); },
+          [this](ConnectionId connection, std::size_t bytes) { server_->taken(connection, bytes); }) {}
 
 Serve::~Serve() {
     server_.reset();
     RunLoop::main().setBeforeSleeping([&application = application_] { application.keepUp(); });
-    for (const int descriptor : {wakeUp_, signals_}) {
+    for (const int descriptor : {wakeUp_, signals_, deadlines_}) {
         if (descriptor < 0) continue;
         RunLoop::main().unwatch(descriptor);
         close(descriptor);
     }
 }
 
-Result<void> Serve::run(std::uint16_t port, const std::string& pageDirectory) {
+Result<void> Serve::run(const ServeOptions& options) {
     // Before the server's thread starts, which takes over which signals are held back.
     if (Result<void> watched = watchSignals(); !watched) return watched;
     if (Result<void> watched = watchInbox(); !watched) return watched;
+    if (Result<void> watched = watchDeadlines(); !watched) return watched;
     RunLoop::main().setBeforeSleeping([this] { pushChanges(); });
 
-    ServerOptions options;
-    options.port = port;
-    options.pageDirectory = pageDirectory;
-    options.imageFile = [this](std::string_view name) { return imageFile(name); };
-    Result<std::unique_ptr<Server>> server = Server::start(std::move(options), *this);
+    ServerOptions serverOptions;
+    serverOptions.port = options.port;
+    serverOptions.pageDirectory = options.pageDirectory;
+    serverOptions.imageFile = [this](std::string_view name) { return imageFile(name); };
+    // No page can be waiting at a port that is another one with each start.
+    if (options.port != 0) {
+        serverOptions.secret = [&](std::uint16_t port) {
+            return keptSecret({runtimeDirectory().value_or(""), options.rootDirectory, port},
+                              options.oldSecret);
+        };
+    }
+    Result<std::unique_ptr<Server>> server = Server::start(std::move(serverOptions), *this);
     if (!server) return std::unexpected(server.error());
     server_ = std::move(*server);
     if (Result<void> printed = print("Quietrix Settings is at " + server_->url() + "\n"); !printed)
@@ -93,21 +109,18 @@ void Serve::soundAsked(SoundRequestId request, std::string identifier) {
 
 void Serve::put(Message message) {
     const std::lock_guard lock(mutex_);
-    if (inbox_.size() >= longestInbox) {
-        if (message.kind == Message::Kind::SoundAsked) return;
-        if (message.kind == Message::Kind::Received) message = {Message::Kind::Closed, message.id, {}};
-    }
     inbox_.push_back(std::move(message));
-    // Cannot fail: the counter is far from full.
-    eventfd_write(wakeUp_, 1);
+    comeBack();
 }
 
-std::optional<Serve::Message> Serve::take() {
+std::deque<Serve::Message> Serve::takeAll() {
     const std::lock_guard lock(mutex_);
-    if (inbox_.empty()) return std::nullopt;
-    Message message = std::move(inbox_.front());
-    inbox_.pop_front();
-    return message;
+    return std::exchange(inbox_, {});
+}
+
+void Serve::comeBack() {
+    // Cannot fail: the counter is far from full.
+    eventfd_write(wakeUp_, 1);
 }
 
 Result<void> Serve::watchSignals() {
@@ -132,37 +145,45 @@ Result<void> Serve::watchInbox() {
     return {};
 }
 
+Result<void> Serve::watchDeadlines() {
+    deadlines_ = timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK);
+    if (deadlines_ < 0) return systemFailure("The timer");
+    // What is to be done then is done before the loop sleeps again.
+    RunLoop::main().watch(deadlines_, [this] {
+        std::uint64_t times = 0;
+        [[maybe_unused]] const ssize_t count = read(deadlines_, &times, sizeof times);
+    });
+    return {};
+}
+
 void Serve::handleInbox() {
     eventfd_t counted = 0;
     eventfd_read(wakeUp_, &counted);
-    while (!isEnding()) {
-        auto message = take();
-        if (!message) return;
-        handle(*message);
-    }
-    RunLoop::main().stop();
+    const auto end = std::chrono::steady_clock::now() + longestStretch;
+    do {
+        if (isEnding()) return RunLoop::main().stop();
+        sortInbox();
+        if (!clients_.answerNext()) return;
+    } while (std::chrono::steady_clock::now() < end);
+    comeBack();
 }
 
-void Serve::handle(const Message& message) {
-    // Requests for sounds are counted apart from connections; they have no session.
-    const auto session =
-        message.kind == Message::Kind::SoundAsked ? sessions_.end() : sessions_.find(message.id);
-    switch (message.kind) {
-        case Message::Kind::Opened:
-            sessions_.try_emplace(message.id, application_).first->second.setInterruption([this] {
-                return isEnding();
-            });
-            return;
-        case Message::Kind::Received:
-            if (session != sessions_.end()) server_->send(message.id, session->second.answer(message.text));
-            return;
-        case Message::Kind::Closed:
-            if (session != sessions_.end()) sessions_.erase(session);
-            server_->close(message.id);
-            return;
-        case Message::Kind::SoundAsked:
-            server_->giveSound(message.id, sound(message.text));
-            return;
+void Serve::sortInbox() {
+    for (Message& message : takeAll()) {
+        switch (message.kind) {
+            case Message::Kind::Opened:
+                clients_.opened(message.id);
+                break;
+            case Message::Kind::Received:
+                clients_.received(message.id, std::move(message.text));
+                break;
+            case Message::Kind::Closed:
+                clients_.closed(message.id);
+                break;
+            case Message::Kind::SoundAsked:
+                server_->giveSound(message.id, sound(message.text));
+                break;
+        }
     }
 }
 
@@ -170,11 +191,22 @@ void Serve::pushChanges() {
     // Whoever is asked first sees nothing half done, and each event has its outcome.
     RunLoop::main().drain();
     application_.events().collect();
-    for (auto& [connection, session] : sessions_) {
-        if (auto state = session.push()) server_->send(connection, std::move(*state));
-    }
+    clients_.showChanges();
+    setDeadline();
+    if (clients_.hasCommands()) comeBack();
     // What has come since stays queued: to run it here would let the loop sleep without another push.
     application_.events().trim();
+}
+
+void Serve::setDeadline() {
+    itimerspec setting{};
+    if (const auto deadline = clients_.nextDeadline()) {
+        using std::chrono::nanoseconds;
+        const auto time = std::chrono::duration_cast<nanoseconds>(deadline->time_since_epoch()).count();
+        setting.it_value = {time / 1'000'000'000, time % 1'000'000'000};
+    }
+    // Cannot fail with a time that the clock itself gave.
+    timerfd_settime(deadlines_, TFD_TIMER_ABSTIME, &setting, nullptr);
 }
 
 bool Serve::isEnding() {

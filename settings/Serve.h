@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <deque>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -14,14 +13,27 @@
 #include "platform/foundation/FileSystem.h"
 #include "platform/foundation/ToneSource.h"
 #include "settings/Application.h"
-#include "settings/Session.h"
+#include "settings/Clients.h"
+#include "settings/server/SecretFile.h"
 #include "settings/server/Server.h"
 
 namespace settings {
 
+/// What a served application is reached by. Host paths.
+struct ServeOptions {
+    /// 0 for any free one.
+    std::uint16_t port = 0;
+    std::string pageDirectory;
+    /// The root that the application works on.
+    std::string rootDirectory;
+    /// Whether pages that a program before on that root and port has left open may go on.
+    OldSecret oldSecret = OldSecret::TakeOver;
+};
+
 /// The channel of the browser page: a session for each connection of the loopback server, all on the same
-/// application. The server's thread only puts messages into an inbox; the main thread answers them one after
-/// the other, and tells every session when something has changed by itself.
+/// application. The server's thread only puts messages into an inbox, which the server keeps small by reading
+/// no further; the main thread answers them, the connections in turn, and tells every session when something
+/// has changed by itself.
 class Serve : private ServerHandler {
   public:
     /// `application` and `files` must outlive this. Main thread.
@@ -32,7 +44,7 @@ class Serve : private ServerHandler {
 
     /// Starts listening, prints the address as one line on standard output, and runs until SIGINT or SIGTERM.
     /// An error says why it could not begin.
-    platform::Result<void> run(std::uint16_t port, const std::string& pageDirectory);
+    platform::Result<void> run(const ServeOptions& options);
 
   private:
     struct Message {
@@ -48,13 +60,17 @@ class Serve : private ServerHandler {
     void closed(ConnectionId connection) override;
     void soundAsked(SoundRequestId request, std::string identifier) override;
     void put(Message message);
-    std::optional<Message> take();
+    std::deque<Message> takeAll();
+    /// Has the inbox looked at again, once the loop has been around.
+    void comeBack();
 
     platform::Result<void> watchSignals();
     platform::Result<void> watchInbox();
+    platform::Result<void> watchDeadlines();
     void handleInbox();
-    void handle(const Message& message);
+    void sortInbox();
     void pushChanges();
+    void setDeadline();
     /// Whether the process was asked to end; once it was, it always is.
     bool isEnding();
     static platform::Result<platform::ToneSound> sound(const std::string& identifier);
@@ -62,11 +78,13 @@ class Serve : private ServerHandler {
 
     Application& application_;
     std::shared_ptr<platform::FileSystem> files_;
-    std::map<ConnectionId, Session> sessions_;
+    Clients clients_;
     std::mutex mutex_;
     std::deque<Message> inbox_;
     int wakeUp_ = -1;
     int signals_ = -1;
+    /// A timer of real time, unlike the loop's own.
+    int deadlines_ = -1;
     bool ending_ = false;
     /// Declared last: its thread ends before what it uses goes.
     std::unique_ptr<Server> server_;

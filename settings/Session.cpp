@@ -18,6 +18,7 @@ using platform::failure;
 using platform::Result;
 using platform::RunLoop;
 using platform::Value;
+using std::chrono::steady_clock;
 
 namespace {
 
@@ -25,17 +26,51 @@ std::string withoutBraces(const std::string& object) {
     return object.substr(1, object.size() - 2);
 }
 
-/// Far beyond anybody's patience, and well within what a duration holds.
-constexpr double longestWait = 1'000'000;
-
 }  // namespace
 
 std::string Session::answer(std::string_view line) {
+    auto done = begin(line);
+    while (!done) {
+        // Counted before it is looked at: what comes in between ends the waiting at once.
+        const auto counted = platform::Journal::shared().count();
+        done = resume();
+        if (done) break;
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(waiting_->deadline - steady_clock::now());
+        const auto somethingHappened = [&] { return platform::Journal::shared().count() != counted; };
+        // Time is over, or the loop was stopped: one last look.
+        if (!RunLoop::main().runUntil(somethingHappened, left)) waiting_->deadline = steady_clock::now();
+    }
+    return std::move(*done);
+}
+
+std::optional<std::string> Session::begin(std::string_view line) {
     application_.events().collect();
     application_.events().trim();
     Value id;
     const Outcome<Acted> done = execute(line, id);
-    return answerText(id, done);
+    if (!waiting_) return answerText(id, done);
+    waiting_->id = std::move(id);
+    return resume();
+}
+
+std::optional<std::string> Session::resume() {
+    // Events are taken only when nothing is in flight: one that was begun has its outcome then.
+    RunLoop::main().drain();
+    EventLog& events = application_.events();
+    events.collect();
+    const bool came = events.holdsSince(waiting_->from, waiting_->kind, waiting_->name);
+    waiting_->from = events.end();
+    if (!came && steady_clock::now() < waiting_->deadline) return std::nullopt;
+    const Wait wait = *std::exchange(waiting_, std::nullopt);
+    if (came) return answerText(wait.id, Acted::No);
+    return answerText(wait.id, failure("No event \"" + wait.kind + "\"" +
+                                       (wait.name ? " named \"" + *wait.name + "\"" : "") + " came."));
+}
+
+std::optional<steady_clock::time_point> Session::waitsUntil() const {
+    if (!waiting_) return std::nullopt;
+    return waiting_->deadline;
 }
 
 std::string Session::answerToOversizedLine() {
@@ -70,7 +105,7 @@ Outcome<Session::Acted> Session::execute(std::string_view line, Value& id) {
     if (const Result<void> taken = takeWishes(fields); !taken) return std::unexpected(taken.error());
     if (const Outcome<void> aimed = checkAim(fields); !aimed) return std::unexpected(aimed.error());
     const Outcome<void> done =
-        *name == "wait" ? Outcome<void>(wait(fields)) : performCommand(application_, *name, fields);
+        *name == "wait" ? Outcome<void>(beginWait(fields)) : performCommand(application_, *name, fields);
     if (!done) return std::unexpected(done.error());
     return *name == "state" || *name == "wait" ? Acted::No : Acted::Yes;
 }
@@ -95,35 +130,18 @@ Result<void> Session::takeWishes(const CommandFields& fields) {
     return {};
 }
 
-Result<void> Session::wait(const CommandFields& fields) {
+Result<void> Session::beginWait(const CommandFields& fields) {
     const Result<std::string> kind = fields.text("event");
     if (!kind) return std::unexpected(kind.error());
     const Result<std::optional<std::string>> name = fields.optionalText("name");
     if (!name) return std::unexpected(name.error());
     const Result<double> seconds = fields.seconds("seconds");
     if (!seconds) return std::unexpected(seconds.error());
-
-    using std::chrono::steady_clock;
-    const auto deadline =
-        steady_clock::now() + std::chrono::ceil<std::chrono::milliseconds>(
-                                  std::chrono::duration<double>(std::min(*seconds, longestWait)));
-    for (bool timeIsLeft = true;;) {
-        // Events are taken only when nothing is in flight: one that was begun has its outcome then.
-        RunLoop::main().drain();
-        application_.events().collect();
-        if (application_.events().holdsSince(answeredUpTo_, *kind, *name)) return {};
-        if (!timeIsLeft)
-            return failure("No event \"" + *kind + "\"" + (*name ? " named \"" + **name + "\"" : "") +
-                           " came.");
-        const auto counted = platform::Journal::shared().count();
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - steady_clock::now());
-        timeIsLeft = RunLoop::main().runUntil(
-            [&] {
-                return platform::Journal::shared().count() != counted || (interrupted_ && interrupted_());
-            },
-            left);
-        if (interrupted_ && interrupted_()) timeIsLeft = false;
-    }
+    const std::chrono::duration<double> longest = longestWait_;
+    const auto time = std::chrono::ceil<std::chrono::milliseconds>(
+        std::min(std::chrono::duration<double>(*seconds), longest));
+    waiting_ = Wait{nullptr, *kind, *name, steady_clock::now() + time, answeredUpTo_};
+    return {};
 }
 
 std::string Session::answerText(const Value& id, const Outcome<Acted>& done) {

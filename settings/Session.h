@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,20 +21,31 @@ class Session {
     /// Longer lines are no commands.
     static constexpr std::size_t maximumLineLength = std::size_t{1} << 20;
 
-    /// The application must outlive the session.
-    explicit Session(Application& application) : application_(application), writer_(application) {}
+    /// Far beyond anybody's patience, and well within what a duration holds.
+    static constexpr std::chrono::seconds veryLong{1'000'000};
+
+    /// The application must outlive the session. No "wait" lasts longer than `longestWait`.
+    explicit Session(Application& application, std::chrono::milliseconds longestWait = veryLong)
+        : application_(application), writer_(application), longestWait_(longestWait) {}
 
     /// Does what the line says, runs the main loop until nothing is left to do now, and gives the answer: one
-    /// line of JSON without its line break. A line that is no command is answered too.
+    /// line of JSON without its line break. A line that is no command is answered too. A "wait" is waited
+    /// for.
     std::string answer(std::string_view line);
+    /// The same, but for a "wait" whose event is still to come: that gives nothing, and its answer comes from
+    /// resume(), before which no other line may be begun.
+    std::optional<std::string> begin(std::string_view line);
+    /// The answer of the "wait" that was begun, once its event has come or its time is over; nothing until
+    /// then. Runs the main loop as answer() does.
+    std::optional<std::string> resume();
+    bool isWaiting() const { return waiting_.has_value(); }
+    /// When the "wait" that was begun ends in vain; nothing when none was.
+    std::optional<std::chrono::steady_clock::time_point> waitsUntil() const;
     /// The answer to a line of more than maximumLineLength bytes that the channel did not keep.
     std::string answerToOversizedLine();
     /// The state as it has become by itself; empty when nothing has changed since the last answer or push,
     /// and until the session has asked for something.
     std::optional<std::string> push();
-
-    /// Asked while a "wait" waits; when it answers true, the wait ends in vain.
-    void setInterruption(std::function<bool()> interrupted) { interrupted_ = std::move(interrupted); }
 
   private:
     enum class Acted { No, Yes };
@@ -45,10 +56,20 @@ class Session {
         EventLog::Slice events;
     };
 
+    /// A "wait" that is not over.
+    struct Wait {
+        platform::Value id;
+        std::string kind;
+        std::optional<std::string> name;
+        std::chrono::steady_clock::time_point deadline;
+        /// The first event that was not looked at yet.
+        std::uint64_t from;
+    };
+
     Outcome<Acted> execute(std::string_view line, platform::Value& id);
     /// Takes over what the session wants to be told from now on.
     platform::Result<void> takeWishes(const CommandFields& fields);
-    platform::Result<void> wait(const CommandFields& fields);
+    platform::Result<void> beginWait(const CommandFields& fields);
     std::string answerText(const platform::Value& id, const Outcome<Acted>& done);
     Look look();
     /// The whole state as JSON; the session has seen it then.
@@ -56,7 +77,8 @@ class Session {
 
     Application& application_;
     StateWriter writer_;
-    std::function<bool()> interrupted_;
+    std::chrono::milliseconds longestWait_;
+    std::optional<Wait> waiting_;
     RowWindow window_;
     bool windowMoved_ = false;
     bool tellsEvents_ = true;

@@ -76,23 +76,12 @@ std::optional<std::string> decodePath(std::string_view path) {
     return decoded;
 }
 
-std::optional<std::string_view> queryValue(std::string_view query, std::string_view key) {
-    while (!query.empty()) {
-        const std::string_view pair = takePiece(query, '&');
-        if (pair.size() > key.size() && pair.starts_with(key) && pair[key.size()] == '=')
-            return pair.substr(key.size() + 1);
-    }
-    return std::nullopt;
-}
-
-std::vector<std::string_view> cookieValues(std::string_view header, std::string_view name) {
-    std::vector<std::string_view> values;
-    while (!header.empty()) {
-        const std::string_view pair = trimmed(takePiece(header, ';'));
-        if (pair.size() > name.size() && pair.starts_with(name) && pair[name.size()] == '=')
-            values.push_back(pair.substr(name.size() + 1));
-    }
-    return values;
+std::optional<std::string_view> bearerToken(std::string_view header) {
+    std::string_view rest = trimmed(header);
+    if (!isSameFieldName(takePiece(rest, ' '), "Bearer")) return std::nullopt;
+    const std::string_view token = trimmed(rest);
+    if (token.empty() || token.find_first_of(" \t") != std::string_view::npos) return std::nullopt;
+    return token;
 }
 
 bool isOwnHost(std::string_view host, std::uint16_t port) {

@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace settings {
 
@@ -27,13 +26,9 @@ std::optional<RequestTarget> splitTarget(std::string_view target);
 /// does).
 std::optional<std::string> decodePath(std::string_view path);
 
-/// The value of the first "key=value" pair of that key in a query, still percent-encoded; nothing when there
-/// is none.
-std::optional<std::string_view> queryValue(std::string_view query, std::string_view key);
-
-/// All values of the cookie of that name in a Cookie header, in order; a browser sends several when a cookie
-/// was set for several paths. Pairs without "=" are passed over.
-std::vector<std::string_view> cookieValues(std::string_view header, std::string_view name);
+/// The token of an Authorization header of the scheme "Bearer"; nothing for other schemes, and for a header
+/// without one.
+std::optional<std::string_view> bearerToken(std::string_view header);
 
 /// Whether a Host header names this server on this machine: "127.0.0.1:PORT" or "localhost:PORT", or the bare
 /// names when the port is HTTP's own 80. Anything else is a name that someone pointed at this machine.

@@ -20,8 +20,8 @@ constexpr std::string_view soundFolder = "sounds/";
 constexpr std::string_view plainText = "text/plain; charset=utf-8";
 
 constexpr std::string_view contentSecurityPolicy =
-    "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; font-src 'self'; "
-    "connect-src 'self'; media-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
+    "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' blob:; font-src 'self'; "
+    "connect-src 'self'; media-src blob:; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
 
 enum class Caching { Never, AskEachTime };
 
@@ -93,10 +93,6 @@ Response Responder::refusal(unsigned status, std::string_view sentence) {
     return response;
 }
 
-std::string Responder::cookieName() const {
-    return "quietrix-settings-" + std::to_string(port_);
-}
-
 Answer Responder::answer(const Request& request) const {
     const auto hosts = fieldValues(request, "Host");
     if (hosts.size() != 1 || !isOwnHost(hosts.front(), port_))
@@ -112,17 +108,6 @@ Answer Responder::answer(const Request& request) const {
     const auto target = splitTarget(request.target);
     if (!target) return refusal(400, "The request's target is no path.");
 
-    const auto offered = queryValue(target->query, "secret");
-    if (target->path == "/" && offered && isSecret(*offered, secret_)) {
-        Response response = securedResponse(303, Caching::Never);
-        response.fields.emplace_back("Location", "/");
-        response.fields.emplace_back("Set-Cookie",
-                                     cookieName() + "=" + secret_ + "; Path=/; HttpOnly; SameSite=Strict");
-        return response;
-    }
-    if (!isLetIn(request))
-        return refusal(403, "Open the address that Quietrix Settings printed when it started.");
-
     const auto path = decodePath(target->path);
     if (!path) return notFound();
     if (request.asksForWebSocket) {
@@ -133,6 +118,12 @@ Answer Responder::answer(const Request& request) const {
     if (*path == "ws") {
         Response response = refusal(426, "This address is for a WebSocket.");
         response.fields.emplace_back("Upgrade", "websocket");
+        return response;
+    }
+    const bool isOfThePhone = path->starts_with(imageFolder) || path->starts_with(soundFolder);
+    if (isOfThePhone && !showsSecret(request)) {
+        Response response = refusal(401, "Open the address that Quietrix Settings printed when it started.");
+        response.fields.emplace_back("WWW-Authenticate", "Bearer");
         return response;
     }
     if (path->starts_with(imageFolder))
@@ -148,11 +139,10 @@ Response Responder::sound(const Request& request, const platform::Result<platfor
     return fileResponse(request, std::string(sound->bytes.begin(), sound->bytes.end()), sound->mediaType);
 }
 
-bool Responder::isLetIn(const Request& request) const {
-    for (const std::string_view header : fieldValues(request, "Cookie"))
-        for (const std::string_view value : cookieValues(header, cookieName()))
-            if (isSecret(value, secret_)) return true;
-    return false;
+bool Responder::showsSecret(const Request& request) const {
+    const auto headers = fieldValues(request, "Authorization");
+    const auto token = headers.size() == 1 ? bearerToken(headers.front()) : std::nullopt;
+    return token && isSecret(*token, secret_);
 }
 
 Response Responder::image(const Request& request, std::string_view name) const {

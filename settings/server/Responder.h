@@ -52,12 +52,17 @@ class Responder {
   public:
     using ImageFile = std::function<std::optional<std::string>(std::string_view imageName)>;
 
-    /// `port` is the one listened on, `secret` what lets a browser in; the others as in ServerOptions.
+    /// `port` is the one listened on, `secret` what opens all but the page itself; the others as in
+    /// ServerOptions.
     Responder(std::uint16_t port, std::string secret, std::string pageDirectory, ImageFile imageFile);
 
     /// Checks in this order, so that nothing is told to whom it does not concern: Host, Origin, method, form
-    /// of the target, secret or cookie, and only then what is asked for.
+    /// of the target, and for what shows anything of the phone the secret, before it is looked for. A
+    /// WebSocket is accepted without the secret, which has to be its first message.
     Answer answer(const Request& request) const;
+
+    /// Whether the request brings the secret, as "Authorization: Bearer SECRET".
+    bool showsSecret(const Request& request) const;
 
     /// The sound that a request was answered AskForSound for; an error is told as the reason why there is
     /// none, and so is a sound of more than 8 MiB or of a media type that is not audio.
@@ -66,11 +71,7 @@ class Responder {
     /// A refusal with a one-line text, after which the connection is closed.
     static Response refusal(unsigned status, std::string_view sentence);
 
-    /// The cookie's name. It holds the port because browsers share cookies between the ports of a machine.
-    std::string cookieName() const;
-
   private:
-    bool isLetIn(const Request& request) const;
     Response image(const Request& request, std::string_view name) const;
     Response page(const Request& request, std::string_view path) const;
 

@@ -1,17 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "settings/server/Secret.h"
 
+#include <glib.h>
 #include <sys/random.h>
 
 #include <array>
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
+#include <memory>
 
 namespace settings {
 
+namespace {
+
+constexpr std::size_t secretBytes = 32;
+constexpr char digits[] = "0123456789abcdef";
+
+}  // namespace
+
 platform::Result<std::string> makeSecret() {
-    std::array<unsigned char, 32> bytes{};
+    std::array<unsigned char, secretBytes> bytes{};
     std::size_t filled = 0;
     while (filled < bytes.size()) {
         const ssize_t count = getrandom(bytes.data() + filled, bytes.size() - filled, 0);
@@ -22,7 +31,6 @@ platform::Result<std::string> makeSecret() {
         }
         filled += static_cast<std::size_t>(count);
     }
-    static constexpr char digits[] = "0123456789abcdef";
     std::string secret;
     secret.reserve(bytes.size() * 2);
     for (const unsigned char byte : bytes) {
@@ -30,6 +38,10 @@ platform::Result<std::string> makeSecret() {
         secret += digits[byte & 15];
     }
     return secret;
+}
+
+bool isSecretText(std::string_view text) {
+    return text.size() == secretBytes * 2 && text.find_first_not_of(digits) == std::string_view::npos;
 }
 
 bool isSecret(std::string_view candidate, std::string_view secret) {
@@ -41,6 +53,14 @@ bool isSecret(std::string_view candidate, std::string_view secret) {
         difference = static_cast<unsigned char>(difference | (static_cast<unsigned char>(candidate[index]) ^
                                                               static_cast<unsigned char>(secret[index])));
     return difference == 0 && !secret.empty();
+}
+
+std::string proofOf(std::string_view secret, std::string_view nonce) {
+    const auto* key = reinterpret_cast<const guchar*>(secret.data());
+    const auto* message = reinterpret_cast<const guchar*>(nonce.data());
+    const std::unique_ptr<char, decltype(&g_free)> proof(
+        g_compute_hmac_for_data(G_CHECKSUM_SHA256, key, secret.size(), message, nonce.size()), g_free);
+    return proof.get();
 }
 
 }  // namespace settings

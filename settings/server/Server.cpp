@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The only translation unit that includes the HTTP and WebSocket library, which costs each one many seconds
-// to compile; Channel.h and PageStream.h are parts of it.
+// to compile; Channel.h, HTTPMessages.h and PageStream.h are parts of it.
 #include "settings/server/Server.h"
 
 #include <fcntl.h>
 #include <pthread.h>
 
+#include <algorithm>
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/detached.hpp>
@@ -22,6 +23,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -30,7 +32,11 @@
 #include <variant>
 
 #include "settings/server/Channel.h"
+#include "settings/server/Descriptors.h"
+#include "settings/server/FirstMessage.h"
+#include "settings/server/HTTPMessages.h"
 #include "settings/server/PageStream.h"
+#include "settings/server/Places.h"
 #include "settings/server/Responder.h"
 #include "settings/server/Secret.h"
 
@@ -43,32 +49,9 @@ constexpr std::size_t maximumHeaderBytes = std::size_t{16} << 10;
 // so.
 constexpr std::size_t maximumReadAheadBytes = 2 * maximumHeaderBytes;
 
-/// One of a counted number of places; moved along with the connection that takes it, given back when it ends.
-struct GiveBack {
-    void operator()(std::size_t* count) const { --*count; }
-};
-using Slot = std::unique_ptr<std::size_t, GiveBack>;
-
-Slot takeSlot(std::size_t& count) {
-    ++count;
-    return Slot(&count);
-}
-
-/// Whether a new connection is served, or only told that there are too many.
-enum class Admission { Serve, TellBusy };
-
 /// Programs that the application starts must not hold the port or a page's connection open.
 void keepFromChildren(int descriptor) {
     fcntl(descriptor, F_SETFD, FD_CLOEXEC);
-}
-
-Request requestFrom(const Message& message) {
-    Request request;
-    request.method = message.method_string();
-    request.target = message.target();
-    for (const auto& field : message) request.fields.emplace_back(field.name_string(), field.value());
-    request.asksForWebSocket = websocket::is_upgrade(message);
-    return request;
 }
 
 /// A request whose sound the application has been asked for. The timer's end is the end of the waiting.
@@ -79,38 +62,14 @@ struct SoundWait {
     std::optional<platform::Result<platform::ToneSound>> sound;
 };
 
-/// What to tell a client whose request could not be read; nothing when it has gone or has been too slow.
-std::optional<Response> refusalOf(error_code error) {
-    if (error == http::error::end_of_stream ||
-        error.category() != error_code(http::error::bad_value).category())
-        return std::nullopt;
-    if (error == http::error::header_limit || error == http::error::buffer_overflow)
-        return Responder::refusal(431, "The request's headers are longer than 16 KiB.");
-    if (error == http::error::body_limit) return Responder::refusal(413, "A request may have no body.");
-    return Responder::refusal(400, "The request is not valid HTTP.");
-}
-
-asio::awaitable<bool> write(beast::tcp_stream& stream, const Message& request, Response answer) {
-    http::response<http::string_body> message(static_cast<http::status>(answer.status), request.version());
-    for (const auto& [name, value] : answer.fields) message.insert(name, value);
-    message.body() = std::move(answer.body);
-    message.keep_alive(answer.after == AfterAnswer::KeepOpen && request.keep_alive());
-    message.prepare_payload();
-    const bool goesOn = message.keep_alive();
-    http::response_serializer<http::string_body> serializer(message);
-    error_code error;
-    if (request.method() == http::verb::head)
-        std::tie(error, std::ignore) = co_await http::async_write_header(stream, serializer, asResult);
-    else
-        std::tie(error, std::ignore) = co_await http::async_write(stream, serializer, asResult);
-    co_return !error && goesOn;
-}
-
 }  // namespace
 
 class Server::Core {
   public:
-    Core(ServerOptions options, ServerHandler& handler) : options_(std::move(options)), handler_(handler) {}
+    Core(ServerOptions options, ServerHandler& handler)
+        : options_(std::move(options)),
+          handler_(handler),
+          places_(options_.limits.strangers, options_.limits.connections) {}
 
     ~Core() {
         if (!thread_.joinable()) return;
@@ -122,9 +81,15 @@ class Server::Core {
     Core& operator=(const Core&) = delete;
 
     platform::Result<void> start() {
-        auto secret = makeSecret();
-        if (!secret) return std::unexpected(secret.error());
+        // Beside the connections: the application's own files, and the programs that it starts.
+        constexpr std::size_t others = 128;
+        const std::size_t allowed =
+            allowDescriptors(options_.limits.strangers + options_.limits.connections + others);
+        fewDescriptorsFrom_ = allowed - std::min(others, allowed) / 4;
         if (const error_code error = listen()) return platform::failure(sentenceOf(error));
+        // Only now: while another program has the port, its secret is none of ours.
+        auto secret = options_.secret ? options_.secret(port_) : makeSecret();
+        if (!secret) return std::unexpected(secret.error());
         secret_ = *secret;
         responder_.emplace(port_, secret_, options_.pageDirectory, options_.imageFile);
         asio::co_spawn(io_, acceptAll(), asio::detached);
@@ -197,8 +162,9 @@ class Server::Core {
                 ended = io_.stopped();
             }
         }
-        for (const auto& [connection, channel] : channels_) tellClosed(connection);
-        channels_.clear();
+        for (const auto& [connection, channel] : std::exchange(channels_, {})) {
+            if (!closed_.erase(connection)) tellClosed(connection);
+        }
     }
 
     void beginStop() {
@@ -206,7 +172,10 @@ class Server::Core {
         error_code ignored;
         acceptor_.close(ignored);
         if (channels_.empty()) return io_.stop();
-        for (const auto& [connection, channel] : channels_) channel->close(websocket::close_code::going_away);
+        for (const auto& [connection, channel] : channels_) {
+            channel->close(websocket::close_code::going_away);
+            channel->forgetUntaken();
+        }
         stopDeadline_.expires_after(options_.limits.closeTimeout);
         stopDeadline_.async_wait([this](error_code error) {
             if (!error) io_.stop();
@@ -223,61 +192,67 @@ class Server::Core {
     }
 
     asio::awaitable<void> acceptAll() {
-        constexpr std::chrono::milliseconds pauseWithoutDescriptors{50};
+        constexpr std::chrono::milliseconds pauseAfterFailure{50};
         asio::steady_timer pause(io_);
         while (acceptor_.is_open()) {
             tcp::socket socket(io_);
             const auto [error] = co_await acceptor_.async_accept(socket, asResult);
             if (error) {
-                pause.expires_after(pauseWithoutDescriptors);
+                // Whoever comes while there are no descriptors left gets that of one who can be missed.
+                if (isShortage(error) && places_.makeRoom()) continue;
+                pause.expires_after(pauseAfterFailure);
                 co_await pause.async_wait(asResult);
                 continue;
             }
             keepFromChildren(socket.native_handle());
+            // The lowest number that is free is given first: one so high says that few are left, and files
+            // have to be opened to answer anybody.
+            if (static_cast<std::size_t>(socket.native_handle()) >= fewDescriptorsFrom_) places_.makeRoom();
             error_code ignored;
             socket.set_option(tcp::no_delay(true), ignored);
-            const bool hasRoom = served_ < options_.limits.connections;
-            std::size_t& count = hasRoom ? served_ : refused_;
-            // Beyond as many again that are only told so, the socket is closed without an answer.
-            if (count >= options_.limits.connections) continue;
-            asio::co_spawn(io_,
-                           serve(beast::tcp_stream(std::move(socket)), takeSlot(count),
-                                 hasRoom ? Admission::Serve : Admission::TellBusy),
-                           asio::detached);
+            asio::co_spawn(io_, serve(beast::tcp_stream(std::move(socket))), asio::detached);
         }
     }
 
-    asio::awaitable<void> serve(beast::tcp_stream stream, [[maybe_unused]] Slot slot, Admission admission) {
+    static bool isShortage(error_code error) {
+        return error == asio::error::no_descriptors || error == std::errc::too_many_files_open_in_system ||
+               error == asio::error::no_buffer_space || error == asio::error::no_memory;
+    }
+
+    asio::awaitable<void> serve(beast::tcp_stream stream) {
+        Places::Place place = places_.enter([&stream] { stream.close(); });
         beast::flat_buffer buffer(maximumReadAheadBytes);
         for (;;) {
             http::request_parser<http::empty_body> parser;
             parser.header_limit(maximumHeaderBytes);
             parser.body_limit(0);
-            stream.expires_after(options_.limits.requestTimeout);
+            stream.expires_after(place.isKnown() ? options_.limits.requestTimeout
+                                                 : options_.limits.strangerTimeout);
             const auto [error, count] = co_await http::async_read_header(stream, buffer, parser, asResult);
+            place.set(Activity::Busy);
             Answer answer;
             if (error) {
                 auto refusal = refusalOf(error);
                 if (!refusal) co_return;
                 answer = std::move(*refusal);
-            } else if (admission == Admission::TellBusy) {
-                answer = Responder::refusal(503, "Too many connections are open.");
             } else if (parser.chunked()) {
                 answer = Responder::refusal(413, "A request may have no body.");
             } else {
-                answer = decide(parser.get(), buffer.size());
+                answer = decide(parser.get(), buffer.size(), place);
             }
             if (std::holds_alternative<AcceptWebSocket>(answer)) {
                 const Message request = parser.release();
                 stream.expires_never();
                 const auto channel = std::make_shared<Channel>(std::move(stream), options_.limits);
-                co_await converse(channel, request);
+                co_await converse(channel, request, place);
                 co_return;
             }
             if (const auto* wanted = std::get_if<AskForSound>(&answer))
                 answer = co_await soundResponse(requestFrom(parser.get()), wanted->identifier);
             stream.expires_after(options_.limits.requestTimeout);
-            if (!co_await write(stream, parser.get(), std::move(std::get<Response>(answer)))) break;
+            const bool goesOn = co_await write(stream, parser.get(), std::move(std::get<Response>(answer)));
+            place.set(Activity::Idle);
+            if (!goesOn) break;
         }
         co_await hangUp(stream, options_.limits.closeTimeout);
     }
@@ -304,9 +279,12 @@ class Server::Core {
         co_return Responder::sound(request, *wait->sound);
     }
 
-    Answer decide(const Message& message, std::size_t bytesAfterIt) const {
+    Answer decide(const Message& message, std::size_t bytesAfterIt, Places::Place& place) const {
         try {
-            auto answer = responder_->answer(requestFrom(message));
+            const Request request = requestFrom(message);
+            // Without a free place it is answered all the same, as the stranger that it was.
+            if (responder_->showsSecret(request)) place.becomeKnown();
+            auto answer = responder_->answer(request);
             if (std::holds_alternative<AcceptWebSocket>(answer) && bytesAfterIt > 0)
                 return Responder::refusal(400, "Nothing may follow the request before it is answered.");
             return answer;
@@ -315,8 +293,22 @@ class Server::Core {
         }
     }
 
-    asio::awaitable<void> converse(std::shared_ptr<Channel> channel, const Message& request) {
+    asio::awaitable<void> converse(std::shared_ptr<Channel> channel, const Message& request,
+                                   Places::Place& place) {
+        place.setLeave([leaving = std::weak_ptr(channel)] {
+            if (const auto self = leaving.lock()) self->cutOff();
+        });
         if (!co_await channel->accept(request) || stopping_) co_return;
+        place.set(Activity::Idle);
+        channel->expectSecret(options_.limits.strangerTimeout);
+        if (const auto refusal = co_await letIn(*channel, place)) {
+            channel->close(*refusal);
+            co_await channel->readAll([](const std::string&) {});
+            channel->cutOff();
+            co_return;
+        }
+        if (stopping_) co_return channel->cutOff();
+        channel->isLetIn();
         const ConnectionId connection = ++lastConnection_;
         channels_.emplace(connection, channel);
         try {
@@ -326,10 +318,34 @@ class Server::Core {
             channel->cutOff();
         } catch (...) {
             channel->cutOff();
+            channel->forgetUntaken();
         }
-        channels_.erase(connection);
+        closed_.insert(connection);
         tellClosed(connection);
+        // What it has left behind keeps its place, or coming and going would be a way around the bound.
+        co_await channel->untilAllTaken();
+        closed_.erase(connection);
+        channels_.erase(connection);
         if (stopping_ && channels_.empty()) io_.stop();
+    }
+
+    /// Nothing once the client has shown the secret, else why it has to go.
+    asio::awaitable<std::optional<websocket::close_reason>> letIn(Channel& channel, Places::Place& place) {
+        const websocket::close_reason wrongSecret(4401);
+        auto message = parseFirstMessage(co_await channel.readFirst(FirstMessage::longest));
+        if (message && message->kind == FirstMessage::Kind::Prove) {
+            channel.send("{\"proof\":\"" + proofOf(secret_, message->text) + "\"}");
+            message = parseFirstMessage(co_await channel.readFirst(FirstMessage::longest));
+        }
+        if (!message || message->kind != FirstMessage::Kind::Secret || !isSecret(message->text, secret_))
+            co_return wrongSecret;
+        if (!place.becomeKnown()) co_return websocket::close_code::try_again_later;
+        place.set(Activity::Busy);
+        co_return std::nullopt;
+    }
+
+    static std::optional<FirstMessage> parseFirstMessage(const std::optional<std::string>& message) {
+        return message ? settings::parseFirstMessage(*message) : std::nullopt;
     }
 
     // Connections still under way are destroyed with io_, so what they use stands before it.
@@ -338,8 +354,9 @@ class Server::Core {
     std::uint16_t port_ = 0;
     std::string secret_;
     std::optional<Responder> responder_;
-    std::size_t served_ = 0;
-    std::size_t refused_ = 0;
+    Places places_;
+    /// A descriptor of that number or above tells that there are few left.
+    std::size_t fewDescriptorsFrom_ = 0;
     ConnectionId lastConnection_ = 0;
     SoundRequestId lastSound_ = 0;
     bool stopping_ = false;
@@ -347,6 +364,8 @@ class Server::Core {
     tcp::acceptor acceptor_{io_};
     asio::steady_timer stopDeadline_{io_};
     std::map<ConnectionId, std::shared_ptr<Channel>> channels_;
+    /// Those of the channels that have ended, with messages that were not taken yet.
+    std::set<ConnectionId> closed_;
     std::map<SoundRequestId, std::shared_ptr<SoundWait>> sounds_;
     std::thread thread_;
 };
@@ -362,7 +381,7 @@ Server::Server(std::unique_ptr<Core> core) : core_(std::move(core)) {}
 Server::~Server() = default;
 
 std::string Server::url() const {
-    return "http://127.0.0.1:" + std::to_string(core_->port()) + "/?secret=" + core_->secret();
+    return "http://127.0.0.1:" + std::to_string(core_->port()) + "/#secret=" + core_->secret();
 }
 
 std::uint16_t Server::port() const {
@@ -372,6 +391,10 @@ std::uint16_t Server::port() const {
 void Server::send(ConnectionId connection, std::string text) {
     core_->withChannel(connection,
                        [text = std::move(text)](Channel& channel) mutable { channel.send(std::move(text)); });
+}
+
+void Server::taken(ConnectionId connection, std::size_t bytes) {
+    core_->withChannel(connection, [bytes](Channel& channel) { channel.taken(bytes); });
 }
 
 void Server::giveSound(SoundRequestId request, platform::Result<platform::ToneSound> sound) {

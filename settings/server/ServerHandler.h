@@ -20,11 +20,13 @@ class ServerHandler {
   public:
     virtual ~ServerHandler() = default;
 
-    /// A page has connected and was let in. May come before Server::start() has returned to its caller.
+    /// A page has connected and has shown the secret. May come before Server::start() has returned to its
+    /// caller.
     virtual void opened(ConnectionId connection) = 0;
 
-    /// One text message of at most ServerLimits::messageBytes bytes, valid UTF-8, otherwise unchecked. Not
-    /// called any more for a connection once Server::close() has taken effect on it.
+    /// One text message of at most ServerLimits::messageBytes bytes, valid UTF-8, otherwise unchecked.
+    /// Whoever has dealt with it says so with Server::taken(). Not called any more for a connection once
+    /// Server::close() has taken effect on it.
     virtual void received(ConnectionId connection, std::string text) = 0;
 
     /// The connection is gone, whoever ended it. Called exactly once for each opened(), at the latest before

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 #include "platform/foundation/DarwinNotificationCenter.h"
 #include "platform/foundation/Journal.h"
 #include "platform/foundation/RunLoop.h"
@@ -171,10 +173,73 @@ TEST(Session, wait_seesWhatAPushHasAlreadyShown) {
               Value(true));
 }
 
-TEST(Session, wait_endsInVainWhenInterrupted) {
+TEST(Session, wait_endsWhenItsLongestTimeIsOver) {
     Desk desk;
-    desk.session.setInterruption([] { return true; });
+    Session brief(desk.application, std::chrono::milliseconds(20));
+    EXPECT_EQ(Desk::answer(brief, R"({"do":"wait","event":"never","seconds":1000000})")["ok"], Value(false));
+}
+
+TEST(Session, wait_endsInVainWhenTheLoopIsStopped) {
+    Desk desk;
+    RunLoop::main().post([] { RunLoop::main().post([] { RunLoop::main().stop(); }); });
     EXPECT_EQ(desk.answer(R"({"do":"wait","event":"never","seconds":1000000})")["ok"], Value(false));
+}
+
+TEST(Session, begunWait_hasItsAnswerOnceTheEventHasCome) {
+    Desk desk;
+    desk.answer(R"({"do":"state"})");
+    EXPECT_FALSE(desk.session.waitsUntil().has_value());
+    EXPECT_FALSE(desk.session.begin(R"({"do":"wait","event":"darwin","name":"late","seconds":1000,"id":7})"));
+    EXPECT_TRUE(desk.session.isWaiting());
+    EXPECT_TRUE(desk.session.waitsUntil().has_value());
+    EXPECT_FALSE(desk.session.resume());
+    platform::DarwinNotificationCenter::shared().post("other");
+    EXPECT_FALSE(desk.session.resume());
+    platform::DarwinNotificationCenter::shared().post("late");
+    const auto text = desk.session.resume();
+    ASSERT_TRUE(text);
+    const Value answer = settings::parseJSON(*text).value();
+    EXPECT_EQ(answer["ok"], Value(true));
+    EXPECT_EQ(answer["id"], Value(7));
+    EXPECT_EQ(answer["state"]["events"].array()->front()["name"], Value("other"));
+    EXPECT_FALSE(desk.session.isWaiting());
+}
+
+TEST(Session, begunWait_whoseEventHasComeAlready_isAnsweredAtOnce) {
+    Desk desk;
+    desk.answer(R"({"do":"state"})");
+    platform::DarwinNotificationCenter::shared().post("early");
+    desk.phone.drain();
+    EXPECT_TRUE(desk.session.begin(R"({"do":"wait","event":"darwin","name":"early","seconds":1000})"));
+    EXPECT_FALSE(desk.session.isWaiting());
+}
+
+TEST(Session, begunWait_goesOnThroughPushes) {
+    Desk desk;
+    desk.answer(R"({"do":"state"})");
+    EXPECT_FALSE(desk.session.begin(R"({"do":"wait","event":"darwin","name":"late","seconds":1000})"));
+    desk.list->setTitle("Changed");
+    EXPECT_TRUE(desk.session.push());
+    platform::DarwinNotificationCenter::shared().post("late");
+    desk.phone.drain();
+    EXPECT_TRUE(desk.session.push()) << "the push shows the event, which is waited for all the same";
+    EXPECT_TRUE(desk.session.resume());
+}
+
+TEST(Session, begunWait_endsInVainAfterItsTime) {
+    Desk desk;
+    auto text = desk.session.begin(R"({"do":"wait","event":"never","seconds":0.02})");
+    while (!text) text = desk.session.resume();
+    EXPECT_EQ(settings::parseJSON(*text).value()["ok"], Value(false));
+}
+
+TEST(Session, waitThatIsNone_isAnsweredAtOnce) {
+    Desk desk;
+    for (const char* line : {R"({"do":"wait"})", R"({"do":"wait","event":"x","seconds":-1})",
+                             R"({"do":"wait","event":"x","name":7,"seconds":1})"}) {
+        EXPECT_TRUE(desk.session.begin(line)) << line;
+        EXPECT_FALSE(desk.session.isWaiting());
+    }
 }
 
 TEST(Session, answer_comesAfterEverythingThatTheCommandCaused) {

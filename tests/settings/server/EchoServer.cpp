@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // A server whose WebSocket echoes, for test_server.py. Prints its address, then a line for each event, and
 // ends with its standard input. Messages that do something else: "close" closes the connection; "burst COUNT
-// BYTES" sends that many messages of that length; "throw" lets an exception out of the handler. The argument
+// BYTES" sends that many messages of that length; "throw" lets an exception out of the handler; one that
+// begins with "hold" is not taken until a "release" comes, of whichever connection. The argument
 // "sound:IDENTIFIER=TYPE" makes a sound of that media type that consists of its identifier; one of the type
 // "never" is never answered, and the identifier "throw" is an exception.
 #include <atomic>
@@ -13,6 +14,8 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "settings/server/Server.h"
 
@@ -40,6 +43,15 @@ class EchoHandler : public settings::ServerHandler {
         std::string command;
         words >> command;
         if (command == "throw") throw std::runtime_error("asked for");
+        if (command == "hold") {
+            held_[connection].push_back(text.size());
+            return;
+        }
+        if (command == "release") {
+            for (const auto& [other, sizes] : std::exchange(held_, {}))
+                for (const std::size_t size : sizes) server.taken(other, size);
+        }
+        server.taken(connection, text.size());
         if (command == "close") {
             server.send(connection, "before the close");
             server.close(connection);
@@ -74,6 +86,8 @@ class EchoHandler : public settings::ServerHandler {
     }
 
     const Texts& sounds_;
+    /// The lengths of the messages that are not taken yet.
+    std::map<settings::ConnectionId, std::vector<std::size_t>> held_;
     std::atomic<settings::Server*> server_ = nullptr;
 };
 
@@ -109,16 +123,22 @@ int main(int argc, char** argv) {
         unsigned number = 0;
         if (std::from_chars(value.data(), value.data() + value.size(), number).ec != std::errc())
             return usage(argument);
+        const std::map<std::string, std::chrono::milliseconds*, std::less<>> durations{
+            {"soundTimeout", &options.limits.soundTimeout},
+            {"requestTimeout", &options.limits.requestTimeout},
+            {"strangerTimeout", &options.limits.strangerTimeout},
+            {"idleTimeout", &options.limits.idleTimeout}};
+        const std::map<std::string, std::size_t*, std::less<>> sizes{
+            {"queuedBytes", &options.limits.queuedBytes},
+            {"inboxBytes", &options.limits.inboxBytes},
+            {"connections", &options.limits.connections},
+            {"strangers", &options.limits.strangers}};
         if (key == "port")
             options.port = static_cast<std::uint16_t>(number);
-        else if (key == "queuedBytes")
-            options.limits.queuedBytes = number;
-        else if (key == "soundTimeout")
-            options.limits.soundTimeout = std::chrono::milliseconds(number);
-        else if (key == "requestTimeout")
-            options.limits.requestTimeout = std::chrono::milliseconds(number);
-        else if (key == "idleTimeout")
-            options.limits.idleTimeout = std::chrono::milliseconds(number);
+        else if (const auto duration = durations.find(key); duration != durations.end())
+            *duration->second = std::chrono::milliseconds(number);
+        else if (const auto size = sizes.find(key); size != sizes.end())
+            *size->second = number;
         else
             return usage(argument);
     }

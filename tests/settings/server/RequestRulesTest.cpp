@@ -59,24 +59,16 @@ TEST(DecodePath, brokenEscape_isRefused) {
         EXPECT_FALSE(decodePath(path)) << path;
 }
 
-TEST(QueryValue, firstPairOfTheKey_isFound) {
-    EXPECT_EQ(queryValue("a=1&secret=x&secret=y", "secret"), "x");
-    EXPECT_EQ(queryValue("secret=", "secret"), "");
-    EXPECT_EQ(queryValue("secret=a=b", "secret"), "a=b");
+TEST(BearerToken, schemeInAnyCase_isTaken) {
+    EXPECT_EQ(bearerToken("Bearer abc"), "abc");
+    EXPECT_EQ(bearerToken(" bearer \t abc "), "abc");
+    EXPECT_EQ(bearerToken("BEARER a=b,c"), "a=b,c");
 }
 
-TEST(QueryValue, otherKeys_areNotTaken) {
-    for (const char* query : {"", "secret", "secrets=1", "xsecret=1", "&&", "Secret=1", "=secret"})
-        EXPECT_FALSE(queryValue(query, "secret")) << query;
-}
-
-TEST(CookieValues, allOfTheName_areFoundInOrder) {
-    EXPECT_THAT(cookieValues("a=1; name=x ;b=2;name=y;\tname=", "name"), testing::ElementsAre("x", "y", ""));
-}
-
-TEST(CookieValues, otherNames_areNotTaken) {
-    for (const char* header : {"", ";", "name", "names=1", "xname=1", "NAME=1", "a=name=1", "; ;;"})
-        EXPECT_THAT(cookieValues(header, "name"), testing::IsEmpty()) << header;
+TEST(BearerToken, otherSchemesAndNoToken_areNone) {
+    for (const char* header : {"", " ", "Bearer", "Bearer ", "Bearer \t", "abc", "Basic abc", "Bearers abc",
+                               "Bearer\tabc", "Bearer a b", "Basic Bearer abc", "Bearer=abc"})
+        EXPECT_FALSE(bearerToken(header)) << header;
 }
 
 TEST(IsOwnHost, onlyTheTwoNamesWithThePort_areOwn) {

@@ -2,6 +2,7 @@
 """What the server's tests speak with: a server process of their own, and a client that can say anything."""
 import base64
 import hashlib
+import json
 import os
 import socket
 import struct
@@ -15,9 +16,9 @@ TEXT, BINARY, CLOSE, PING, PONG = 1, 2, 8, 9, 10
 class EchoServer:
     """A running settings-echo-server; ended by closing its input, or by its process id."""
 
-    def __init__(self, program, *arguments):
+    def __init__(self, program, *arguments, **options):
         self.process = subprocess.Popen([program, *arguments], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                        stderr=subprocess.PIPE, text=True)
+                                        stderr=subprocess.PIPE, text=True, **options)
         self.url = self.process.stdout.readline().strip()
         if not self.url:
             error = self.process.communicate()[1].strip()
@@ -26,7 +27,7 @@ class EchoServer:
         self.secret = self.url.split('secret=')[1]
         self.host = f'127.0.0.1:{self.port}'
         self.origin = f'http://{self.host}'
-        self.cookie = f'quietrix-settings-{self.port}={self.secret}'
+        self.bearer = f'Bearer {self.secret}'
 
     def clean(self):
         """Ends the server if it still runs, and leaves no pipe open."""
@@ -45,12 +46,16 @@ class EchoServer:
         output = self.process.communicate(timeout=PATIENCE)[0]
         return output.splitlines(), self.process.returncode
 
+    def errors(self):
+        """What the server has written to standard error, once it has ended."""
+        return self.process.stderr.read()
+
     def connect(self):
         return socket.create_connection(('127.0.0.1', self.port), timeout=PATIENCE)
 
     def fields(self, **changes):
         """The headers of a page's request; a change to None leaves one out."""
-        fields = {'Host': self.host, 'Cookie': self.cookie}
+        fields = {'Host': self.host, 'Authorization': self.bearer}
         fields.update({name.replace('_', '-'): value for name, value in changes.items()})
         return ''.join(f'{name}: {value}\r\n' for name, value in fields.items() if value is not None)
 
@@ -92,18 +97,21 @@ class Answer:
 
 
 class WebSocket:
-    """A client's end of a WebSocket, frame by frame."""
+    """A client's end of a WebSocket, frame by frame. It says `first` as soon as it may: the secret, unless told
+    otherwise; None to say nothing. Like a browser's it has no header for the secret."""
 
-    def __init__(self, server, target='/ws', **changes):
+    def __init__(self, server, target='/ws', first='the secret', **changes):
         self.connection = server.connect()
         key = base64.b64encode(os.urandom(16)).decode()
-        wanted = {'Origin': server.origin, 'Connection': 'Upgrade', 'Upgrade': 'websocket',
+        wanted = {'Authorization': None, 'Origin': server.origin, 'Connection': 'Upgrade', 'Upgrade': 'websocket',
                   'Sec_WebSocket_Key': key, 'Sec_WebSocket_Version': '13'} | changes
         self.connection.sendall(f'GET {target} HTTP/1.1\r\n{server.fields(**wanted)}\r\n'.encode())
         self.stream = self.connection.makefile('rb')
         self.answer = Answer(self.stream)
         digest = hashlib.sha1((key + '258EAFA5-E914-47DA-95CA-C5AB0DC85B11').encode()).digest()
         self.agreed = self.answer.field('sec-websocket-accept') == base64.b64encode(digest).decode()
+        if self.agreed and first is not None:
+            self.send(json.dumps({'secret': server.secret}) if first == 'the secret' else first)
 
     def __enter__(self):
         return self
@@ -112,7 +120,12 @@ class WebSocket:
         self.stream.close()
         self.connection.close()
 
-    def send(self, payload, kind=TEXT, final=True, masked=True, reserved=0):
+    def send(self, payload, **options):
+        self.connection.sendall(self.framed(payload, **options))
+
+    @staticmethod
+    def framed(payload, kind=TEXT, final=True, masked=True, reserved=0):
+        """The bytes of one frame."""
         payload = payload.encode() if isinstance(payload, str) else payload
         first = (0x80 if final else 0) | reserved << 4 | kind
         bit = 0x80 if masked else 0
@@ -123,7 +136,7 @@ class WebSocket:
         else:
             head = struct.pack('>BBQ', first, bit | 127, len(payload))
         # A mask of zeros changes nothing, and is a mask.
-        self.connection.sendall(head + (b'\0\0\0\0' if masked else b'') + payload)
+        return head + (b'\0\0\0\0' if masked else b'') + payload
 
     def receive(self):
         """The next frame as (kind, payload); (None, b'') once the connection has ended."""

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """What every test file of the server begins with, run as FILE PROGRAM, the built settings-echo-server."""
 import os
+import resource
 import sys
 import tempfile
 import unittest
@@ -22,8 +23,8 @@ class ServerTest(unittest.TestCase):
         self.write('page-beside/file.txt', b'beside')
         self.server = self.start(*self.arguments)
 
-    def start(self, *arguments):
-        server = EchoServer(program, f'page={self.directory}/page', *arguments)
+    def start(self, *arguments, **options):
+        server = EchoServer(program, f'page={self.directory}/page', *arguments, **options)
         self.addCleanup(server.clean)
         return server
 
@@ -38,6 +39,16 @@ class ServerTest(unittest.TestCase):
         answer = self.server.raw(data)
         self.assertRegex(answer, rb'^HTTP/1\.[01] \d{3} ')
         return int(answer.split()[1])
+
+
+def allow_descriptors(wanted):
+    """Lets this process hold so many connections; a machine that forbids it skips the test."""
+    soft, hard = resource.getrlimit(resource.RLIMIT_NOFILE)
+    if soft >= wanted or soft == resource.RLIM_INFINITY:
+        return
+    if hard != resource.RLIM_INFINITY and hard < wanted:
+        raise unittest.SkipTest(f'this machine allows only {hard} descriptors, not {wanted}')
+    resource.setrlimit(resource.RLIMIT_NOFILE, (wanted, hard))
 
 
 def run():

@@ -1,7 +1,9 @@
 # SPDX-License-Identifier: MIT
 """The Settings application's server over real sockets: who is let in, what is served, what is refused."""
 import os
+import resource
 import socket
+import threading
 import time
 
 import server_case
@@ -10,8 +12,8 @@ from server_case import ServerTest, run
 
 PNG = b'\x89PNG\r\n\x1a\n' + bytes(range(256))
 SECURITY_FIELDS = {
-    'content-security-policy': "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; "
-                               "font-src 'self'; connect-src 'self'; media-src 'self'; base-uri 'none'; "
+    'content-security-policy': "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' blob:; "
+                               "font-src 'self'; connect-src 'self'; media-src blob:; base-uri 'none'; "
                                "form-action 'none'; frame-ancestors 'none'",
     'x-content-type-options': 'nosniff',
     'referrer-policy': 'no-referrer',
@@ -21,8 +23,12 @@ SECURITY_FIELDS = {
 
 
 class Admission(ServerTest):
-    def test_address_holdsLoopbackPortAndSecret(self):
-        self.assertRegex(self.server.url, r'^http://127\.0\.0\.1:\d+/\?secret=[0-9a-f]{64}$')
+    def setUp(self):
+        super().setUp()
+        self.server = self.start(f'image:A={self.write("a.png", PNG)}', 'sound:A=audio/wav')
+
+    def test_address_holdsLoopbackPortAndTheSecretInItsFragment(self):
+        self.assertRegex(self.server.url, r'^http://127\.0\.0\.1:\d+/#secret=[0-9a-f]{64}$')
 
     def test_otherStart_hasAnotherSecret(self):
         self.assertNotEqual(self.start().secret, self.server.secret)
@@ -33,33 +39,49 @@ class Admission(ServerTest):
                 with self.assertRaises(OSError):
                     other.connect((address, self.server.port))
 
-    def test_printedAddress_givesCookieThatOpensThePage(self):
-        answer = self.server.get(f'/?secret={self.server.secret}', Cookie=None)
-        self.assertEqual((answer.status, answer.field('location')), (303, '/'))
-        self.assertEqual(answer.field('cache-control'), 'no-store')
-        cookie, *attributes = answer.field('set-cookie').split('; ')
-        self.assertEqual(set(attributes), {'HttpOnly', 'SameSite=Strict', 'Path=/'})
-        self.assertIn(str(self.server.port), cookie.split('=')[0])
-        self.assertEqual(self.server.get('/', Cookie=None).status, 403)
-        self.assertEqual(self.server.get('/', Cookie=cookie).status, 200)
-
-    def test_missingOrForeignSecret_isRefusedWithOneLine(self):
-        name = self.server.cookie.split('=')[0]
-        for target, cookie in (('/', None), ('/', f'{name}={"0" * 64}'), ('/', f'{name}={self.server.secret}0'),
-                               ('/', f'{name}='), ('/', f'other={self.server.secret}'), ('/ws', None),
-                               (f'/?secret={"0" * 64}', None), ('/?secret=', None), ('/?secret', None),
-                               (f'/index.html?secret={self.server.secret}', None), ('/image/A', None)):
-            with self.subTest(target=target, cookie=cookie):
-                answer = self.server.get(target, Cookie=cookie)
-                self.assertEqual(answer.status, 403)
-                self.assertRegex(answer.body, rb'^[^\n]+\n$')
+    def test_page_isServedToAnybodyAndTellsNoSecret(self):
+        for target in ('/', '/index.html', '/missing', f'/?secret={self.server.secret}'):
+            with self.subTest(target):
+                answer = self.server.get(target, Authorization=None)
+                self.assertEqual(answer.status, 404 if target == '/missing' else 200)
                 self.assertNotIn(self.server.secret.encode(), answer.body)
+                self.assertNotIn(self.server.secret, str(answer.fields))
+
+    def test_noAnswer_setsACookie(self):
+        for target in ('/', f'/?secret={self.server.secret}', '/image/A', '/sounds/A', '/ws', '/missing'):
+            self.assertNotIn('set-cookie', [name for name, _ in self.server.get(target).fields], target)
+
+    def test_bearer_getsWhatShowsThePhone(self):
+        for value in (self.server.bearer, f'bearer  {self.server.secret}', f'BEARER {self.server.secret} '):
+            with self.subTest(value):
+                self.assertEqual(self.server.get('/image/A', Authorization=value).body, PNG)
+                self.assertEqual(self.server.get('/sounds/A', Authorization=value).status, 200)
+
+    def test_missingOrForeignSecret_isRefusedWithOneLineWhateverIsAskedFor(self):
+        secret = self.server.secret
+        for target in ('/image/A', '/image/missing', '/image/../A', '/sounds/A', '/sounds/missing', f'/image/A?secret={secret}'):
+            for changes in ({'Authorization': None}, {'Authorization': 'Bearer ' + '0' * 64},
+                            {'Authorization': f'Bearer {secret}0'}, {'Authorization': f'Bearer {secret[:-1]}'},
+                            {'Authorization': 'Bearer'}, {'Authorization': 'Bearer '}, {'Authorization': secret},
+                            {'Authorization': f'Basic {secret}'}, {'Authorization': f'Bearer {secret} {secret}'},
+                            {'Authorization': None, 'Cookie': f'quietrix-settings-{self.server.port}={secret}'}):
+                with self.subTest(target=target, **changes):
+                    answer = self.server.get(target, **changes)
+                    self.assertEqual(answer.status, 404 if '..' in target else 401)
+                    self.assertRegex(answer.body, rb'^[^\n]+\n$')
+                    self.assertNotIn(secret.encode(), answer.body)
+                    if '..' not in target:
+                        self.assertEqual(answer.field('www-authenticate'), 'Bearer')
+
+    def test_secretTwice_isNone(self):
+        fields = f'Authorization: {self.server.bearer}\r\n' + self.server.fields()
+        self.assertEqual(self.raw_status(f'GET /image/A HTTP/1.1\r\n{fields}\r\n'.encode()), 401)
 
     def test_foreignHost_isRefusedEvenWithTheSecret(self):
         port = self.server.port
         for host in (None, '', '127.0.0.1', f'example.org:{port}', f'127.0.0.1:{port + 1}', f'[::1]:{port}',
                      f'127.0.0.1.example.org:{port}', f'localhost.:{port}'):
-            for target in ('/', f'/?secret={self.server.secret}'):
+            for target in ('/', '/image/A'):
                 with self.subTest(host=host, target=target):
                     self.assertEqual(self.server.get(target, Host=host).status, 421)
         self.assertEqual(self.server.get('/', Host=f'localhost:{port}').status, 200)
@@ -78,6 +100,7 @@ class Admission(ServerTest):
     def test_portOfAnEndedServer_canBeTakenAgainAtOnce(self):
         with WebSocket(self.server) as page:
             self.assertTrue(page.agreed)
+            self.assertEqual(self.server.event(), 'opened 1')
             self.server.end()
         self.assertEqual(self.start(f'port={self.server.port}').port, self.server.port)
 
@@ -96,8 +119,8 @@ class Files(ServerTest):
                 self.assertEqual(answer.field('content-type'), kind)
 
     def test_everyAnswer_carriesTheSecurityHeaders(self):
-        for target, changes in (('/', {}), ('/missing', {}), ('/', {'Cookie': None}), ('/', {'Host': 'x'}),
-                                (f'/?secret={self.server.secret}', {}), ('/', {'method': 'POST'})):
+        for target, changes in (('/', {}), ('/missing', {}), ('/image/A', {'Authorization': None}), ('/', {'Host': 'x'}),
+                                ('/ws', {}), ('/', {'method': 'POST'})):
             with self.subTest(target=target, **changes):
                 answer = self.server.get(target, **changes)
                 self.assertEqual({name: answer.field(name) for name in SECURITY_FIELDS}, SECURITY_FIELDS)
@@ -214,12 +237,31 @@ class Bounds(ServerTest):
 
 
 class SlowRequests(ServerTest):
-    arguments = ('requestTimeout=500',)
+    arguments = ('strangerTimeout=500', 'requestTimeout=600000')
 
     def test_slowRequest_isCutOff(self):
         for data in (b'', b'GET / HTTP/1.1\r\nHost: '):
             with self.subTest(data):
                 self.assertEqual(self.server.raw(data), b'')
+
+    def test_secretShown_leavesMoreTimeForTheNextRequest(self):
+        server = self.start(f'image:A={self.write("a.png", PNG)}', *self.arguments)
+        with server.connect() as known, known.makefile('rb') as stream:
+            known.sendall(f'GET /image/A HTTP/1.1\r\n{server.fields()}\r\n'.encode())
+            self.assertEqual(Answer(stream).status, 200)
+            # A stranger that comes now has to go; whoever came before it would have gone earlier.
+            self.assertEqual(server.raw(b''), b'')
+            known.sendall(f'GET /image/A HTTP/1.1\r\n{server.fields()}\r\n'.encode())
+            self.assertEqual(Answer(stream).status, 200)
+
+    def test_silentWebSocket_isClosedButNotAsRefused(self):
+        with WebSocket(self.server, first=None) as page:
+            self.assertTrue(page.agreed)
+            self.assertEqual(page.close_code(), 1008)
+        with WebSocket(self.server, first=None) as page:
+            page.send('{"secret":', final=False)
+            self.assertEqual(page.close_code(), 1008)
+        self.assertEqual(self.server.end(), (['ended'], 0))
 
     def test_requestThatNeverEnds_isCutOffWhileItTrickles(self):
         with self.server.connect() as connection:
@@ -239,46 +281,192 @@ class SlowRequests(ServerTest):
 
 
 class ManyConnections(ServerTest):
-    # The first ones stay until the last ones have come.
-    arguments = ('requestTimeout=600000',)
+    # Nobody leaves because of the time.
+    arguments = ('strangerTimeout=600000', 'requestTimeout=600000', 'strangers=8', 'connections=4')
 
-    def test_connectionBeyondTheBound_isAnswered503UntilOneLeaves(self):
-        with WebSocket(self.server) as kept:
-            self.assertTrue(kept.agreed)
-            others = [self.server.connect() for _ in range(63)]
-            try:
-                for other in others:
-                    other.sendall(f'GET / HTTP/1.1\r\n{self.server.fields()}\r\n'.encode())
-                    self.assertEqual(Answer(other.makefile('rb')).status, 200)
-                for _ in range(3):
-                    self.assertEqual(self.server.get('/').status, 503)
-                kept.send('still here')
-                self.assertEqual(kept.receive(), (TEXT, b'still here'))
-            finally:
-                for other in others:
-                    other.close()
-            # The server learns of the leaving a moment later than the client leaves.
-            end = time.monotonic() + PATIENCE
-            while (status := self.server.get('/').status) != 200 and time.monotonic() < end:
-                continue
-            self.assertEqual(status, 200)
+    def setUp(self):
+        super().setUp()
+        self.server = self.start(f'image:A={self.write("a.png", PNG)}', *self.arguments)
 
-    def test_floodOfConnections_leavesTheServerAnswering(self):
-        others = []
+    def connected(self, count=1):
+        """Connections that say nothing; kept until the test ends."""
+        made = [self.server.connect() for _ in range(count)]
+        for connection in made:
+            self.addCleanup(connection.close)
+        return made
+
+    def ask(self, connection, target='/', **changes):
+        connection.sendall(f'GET {target} HTTP/1.1\r\n{self.server.fields(**changes)}\r\n'.encode())
+        return Answer(connection.makefile('rb')).status
+
+    def page(self):
+        page = WebSocket(self.server)
+        self.addCleanup(page.__exit__)
+        page.send('hello')
+        self.assertEqual(page.receive(), (TEXT, b'hello'))
+        return page
+
+    def hasGone(self, connection):
         try:
-            for _ in range(300):
-                others.append(self.server.connect())
-        finally:
-            for other in others:
-                other.close()
-        end = time.monotonic() + PATIENCE
-        while time.monotonic() < end:
+            return connection.recv(1) == b''
+        except ConnectionError:
+            return True
+
+    def test_newcomer_takesThePlaceOfTheStrangerThatHasBeenIdleLongest(self):
+        asking, *silent = self.connected(8)
+        self.assertEqual(self.ask(asking, Authorization=None), 200)
+        newcomer, = self.connected()
+        self.assertEqual(self.ask(newcomer, Authorization=None), 200)
+        # The one that has asked was idle last.
+        self.assertTrue(self.hasGone(silent[0]))
+        for staying in (asking, *silent[1:]):
+            self.assertEqual(self.ask(staying, Authorization=None), 200)
+
+    def test_silentWebSocket_makesRoomToo(self):
+        silent = WebSocket(self.server, first=None)
+        self.addCleanup(silent.__exit__)
+        self.connected(8)
+        self.assertIsNone(silent.close_code())
+
+    def test_whoHasShownTheSecret_isNotCountedAmongTheStrangers(self):
+        page = self.page()
+        asking, = self.connected()
+        self.assertEqual(self.ask(asking, '/image/A'), 200)
+        self.connected(50)
+        self.assertEqual(self.server.get('/').status, 200)
+        page.send('still here')
+        self.assertEqual(page.receive(), (TEXT, b'still here'))
+        self.assertEqual(self.ask(asking, '/image/A'), 200)
+
+    def test_page_takesThePlaceOfAKnownConnectionThatOnlyMightAsk(self):
+        asking, other = self.connected(2)
+        self.assertEqual([self.ask(each, '/image/A') for each in (asking, other)], [200, 200])
+        pages = [self.page() for _ in range(3)]
+        self.assertTrue(self.hasGone(asking))
+        self.assertEqual(self.ask(other, '/image/A'), 200)
+        pages.append(self.page())
+        self.assertTrue(self.hasGone(other))
+
+    def test_pageBeyondTheBound_isToldToComeAgainAndSoItIs(self):
+        pages = [self.page() for _ in range(4)]
+        with WebSocket(self.server) as further:
+            self.assertEqual(further.close_code(), 1013)
+        # What shows the phone can still be had, and nobody else had to go.
+        self.assertEqual(self.server.get('/image/A').status, 200)
+        for page in pages:
+            page.send('still here')
+            self.assertEqual(page.receive(), (TEXT, b'still here'))
+        pages.pop().__exit__()
+        while True:
+            with WebSocket(self.server) as again:
+                again.send('hello')
+                kind, payload = again.receive()
+                if kind == TEXT:
+                    break
+                self.assertEqual(payload[:2], (1013).to_bytes(2, 'big'))
+
+    def test_pageWhoseMessagesWereNotTaken_keepsItsPlace(self):
+        pages = [self.page() for _ in range(4)]
+        pages[0].send('hold it')
+        pages[0].__exit__()
+        while (event := self.server.event()) != 'closed 1':
+            self.assertRegex(event, '^opened')
+        with WebSocket(self.server) as further:
+            self.assertEqual(further.close_code(), 1013)
+        pages[1].send('release')
+        self.assertEqual(pages[1].receive(), (TEXT, b'release'))
+        self.page()
+
+
+class Floods(ServerTest):
+    """What another program of this machine can do without the secret, at full speed."""
+
+    def flood(self, comeAndGo):
+        """Runs `comeAndGo` again and again beside the test, until the test ends."""
+        over = threading.Event()
+        counted = [0]
+
+        def go():
+            while not over.is_set():
+                try:
+                    comeAndGo()
+                    counted[0] += 1
+                except OSError:
+                    continue
+        threads = [threading.Thread(target=go) for _ in range(4)]
+        for thread in threads:
+            thread.start()
+
+        def end():
+            over.set()
+            for thread in threads:
+                thread.join()
+        self.addCleanup(end)
+        return counted
+
+    def assertPageIsServed(self):
+        self.assertEqual(self.server.get('/').status, 200)
+        with WebSocket(self.server) as page:
+            page.send('hello')
+            self.assertEqual(page.receive(), (TEXT, b'hello'))
+
+    def test_twoHundredThatComeAndGo_doNotKeepAPageOut(self):
+        with WebSocket(self.server) as page:
+            counted = self.flood(lambda: self.server.connect().close())
+            while counted[0] < 200:
+                page.send('still here')
+                self.assertEqual(page.receive(), (TEXT, b'still here'))
+            self.assertPageIsServed()
+
+    def test_webSocketsWithWrongSecrets_doNotKeepAPageOut(self):
+        def guess():
+            with WebSocket(self.server, first='{"secret":"0"}') as page:
+                if page.close_code() not in (4401, None):
+                    raise AssertionError('a wrong secret was let in')
+        counted = self.flood(guess)
+        for _ in range(20):
+            self.assertPageIsServed()
+        while counted[0] < 200:
+            self.assertPageIsServed()
+
+    def test_twoThousandSilentOnes_doNotKeepAPageOut(self):
+        server_case.allow_descriptors(2100)
+        with WebSocket(self.server) as page:
+            silent = []
             try:
-                if self.server.get('/').status == 200:
-                    return
-            except ConnectionError:
-                continue
-        self.fail('the server did not come back')
+                for _ in range(2000):
+                    silent.append(self.server.connect())
+                self.assertPageIsServed()
+                page.send('still here')
+                self.assertEqual(page.receive(), (TEXT, b'still here'))
+            finally:
+                for each in silent:
+                    each.close()
+
+
+class FewDescriptors(ServerTest):
+    def start_with(self, soft, hard, *arguments):
+        def limit():
+            resource.setrlimit(resource.RLIMIT_NOFILE, (soft, hard))
+        return self.start(*arguments, preexec_fn=limit)
+
+    def test_whoeverComesWhenNoneAreLeft_getsThatOfTheOldestIdleOne(self):
+        server = self.start_with(24, 24, 'strangerTimeout=600000')
+        with WebSocket(server) as page:
+            silent = [server.connect() for _ in range(100)]
+            self.assertEqual(server.get('/').status, 200)
+            page.send('still here')
+            self.assertEqual(page.receive(), (TEXT, b'still here'))
+            for each in silent:
+                each.close()
+
+    def test_lowerLimitOfTwo_isRaisedAsFarAsItMay(self):
+        server = self.start_with(24, 200, 'strangerTimeout=600000', 'connections=64')
+        pages = [WebSocket(server) for _ in range(50)]
+        for page in pages:
+            page.send('still here')
+            self.assertEqual(page.receive(), (TEXT, b'still here'))
+            page.__exit__()
 
 
 class Sounds(ServerTest):
@@ -304,7 +492,7 @@ class Sounds(ServerTest):
                 self.assertEqual(self.server.get('/sounds/' + name).status, 404)
 
     def test_stranger_hearsNothing(self):
-        self.assertEqual(self.server.get('/sounds/texttone:Calendar%20Alert', Cookie=None).status, 403)
+        self.assertEqual(self.server.get('/sounds/texttone:Calendar%20Alert', Authorization=None).status, 401)
         self.assertEqual(self.server.get('/sounds/texttone:Calendar%20Alert', Host='example.org').status, 421)
         self.assertEqual(self.server.get('/sounds/texttone:Calendar%20Alert', Origin='null').status, 403)
         self.assertEqual(self.server.get('/sounds/texttone:Calendar%20Alert', method='POST').status, 405)

@@ -1,10 +1,34 @@
 # SPDX-License-Identifier: MIT
 """The Settings application's server over real sockets: its WebSocket, frame by frame, and the server's end."""
+import hmac
+import json
+import select
 import socket
 import struct
 
-from loopback_client import BINARY, CLOSE, PING, PONG, TEXT, WebSocket
+from loopback_client import BINARY, CLOSE, PATIENCE, PING, PONG, TEXT, WebSocket
 from server_case import ServerTest, run
+
+
+class EndlessMessages:
+    """Sends the same message again and again, as far as the other end reads."""
+
+    def __init__(self, page, text):
+        self.page = page
+        self.frame = memoryview(page.framed(text))
+        self.offset = 0
+
+    def send_until_stuck(self, most):
+        """Gives how many bytes went out until no more did, or `most` had gone."""
+        sent = 0
+        while sent < most and self.can_go_on(1):
+            count = self.page.connection.send(self.frame[self.offset:], socket.MSG_DONTWAIT)
+            self.offset = (self.offset + count) % len(self.frame)
+            sent += count
+        return sent
+
+    def can_go_on(self, patience=PATIENCE):
+        return bool(select.select([], [self.page.connection], [], patience)[1])
 
 
 class WebSockets(ServerTest):
@@ -48,15 +72,78 @@ class WebSockets(ServerTest):
         self.assertEqual(self.server.event(), 'closed 2')
         self.assertEqual(self.server.end(), (['ended'], 0))
 
-    def test_handshake_needsOriginHostCookieAndItsAddress(self):
+    def test_handshake_needsOriginHostAndItsAddress(self):
         for status, target, changes in (
                 (403, '/ws', {'Origin': None}), (403, '/ws', {'Origin': 'null'}),
-                (403, '/ws', {'Origin': 'http://example.org'}), (403, '/ws', {'Cookie': None}),
+                (403, '/ws', {'Origin': 'http://example.org'}),
                 (421, '/ws', {'Host': 'example.org'}), (404, '/', {}), (404, '/ws/', {}), (404, '/other', {}),
                 (400, '/ws', {'Sec_WebSocket_Key': None}), (400, '/ws', {'Sec_WebSocket_Key': 'x' * 100}),
                 (426, '/ws', {'Sec_WebSocket_Version': '12'}), (426, '/ws', {'Upgrade': None})):
             with self.subTest(target=target, **changes), WebSocket(self.server, target, **changes) as page:
                 self.assertEqual((page.answer.status, page.agreed), (status, False))
+        self.assertEqual(self.server.end(), (['ended'], 0))
+
+    def test_firstMessageThatIsNoSecretOrAWrongOne_isClosedWithItsCode(self):
+        secret = self.server.secret
+        for first in ('', 'nonsense', '[]', '{}', '"' + secret + '"', secret, 'null', '{"secret":null}', '{"secret":7}',
+                      '{"secret":["' + secret + '"]}', '{"secret":""}', '{"secret":"' + '0' * 64 + '"}',
+                      '{"secret":"' + secret + '0"}', '{"secret":"' + secret[:-1] + '"}',
+                      '{"secret":"' + secret.upper() + '"}', '{"Secret":"' + secret + '"}', '{"do":"state"}',
+                      '{"do":"state","id":1}', '{"secret":"' + secret + '"', '[' * 4000,
+                      '{"secret":"' + secret + '","more":"' + 'x' * 5000 + '"}', 'x' * (1 << 20)):
+            with self.subTest(first[:100]):
+                page = WebSocket(self.server, first=first)
+                self.addCleanup(page.__exit__)
+                self.assertTrue(page.agreed)
+                try:
+                    page.send('{"secret":"' + secret + '"}')
+                except OSError:
+                    pass
+                self.assertEqual(page.close_code(), 4401)
+        # To the application none of them was ever there.
+        self.assertEqual(self.server.end(), (['ended'], 0))
+
+    def test_binaryFirstMessage_isNone(self):
+        page = WebSocket(self.server, first=None)
+        self.addCleanup(page.__exit__)
+        page.send('{"secret":"' + self.server.secret + '"}', kind=BINARY)
+        self.assertEqual(page.close_code(), 4401)
+
+    def test_firstMessageInPieces_isOneAndHasNoAnswerOfItsOwn(self):
+        page = WebSocket(self.server, first=None)
+        self.addCleanup(page.__exit__)
+        page.send('{"secret": "', final=False)
+        page.send(b'ping', kind=PING)
+        page.send(self.server.secret, kind=0, final=False)
+        page.send('", "more": 1}', kind=0)
+        page.send('a')
+        self.assertEqual(page.receive(), (PONG, b'ping'))
+        self.assertEqual(page.receive(), (TEXT, b'a'))
+
+    def test_secretAgainOnceLetIn_isAMessageAsAnyOther(self):
+        page = self.open()
+        again = '{"secret":"' + '0' * 64 + '"}'
+        page.send(again)
+        self.assertEqual(page.receive(), (TEXT, again.encode()))
+
+    def test_proof_showsThatTheServerKnowsTheSecretAndDoesNotTellIt(self):
+        for nonce in ('', 'a nonce', 'é' * 100, 'f' * 64):
+            page = WebSocket(self.server, first=json.dumps({'prove': nonce}))
+            self.addCleanup(page.__exit__)
+            kind, payload = page.receive()
+            proof = hmac.new(self.server.secret.encode(), nonce.encode(), 'sha256').hexdigest()
+            self.assertEqual((kind, json.loads(payload)), (TEXT, {'proof': proof}))
+            page.send(json.dumps({'secret': self.server.secret}))
+            page.send('a')
+            self.assertEqual(page.receive(), (TEXT, b'a'))
+
+    def test_proof_isNoWayIn(self):
+        for following in ('{"prove":"again"}', '{"do":"state"}', '{"secret":"' + '0' * 64 + '"}'):
+            page = WebSocket(self.server, first='{"prove":"nonce"}')
+            self.addCleanup(page.__exit__)
+            self.assertEqual(page.receive()[0], TEXT)
+            page.send(following)
+            self.assertEqual(page.close_code(), 4401)
         self.assertEqual(self.server.end(), (['ended'], 0))
 
     def test_whatIsAgainstTheRules_isClosedWithItsCode(self):
@@ -109,6 +196,52 @@ class WebSockets(ServerTest):
             pass
         self.assertEqual(self.server.event(), 'closed 1')
         self.open().send('others go on')
+
+    def test_senderThatGoesOn_isNotReadUntilItsMessagesAreTaken(self):
+        sender, other = self.open(), self.open()
+        stream = EndlessMessages(sender, 'hold ' + 'x' * 65000)
+        # Some mebibytes fit into the sockets themselves.
+        self.assertLess(stream.send_until_stuck(64 << 20), 64 << 20)
+        other.send('others go on')
+        self.assertEqual(other.receive(), (TEXT, b'others go on'))
+        other.send('release')
+        self.assertEqual(other.receive(), (TEXT, b'release'))
+        self.assertTrue(stream.can_go_on())
+
+    def test_senderThatWasHeldUp_isNotTakenForASilentOne(self):
+        server = self.start('idleTimeout=400', 'inboxBytes=1')
+        sender, other = self.open(server), self.open(server)
+        sender.send('hold')
+        sender.send('after it')
+        # The other one is pinged several times meanwhile, and answers.
+        for _ in range(5):
+            kind, payload = other.receive()
+            self.assertEqual(kind, PING)
+            other.send(payload, kind=PONG)
+        other.send('release')
+        self.assertEqual(self.text_from(other), b'release')
+        self.assertEqual(self.text_from(sender), b'after it')
+
+    def text_from(self, page):
+        """The next message; pings before it are answered."""
+        while (frame := page.receive())[0] == PING:
+            page.send(frame[1], kind=PONG)
+        self.assertEqual(frame[0], TEXT)
+        return frame[1]
+
+    def test_manySmallMessages_areCountedToo(self):
+        server = self.start('inboxBytes=4096')
+        sender, other = self.open(server), self.open(server)
+        for _ in range(1000):
+            sender.send('hold')
+        sender.send('last')
+        other.send('release')
+        self.assertEqual(other.receive(), (TEXT, b'release'))
+        self.assertFalse(select.select([sender.connection], [], [], 0)[0], 'there are more to be taken')
+        while not select.select([sender.connection], [], [], 0.001)[0]:
+            other.send('release')
+            self.assertEqual(other.receive(), (TEXT, b'release'))
+        self.assertEqual(sender.receive(), (TEXT, b'last'))
 
     def test_failingHandler_costsItsConnectionOnly(self):
         page, other = self.open(), self.open()
