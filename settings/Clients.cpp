@@ -27,6 +27,8 @@ void Clients::closed(ConnectionId connection) {
 }
 
 bool Clients::answerNext() {
+    // A command forgets all but the newest events.
+    endWaits();
     const auto entry = nextReady();
     if (entry == clients_.end()) return false;
     auto& [connection, client] = *entry;
@@ -36,8 +38,6 @@ bool Clients::answerNext() {
     if (auto answer = client.session.begin(command)) send_(connection, std::move(*answer));
     taken_(connection, command.size());
     if (client.hasLeft && !client.isReady()) forget(entry);
-    // Before another command: it may be followed by more events than are kept.
-    endWaits();
     return true;
 }
 

@@ -157,7 +157,7 @@ TEST_F(ClientsTest, waitAmongManyEvents_missesNone) {
     receive(2, "a");
     receive(2, "b");
     answerAll();
-    EXPECT_THAT(sent(), ElementsAre("2 a", "1 wait", "2 b"));
+    EXPECT_THAT(sent(), ElementsAre("1 wait", "2 a", "2 b"));
 }
 
 TEST_F(ClientsTest, closedConnection_hasItsCommandsDoneButNotThoseBehindAWait) {
@@ -171,7 +171,7 @@ TEST_F(ClientsTest, closedConnection_hasItsCommandsDoneButNotThoseBehindAWait) {
     answerAll();
     post("late");
     showChanges();
-    EXPECT_THAT(sent(), ElementsAre("2 b", "1 a", "2 push"));
+    EXPECT_THAT(sent(), ElementsAre("1 a", "2 b", "2 push"));
     EXPECT_EQ(
         settings::parseJSON(desk_.session.answer(R"({"do":"state"})")).value()["state"]["device"]["darkMode"],
         Value(true));

@@ -2,11 +2,14 @@
 """The serve channel of the real program: test_serve.py PROGRAM FIXTURES [unittest arguments]."""
 import json
 import os
+import random
 import select
 import signal
+import socket
 import subprocess
 import sys
 import tempfile
+import threading
 import unittest
 import wave
 
@@ -32,13 +35,21 @@ class Page:
         assert kind == TEXT, (kind, payload)
         return json.loads(payload)
 
-    def attempt(self, command, **fields):
-        """Sends a command and gives its answer; pushes that come first are kept."""
+    def begin(self, command, **fields):
+        """Sends a command and gives its id."""
         self.id += 1
         self.socket.send(json.dumps({"do": command, "id": self.id, **fields}))
-        while (message := self.receive()).get("id") != self.id:
+        return self.id
+
+    def answer(self, command):
+        """The answer to the command of that id; what comes before it is passed over."""
+        while (message := self.receive()).get("id") != command:
             pass
         return message
+
+    def attempt(self, command, **fields):
+        """Sends a command and gives its answer."""
+        return self.answer(self.begin(command, **fields))
 
     def do(self, command, **fields):
         answer = self.attempt(command, **fields)
@@ -51,6 +62,15 @@ class Page:
 
     def close(self):
         self.socket.__exit__()
+
+
+def free_port():
+    """A port that nobody listens on now, and that no other test is given for "any free one"."""
+    while True:
+        port = random.randrange(20000, 32000)
+        with socket.socket() as probe:
+            if probe.connect_ex(("127.0.0.1", port)) != 0:
+                return port
 
 
 class ServeTest(unittest.TestCase):
@@ -71,7 +91,7 @@ class ServeTest(unittest.TestCase):
         return page
 
     def test_address_isOneLine(self):
-        self.assertRegex(self.server.url, r"^Quietrix Settings is at http://127\.0\.0\.1:\d+/\?secret=[0-9a-f]{64}$")
+        self.assertRegex(self.server.url, r"^Quietrix Settings is at http://127\.0\.0\.1:\d+/#secret=[0-9a-f]{64}$")
 
     def test_pages_showTheSamePhone(self):
         one, other = self.page(), self.page()
@@ -177,11 +197,100 @@ class ServeTest(unittest.TestCase):
         for name in ("Door", "texttone:..%2FDoor", "texttone:%2Fetc%2Fpasswd", "..%2FDoor.wav"):
             self.assertEqual(self.server.get("/sounds/" + name).status, 404, name)
 
-    def test_soundWhileTheApplicationWaits_comesAfterwards(self):
+    def test_soundWhileAPageWaits_comesAtOnce(self):
+        page = self.page()
+        page.begin("wait", event="never", seconds=1000)
+        self.assertEqual(self.server.get("/sounds/texttone%3ACalendar%20Alert").status, 200)
+        self.assertTrue(page.quiet())
+
+    def test_wait_holdsUpItsOwnConnectionOnly(self):
+        waiting, other = self.page(), self.page()
+        waiting.do("state")
+        wait = waiting.begin("wait", event="darwin", name="awaited", seconds=1000)
+        behind = waiting.begin("state")
+        self.assertIs(other.do("set", row=1, value=False)["screen"]["rows"][1]["value"], False)
+        pushed = waiting.receive()
+        self.assertNotIn("ok", pushed)
+        self.assertIs(pushed["state"]["screen"]["rows"][1]["value"], False)
+        other.do("post", name="awaited")
+        while "ok" not in (answer := waiting.receive()):
+            pass
+        self.assertEqual((answer["id"], answer["ok"]), (wait, True))
+        self.assertTrue(waiting.answer(behind)["ok"])
+
+    def test_wait_endsInVainWhenItsTimeIsOver(self):
         page = self.page()
         page.do("state")
-        page.socket.send(json.dumps({"do": "wait", "event": "never", "seconds": 0.2}))
-        self.assertEqual(self.server.get("/sounds/texttone%3ACalendar%20Alert").status, 200)
+        answer = page.attempt("wait", event="never", seconds=0.05)
+        self.assertIs(answer["ok"], False)
+        self.assertIn("never", answer["error"])
+        page.do("state")
+
+    def test_waits_ofManyConnectionsEndInTheirOwnTime(self):
+        pages = [self.page() for _ in range(8)]
+        waits = [(page, page.begin("wait", event="never", seconds=seconds / 100)) for seconds, page in enumerate(pages)]
+        for page, wait in reversed(waits):
+            self.assertIs(page.answer(wait)["ok"], False)
+
+    def test_waitOfAConnectionThatGoes_leavesTheOthersAlone(self):
+        for _ in range(20):
+            waiting = Page(self.server)
+            waiting.begin("wait", event="never", seconds=1000)
+            waiting.begin("set", row=1, value=False)
+            waiting.close()
+        page = self.page()
+        self.assertIs(page.do("state")["screen"]["rows"][1]["value"], True, "what stood behind a wait is not done")
+
+    def test_commandsSentBeforeClosing_areDone(self):
+        going = Page(self.server)
+        going.begin("set", row=1, value=False)
+        going.close()
+        page = self.page()
+        while page.do("state")["screen"]["rows"][1]["value"]:
+            continue
+
+    def test_longMessage_costsItsConnectionOnly(self):
+        page, other = self.page(), self.page()
+        page.socket.send('{"do":"state","text":"' + "x" * (1 << 20) + '"}')
+        self.assertEqual(page.socket.close_code(), 1009)
+        other.do("state")
+
+    def test_senderThatGoesOn_isAnsweredInItsTurn(self):
+        flooding, other = self.page(), self.page()
+        over = threading.Event()
+
+        def read():
+            while not over.is_set():
+                if not select.select([flooding.socket.connection], [], [], 0.01)[0]:
+                    continue
+                if flooding.socket.receive()[0] is None:
+                    return
+
+        def write():
+            command = json.dumps({"do": "state", "from": 0, "count": 0, "padding": "x" * 1000})
+            while not over.is_set():
+                flooding.socket.send(command)
+        threads = [threading.Thread(target=work) for work in (read, write)]
+        for thread in threads:
+            thread.start()
+        try:
+            for value in (False, True) * 10:
+                self.assertIs(other.do("set", row=1, value=value)["screen"]["rows"][1]["value"], value)
+        finally:
+            over.set()
+            # Whoever is stuck in a send gets an error now.
+            flooding.socket.connection.shutdown(socket.SHUT_RDWR)
+            for thread in threads:
+                thread.join()
+        other.do("state")
+
+    def test_oldSecret_isClosedWithItsCodeAndNobodyIsThere(self):
+        with WebSocket(self.server, first=json.dumps({"secret": "0" * 64})) as stranger:
+            stranger.send(json.dumps({"do": "set", "row": 1, "value": False}))
+            self.assertEqual(stranger.close_code(), 4401)
+        with WebSocket(self.server, first=json.dumps({"do": "set", "row": 1, "value": False})) as stranger:
+            self.assertEqual(stranger.close_code(), 4401)
+        self.assertIs(self.page().do("state")["screen"]["rows"][1]["value"], True)
 
     def test_signal_endsWithStatusZero(self):
         for ending in (signal.SIGTERM, signal.SIGINT):
@@ -208,6 +317,118 @@ class ServeTest(unittest.TestCase):
         self.assertIn(str(self.server.port), result.stderr)
         self.assertEqual(result.stderr.count("\n"), 1)
         self.assertEqual(result.stdout, "")
+
+
+class Restarts(unittest.TestCase):
+    """Starts on the same root, with and without the same port."""
+
+    def setUp(self):
+        directory = tempfile.TemporaryDirectory()
+        self.addCleanup(directory.cleanup)
+        self.directory = directory.name
+        self.runtime = self.made("runtime", 0o700)
+        self.root = os.path.join(self.directory, "phone")
+
+    def made(self, name, mode):
+        path = os.path.join(self.directory, name)
+        os.mkdir(path)
+        os.chmod(path, mode)
+        return path
+
+    def start(self, *arguments, root=None, runtime=None):
+        environment = {**os.environ, "XDG_RUNTIME_DIR": runtime or self.runtime}
+        if runtime == "":
+            del environment["XDG_RUNTIME_DIR"]
+        server = EchoServer(PROGRAM, "serve", "--root", root or self.root, "--bundle",
+                            os.path.join(FIXTURES, "Sample.bundle"), *arguments, env=environment)
+        self.addCleanup(server.clean)
+        return server
+
+    def end(self, server):
+        """Ends it as its user would; gives what it said on standard error."""
+        server.process.terminate()
+        output, errors = server.process.communicate(timeout=PATIENCE)
+        self.assertEqual((output, server.process.returncode), ("", 0))
+        return errors
+
+    def restarted(self, server, *arguments, **options):
+        self.end(server)
+        return self.start("--port", str(server.port), *arguments, **options)
+
+    def kept(self):
+        folder = os.path.join(self.runtime, "quietrix-settings")
+        return [os.path.join(folder, name) for name in sorted(os.listdir(folder))]
+
+    def test_sameRootAndPort_takeTheSecretOverWhicheverWayItEnded(self):
+        first = self.start("--port", str(free_port()))
+        second = self.restarted(first)
+        self.assertEqual(second.url, first.url)
+        second.process.kill()
+        second.process.wait()
+        third = self.start("--port", str(first.port))
+        self.assertEqual(third.url, first.url)
+        Page(third).close()
+        self.assertEqual(self.end(third), "")
+
+    def test_file_isItsOwnersOnly(self):
+        self.start("--port", str(free_port()))
+        file, = self.kept()
+        self.assertEqual(os.stat(file).st_mode & 0o777, 0o600)
+        self.assertEqual(os.stat(os.path.dirname(file)).st_mode & 0o777, 0o700)
+
+    def test_newSecret_shutsOldPagesOutForGood(self):
+        first = self.start("--port", str(free_port()))
+        second = self.restarted(first, "--new-secret")
+        self.assertNotEqual(second.secret, first.secret)
+        with WebSocket(second, first=json.dumps({"secret": first.secret})) as page:
+            self.assertEqual(page.close_code(), 4401)
+        self.assertEqual(self.restarted(second).secret, second.secret)
+
+    def test_anyFreePort_keepsNothing(self):
+        for port in ([], ["--port", "0"]):
+            self.end(self.start(*port))
+        self.assertEqual(os.listdir(self.runtime), [])
+
+    def test_otherRootOnThePort_hasItsOwnSecret(self):
+        first = self.start("--port", str(free_port()))
+        other = self.restarted(first, root=os.path.join(self.directory, "other"))
+        self.assertNotEqual(other.secret, first.secret)
+        self.assertEqual(self.restarted(other).secret, first.secret)
+
+    def test_twoProgramsOnOneRoot_haveAFileEach(self):
+        one, other = self.start("--port", str(free_port())), self.start("--port", str(free_port()))
+        self.assertNotEqual(one.secret, other.secret)
+        self.assertEqual(len(self.kept()), 2)
+        self.assertEqual(self.restarted(one).secret, one.secret)
+        self.assertEqual(self.restarted(other).secret, other.secret)
+
+    def test_startOnAPortInUse_leavesTheRunningOnesSecret(self):
+        first = self.start("--port", str(free_port()))
+        with self.assertRaisesRegex(RuntimeError, "in use"):
+            self.start("--port", str(first.port), "--new-secret")
+        self.assertEqual(self.restarted(first).secret, first.secret)
+
+    def test_withoutARuntimeDirectory_eachStartHasItsOwnAndSaysNothing(self):
+        first = self.start("--port", str(free_port()), runtime="")
+        second = self.restarted(first, runtime="")
+        self.assertNotEqual(second.secret, first.secret)
+        self.assertEqual(self.end(second), "")
+
+    def test_runtimeDirectoryThatOthersMayEnter_isNotUsedAndNamed(self):
+        open_one = self.made("open", 0o755)
+        first = self.start("--port", str(free_port()), runtime=open_one)
+        errors = self.end(first)
+        self.assertEqual(errors.count("\n"), 1)
+        self.assertIn(open_one, errors)
+        self.assertEqual(os.listdir(open_one), [])
+
+    def test_pagesThatComeAndGoWhileTheProgramIsStartedAnew_goOn(self):
+        server = self.start("--port", str(free_port()))
+        for value in (False, True, False):
+            server = self.restarted(server)
+            page = Page(server)
+            self.assertIs(page.do("set", row=1, value=value)["screen"]["rows"][1]["value"], value)
+            page.close()
 
 
 if __name__ == "__main__":

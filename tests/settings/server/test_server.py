@@ -59,7 +59,7 @@ class Admission(ServerTest):
 
     def test_missingOrForeignSecret_isRefusedWithOneLineWhateverIsAskedFor(self):
         secret = self.server.secret
-        for target in ('/image/A', '/image/missing', '/image/../A', '/sounds/A', '/sounds/missing', f'/image/A?secret={secret}'):
+        for target in ('/image/A', '/image/missing', '/sounds/A', '/sounds/missing', f'/image/A?secret={secret}'):
             for changes in ({'Authorization': None}, {'Authorization': 'Bearer ' + '0' * 64},
                             {'Authorization': f'Bearer {secret}0'}, {'Authorization': f'Bearer {secret[:-1]}'},
                             {'Authorization': 'Bearer'}, {'Authorization': 'Bearer '}, {'Authorization': secret},
@@ -67,11 +67,9 @@ class Admission(ServerTest):
                             {'Authorization': None, 'Cookie': f'quietrix-settings-{self.server.port}={secret}'}):
                 with self.subTest(target=target, **changes):
                     answer = self.server.get(target, **changes)
-                    self.assertEqual(answer.status, 404 if '..' in target else 401)
+                    self.assertEqual((answer.status, answer.field('www-authenticate')), (401, 'Bearer'))
                     self.assertRegex(answer.body, rb'^[^\n]+\n$')
                     self.assertNotIn(secret.encode(), answer.body)
-                    if '..' not in target:
-                        self.assertEqual(answer.field('www-authenticate'), 'Bearer')
 
     def test_secretTwice_isNone(self):
         fields = f'Authorization: {self.server.bearer}\r\n' + self.server.fields()
