@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
-import { accessibilityProblems, openPage, startBrowser } from './harness.mjs';
+import { accessibilityProblems, openPage, phoneSize, settled, startBrowser } from './harness.mjs';
+import { row } from './mock-rows.mjs';
+import { images } from './mock-server.mjs';
 
 let session;
 before(async () => { session = await startBrowser(); });
@@ -89,6 +91,148 @@ test('Connection_neverMade_showsAFinishedScreenAndRecovers', async () => {
     await ui.page.getByRole('button', { name: 'Try Again' }).click();
     await ui.page.getByRole('switch').waitFor();
     assert.equal(await ui.page.getByText('Settings cannot be reached').count(), 0);
+    await ui.close();
+});
+
+const restarted = 'Settings was restarted. Open the address that it printed.';
+const uninvited = 'Open the address that Settings printed when it started.';
+
+test('Secret_ofTheAddress_isTakenOutOfItAndSurvivesAReload', async () => {
+    const ui = await openPage(session);
+    assert.equal(ui.page.url(), ui.server.address);
+    await ui.page.reload();
+    await ui.page.getByRole('switch').waitFor();
+    assert.equal(ui.page.url(), ui.server.address);
+    const kinds = ui.server.firstMessages.map((message) => Object.keys(message).join());
+    assert.deepEqual(kinds, ['prove', 'secret', 'prove', 'secret']);
+    assert.notEqual(ui.server.firstMessages[0].prove, ui.server.firstMessages[2].prove);
+    await ui.close();
+});
+
+test('Secret_keptInATab_isThatTabsOnly', async () => {
+    const ui = await openPage(session);
+    const stored = await ui.page.evaluate(() => [Object.values(globalThis.sessionStorage), Object.values(globalThis.localStorage), document.cookie]);
+    assert.deepEqual(stored, [[ui.server.secret], [], '']);
+    const other = await ui.page.context().newPage();
+    await other.goto(ui.server.address);
+    await other.getByText(uninvited).waitFor();
+    await ui.close();
+});
+
+test('Secret_missing_isSaidAndNobodyIsCalled', async () => {
+    for (const colorScheme of ['light', 'dark']) {
+        const ui = await openPage(session, { url: (server) => server.address, ready: '.notice', colorScheme });
+        await ui.page.getByRole('heading', { name: uninvited }).waitFor();
+        assert.deepEqual(await accessibilityProblems(ui.page), []);
+        assert.equal(await ui.page.getByRole('button').count(), 0);
+        assert.deepEqual(ui.server.firstMessages, []);
+        // The address in the same tab then changes nothing but the fragment.
+        await ui.page.goto(ui.server.url);
+        await ui.page.getByRole('switch').waitFor();
+        assert.equal(ui.page.url(), ui.server.address);
+        await ui.close();
+    }
+});
+
+const refusals = {
+    byItsCode: (server) => { server.secret = 'ff'.repeat(32); },
+    byItsProof: (server) => { server.secret = server.provenSecret = 'ff'.repeat(32); },
+};
+
+for (const [way, refuse] of Object.entries(refusals)) {
+    for (const darkMode of [false, true]) {
+        test(`Secret_refused_${way}_${darkMode ? 'dark' : 'light'}_isSaidInPlaceOfTheScreenAndNotTriedAgain`, async () => {
+            const ui = await openPage(session, { arrange: (phone) => { phone.device.darkMode = darkMode; phone.alert('Still', 'open'); } });
+            await ui.page.getByRole('alertdialog').waitFor();
+            const before = ui.server.firstMessages.length;
+            refuse(ui.server);
+            ui.server.dropAll();
+            await ui.page.getByRole('heading', { name: restarted }).waitFor();
+            assert.equal(await ui.page.getByText('Reconnecting').count(), 0);
+            assert.equal(await ui.page.locator('.navigator, .row, [role="alertdialog"], button').count(), 0);
+            assert.equal(await ui.page.title(), 'Settings');
+            assert.deepEqual(await accessibilityProblems(ui.page), []);
+            const said = ui.server.firstMessages.slice(before).map((message) => Object.keys(message).join());
+            assert.deepEqual(said, way === 'byItsCode' ? ['prove', 'secret'] : ['prove'], 'who cannot prove to know the secret is not told it');
+            // What would end the pause between two attempts has none to end.
+            await ui.page.evaluate(() => { window.dispatchEvent(new Event('online')); document.dispatchEvent(new Event('visibilitychange')); });
+            ui.server.provenSecret = ui.server.secret;
+            await ui.page.goto(ui.server.url);
+            await ui.page.getByRole('alertdialog', { name: 'Still' }).waitFor();
+            assert.equal(ui.server.firstMessages.length, before + said.length + 2, 'only the new address was tried');
+            await ui.close();
+        });
+    }
+}
+
+test('Secret_refusedInOtherLanguages_isSaidInThem', async () => {
+    for (const [language, words] of [['de', 'Einstellungen wurde neu gestartet'], ['ar', 'أُعيد تشغيل الإعدادات']]) {
+        const ui = await openPage(session, { arrange: (phone) => { Object.assign(phone.device, { language, rightToLeft: language === 'ar' }); } });
+        refusals.byItsCode(ui.server);
+        ui.server.dropAll();
+        const heading = ui.page.getByRole('heading', { name: words });
+        await heading.waitFor();
+        const box = await heading.boundingBox();
+        assert.ok(box.x >= 16 && box.x + box.width <= phoneSize.width - 16, `it is ${box.width} wide at ${box.x}`);
+        await ui.close();
+    }
+});
+
+test('Images_areAskedForWithTheSecretAndDrawnFromTheDocumentsOwnAddresses', async () => {
+    const asked = [];
+    const ui = await openPage(session, { url: (server) => server.url, beforehand: () => {
+        const ask = globalThis.fetch;
+        globalThis.asked = [];
+        globalThis.fetch = (path, options) => { globalThis.asked.push([path, options.headers.Authorization]); return ask(path, options); };
+    } });
+    await ui.page.waitForFunction(() => document.querySelector('img.row-icon')?.complete && document.querySelector('img.logo:not(.coming)')?.complete);
+    for (const [path, authorization] of await ui.page.evaluate(() => globalThis.asked)) {
+        asked.push(path.split('?')[0]);
+        assert.equal(authorization, `Bearer ${ui.server.secret}`);
+        assert.equal(path.includes(ui.server.secret), false);
+    }
+    assert.deepEqual(asked.sort(), [...new Set(asked)], 'each once');
+    assert.ok(asked.includes('/image/Misc') && asked.includes('/image/nav'), asked.join());
+    const shown = await ui.page.evaluate(() => [...document.images].map((image) => [image.src.slice(0, 5), image.naturalWidth > 0]));
+    assert.ok(shown.length > 0 && shown.every(([scheme, there]) => scheme === 'blob:' && there), JSON.stringify(shown));
+    assert.match(await ui.page.locator('.bar-fill').evaluate((element) => getComputedStyle(element).backgroundImage), /url\("blob:/);
+    await ui.close();
+});
+
+test('Images_ofScreensLeftLongAgo_areReleased', async () => {
+    for (let at = 0; at < 400; at += 1) images[`made-${at}`] = images.Misc;
+    const ui = await openPage(session, { beforehand: () => {
+        globalThis.held = new Set();
+        const { createObjectURL, revokeObjectURL } = URL;
+        URL.createObjectURL = (blob) => { const address = createObjectURL.call(URL, blob); globalThis.held.add(address); return address; };
+        URL.revokeObjectURL = (address) => { globalThis.held.delete(address); revokeObjectURL.call(URL, address); };
+    } });
+    for (let at = 0; at < 10; at += 1) {
+        const name = `Screen ${at}`;
+        const rows = Array.from({ length: 40 }, (_unused, each) => row(1, `Row ${each}`, { properties: { iconImage: `made-${at * 40 + each}` } }));
+        ui.phone.show({ ...ui.phone.plain(name), class: `Screen${at}`, links: [], rows: () => rows });
+        ui.server.push();
+        await ui.page.getByRole('heading', { name }).waitFor();
+        // All of what is in the document is drawn.
+        await ui.page.waitForFunction(() => document.querySelectorAll('.row').length > 10 && [...document.querySelectorAll('.row')].every((each) => each.querySelector('img.row-icon')?.complete));
+    }
+    await settled(ui.page);
+    const held = await ui.page.evaluate(() => globalThis.held.size);
+    // Those of the last two screens, and some for the way back.
+    assert.ok(held <= 64 + 2 * 40, `${held} are held`);
+    await ui.close();
+});
+
+test('Images_lostOnTheWay_comeWithTheNextConnection', async () => {
+    const ui = await openPage(session, { tolerate: /503/, beforehand: () => {
+        const ask = globalThis.fetch;
+        globalThis.broken = true;
+        globalThis.fetch = (path, options) => (globalThis.broken ? Promise.reject(new TypeError('lost')) : ask(path, options));
+    } });
+    assert.equal(await ui.page.locator('img.row-icon').count(), 0);
+    await ui.page.evaluate(() => { globalThis.broken = false; });
+    ui.server.dropAll();
+    await ui.page.locator('img.row-icon').first().waitFor();
     await ui.close();
 });
 

@@ -56,13 +56,13 @@ export async function startBrowser() {
 }
 
 /**
- * Opens the page. Without an address in `url`, on a made-up application of its own that `arrange` may prepare. `beforehand` runs in the page before its own code.
+ * Opens the page. Without an address in `url`, on a made-up application of its own that `arrange` may prepare; `url` may also be a function that makes an address of that one's server. `beforehand` runs in the page before its own code. The page is opened once `ready` is there.
  * The result's close() fails the test if the page has logged an error (but for what `tolerate` matches) or broken its content-security policy.
  */
-export async function openPage(session, { arrange = () => {}, url = null, viewport = phoneSize, reducedMotion = 'reduce', colorScheme = 'light', touch = false, scale = 1, tolerate = null, beforehand = null } = {}) {
+export async function openPage(session, { arrange = () => {}, url = null, viewport = phoneSize, reducedMotion = 'reduce', colorScheme = 'light', touch = false, scale = 1, tolerate = null, beforehand = null, ready = '.navigator .page' } = {}) {
     const phone = new MockPhone();
     arrange(phone);
-    const server = url ? null : await startMockServer({ dist: dist.path, phone });
+    const server = typeof url === 'string' ? null : await startMockServer({ dist: dist.path, phone });
     if (server) session.servers.add(server);
     const context = await session.browser.newContext({ viewport, reducedMotion, colorScheme, hasTouch: touch, deviceScaleFactor: scale, locale: 'en-US' });
     const page = await context.newPage();
@@ -74,8 +74,8 @@ export async function openPage(session, { arrange = () => {}, url = null, viewpo
         // A lost connection is reported by the browser itself; some tests cut it on purpose.
         if (message.type() === 'error' && !/WebSocket connection|ERR_CONNECTION_REFUSED/.test(message.text()) && !tolerate?.test(message.text())) problems.push(message.text());
     });
-    await page.goto(url ?? server.url);
-    await page.locator('.navigator .page').first().waitFor();
+    await page.goto(typeof url === 'function' ? url(server) : url ?? server.url);
+    await page.locator(ready).first().waitFor();
     await page.waitForFunction(fontsLoaded);
     return {
         page, phone, server,

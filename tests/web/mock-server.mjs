@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Serves the built page over loopback with a made-up application behind it.
 // For looking at the page by hand: node mock-server.mjs DIST [PORT]
+import { createHmac, randomBytes } from 'node:crypto';
 import { readFile } from 'node:fs/promises';
 import { createServer } from 'node:http';
 import { extname, join, normalize } from 'node:path';
@@ -11,7 +12,7 @@ import { requireModule } from './modules.mjs';
 const { WebSocketServer } = requireModule('ws');
 
 const types = { '.html': 'text/html; charset=utf-8', '.js': 'text/javascript; charset=utf-8', '.css': 'text/css; charset=utf-8', '.woff2': 'font/woff2', '.svg': 'image/svg+xml' };
-const policy = "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; font-src 'self'; connect-src 'self'; media-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
+const policy = "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' blob:; font-src 'self'; connect-src 'self'; media-src blob:; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
 
 /** A sound of so many seconds, all of it silence. */
 export function silence(seconds) {
@@ -47,6 +48,11 @@ export async function startMockServer({ dist, port = 0, phone = new MockPhone() 
         const { pathname } = new URL(request.url, 'http://localhost');
         response.setHeader('Content-Security-Policy', policy);
         response.setHeader('X-Content-Type-Options', 'nosniff');
+        const ofThePhone = pathname.startsWith('/image/') || pathname.startsWith('/sounds/');
+        if (ofThePhone && request.headers.authorization !== `Bearer ${api.secret}`) {
+            response.writeHead(401, { 'WWW-Authenticate': 'Bearer' }).end();
+            return;
+        }
         if (pathname.startsWith('/image/')) {
             const image = images[decodeURIComponent(pathname.slice('/image/'.length))];
             response.writeHead(image ? 200 : 404, { 'Content-Type': 'image/svg+xml' });
@@ -72,10 +78,24 @@ export async function startMockServer({ dist, port = 0, phone = new MockPhone() 
     const sockets = new WebSocketServer({ server, path: '/ws' });
     const windows = new Map();
     sockets.on('connection', (socket) => {
-        windows.set(socket, {});
+        let letIn = false;
         socket.on('close', () => windows.delete(socket));
         socket.on('message', (data) => {
             const command = JSON.parse(String(data));
+            if (!letIn) {
+                // Some of what was sent before the page has learned of it.
+                if (socket.readyState !== socket.OPEN) return;
+                api.firstMessages.push(command);
+                if (command.prove !== undefined) {
+                    socket.send(JSON.stringify({ proof: createHmac('sha256', api.provenSecret).update(command.prove).digest('hex') }));
+                } else if (command.secret === api.secret) {
+                    letIn = true;
+                    windows.set(socket, {});
+                } else {
+                    socket.close(4401);
+                }
+                return;
+            }
             if (command.from !== undefined) windows.set(socket, { from: command.from, count: command.count });
             const ok = phone.perform(command);
             const answer = { ok, id: command.id, state: phone.state(windows.get(socket)) };
@@ -85,9 +105,17 @@ export async function startMockServer({ dist, port = 0, phone = new MockPhone() 
         });
     });
     await new Promise((resolve, reject) => server.once('error', reject).listen(port, '127.0.0.1', resolve));
+    const secret = randomBytes(32).toString('hex');
     const api = {
         phone,
-        url: `http://127.0.0.1:${server.address().port}/`,
+        /** Where the page is, and the same with the secret that lets it in. */
+        address: `http://127.0.0.1:${server.address().port}/`,
+        get url() { return `${api.address}#secret=${api.secret}`; },
+        /** What lets a page in, and what the server says that it knows. */
+        secret,
+        provenSecret: secret,
+        /** What came on sockets before they were let in. */
+        firstMessages: [],
         /** By the tone's identifier. */
         sounds: { 'texttone:Chord': silence(60), 'texttone:Bell': silence(60), 'texttone:Blip': silence(0.05) },
         /** While set, answers wait in `held`. */

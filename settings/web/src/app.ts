@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 import { Connection, type Status } from './connection';
+import { setDoorOpen } from './door';
 import { Frame } from './frame';
-import { setImageHint } from './images';
+import { onImageArrived, retryImages, setImageHint } from './images';
 import type { PageView } from './page';
 import { onPatternMeasured } from './patterns';
 import { Presenter } from './presenter';
@@ -36,17 +37,18 @@ export class App implements View {
     private fetchedFor = '';
     private darkMode = false;
 
-    constructor(root: HTMLElement, url: string) {
+    constructor(root: HTMLElement, url: string, secret: string | null) {
         this.frame = new Frame(() => this.act({ do: 'dark', on: !this.darkMode }), () => this.connection.retryNow());
         this.stage = new Stage(this, (page, beside) => this.fetch(page, beside));
         this.presenter = new Presenter(this, [this.stage.element], () => this.stage.page?.focusHeading());
         this.frame.mount(root, this.stage.element, this.presenter.element);
-        this.connection = new Connection(url, {
+        this.connection = new Connection(url, secret, {
             opened: () => this.opened(),
             statusChanged: (status) => this.statusChanged(status),
             received: (message) => this.received(message),
         });
         onPatternMeasured(() => this.stage.redraw());
+        onImageArrived(() => this.stage.redraw());
         this.statusChanged('connecting');
         this.connection.open();
     }
@@ -86,6 +88,12 @@ export class App implements View {
     }
 
     private statusChanged(status: Status): void {
+        setDoorOpen(status === 'open');
+        if (status === 'open') retryImages();
+        if (status === 'refused' || status === 'uninvited') {
+            this.frame.showEnd(status === 'refused' ? this.texts.restarted : this.texts.uninvited, this.texts);
+            return;
+        }
         if (status === 'lost') this.pending.clear();
         this.frame.showStatus(status, this.stage.page !== null, this.texts);
         if (status === 'lost') this.stage.redraw();

@@ -2,7 +2,7 @@
 import { html, nothing, type TemplateResult } from 'lit-html';
 import { barGround, fill, isDark, textColour, themeColour } from './colour';
 import { backChevron, plus, share, stencil } from './icons';
-import { imageUrl, imageWord } from './images';
+import { imageIsComing, imageUrl, imageWord } from './images';
 import type { Bar, BarItem, Screen } from './protocol';
 import { styles } from './style';
 import { systemItemText } from './texts';
@@ -69,7 +69,7 @@ function heading(screen: Screen): TemplateResult {
     const title = screenTitle(screen);
     return html`<h1 class="bar-title" tabindex="-1">
         ${titleView && 'image' in titleView
-            ? html`<img class="logo" alt=${title} src=${imageUrl(titleView.image)}>`
+            ? html`<img class="logo ${imageIsComing(titleView.image) ? 'coming' : ''}" alt=${title} src=${imageUrl(titleView.image) ?? nothing}>`
             : html`<span class="bar-text" dir="auto">${title}</span>`}
     </h1>`;
 }

@@ -62,11 +62,14 @@ export function fill(colour: Colour, ground: Rgb, scale: number): Styles {
     if (typeof colour === 'string') return { 'background-color': colour };
     const sample = patternSample(colour.pattern);
     const veil = sample ? veilFor(mix(sample.brightest, ground, colour.alpha)) : cautiousVeil;
-    const layers = [layer(imageUrl(colour.pattern), scale)];
+    // The solid colour shows until the image comes.
+    const solidColour = { 'background-color': css(mix(black, sample?.average ?? ground, sample ? veil : 0.7)) };
+    const url = imageUrl(colour.pattern);
+    if (url === null) return solidColour;
+    const layers = [layer(url, scale)];
     if (colour.alpha < 1) layers.unshift(wash(ground, 1 - colour.alpha));
     if (veil > 0) layers.unshift(wash(black, veil));
-    // The solid colour shows should the image not come.
-    return { 'background-color': css(mix(black, sample?.average ?? ground, sample ? veil : 0.7)), 'background-image': layers.join(', ') };
+    return { ...solidColour, 'background-image': layers.join(', ') };
 }
 
 const wash = (colour: Rgb, alpha: number): string => {
@@ -80,7 +83,8 @@ export function switchStyles(colour: Colour, scale: number): Styles {
     if (typeof colour === 'string') return { '--on-colour': colour };
     const sample = patternSample(colour.pattern);
     const veil = sample ? veilFor(sample.brightest, discernible) : cautiousVeil;
-    return { '--on-image': `${wash(black, veil)}, ${layer(imageUrl(colour.pattern), scale)}` };
+    const url = imageUrl(colour.pattern);
+    return { '--on-image': url === null ? wash(black, veil) : `${wash(black, veil)}, ${layer(url, scale)}` };
 }
 
 /** Whether white content goes on a bar of this colour. */

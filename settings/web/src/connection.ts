@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
+import { newNonce, proofOf } from './door';
 import { parseMessage, type Command, type Message } from './protocol';
 
-export type Status = 'connecting' | 'open' | 'lost';
+/** The last two are ends: "refused" by an application that has another secret, "uninvited" without any. */
+export type Status = 'connecting' | 'open' | 'lost' | 'refused' | 'uninvited';
 
 export interface ConnectionEvents {
     opened(): void;
@@ -11,15 +13,31 @@ export interface ConnectionEvents {
 
 const firstPause = 500;
 const longestPause = 15_000;
+/** The code with which a socket is closed whose secret is not the application's. */
+const wrongSecret = 4401;
 
-/** The WebSocket to the application. Reconnects by itself, each pause twice the last. */
+function proofIn(answer: unknown): unknown {
+    try {
+        return (JSON.parse(String(answer)) as { proof?: unknown } | null)?.proof;
+    } catch {
+        return undefined;
+    }
+}
+
+/**
+ * The WebSocket to the application. Reconnects by itself, each pause twice the last. Whoever listens at the address has to
+ * prove first that they know the secret: after the application has ended, that may be anybody.
+ */
 export class Connection {
     private socket: WebSocket | null = null;
+    /** Whether the socket has been given the secret. */
+    private letIn = false;
+    private ended = false;
     private timer = 0;
     private pause = firstPause;
     private lastId = 0;
 
-    constructor(private readonly url: string, private readonly events: ConnectionEvents) {
+    constructor(private readonly url: string, private readonly secret: string | null, private readonly events: ConnectionEvents) {
         // Somebody who comes back to the page should not wait out a long pause.
         window.addEventListener('online', () => this.retryNow());
         document.addEventListener('visibilitychange', () => { if (!document.hidden) this.retryNow(); });
@@ -28,6 +46,10 @@ export class Connection {
     open(): void {
         window.clearTimeout(this.timer);
         this.timer = 0;
+        if (this.secret === null) {
+            this.end('uninvited');
+            return;
+        }
         let socket: WebSocket;
         try {
             socket = new WebSocket(this.url);
@@ -36,17 +58,29 @@ export class Connection {
             return;
         }
         this.socket = socket;
-        socket.addEventListener('open', () => {
-            this.pause = firstPause;
-            this.events.statusChanged('open');
-            this.events.opened();
-        });
+        this.letIn = false;
+        const nonce = newNonce();
+        let heard = false;
+        socket.addEventListener('open', () => socket.send(JSON.stringify({ prove: nonce })));
         socket.addEventListener('message', (event: MessageEvent<unknown>) => {
             if (socket !== this.socket) return;
+            if (!this.letIn) {
+                void this.enter(socket, nonce, event.data);
+                return;
+            }
+            if (!heard) {
+                heard = true;
+                this.pause = firstPause;
+                this.events.statusChanged('open');
+            }
             const message = parseMessage(event.data);
             if (message) this.events.received(message);
         });
-        socket.addEventListener('close', () => { if (socket === this.socket) this.lost(); });
+        socket.addEventListener('close', (event) => {
+            if (socket !== this.socket) return;
+            if (event.code === wrongSecret) this.end('refused');
+            else this.lost();
+        });
     }
 
     /** Starts the next attempt at once if one is being waited for, and soon after the one that is under way. */
@@ -57,14 +91,37 @@ export class Connection {
 
     /** The id that the answer will carry, or null when there is no connection to carry the command. */
     send(command: Command): number | null {
-        if (this.socket?.readyState !== WebSocket.OPEN) return null;
+        if (!this.letIn || this.socket?.readyState !== WebSocket.OPEN) return null;
         this.lastId += 1;
         this.socket.send(JSON.stringify({ ...command, id: this.lastId }));
         return this.lastId;
     }
 
-    private lost(): void {
+    /** Gives the secret to whoever has answered the nonce as only the application can. */
+    private async enter(socket: WebSocket, nonce: string, answer: unknown): Promise<void> {
+        const proof = await proofOf(nonce);
+        if (socket !== this.socket || this.letIn) return;
+        if (proofIn(answer) !== proof) {
+            socket.close();
+            this.end('refused');
+            return;
+        }
+        socket.send(JSON.stringify({ secret: this.secret }));
+        this.letIn = true;
+        this.events.opened();
+    }
+
+    private end(status: Status): void {
+        this.ended = true;
         this.socket = null;
+        this.letIn = false;
+        this.events.statusChanged(status);
+    }
+
+    private lost(): void {
+        if (this.ended) return;
+        this.socket = null;
+        this.letIn = false;
         this.events.statusChanged('lost');
         this.timer = window.setTimeout(() => this.open(), this.pause);
         this.pause = Math.min(longestPause, this.pause * 2);

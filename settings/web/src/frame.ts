@@ -3,7 +3,7 @@ import { html, nothing, render } from 'lit-html';
 import { screenTitle } from './bar';
 import { isDark, themeColour } from './colour';
 import type { Status } from './connection';
-import { broken, halfMoon, statusGlyphs } from './icons';
+import { broken, halfMoon, padlock, statusGlyphs } from './icons';
 import type { Device, Screen } from './protocol';
 import { textsFor, type Texts } from './texts';
 
@@ -43,6 +43,17 @@ export class Frame {
             <div class="notice"><div role="alert">${broken()}<h1>${texts.unreachable}</h1><p>${texts.unreachableHint}</p></div>
                 <button class="pill" type="button" @click=${this.retry}>${texts.retry}</button></div>`
             : html`<div class="notice"><span class="spinner" aria-hidden="true"></span><p role="status">${texts.connecting}</p></div>`, this.trouble);
+    }
+
+    /** What is left when nothing will come any more: these words, and nothing that could be pressed in vain. */
+    showEnd(words: string, texts: Texts): void {
+        this.phone.dataset['connection'] = 'ended';
+        this.phone.replaceChildren(this.trouble, this.statusBar);
+        this.side.replaceChildren();
+        this.live.textContent = '';
+        render(html`<main class="notice"><div role="alert">${padlock()}<h1 dir="auto">${words}</h1></div></main>`, this.trouble);
+        this.statusBar.classList.toggle('light-content', isDark(null, themeColour('--page')));
+        document.title = texts.settings;
     }
 
     /** `covered` tells that something in the system's plain look fills the phone: the status bar then is above that. */

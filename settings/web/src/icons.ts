@@ -16,6 +16,7 @@ export const info = (): TemplateResult => icon('0 0 22 22', 'info', svg`<circle 
 export const halfMoon = (): TemplateResult => icon('0 0 20 20', 'moon', svg`<path d="M17 12.5A7.5 7.5 0 0 1 7.5 3 7.5 7.5 0 1 0 17 12.5z" />`);
 export const broken = (): TemplateResult =>
     icon('0 0 48 48', 'large', svg`<path d="M10 22a20 20 0 0 1 11-5M38 22a20 20 0 0 0-6-3.6M4 15a28 28 0 0 1 13-6.6M44 15a28 28 0 0 0-17-7.9M16 29a11 11 0 0 1 8-3.5M24 37v.5M6 5l36 38" />`);
+export const padlock = (): TemplateResult => icon('0 0 48 48', 'large', svg`<path d="M14 21v-6a10 10 0 0 1 20 0v6M13 21h22a4 4 0 0 1 4 4v14a4 4 0 0 1-4 4H13a4 4 0 0 1-4-4V25a4 4 0 0 1 4-4zM24 30v5" />`);
 export const calendarPage = (): TemplateResult => icon('0 0 48 48', 'large', svg`<path d="M10 9h28a4 4 0 0 1 4 4v25a4 4 0 0 1-4 4H10a4 4 0 0 1-4-4V13a4 4 0 0 1 4-4zM6 19h36M15 5v8M33 5v8M14 27h.1M24 27h.1M34 27h.1M14 35h.1M24 35h.1" />`);
 export const radioWaves = (): TemplateResult => icon('0 0 48 48', 'large', svg`<path d="M4 18a29 29 0 0 1 40 0M11 25.5a19 19 0 0 1 26 0M17.5 32.5a9.5 9.5 0 0 1 13 0M24 40h.1" />`);
 export const musicNote = (): TemplateResult => icon('0 0 48 48', 'large', svg`<path d="M18 37V11l22-5v26" /><circle cx="12.5" cy="37" r="5.5" /><circle cx="34.5" cy="32" r="5.5" />`);
@@ -26,5 +27,8 @@ export const statusGlyphs = (): TemplateResult => html`
     ${icon('0 0 25 12', 'battery', svg`<rect x=".5" y=".5" width="21" height="11" rx="3" /><path d="M2 2h18v8H2zM23 4v4c.9-.3 1.5-1.1 1.5-2S23.9 4.3 23 4z" />`)}`;
 
 /** An image used as a stencil: it takes the colour of the text around it. */
-export const stencil = (name: string): TemplateResult =>
-    html`<span class="stencil" aria-hidden="true" ${styles({ 'mask-image': `url("${imageUrl(name)}")` })}></span>`;
+export const stencil = (name: string): TemplateResult => {
+    const url = imageUrl(name);
+    // Nothing shows through a stencil that is not there.
+    return html`<span class="stencil" aria-hidden="true" ${styles({ 'mask-image': url === null ? 'linear-gradient(transparent, transparent)' : `url("${url}")` })}></span>`;
+};

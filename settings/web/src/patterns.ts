@@ -14,6 +14,8 @@ export function onPatternMeasured(callback: () => void): void { changed = callba
 export function patternSample(name: string): PatternSample | undefined {
     const known = samples.get(name);
     if (known === undefined) {
+        const url = imageUrl(name);
+        if (url === null) return undefined;
         samples.set(name, null);
         const image = new Image();
         image.addEventListener('load', () => {
@@ -22,7 +24,7 @@ export function patternSample(name: string): PatternSample | undefined {
             samples.set(name, sample);
             changed();
         });
-        image.src = imageUrl(name);
+        image.src = url;
     }
     return known ?? undefined;
 }

@@ -114,7 +114,10 @@ function control(row: Row, view: View): Contents {
 
 function rowIcon(row: Row, view: View): Contents {
     const icon = row.properties['iconImage'];
-    if (typeof icon === 'string') return html`<img class="row-icon" alt="" src=${imageUrl(icon)} srcset="${imageUrl(icon)} ${view.scale}x">`;
+    if (typeof icon === 'string') {
+        const url = imageUrl(icon);
+        return url === null ? html`<span class="row-icon"></span>` : html`<img class="row-icon" alt="" src=${url} srcset="${url} ${view.scale}x">`;
+    }
     const swatch = (icon as { swatch?: Colour } | undefined)?.swatch;
     return typeof swatch === 'string' ? html`<span class="row-icon swatch" ${styles({ 'background-color': swatch })}></span>` : nothing;
 }

@@ -3,7 +3,7 @@
 
 const keys = [
     'back', 'delete', 'done', 'cancel', 'edit', 'save', 'add', 'share', 'post', 'send', 'selected', 'loading', 'darkMode',
-    'connecting', 'lost', 'unreachable', 'unreachableHint', 'retry', 'empty', 'to', 'subject', 'attachments', 'settings', 'none', 'characters',
+    'connecting', 'lost', 'unreachable', 'unreachableHint', 'retry', 'restarted', 'uninvited', 'empty', 'to', 'subject', 'attachments', 'settings', 'none', 'characters',
     'hours', 'minutes', 'dayHalf', 'alertTones', 'playing', 'noCalendars', 'noCalendarsHint', 'noNetworks', 'noNetworksHint', 'noTones', 'noTonesHint',
 ] as const;
 
@@ -12,6 +12,7 @@ export type Texts = Readonly<Record<(typeof keys)[number], string>>;
 const tables: Readonly<Record<string, readonly string[]>> = {
     en: ['Back', 'Delete', 'Done', 'Cancel', 'Edit', 'Save', 'Add', 'Share', 'Post', 'Send', 'Selected', 'Loading', 'Dark Mode',
         'Connecting…', 'Connection lost. Reconnecting…', 'Settings cannot be reached', 'The connection is tried again by itself.', 'Try Again',
+        'Settings was restarted. Open the address that it printed.', 'Open the address that Settings printed when it started.',
         'Nothing here yet', 'To:', 'Subject:', 'Attachments', 'Settings', 'None', 'Characters', 'Hours', 'Minutes', 'AM or PM',
         'Alert Tones', 'Playing {name}',
         'No Calendars', 'Calendars are folders of iCalendar files. Name their directory with `--device calendars=DIR`, or put them into `Library/Calendars` of the phone.',
@@ -19,6 +20,7 @@ const tables: Readonly<Record<string, readonly string[]>> = {
         'No Tones', 'Tones are listed on a tone screen of the system, and this system has no such screen. `--device toneController=NAME` names the one to use.'],
     de: ['Zurück', 'Löschen', 'Fertig', 'Abbrechen', 'Bearbeiten', 'Sichern', 'Hinzufügen', 'Teilen', 'Posten', 'Senden', 'Ausgewählt', 'Laden', 'Dunkelmodus',
         'Verbinden …', 'Verbindung unterbrochen. Neuer Versuch …', 'Einstellungen nicht erreichbar', 'Die Verbindung wird von selbst erneut versucht.', 'Erneut versuchen',
+        'Einstellungen wurde neu gestartet. Öffne die Adresse, die dabei ausgegeben wurde.', 'Öffne die Adresse, die Einstellungen beim Start ausgegeben hat.',
         'Noch nichts vorhanden', 'An:', 'Betreff:', 'Anhänge', 'Einstellungen', 'Ohne', 'Zeichen', 'Stunden', 'Minuten', 'Tageshälfte',
         'Hinweistöne', '{name} wird gespielt',
         'Keine Kalender', 'Kalender sind Ordner mit iCalendar-Dateien. Nenne ihr Verzeichnis mit `--device calendars=DIR` oder lege sie in `Library/Calendars` des Telefons ab.',
@@ -26,6 +28,7 @@ const tables: Readonly<Record<string, readonly string[]>> = {
         'Keine Töne', 'Töne stehen auf einem Tonbildschirm des Systems, und dieses System hat keinen. `--device toneController=NAME` nennt den, der benutzt werden soll.'],
     fr: ['Retour', 'Supprimer', 'OK', 'Annuler', 'Modifier', 'Enregistrer', 'Ajouter', 'Partager', 'Publier', 'Envoyer', 'Sélectionné', 'Chargement', 'Mode sombre',
         'Connexion…', 'Connexion perdue. Nouvelle tentative…', 'Réglages inaccessibles', 'La connexion est retentée automatiquement.', 'Réessayer',
+        'Réglages a redémarré. Ouvrez l’adresse affichée au démarrage.', 'Ouvrez l’adresse que Réglages a affichée au démarrage.',
         'Rien pour le moment', 'À :', 'Objet :', 'Pièces jointes', 'Réglages', 'Aucun', 'Caractères', 'Heures', 'Minutes', 'Matin ou après-midi',
         'Sons d’alerte', 'Lecture de {name}',
         'Aucun calendrier', 'Les calendriers sont des dossiers de fichiers iCalendar. Indiquez leur répertoire avec `--device calendars=DIR`, ou placez-les dans `Library/Calendars` du téléphone.',
@@ -33,6 +36,7 @@ const tables: Readonly<Record<string, readonly string[]>> = {
         'Aucun son', 'Les sons figurent sur un écran de sons du système, et ce système n’en a pas. `--device toneController=NAME` indique celui à utiliser.'],
     es: ['Atrás', 'Eliminar', 'OK', 'Cancelar', 'Editar', 'Guardar', 'Añadir', 'Compartir', 'Publicar', 'Enviar', 'Seleccionado', 'Cargando', 'Modo oscuro',
         'Conectando…', 'Se perdió la conexión. Reconectando…', 'No se puede acceder a Ajustes', 'Se vuelve a intentar la conexión automáticamente.', 'Reintentar',
+        'Ajustes se ha reiniciado. Abre la dirección que ha mostrado.', 'Abre la dirección que Ajustes mostró al iniciarse.',
         'Aún no hay nada', 'Para:', 'Asunto:', 'Archivos adjuntos', 'Ajustes', 'Ninguno', 'Caracteres', 'Horas', 'Minutos', 'Mañana o tarde',
         'Tonos de alerta', 'Reproduciendo {name}',
         'No hay calendarios', 'Los calendarios son carpetas de archivos iCalendar. Indica su directorio con `--device calendars=DIR` o ponlos en `Library/Calendars` del teléfono.',
@@ -40,6 +44,7 @@ const tables: Readonly<Record<string, readonly string[]>> = {
         'No hay tonos', 'Los tonos figuran en una pantalla de tonos del sistema, y este sistema no tiene ninguna. `--device toneController=NAME` indica cuál usar.'],
     ja: ['戻る', '削除', '完了', 'キャンセル', '編集', '保存', '追加', '共有', '投稿', '送信', '選択中', '読み込み中', 'ダークモード',
         '接続中…', '接続が切れました。再接続中…', '設定に接続できません', '自動的に再接続します。', '再試行',
+        '設定が再起動されました。表示されたアドレスを開いてください。', '設定の起動時に表示されたアドレスを開いてください。',
         'まだ項目がありません', '宛先:', '件名:', '添付ファイル', '設定', 'なし', '文字数', '時', '分', '午前または午後',
         '通知音', '{name}を再生中',
         'カレンダーがありません', 'カレンダーはiCalendarファイルのフォルダです。`--device calendars=DIR`でその場所を指定するか、電話の`Library/Calendars`に置いてください。',
@@ -47,6 +52,7 @@ const tables: Readonly<Record<string, readonly string[]>> = {
         '着信音がありません', '着信音はシステムの着信音画面に表示されますが、このシステムにはその画面がありません。`--device toneController=NAME`で使う画面を指定します。'],
     'zh-Hans': ['返回', '删除', '完成', '取消', '编辑', '存储', '添加', '共享', '发布', '发送', '已选择', '正在载入', '深色模式',
         '正在连接…', '连接已断开，正在重新连接…', '无法连接到设置', '将自动重新连接。', '重试',
+        '设置已重新启动。请打开它显示的地址。', '请打开设置启动时显示的地址。',
         '暂无内容', '收件人：', '主题：', '附件', '设置', '无', '字数', '小时', '分钟', '上午或下午',
         '提示音', '正在播放{name}',
         '没有日历', '日历是存放 iCalendar 文件的文件夹。请用 `--device calendars=DIR` 指定其所在目录，或将其放入手机的 `Library/Calendars`。',
@@ -54,6 +60,7 @@ const tables: Readonly<Record<string, readonly string[]>> = {
         '没有提示音', '提示音列在系统的提示音屏幕上，而此系统没有这样的屏幕。`--device toneController=NAME` 可指定要使用的屏幕。'],
     ar: ['رجوع', 'حذف', 'تم', 'إلغاء', 'تحرير', 'حفظ', 'إضافة', 'مشاركة', 'نشر', 'إرسال', 'محدد', 'جارٍ التحميل', 'الوضع الداكن',
         'جارٍ الاتصال…', 'انقطع الاتصال. تجري إعادة الاتصال…', 'تعذر الوصول إلى الإعدادات', 'ستتم إعادة محاولة الاتصال تلقائيًا.', 'إعادة المحاولة',
+        'أُعيد تشغيل الإعدادات. افتح العنوان الذي عرضته.', 'افتح العنوان الذي عرضته الإعدادات عند بدء التشغيل.',
         'لا يوجد شيء بعد', 'إلى:', 'الموضوع:', 'المرفقات', 'الإعدادات', 'لا شيء', 'الأحرف', 'الساعات', 'الدقائق', 'صباحًا أو مساءً',
         'نغمات التنبيه', 'يجري تشغيل {name}',
         'لا توجد تقويمات', 'التقويمات مجلدات تضم ملفات iCalendar. حدد مكانها باستخدام `--device calendars=DIR`، أو ضعها في `Library/Calendars` على الهاتف.',
