@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The only translation unit that includes the HTTP and WebSocket library, which costs each one many seconds
-// to compile; Channel.h, HTTPMessages.h and PageStream.h are parts of it.
+// to compile; Channel.h, HTTPMessages.h, PageStream.h and SoundRequests.h are parts of it.
 #include "settings/server/Server.h"
 
 #include <fcntl.h>
@@ -39,6 +39,7 @@
 #include "settings/server/Places.h"
 #include "settings/server/Responder.h"
 #include "settings/server/Secret.h"
+#include "settings/server/SoundRequests.h"
 
 namespace settings {
 
@@ -53,14 +54,6 @@ constexpr std::size_t maximumReadAheadBytes = 2 * maximumHeaderBytes;
 void keepFromChildren(int descriptor) {
     fcntl(descriptor, F_SETFD, FD_CLOEXEC);
 }
-
-/// A request whose sound the application has been asked for. The timer's end is the end of the waiting.
-struct SoundWait {
-    explicit SoundWait(asio::io_context& io) : timer(io) {}
-
-    asio::steady_timer timer;
-    std::optional<platform::Result<platform::ToneSound>> sound;
-};
 
 }  // namespace
 
@@ -126,10 +119,7 @@ class Server::Core {
     /// Takes the answer to soundAsked() over to the server's thread; nobody may be waiting any more.
     void giveSound(SoundRequestId request, platform::Result<platform::ToneSound> sound) {
         asio::post(io_, [this, request, sound = std::move(sound)]() mutable {
-            const auto found = sounds_.find(request);
-            if (found == sounds_.end()) return;
-            found->second->sound = std::move(sound);
-            found->second->timer.cancel();
+            sounds_.give(request, std::move(sound));
         });
     }
 
@@ -248,35 +238,13 @@ class Server::Core {
                 co_return;
             }
             if (const auto* wanted = std::get_if<AskForSound>(&answer))
-                answer = co_await soundResponse(requestFrom(parser.get()), wanted->identifier);
+                answer = co_await sounds_.ask(requestFrom(parser.get()), wanted->identifier);
             stream.expires_after(options_.limits.requestTimeout);
             const bool goesOn = co_await write(stream, parser.get(), std::move(std::get<Response>(answer)));
             place.set(Activity::Idle);
             if (!goesOn) break;
         }
         co_await hangUp(stream, options_.limits.closeTimeout);
-    }
-
-    /// Only this connection waits meanwhile. A page that has gone is found out when it is written to.
-    asio::awaitable<Response> soundResponse(Request request, std::string identifier) {
-        const auto wait = std::make_shared<SoundWait>(io_);
-        const SoundRequestId id = ++lastSound_;
-        sounds_.emplace(id, wait);
-        wait->timer.expires_after(options_.limits.soundTimeout);
-        try {
-            handler_.soundAsked(id, std::move(identifier));
-        } catch (...) {
-            sounds_.erase(id);
-            throw;
-        }
-        co_await wait->timer.async_wait(asResult);
-        sounds_.erase(id);
-        if (!wait->sound) {
-            Response busy = Responder::refusal(503, "The application is busy; the sound can be had later.");
-            busy.fields.emplace_back("Retry-After", "1");
-            co_return busy;
-        }
-        co_return Responder::sound(request, *wait->sound);
     }
 
     Answer decide(const Message& message, std::size_t bytesAfterIt, Places::Place& place) const {
@@ -358,7 +326,6 @@ class Server::Core {
     /// A descriptor of that number or above tells that there are few left.
     std::size_t fewDescriptorsFrom_ = 0;
     ConnectionId lastConnection_ = 0;
-    SoundRequestId lastSound_ = 0;
     bool stopping_ = false;
     asio::io_context io_{1};
     tcp::acceptor acceptor_{io_};
@@ -366,7 +333,7 @@ class Server::Core {
     std::map<ConnectionId, std::shared_ptr<Channel>> channels_;
     /// Those of the channels that have ended, with messages that were not taken yet.
     std::set<ConnectionId> closed_;
-    std::map<SoundRequestId, std::shared_ptr<SoundWait>> sounds_;
+    SoundRequests sounds_{io_, handler_, options_.limits.soundTimeout};
     std::thread thread_;
 };
 

@@ -99,9 +99,10 @@ test('Slider_withItsTitleAbove_isSeventyHighBetweenItsImages', async () => {
     assert.ok(Math.abs(title.y + title.height / 2 - box.y - 18) <= 1, 'the title stands in the upper half');
     assert.ok(Math.abs(control.y + control.height / 2 - box.y - 50) <= 1, 'the slider stands in the lower half');
     assert.equal(control.height, 44);
-    const images = await item.locator('.stencil').evaluateAll((each) => each.map((element) => [getComputedStyle(element).maskImage, element.getBoundingClientRect().x]));
-    assert.match(images[0][0], /SpeakerMute/);
-    assert.match(images[1][0], /SpeakerMax/);
+    await ui.page.waitForFunction(() => [...document.querySelectorAll('.stencil')].every((each) => getComputedStyle(each).maskImage.startsWith('url("blob:')));
+    const images = await item.locator('.stencil').evaluateAll((each) => each.map((element) => [element.dataset.image, element.getBoundingClientRect().x, getComputedStyle(element).maskImage]));
+    assert.deepEqual(images.map(([name]) => name), ['SpeakerMute@2x', 'SpeakerMax@2x']);
+    assert.notEqual(images[0][2], images[1][2]);
     assert.ok(images[0][1] < control.x && images[1][1] >= control.x + control.width);
     await ui.close();
 });

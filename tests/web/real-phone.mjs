@@ -2,7 +2,8 @@
 // A real Settings application for browser tests, on a root of its own: started, asked for its address, and ended by its
 // process id. QUIETRIX_PROGRAM names the program.
 import { spawn, spawnSync } from 'node:child_process';
-import { mkdtemp, readdir, readFile, rename, rm, writeFile } from 'node:fs/promises';
+import { mkdir, mkdtemp, readdir, readFile, rename, rm, writeFile } from 'node:fs/promises';
+import { createServer } from 'node:net';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { createInterface } from 'node:readline';
@@ -24,6 +25,17 @@ function xml(value) {
 
 export const profile = (title, values = {}) => ({ identifier: `ID-${title}`, title, enabled: true, ...values });
 
+/** A port that nobody listens on now, and that nobody else is given for "any free one". */
+export async function freePort() {
+    for (;;) {
+        const port = 20_000 + Math.floor(Math.random() * 12_000);
+        const probe = createServer();
+        const free = await new Promise((resolve) => { probe.once('error', () => resolve(false)).listen(port, '127.0.0.1', () => resolve(true)); });
+        await new Promise((resolve) => { probe.close(resolve); });
+        if (free) return port;
+    }
+}
+
 /** The row of a list that has these words, as whole words. */
 export const row = (page, words) => page.locator('.list .row', { hasText: new RegExp(`(?<!\\p{L})${words}(?!\\p{L})`, 'u') });
 
@@ -42,8 +54,11 @@ export async function openPhone(session, options = {}, pageOptions = {}) {
     };
 }
 
-/** Starts the application; `device` are its device settings, `profiles` and `enabled` what its files hold. */
-export async function startPhone({ device = {}, profiles = [], enabled = true } = {}) {
+/**
+ * Starts the application; `device` are its device settings, `profiles` and `enabled` what its files hold. With a `port` it
+ * listens there, and its secret is kept for restart().
+ */
+export async function startPhone({ device = {}, profiles = [], enabled = true, port = null } = {}) {
     const directory = await mkdtemp(join(tmpdir(), 'quietrix-phone-'));
     const root = join(directory, 'phone');
     const path = (name) => join(root, preferences, name);
@@ -86,22 +101,36 @@ export async function startPhone({ device = {}, profiles = [], enabled = true } 
     await write('com.velmora.quietrix.plist', { 'com.velmora.quietrix.enabled': enabled });
 
     let errors = '';
-    const child = spawn(program, ['serve', ...options], { env: environment, stdio: ['ignore', 'pipe', 'pipe'] });
-    child.stderr.on('data', (data) => { errors += data; });
-    const ended = new Promise((resolve) => child.on('exit', resolve));
-    phone.url = await new Promise((resolve, reject) => {
-        createInterface({ input: child.stdout }).on('line', (line) => {
-            const address = /http:\/\/\S+/.exec(line);
-            if (address) resolve(address[0]);
+    let child = null;
+    let ended = null;
+    const runtime = join(directory, 'runtime');
+    await mkdir(runtime, { mode: 0o700 });
+    const start = async (more = []) => {
+        const listening = port === null ? [] : ['--port', `${port}`];
+        child = spawn(program, ['serve', ...options, ...listening, ...more], { env: { ...environment, XDG_RUNTIME_DIR: runtime }, stdio: ['ignore', 'pipe', 'pipe'] });
+        child.stderr.on('data', (data) => { errors += data; });
+        ended = new Promise((resolve) => child.on('exit', resolve));
+        phone.url = await new Promise((resolve, reject) => {
+            createInterface({ input: child.stdout }).on('line', (line) => {
+                const address = /http:\/\/\S+/.exec(line);
+                if (address) resolve(address[0]);
+            });
+            child.on('error', reject);
+            child.on('exit', (status) => reject(new Error(`the application ended with ${status}: ${errors}`)));
         });
-        child.on('error', reject);
-        child.on('exit', (status) => reject(new Error(`the application ended with ${status}: ${errors}`)));
-    });
-    phone.close = async () => {
+    };
+    await start();
+    const end = async () => {
         child.kill('SIGTERM');
         const status = await ended;
-        await rm(directory, { recursive: true, force: true });
         if (status !== 0) throw new Error(`the application ended with ${status}: ${errors}`);
+    };
+    phone.restart = async (...more) => {
+        await end();
+        await start(more);
+    };
+    phone.close = async () => {
+        try { await end(); } finally { await rm(directory, { recursive: true, force: true }); }
     };
     return phone;
 }

@@ -62,14 +62,12 @@ export function fill(colour: Colour, ground: Rgb, scale: number): Styles {
     if (typeof colour === 'string') return { 'background-color': colour };
     const sample = patternSample(colour.pattern);
     const veil = sample ? veilFor(mix(sample.brightest, ground, colour.alpha)) : cautiousVeil;
-    // The solid colour shows until the image comes.
-    const solidColour = { 'background-color': css(mix(black, sample?.average ?? ground, sample ? veil : 0.7)) };
     const url = imageUrl(colour.pattern);
-    if (url === null) return solidColour;
-    const layers = [layer(url, scale)];
+    const layers = url === null ? [] : [layer(url, scale)];
     if (colour.alpha < 1) layers.unshift(wash(ground, 1 - colour.alpha));
     if (veil > 0) layers.unshift(wash(black, veil));
-    return { ...solidColour, 'background-image': layers.join(', ') };
+    // The solid colour shows until the image comes, and should there be none.
+    return { 'background-color': css(mix(black, sample?.average ?? ground, sample ? veil : 0.7)), 'background-image': layers.join(', ') || null };
 }
 
 const wash = (colour: Rgb, alpha: number): string => {

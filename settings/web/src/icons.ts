@@ -30,5 +30,5 @@ export const statusGlyphs = (): TemplateResult => html`
 export const stencil = (name: string): TemplateResult => {
     const url = imageUrl(name);
     // Nothing shows through a stencil that is not there.
-    return html`<span class="stencil" aria-hidden="true" ${styles({ 'mask-image': url === null ? 'linear-gradient(transparent, transparent)' : `url("${url}")` })}></span>`;
+    return html`<span class="stencil" aria-hidden="true" data-image=${name} ${styles({ 'mask-image': url === null ? 'linear-gradient(transparent, transparent)' : `url("${url}")` })}></span>`;
 };
