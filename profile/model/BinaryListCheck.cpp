@@ -61,9 +61,11 @@ bool BinaryListCheck::checkTrailer() {
 }
 
 bool BinaryListCheck::checkObjectCount() {
-    // Only a list whose objects share their bytes, made to exhaust memory, has so many. A small one cannot.
+    // An object has a byte and an offset of four in a large list. Far more of them only a list has whose
+    // objects share their bytes, made to exhaust memory; a small one cannot.
     const std::uint64_t size = list_.bytes_.size();
-    return size <= BinaryList::largeSize || list_.count_ * sizeof(Extent) <= 2 * size ||
+    constexpr std::uint64_t bytesEach = 5;
+    return size <= BinaryList::largeSize || list_.count_ <= size / bytesEach + 1 ||
            fail("there are more objects than the file has room for", size - trailerSize + 8);
 }
 

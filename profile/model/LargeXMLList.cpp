@@ -18,7 +18,7 @@ using Kind = platform::XMLScanner::Kind;
 namespace {
 
 /// So much text is converted in one piece. The values made of it take some ten times as much for a moment.
-constexpr std::size_t pieceSize = std::size_t{1} << 20;
+constexpr std::size_t pieceSize = std::size_t{1} << 18;
 /// The part of a document that one element may be, as it cannot be converted in parts.
 constexpr std::size_t largestShare = 16;
 

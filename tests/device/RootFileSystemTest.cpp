@@ -341,7 +341,7 @@ TEST_F(RootFileSystemTest, stampOfWhatCannotBeLookedAt_isAnError) {
 
 TEST_F(RootFileSystemTest, stampInADirectoryWithoutSearchPermission_isAnError) {
     fs::create_directory(root / "closed");
-    writeText(root / "closed" / "f", "a");
+    writeText(root / "closed/f", "a");
     fs::permissions(root / "closed", fs::perms::none);
     // The administrator may look everywhere, so the look is another user's then.
     constexpr uid_t nobody = 65534;
