@@ -53,6 +53,8 @@ void appendEntry(std::string& line, const Value& value) {
     line += '=';
     if (const auto object = value.object()) {
         appendObject(line, *object);
+    } else if (const std::string* text = value.string()) {
+        appendText(line, *text);
     } else if (!isContainer(value)) {
         appendText(line, value.description());
     }
@@ -76,6 +78,7 @@ std::string userInfoLine(const Value& userInfo) {
 /// Equal texts as equal numbers.
 class Numbers {
   public:
+    void expect(std::size_t texts) { numbers_.reserve(texts); }
     std::size_t of(std::string text) {
         return numbers_.try_emplace(std::move(text), numbers_.size()).first->second;
     }
@@ -112,7 +115,9 @@ class Candidates {
 
 /// A row as it is told from others: numbers for what it is, and for that with its name.
 struct Likeness {
+    /// None for a hole in the list.
     std::size_t kind = none;
+    /// None unless the name is asked for.
     std::size_t named = none;
     /// Whether it has more than its name to be known by.
     bool isIdentified = false;
@@ -151,6 +156,7 @@ class RowMatching {
     Likeness likenessOf(const PSSpecifier& specifier);
     std::vector<Likeness> likenesses(std::span<const KeyedRow> rows);
     void matchTheOnlyOfTheirKind(const std::vector<Likeness>& before, const std::vector<Likeness>& now);
+    void nameRow(const KeyedRow& row, Likeness& likeness);
     void matchWithinSections(const std::vector<Likeness>& before, const std::vector<Likeness>& now);
     void matchWhatIsLeft(const std::vector<Likeness>& before, const std::vector<Likeness>& now);
 
@@ -191,10 +197,14 @@ Likeness RowMatching::likenessOf(const PSSpecifier& specifier) {
     Likeness likeness;
     likeness.isIdentified = specifier.identifier().has_value() || !specifier.userInfo().isNil();
     likeness.kind = kinds_.of(std::move(line));
-    line = std::to_string(likeness.kind);
-    line += specifier.name() ? '+' : '-';
-    likeness.named = names_.of(line + specifier.name().value_or(""));
     return likeness;
+}
+
+void RowMatching::nameRow(const KeyedRow& row, Likeness& likeness) {
+    if (likeness.kind == none) return;
+    std::string line = std::to_string(likeness.kind);
+    line += row.specifier->name() ? '+' : '-';
+    likeness.named = names_.of(line + row.specifier->name().value_or(""));
 }
 
 std::vector<Likeness> RowMatching::likenesses(std::span<const KeyedRow> rows) {
@@ -207,9 +217,16 @@ std::vector<Likeness> RowMatching::likenesses(std::span<const KeyedRow> rows) {
 void RowMatching::matchLikeRows() {
     const auto isNew = [](const KeyedRow& row) { return row.key == 0; };
     if (std::ranges::find(taken_, false) == taken_.end() || std::ranges::none_of(now_, isNew)) return;
-    const std::vector<Likeness> before = likenesses(before_);
-    const std::vector<Likeness> now = likenesses(now_);
+    kinds_.expect(before_.size() + now_.size());
+    std::vector<Likeness> before = likenesses(before_);
+    std::vector<Likeness> now = likenesses(now_);
     matchTheOnlyOfTheirKind(before, now);
+    for (std::size_t row = 0; row < before.size(); ++row) {
+        if (!taken_[row]) nameRow(before_[row], before[row]);
+    }
+    for (std::size_t row = 0; row < now.size(); ++row) {
+        if (isNew(now_[row])) nameRow(now_[row], now[row]);
+    }
     matchWithinSections(before, now);
     matchWhatIsLeft(before, now);
 }
@@ -245,12 +262,12 @@ void RowMatching::matchWithinSections(const std::vector<Likeness>& before, const
     }
     Candidates<Place, PlaceHash> candidates(before.size());
     for (std::size_t row = before.size(); row-- > 0;) {
-        if (before[row].kind != none) candidates.add(places[row], row);
+        if (before[row].named != none) candidates.add(places[row], row);
     }
     section = 0;
     for (std::size_t index = 0; index < now.size(); ++index) {
         KeyedRow& row = now_[index];
-        if (row.key == 0 && now[index].kind != none) {
+        if (row.key == 0 && now[index].named != none) {
             const std::size_t same = candidates.first({now[index].named, isGroup(row) ? 0 : section}, taken_);
             if (same != none) give(same, row);
         }
@@ -264,10 +281,10 @@ void RowMatching::matchWithinSections(const std::vector<Likeness>& before, const
 void RowMatching::matchWhatIsLeft(const std::vector<Likeness>& before, const std::vector<Likeness>& now) {
     Candidates<std::size_t> candidates(before.size());
     for (std::size_t row = before.size(); row-- > 0;) {
-        if (before[row].kind != none && !taken_[row]) candidates.add(before[row].named, row);
+        if (before[row].named != none && !taken_[row]) candidates.add(before[row].named, row);
     }
     for (std::size_t index = 0; index < now.size(); ++index) {
-        if (now_[index].key != 0 || now[index].kind == none) continue;
+        if (now_[index].key != 0 || now[index].named == none) continue;
         const std::size_t same = candidates.first(now[index].named, taken_);
         if (same != none) give(same, now_[index]);
     }

@@ -160,6 +160,10 @@ TEST_F(RowKeysTest, severalOfOneKind_areToldByTheirNames) {
     const Keys now = follow({row("b"), row("c")});
     EXPECT_EQ(first[1], now[0]);
     EXPECT_NE(first[0], now[1]);
+    const Keys one = follow({row("d")});
+    EXPECT_FALSE(std::ranges::count(now, one[0])) << "there were two that it could have been";
+    const Keys two = follow({row("e"), row("d")});
+    EXPECT_EQ(one[0], two[1]) << "the other one is not it";
 }
 
 TEST_F(RowKeysTest, equalRows_areToldByTheirPlace) {
