@@ -1,0 +1,404 @@
+# SPDX-License-Identifier: MIT
+"""Runs entries on the real program and on the model, side by side. The first thing on which they differ is a Failure."""
+import itertools
+import os
+import shutil
+import signal
+import tempfile
+import wave
+
+import Answers
+import Outside
+from Disk import BROKEN, NO_FILE, SWITCH, read_plist
+from Phone import APPLIED
+from Process import Process
+from Promises import WRITES_WHAT_WAS_CHANGED
+from Rows import CALENDARS, NETWORKS
+from Scripts import command_of, line_of
+from World import World, distinct, successors
+
+PROFILES = "var/mobile/Library/Preferences/com.velmora.quietrix.profiles.plist"
+SETTINGS = "var/mobile/Library/Preferences/com.velmora.quietrix.plist"
+MAIN, SECOND = 0, 1
+NAMES = ("the first process", "the second process")
+# Only what hangs takes longer, on a slow machine too.
+PATIENCE = 120
+ERROR_LINES = ("Please open https://",)
+COLOURS = ("#0000ff", "#00ff00")
+
+
+class Failure(Exception):
+    def __init__(self, rule, text):
+        super().__init__(f"{rule}: {text}")
+        self.rule = rule
+
+
+class Sources:
+    """A folder with the calendars, networks and tones of the phones under test."""
+
+    def __init__(self):
+        # In memory where that can be had: the program syncs each change.
+        memory = "/dev/shm"
+        parent = memory if os.path.isdir(memory) and os.access(memory, os.W_OK) else None
+        self.directory = tempfile.mkdtemp(prefix="quietrix-machine-", dir=parent)
+        for (account, identifier, name), colour in zip(CALENDARS, COLOURS):
+            folder = os.path.join(self.directory, "calendars", identifier)
+            os.makedirs(folder)
+            for file_name, text in (("displayname", name), ("color", colour)):
+                with open(os.path.join(folder, file_name), "w", encoding="utf-8") as file:
+                    file.write(text + "\n")
+        Outside.replace_with_list(self._path("networks.plist"), [{"SSID": name} for name in NETWORKS])
+        os.makedirs(self._path("tones"))
+        for name in ("Bell", "Chord"):
+            with wave.open(self._path(f"tones/{name}.wav"), "wb") as sound:
+                sound.setparams((1, 2, 8000, 0, "NONE", ""))
+                sound.writeframes(b"\0\0" * 80)
+
+    def _path(self, name):
+        return os.path.join(self.directory, name)
+
+    def device(self):
+        return {"clock": "2026-11-20T09:00:00", "mailAccount": "user@example.org", "calendars": self._path("calendars"),
+                "networks": self._path("networks.plist"), "tones": self._path("tones")}
+
+    def remove(self):
+        shutil.rmtree(self.directory, ignore_errors=True)
+
+
+class Machine:
+    """One fresh phone. `merges` is what the program promises (see Promises)."""
+
+    def __init__(self, program, bundle, sources, merges=WRITES_WHAT_WAS_CHANGED):
+        self._program = program
+        self._bundle = bundle
+        self._sources = sources
+        self._directory = tempfile.mkdtemp(prefix="root-", dir=sources.directory)
+        self.root = os.path.join(self._directory, "phone")
+        self._processes = {}
+        self._last = {}
+        self._stamps = None
+        self._found = (NO_FILE, {SWITCH: False})
+        self._broken = None
+        self.worlds = [World({SWITCH: False}, merges)]
+        self.commands = 0
+        self.start(MAIN)
+
+    @property
+    def world(self):
+        return self.worlds[0]
+
+    @property
+    def found_root(self):
+        return self._found[0]
+
+    # Processes
+
+    def start(self, who):
+        environment = {key: value for key, value in os.environ.items() if key not in ("DISPLAY", "WAYLAND_DISPLAY")}
+        self._processes[who] = Process(self._program, self._bundle, root=self.root, device=self._sources.device(),
+                                       time_limit=PATIENCE, environment=environment)
+        for world in self.worlds:
+            world.start(who)
+        self._last.pop(who, None)
+        first = self._ask(who, {"do": "state"})
+        names = [event["class"] for event in first["state"]["events"] if event["event"] == "push"]
+        self._require(names == [self.world.phones[who].screen.name], "start", f"the program began with {names}")
+        self._check_settled(who, first, is_start=True)
+
+    def end(self, who):
+        process = self._processes.pop(who)
+        process.close()
+        status = process.process.returncode
+        self._forget(who)
+        self._require(status == 0, "end", f"the program ended with status {status}")
+
+    def close(self):
+        """Ends what runs, whatever state it is in, and takes the root away."""
+        self.end_all()
+        shutil.rmtree(self._directory, ignore_errors=True)
+
+    def end_all(self):
+        """Ends what runs and leaves the root."""
+        for process in self._processes.values():
+            process.kill()
+            process.close()
+        self._processes = {}
+
+    def is_running(self, who):
+        return who in self._processes
+
+    def _forget(self, who):
+        for world in self.worlds:
+            world.end(who)
+
+    # Entries
+
+    def run(self, entry):
+        """One command or outside change; a Failure when the program does what it must not."""
+        if "outside" not in entry:
+            self.command(MAIN, entry)
+        elif entry["outside"] != "command" or self.is_running(SECOND):
+            getattr(self, "outside_" + entry["outside"])(entry)
+        self._check_error_lines()
+
+    def command(self, who, entry):
+        before = self._stamps
+        answer = self._ask(who, entry)
+        self.commands += 1
+        if "outside" not in entry and "id" in command_of(entry) and answer["ok"]:
+            self._require(answer.get("id") == entry["id"], "id", f"{answer.get('id')} came back for {entry['id']}")
+        self._succeed(who, command_of(entry), answer)
+        self._check_files()
+        self._require(answer["ok"] or before == self._stamps, "refusal", "a refused command has written a file")
+
+    def _succeed(self, who, command, answer):
+        survivors, problem = successors(self.worlds, who, command, answer)
+        self._require(survivors, "answer", f"{NAMES[who]}: {problem}")
+        self.worlds = distinct(survivors)
+
+    def _ask(self, who, entry):
+        try:
+            answer = self._processes[who].ask(line_of(entry))
+        except (AssertionError, ValueError, KeyError, BrokenPipeError) as error:
+            raise Failure("channel", str(error)) from error
+        self._check_revision(who, answer["state"])
+        return answer
+
+    def _check_revision(self, who, state):
+        last = self._last.get(who)
+        self._last[who] = state
+        if last is None:
+            return
+        step = state["revision"] - last["revision"]
+        self._require(step >= 0 and (step > 0 or not state["events"]), "revision",
+                      f"{last['revision']} was followed by {state['revision']} with the events {state['events']}")
+        self._require(state["protocol"] == 1, "protocol", state["protocol"])
+
+    # Outside changes
+
+    def outside_command(self, entry):
+        """A command to the second process."""
+        self.command(SECOND, entry["command"])
+
+    def outside_start(self, _):
+        if not self.is_running(SECOND):
+            self.start(SECOND)
+
+    def outside_end(self, _):
+        if self.is_running(SECOND):
+            self.end(SECOND)
+
+    def outside_restart(self, _):
+        self.end(MAIN)
+        self.start(MAIN)
+
+    def outside_both(self, entry):
+        """A command to each process at the same time. Their states are looked at when both have come to rest."""
+        if not self.is_running(SECOND):
+            return
+        commands = {who: {**entry[key], "from": 0, "count": 0} for who, key in ((MAIN, "first"), (SECOND, "second"))}
+        for who, command in commands.items():
+            self._processes[who].send(line_of(command).encode() + b"\n")
+        answers = {who: self._processes[who].receive() for who in commands}
+        for who, answer in answers.items():
+            self._check_revision(who, answer["state"])
+        self.commands += 2
+        survivors = []
+        problem = None
+        for world in self.worlds:
+            for found, wrong in both(world, commands, answers):
+                problem = problem or wrong
+                if found:
+                    survivors.append(found)
+        self._require(survivors, "both", problem)
+        self.worlds = distinct(survivors)
+        self._check_files()
+        for who in commands:
+            self.command(who, {"do": "state"})
+
+    def outside_kill(self, entry):
+        """The program is killed while it does a command, and started again."""
+        command = entry["during"]
+        process = self._processes.pop(MAIN)
+        process.send(line_of(command).encode() + b"\n")
+        process.answers_within(entry["after"])
+        process.kill()
+        output = process.rest_of_output()
+        process.close()
+        is_answered = output.endswith(b"\n")
+        done = [] if is_answered else [world.copy() for world in self.worlds]
+        for world in self.worlds:
+            world.perform(MAIN, command_of(command), [])
+            for other in world.others(MAIN):
+                # Killed before it had told them, or after.
+                world.maybe[other] |= set(world.phones[MAIN].posted)
+                world.inboxes[other] -= set(world.phones[MAIN].posted)
+        self.worlds += done
+        self._forget(MAIN)
+        self._check_files()
+        self.start(MAIN)
+
+    def outside_killShell(self, _):
+        """The system shell is killed; its screens are told when it is back."""
+        for shell in self._processes[MAIN].shells():
+            os.kill(shell, signal.SIGKILL)
+            for world in self.worlds:
+                world.shell_killed()
+        self._settle()
+
+    def outside_removeProfiles(self, entry):
+        self._settle()
+        if os.path.exists(self._path(PROFILES)):
+            os.unlink(self._path(PROFILES))
+            self._write_model(NO_FILE)
+        self._post(entry.get("post"))
+
+    def outside_file(self, entry):
+        """Another program rewrites the profiles file."""
+        self._settle()
+        if isinstance(self.found_root, dict):
+            changed = Outside.changed(self.found_root, entry)
+            if changed is not None:
+                Outside.replace_with_list(self._path(PROFILES), changed)
+                self._write_model(changed)
+        self._post(entry.get("post"))
+
+    def outside_break(self, entry):
+        """The profiles file becomes one that nobody can read, until it is mended."""
+        self._settle()
+        if isinstance(self.found_root, dict):
+            self._broken = (entry["bytes"].encode(), self.found_root)
+            Outside.replace(self._path(PROFILES), self._broken[0])
+            self._write_model(BROKEN)
+        self._post(entry.get("post"))
+
+    def outside_mend(self, entry):
+        self._settle()
+        if self._broken and self.found_root == BROKEN:
+            Outside.replace_with_list(self._path(PROFILES), self._broken[1])
+            self._write_model(self._broken[1])
+            self._broken = None
+        self._post(entry.get("post"))
+
+    def outside_removeNotifications(self, _):
+        self._settle()
+        shutil.rmtree(os.path.join(self.root, Outside.NOTIFICATIONS))
+        if not self.world.merges:
+            # Whoever listened there is deaf: what comes after is not promised.
+            for who in list(self._processes):
+                self.end(who)
+                self.start(who)
+            return
+        for world in self.worlds:
+            world.deaf = set(self._processes)
+        for who in self._processes:
+            self._hear_again(who)
+
+    def _hear_again(self, who):
+        for _ in range(PATIENCE):
+            self.command(MAIN, {"do": "post", "name": APPLIED})
+            self.command(who, {"do": "wait", "event": "darwinReceived", "name": APPLIED, "seconds": 1})
+            if any(APPLIED in Answers.heard(self._last[each]["events"]) for each in {MAIN, who}):
+                if who == MAIN or APPLIED in Answers.heard(self._last[who]["events"]):
+                    for world in self.worlds:
+                        world.deaf.discard(who)
+                    return
+        raise Failure("deaf", f"process {who} never heard again of a notification")
+
+    def _settle(self):
+        """Nothing is on its way any more: what happens next happens after it on every screen."""
+        for who in list(self._processes):
+            tries = 0
+            while any(world.waits_for_shell[who] for world in self.worlds) and tries < 2:
+                self.command(who, {"do": "wait", "event": "darwinReceived", "name": APPLIED, "seconds": 5})
+                tries += 1
+            for world in self.worlds:
+                world.waits_for_shell[who] = 0
+            if any(world.inboxes[who] | world.maybe[who] for world in self.worlds):
+                self.command(who, {"do": "state"})
+                for world in self.worlds:
+                    world.maybe[who].clear()
+
+    def _post(self, name):
+        if name is None:
+            return
+        Outside.post(self.root, name)
+        for world in self.worlds:
+            world.send(name, world.phones)
+
+    def _write_model(self, root):
+        for world in self.worlds:
+            world.disk.write(root)
+        self._check_files()
+
+    # Checks
+
+    def _path(self, name):
+        return os.path.join(self.root, name)
+
+    def _check_settled(self, who, answer, is_start):
+        for world in self.worlds:
+            world.phones[who].story = Answers.told(answer["state"]["events"]) if is_start else []
+            problem = world.hear(who, Answers.heard(answer["state"]["events"]), [])
+            problem = problem or world.answer(who, True, {"do": "state"}, answer)
+            self._require(not problem, "start", problem)
+        self._check_files()
+
+    def _check_files(self):
+        stamps = tuple(self._stamp(name) for name in (PROFILES, SETTINGS))
+        if stamps != self._stamps or self._stamps is None:
+            profiles = read_plist(self._path(PROFILES), meant_broken=self._broken is not None)
+            self._found = (profiles, read_plist(self._path(SETTINGS)))
+            self._stamps = stamps
+            if profiles == BROKEN and self._broken:
+                with open(self._path(PROFILES), "rb") as file:
+                    self._require(file.read() == self._broken[0], "rescue", "a file that nobody can read has changed")
+        problems = [world.disk.compare(*self._found) for world in self.worlds]
+        self.worlds = [world for world, problem in zip(self.worlds, problems) if not problem]
+        self._require(self.worlds, "files", problems[0])
+
+    def _stamp(self, name):
+        try:
+            status = os.stat(self._path(name))
+        except FileNotFoundError:
+            return None
+        return status.st_ino, status.st_size, status.st_mtime_ns
+
+    def _check_error_lines(self):
+        for process in self._processes.values():
+            for line in process.new_error_lines():
+                self._require(Answers.is_known_line(line) or line.startswith(ERROR_LINES), "error line", line)
+
+    @staticmethod
+    def _require(holds, rule, text):
+        if not holds:
+            raise Failure(rule, text)
+
+
+def both(world, commands, answers):
+    """Two commands at the same time: the worlds of either order, and of what was heard before a command or after it,
+    each with what is wrong in it."""
+    names = {who: Answers.heard(answers[who]["state"]["events"]) for who in commands}
+    for order in (tuple(commands), tuple(reversed(commands))):
+        for hear_early in itertools.product((False, True), repeat=2):
+            present = world.copy()
+            done, early, problem = {}, {}, None
+            for who, is_early in zip(order, hear_early):
+                waiting = present.inboxes[who] | present.maybe[who]
+                early[who] = [name for name in names[who] if is_early and name in waiting]
+                done[who] = present.perform(who, commands[who], early[who])
+            if any(is_early and not early[who] for who, is_early in zip(order, hear_early)):
+                continue
+            for who in order:
+                others = [name for other in order if other != who for name in present.phones[other].posted]
+                late = [name for name in names[who] if name not in early[who]]
+                problem = problem or present.hear(who, names[who], late, optional=others)
+                present.maybe[who] |= set(others)
+            for who in order:
+                phone = present.phones[who]
+                phone.look()
+                wrong = Answers.check_events(phone, answers[who]["state"]["events"])
+                if answers[who]["ok"] is not done[who]:
+                    wrong = f"ok is {answers[who]['ok']} and not {done[who]}"
+                problem = problem or (wrong and f"{NAMES[who]}: {wrong}")
+            yield (None if problem else present), problem

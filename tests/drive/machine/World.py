@@ -1,0 +1,168 @@
+# SPDX-License-Identifier: MIT
+"""What may be true of the phone: the files, the processes on them, and the notifications on their way. Where two
+things happen at once there are several worlds, until what the program shows leaves one."""
+import copy
+
+import Answers
+from Disk import Disk
+from Phone import APPLIED, RELAYED, Phone
+from Records import Record
+from Rows import Row
+from Store import Store
+
+
+class World:
+    def __init__(self, settings, merges):
+        self.merges = merges
+        self.disk = Disk(settings)
+        self.phones = {}
+        self.inboxes = {}
+        # What may still come although nobody knows that it was sent.
+        self.maybe = {}
+        self.waits_for_shell = {}
+        self.shell_was_killed = False
+        self.deaf = set()
+
+    def copy(self):
+        # What was read from files is never changed, and most of what there is to copy.
+        files = [self.disk.root, self.disk.settings] + [phone.store.root for phone in self.phones.values()]
+        return copy.deepcopy(self, {id(file): file for file in files})
+
+    def start(self, who):
+        self.phones[who] = Phone(self.disk, self.merges)
+        self.inboxes[who] = set()
+        self.maybe[who] = set()
+        self.waits_for_shell[who] = 0
+
+    def end(self, who):
+        for table in (self.phones, self.inboxes, self.maybe, self.waits_for_shell):
+            table.pop(who, None)
+        self.deaf.discard(who)
+
+    def others(self, who):
+        return [other for other in self.phones if other != who]
+
+    def send(self, name, targets):
+        for target in targets:
+            self.inboxes[target].add(name)
+
+    def shell_killed(self):
+        self.shell_was_killed = True
+        for who in self.phones:
+            self.waits_for_shell[who] += 1
+
+    def perform(self, who, command, early):
+        """Does the command after the `early` notifications; whether it is done."""
+        phone = self.phones[who]
+        for name in early:
+            phone.deliver(name)
+        done = phone.perform(command)
+        self.send_posted(who)
+        return done
+
+    def send_posted(self, who):
+        phone = self.phones[who]
+        self.send_all(phone.posted, self.others(who))
+        if phone.has_killed_shell:
+            self.shell_killed()
+
+    def send_all(self, names, targets):
+        for name in names:
+            self.send(name, targets)
+
+    def hear(self, who, names, late, optional=()):
+        """Takes what was delivered after the command, and says what should not or should have come."""
+        phone = self.phones[who]
+        inbox = self.inboxes[who]
+        own = set(phone.posted)
+        allowed = inbox | own | self.maybe[who] | set(optional)
+        for name in names:
+            if name not in allowed and not (name == APPLIED and self.shell_was_killed):
+                return f"the notification {name} came and nobody had sent it"
+        if who not in self.deaf:
+            lost = ((inbox | own) & set(RELAYED)) - set(names) - set(optional)
+            if lost:
+                return f"notifications did not come: {sorted(lost)}"
+        for name in late:
+            phone.deliver(name)
+        if APPLIED in names and self.waits_for_shell[who]:
+            self.waits_for_shell[who] -= 1
+        inbox.difference_update(names)
+        if not optional:
+            inbox.clear()
+        self.maybe[who].difference_update(names)
+        return None
+
+    def answer(self, who, done, command, answer):
+        """What is wrong with the answer to a command that is `done`, or None."""
+        phone = self.phones[who]
+        events = answer["state"]["events"]
+        if command.get("do") == "wait":
+            wanted = command.get("name")
+            came = [event for event in events if event["event"] == command.get("event")]
+            done = done if done is not None else any(wanted in (None, event.get("name")) for event in came)
+        if answer["ok"] is not done:
+            return f"ok is {answer['ok']} ({answer.get('error')}) and not {done}"
+        if not answer["ok"] and not answer.get("error"):
+            return "a refusal without a reason"
+        phone.look()
+        return Answers.check_events(phone, events) or Answers.check_state(phone, answer["state"])
+
+
+def successors(worlds, who, command, answer):
+    """The worlds in which the answer is right, and what was wrong in the first that is not."""
+    names = Answers.heard(answer["state"]["events"])
+    survivors, problems = [], []
+    for world in worlds:
+        waiting = [name for name in names if name in world.inboxes[who] | world.maybe[who]
+                   or (name == APPLIED and world.shell_was_killed)]
+        orders = [False, True] if waiting else [False]
+        for place, comes_early in enumerate(orders):
+            present = world.copy() if place + 1 < len(orders) else world
+            early = waiting if comes_early else []
+            late = [name for name in names if name not in early]
+            done = present.perform(who, command, early)
+            problem = present.hear(who, names, late) or present.answer(who, done, command, answer)
+            if problem:
+                problems.append(problem)
+            else:
+                survivors.append(present)
+    return survivors, problems[0] if problems else None
+
+
+def distinct(worlds):
+    """The worlds without those that equal an earlier one."""
+    found = {}
+    for world in worlds if len(worlds) > 1 else ():
+        found.setdefault(_likeness(world, {}), world)
+    return list(found.values()) or worlds
+
+
+# What an answer told is over with it.
+PASSING = ("story", "posted", "has_killed_shell", "queue", "rebuilds", "phone", "merges")
+
+
+def _likeness(value, seen):
+    """Equal for two graphs of objects that look alike, which records and rows are shared in them included."""
+    if isinstance(value, (str, int, float, type(None))):
+        return type(value), value
+    if isinstance(value, set):
+        return frozenset(value)
+    if isinstance(value, dict):
+        return tuple((key, _likeness(value[key], seen)) for key in sorted(value, key=repr))
+    if isinstance(value, (list, tuple)):
+        return tuple([_likeness(element, seen) for element in value])
+    if id(value) in seen:
+        return "seen", seen[id(value)]
+    seen[id(value)] = len(seen)
+    if isinstance(value, Record):
+        return repr(value.values), repr(value.made_from), frozenset(value.set_keys), value.is_new, value.is_touched
+    if isinstance(value, Row):
+        return value.name, value.identifier, value.text, repr(value.cell), _likeness(value.info, seen)
+    if isinstance(value, Store):
+        root = "disk" if value.root is value.disk.root else repr(value.root)
+        return root, value.seen == value.disk.version, value.is_bad, _likeness(value.records, seen)
+    if isinstance(value, Disk):
+        return repr(value.root), repr(value.settings)
+    return type(value), tuple([(key, _likeness(element, seen)) for key, element in vars(value).items()
+                               if key not in PASSING])

@@ -1,0 +1,147 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Random commands with outside changes against a model of the phone.
+
+Usage: state_machine.py PROGRAM BUNDLE [--commands N] [--seed S]... [--replay FILE] [--keep] [--shrink SECONDS]
+
+After each command the answer, the rows, the events and both files are compared with what the model says. A phone
+lives for a few hundred commands, then a fresh one takes its place. What fails is shortened and written as a drive
+script, which --replay runs again. The exit status is 1 then, and 0 when nothing failed.
+"""
+import argparse
+import os
+import random
+import sys
+import tempfile
+import time
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from Generator import Generator  # noqa: E402
+from Machine import Failure, Machine, Sources  # noqa: E402
+from Promises import WRITES_WHAT_WAS_CHANGED  # noqa: E402
+from Scripts import entries_of, script_of  # noqa: E402
+from Shrinker import shrink  # noqa: E402
+
+PHONE_LIFE = 400
+# A fault between two processes may need several tries to show again.
+TRIES = 3
+
+
+class Runs:
+    """Runs of entries, each on a fresh phone."""
+
+    def __init__(self, arguments, sources):
+        self._arguments = arguments
+        self._sources = sources
+        self.commands = 0
+
+    def _machine(self):
+        return Machine(self._arguments.program, self._arguments.bundle, self._sources)
+
+    def random(self, seed, commands):
+        """Random entries; those that were run, and the failure that ended them or None."""
+        generator = Generator(seed, WRITES_WHAT_WAS_CHANGED)
+        entries = []
+        machine = None
+        try:
+            machine = self._machine()
+            while machine.commands < commands:
+                entries.append(generator.next(machine))
+                machine.run(entries[-1])
+            return entries, None
+        except Failure as failure:
+            return entries, failure
+        finally:
+            self._close(machine)
+
+    def replay(self, entries):
+        """The failure of these entries, or None."""
+        machine = None
+        try:
+            machine = self._machine()
+            for entry in entries:
+                machine.run(entry)
+            return None
+        except Failure as failure:
+            return failure
+        finally:
+            self._close(machine)
+
+    def _close(self, machine):
+        if machine:
+            self.commands += machine.commands
+            if not self._arguments.keep:
+                machine.close()
+            else:
+                print(f"the phone is left in {machine.root}", file=sys.stderr)
+                machine.end_all()
+
+    def shortest(self, entries, failure):
+        def fails(part):
+            return any(self._fails_alike(part, failure) for _ in range(tries))
+
+        came = [self._fails_alike(entries, failure) for _ in range(TRIES)]
+        tries = 1 if all(came) else TRIES
+        return shrink(entries, fails, self._arguments.shrink) if any(came) else entries
+
+    def _fails_alike(self, entries, failure):
+        found = self.replay(entries)
+        return found is not None and found.rule == failure.rule
+
+
+def report(runs, entries, failure, seed, arguments):
+    print(f"FAILED with --seed {seed}: {failure}", file=sys.stderr)
+    print(f"shortening {len(entries)} entries, for at most about {arguments.shrink:g} s", file=sys.stderr)
+    entries = runs.shortest(entries, failure)
+    script = script_of(entries, (f"--seed {seed}", str(failure).replace("\n", " ")))
+    with tempfile.NamedTemporaryFile("w", prefix="quietrix-machine-", suffix=".drive", delete=False,
+                                     encoding="utf-8") as file:
+        file.write(script)
+    print(script, file=sys.stderr)
+    print(f"{len(entries)} entries, in {file.name}: run them with --replay {file.name}", file=sys.stderr)
+
+
+def run(arguments, sources):
+    runs = Runs(arguments, sources)
+    if arguments.replay:
+        with open(arguments.replay, encoding="utf-8") as file:
+            failure = runs.replay(entries_of(file.read()))
+        print(failure or "nothing failed")
+        return 1 if failure else 0
+    seeds = arguments.seed or [str(random.SystemRandom().randrange(1_000_000))]
+    began = time.monotonic()
+    for seed in seeds:
+        wanted = arguments.commands // len(seeds)
+        done = runs.commands
+        life = 0
+        while runs.commands - done < wanted:
+            own = seed if life == 0 else f"{seed.split('.')[0]}.{life}"
+            entries, failure = runs.random(own, min(PHONE_LIFE, wanted - (runs.commands - done)))
+            if failure:
+                report(runs, entries, failure, own, arguments)
+                return 1
+            life += 1
+    print(f"{runs.commands} commands of the seeds {', '.join(seeds)} in {time.monotonic() - began:.1f} s: nothing failed")
+    return 0
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
+    parser.add_argument("program")
+    parser.add_argument("bundle")
+    parser.add_argument("--commands", type=int, default=5000)
+    parser.add_argument("--seed", action="append", help="may be given several times; a random one by default")
+    parser.add_argument("--replay", help="runs the entries of a drive script instead")
+    parser.add_argument("--keep", action="store_true", help="leaves the files of the phones where they are")
+    parser.add_argument("--shrink", type=float, default=90, metavar="SECONDS", help="how long a failure is shortened")
+    arguments = parser.parse_args()
+    sources = Sources()
+    try:
+        return run(arguments, sources)
+    finally:
+        if not arguments.keep:
+            sources.remove()
+
+
+if __name__ == "__main__":
+    sys.exit(main())
