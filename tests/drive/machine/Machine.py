@@ -15,7 +15,7 @@ from Process import Process
 from Promises import WRITES_WHAT_WAS_CHANGED
 from Rows import CALENDARS, NETWORKS
 from Scripts import command_of, line_of
-from World import World, distinct, successors
+from World import World, distinct, split, successors
 
 PROFILES = "var/mobile/Library/Preferences/com.velmora.quietrix.profiles.plist"
 SETTINGS = "var/mobile/Library/Preferences/com.velmora.quietrix.plist"
@@ -376,29 +376,36 @@ class Machine:
 
 
 def both(world, commands, answers):
-    """Two commands at the same time: the worlds of either order, and of what was heard before a command or after it,
-    each with what is wrong in it."""
+    """Two commands at the same time: the worlds of either order, each with what is wrong in it. What a process heard it
+    may have heard before its command or after it, and the first may have come to rest before the second began."""
     names = {who: Answers.heard(answers[who]["state"]["events"]) for who in commands}
     for order in (tuple(commands), tuple(reversed(commands))):
-        for hear_early in itertools.product((False, True), repeat=2):
+        for *hear_early, rests_first in itertools.product((False, True), repeat=3):
             present = world.copy()
-            done, early, problem = {}, {}, None
+            done, early, late, problem = {}, {}, {}, None
             for who, is_early in zip(order, hear_early):
                 waiting = present.inboxes[who] | present.maybe[who]
-                early[who] = [name for name in names[who] if is_early and name in waiting]
+                early[who], late[who] = split(names[who], waiting if is_early else ())
                 done[who] = present.perform(who, commands[who], early[who])
+                if rests_first and who == order[0]:
+                    problem = come_to_rest(present, who, names[who], late[who], optional=names[who])
             if any(is_early and not early[who] for who, is_early in zip(order, hear_early)):
                 continue
-            for who in order:
+            for who in order[1:] if rests_first else order:
                 others = [name for other in order if other != who for name in present.phones[other].posted]
-                late = [name for name in names[who] if name not in early[who]]
-                problem = problem or present.hear(who, names[who], late, optional=others)
+                problem = problem or come_to_rest(present, who, names[who], late[who], others)
                 present.maybe[who] |= set(others)
+            if rests_first:
+                present.maybe[order[0]] |= set(present.phones[order[1]].posted)
             for who in order:
-                phone = present.phones[who]
-                phone.look()
-                wrong = Answers.check_events(phone, answers[who]["state"]["events"])
+                wrong = Answers.check_events(present.phones[who], answers[who]["state"]["events"])
                 if answers[who]["ok"] is not done[who]:
                     wrong = f"ok is {answers[who]['ok']} and not {done[who]}"
                 problem = problem or (wrong and f"{NAMES[who]}: {wrong}")
             yield (None if problem else present), problem
+
+
+def come_to_rest(world, who, names, late, optional):
+    problem = world.hear(who, names, late, optional)
+    world.phones[who].look()
+    return problem

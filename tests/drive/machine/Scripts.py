@@ -48,4 +48,5 @@ def _parsed(line):
         value = json.loads(line)
     except ValueError:
         return {"line": line}
-    return value if isinstance(value, dict) and "do" in value else {"line": line}
+    is_command = isinstance(value, dict) and isinstance(value.get("do"), str)
+    return value if is_command else {"line": line}

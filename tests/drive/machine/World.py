@@ -109,8 +109,18 @@ class World:
         return Answers.check_events(phone, events) or Answers.check_state(phone, answer["state"])
 
 
+def split(names, waiting):
+    """What was heard before a command, of what was waiting for it, and what after it: a name that came twice came the
+    second time from the command."""
+    late = list(names)
+    early = list(dict.fromkeys(name for name in names if name in waiting))
+    for name in early:
+        late.remove(name)
+    return early, late
+
+
 def successors(worlds, who, command, answer):
-    """The worlds in which the answer is right, and what was wrong in the first that is not."""
+    """The worlds in which the answer is right, and what was wrong in the others."""
     names = Answers.heard(answer["state"]["events"])
     survivors, problems = [], []
     for world in worlds:
@@ -119,15 +129,14 @@ def successors(worlds, who, command, answer):
         orders = [False, True] if waiting else [False]
         for place, comes_early in enumerate(orders):
             present = world.copy() if place + 1 < len(orders) else world
-            early = waiting if comes_early else []
-            late = [name for name in names if name not in early]
+            early, late = split(names, waiting if comes_early else ())
             done = present.perform(who, command, early)
             problem = present.hear(who, names, late) or present.answer(who, done, command, answer)
             if problem:
                 problems.append(problem)
             else:
                 survivors.append(present)
-    return survivors, problems[0] if problems else None
+    return survivors, " / or: ".join(dict.fromkeys(problems))
 
 
 def distinct(worlds):
