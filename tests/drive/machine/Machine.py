@@ -142,6 +142,8 @@ class Machine:
         self._check_error_lines()
 
     def command(self, who, entry):
+        # A process that lags behind by two changes may have seen the one between them, or not: none ever does.
+        self._bring_up_to_date(other for other in self._processes if other != who)
         before = self._stamps
         answer = self._ask(who, entry)
         self.commands += 1
@@ -150,6 +152,18 @@ class Machine:
         self._succeed(who, command_of(entry), answer)
         self._check_files()
         self._require(answer["ok"] or before == self._stamps, "refusal", "a refused command has written a file")
+
+    def _bring_up_to_date(self, processes):
+        for who in list(processes):
+            if any(world.inboxes[who] | world.maybe[who] for world in self.worlds):
+                self._look(who)
+
+    def _look(self, who):
+        look = {"do": "state", "from": 0, "count": 0}
+        self._succeed(who, look, self._ask(who, look))
+        self._check_files()
+        for world in self.worlds:
+            world.maybe[who].clear()
 
     def _succeed(self, who, command, answer):
         survivors, problem = successors(self.worlds, who, command, answer)
@@ -196,6 +210,7 @@ class Machine:
         """A command to each process at the same time. Their states are looked at when both have come to rest."""
         if not self.is_running(SECOND):
             return
+        self._bring_up_to_date((MAIN, SECOND))
         commands = {who: {**entry[key], "from": 0, "count": 0} for who, key in ((MAIN, "first"), (SECOND, "second"))}
         for who, command in commands.items():
             self._processes[who].send(line_of(command).encode() + b"\n")
@@ -218,6 +233,7 @@ class Machine:
 
     def outside_kill(self, entry):
         """The program is killed while it does a command, and started again."""
+        self._settle()
         command = entry["during"]
         process = self._processes.pop(MAIN)
         process.send(line_of(command).encode() + b"\n")
@@ -314,10 +330,7 @@ class Machine:
                 tries += 1
             for world in self.worlds:
                 world.waits_for_shell[who] = 0
-            if any(world.inboxes[who] | world.maybe[who] for world in self.worlds):
-                self.command(who, {"do": "state"})
-                for world in self.worlds:
-                    world.maybe[who].clear()
+        self._bring_up_to_date(self._processes)
 
     def _post(self, name):
         if name is None:
