@@ -81,6 +81,7 @@ class Machine:
         self._broken = None
         self.worlds = [World({SWITCH: False}, merges)]
         self.commands = 0
+        self.reached = set()
         self.start(MAIN)
 
     @property
@@ -138,6 +139,7 @@ class Machine:
         if "outside" not in entry:
             self.command(MAIN, entry)
         elif entry["outside"] != "command" or self.is_running(SECOND):
+            self.reached.add(("outside", entry["outside"]))
             getattr(self, "outside_" + entry["outside"])(entry)
         self._check_error_lines()
 
@@ -145,7 +147,12 @@ class Machine:
         # A process that lags behind by two changes may have seen the one between them, or not: none ever does.
         self._bring_up_to_date(other for other in self._processes if other != who)
         before = self._stamps
+        phone = self.world.phones[who]
+        if phone.presented:
+            self.reached.add(("presented", phone.presented[-1].kind))
+        place = phone.screen.name
         answer = self._ask(who, entry)
+        self.reached.add((place, command_of(entry).get("do")) if answer["ok"] else ("refused",))
         self.commands += 1
         if "outside" not in entry and "id" in command_of(entry) and answer["ok"]:
             self._require(answer.get("id") == entry["id"], "id", f"{answer.get('id')} came back for {entry['id']}")

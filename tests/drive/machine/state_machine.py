@@ -3,6 +3,7 @@
 """Random commands with outside changes against a model of the phone.
 
 Usage: state_machine.py PROGRAM BUNDLE [--commands N] [--seed S]... [--replay FILE] [--keep] [--shrink SECONDS]
+                        [--everything]
 
 After each command the answer, the rows, the events and both files are compared with what the model says. A phone
 lives for a few hundred commands, then a fresh one takes its place. What fails is shortened and written as a drive
@@ -27,6 +28,22 @@ PHONE_LIFE = 400
 TRIES = 3
 
 
+# What a run of some thousand commands must have come by to be worth anything: commands done on a screen, what was
+# presented, and outside changes.
+EVERYTHING = {(screen, command) for screen, commands in {
+    "SettingsRootController": ("tap",), "QuietrixPreferencesController": ("tap", "set", "delete", "edit", "bar", "back"),
+    "QuietrixProflePreferencesController": ("tap", "set", "bar", "link", "back", "choose", "dark", "post", "advance"),
+    "QXDateRangeController": ("pickTime", "pickTimeRow", "back", "choose"), "QuietrixCalendarsController": ("tap", "set"),
+    "QuietrixEventStatusController": ("tap",), "QuietrixWifiController": ("set",),
+    "QuietrixAlertToneController": ("pickTone", "bar"), "QuietrixMiscController": ("tap", "choose", "compose", "advance"),
+}.items() for command in commands}
+EVERYTHING |= {("presented", kind) for kind in ("alert", "sheet", "confirmation", "activity", "mail", "social")}
+EVERYTHING |= {("outside", change) for change in (
+    "command", "start", "end", "restart", "both", "kill", "killShell", "removeProfiles", "file", "break", "mend",
+    "removeNotifications")}
+EVERYTHING |= {("refused",)}
+
+
 class Runs:
     """Runs of entries, each on a fresh phone."""
 
@@ -34,6 +51,7 @@ class Runs:
         self._arguments = arguments
         self._sources = sources
         self.commands = 0
+        self.reached = set()
 
     def _machine(self):
         return Machine(self._arguments.program, self._arguments.bundle, self._sources)
@@ -70,6 +88,7 @@ class Runs:
     def _close(self, machine):
         if machine:
             self.commands += machine.commands
+            self.reached |= machine.reached
             if not self._arguments.keep:
                 machine.close()
             else:
@@ -119,6 +138,10 @@ def run(arguments, sources):
                 report(runs, entries, failure, own, arguments)
                 return 1
             life += 1
+    missed = sorted(EVERYTHING - runs.reached)
+    if arguments.everything and missed:
+        print(f"never reached: {missed}", file=sys.stderr)
+        return 1
     print(f"{runs.commands} commands of the seeds {', '.join(seeds)} in {time.monotonic() - began:.1f} s: nothing failed")
     return 0
 
@@ -131,6 +154,7 @@ def main():
     parser.add_argument("--seed", action="append", help="may be given several times; a random one by default")
     parser.add_argument("--replay", help="runs the entries of a drive script instead")
     parser.add_argument("--keep", action="store_true", help="leaves the files of the phones where they are")
+    parser.add_argument("--everything", action="store_true", help="fails too when some screen or change was never reached")
     parser.add_argument("--shrink", type=float, default=90, metavar="SECONDS", help="how long a failure is shortened")
     arguments = parser.parse_args()
     sources = Sources()
