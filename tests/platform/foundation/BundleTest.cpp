@@ -128,6 +128,20 @@ TEST_F(BundleTest, stringTable_isReadAgainOnlyWhenItHasChanged) {
     EXPECT_EQ(text(), "3");
 }
 
+TEST_F(BundleTest, stringTableThatCannotBeLookedAt_staysAsItWasRead) {
+    const std::string table = path + "/en.lproj/Localizable.strings";
+    const auto text = [&] { return Bundle(path).localizedStringForKey_value_table("a", "", ""); };
+    phone.files->put(table, "\"a\" = \"1\";");
+    EXPECT_EQ(text(), "1");
+    phone.files->failStamps("Input/output error", table);
+    EXPECT_EQ(text(), "1");
+    phone.files->failStamps("", table);
+    EXPECT_TRUE(phone.files->remove(table));
+    EXPECT_EQ(text(), "a");
+    phone.files->failStamps("Input/output error", table);
+    EXPECT_EQ(text(), "a");
+}
+
 TEST_F(BundleTest, damagedStringTable_isLoggedOnceAndPassedOver) {
     phone.files->put(path + "/de.lproj/Localizable.strings", "\"a\" = ");
     phone.files->put(path + "/en.lproj/Localizable.strings", "\"a\" = \"1\";");
