@@ -6,4 +6,4 @@ takes away the row it was asked for, the settings file survives a kill, and a no
 False: the whole record is written, and the rest is left out. The model knows both, so that a build of either kind
 can be tried.
 """
-WRITES_WHAT_WAS_CHANGED = False
+WRITES_WHAT_WAS_CHANGED = True
