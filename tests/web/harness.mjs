@@ -57,9 +57,10 @@ export async function startBrowser() {
 
 /**
  * Opens the page. Without an address in `url`, on a made-up application of its own that `arrange` may prepare; `url` may also be a function that makes an address of that one's server. `beforehand` runs in the page before its own code. The page is opened once `ready` is there.
+ * Under reduced motion screens change at once unless `fades`: what is not about them need not wait for them.
  * The result's close() fails the test if the page has logged an error (but for what `tolerate` matches) or broken its content-security policy.
  */
-export async function openPage(session, { arrange = () => {}, url = null, viewport = phoneSize, reducedMotion = 'reduce', colorScheme = 'light', touch = false, scale = 1, tolerate = null, beforehand = null, ready = '.navigator .page' } = {}) {
+export async function openPage(session, { arrange = () => {}, url = null, viewport = phoneSize, reducedMotion = 'reduce', fades = false, colorScheme = 'light', touch = false, scale = 1, tolerate = null, beforehand = null, ready = '.navigator .page' } = {}) {
     const phone = new MockPhone();
     arrange(phone);
     const server = typeof url === 'string' ? null : await startMockServer({ dist: dist.path, phone });
@@ -68,6 +69,7 @@ export async function openPage(session, { arrange = () => {}, url = null, viewpo
     const page = await context.newPage();
     page.setDefaultTimeout(patience);
     if (beforehand) await page.addInitScript(beforehand);
+    if (!fades) await page.addInitScript(endFades);
     const problems = [];
     page.on('pageerror', (error) => problems.push(String(error)));
     page.on('console', (message) => {
@@ -87,6 +89,9 @@ export async function openPage(session, { arrange = () => {}, url = null, viewpo
         },
     };
 }
+
+/** Runs in the page before its own code: takes the time out of its cross-fades. */
+const endFades = () => document.addEventListener('readystatechange', () => document.documentElement.style.setProperty('--fade-time', '0ms'), { once: true });
 
 /** Violations of WCAG 2 A and AA, as lines to be read in a failing test. */
 export async function accessibilityProblems(page) {

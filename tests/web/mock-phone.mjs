@@ -21,16 +21,11 @@ const mailed = [
     { name: 'empty', type: 'mime', bytes: 0, preview: '', previewed: 0 },
 ];
 
-/** The number of a screen, or of what is presented: its own, for as long as it is there. */
-const numbers = new WeakMap();
-let lastNumber = 0;
-function numberOf(shown) {
-    if (!numbers.has(shown)) numbers.set(shown, lastNumber += 1);
-    return numbers.get(shown);
-}
-
 /** What acts while something is presented. */
 const undisturbed = new Set(['choose', 'compose', 'state', 'wait', 'post', 'dark', 'advance', 'open']);
+
+/** What names what it acts on: refused when that is no longer there. */
+const onRows = new Set(['tap', 'set', 'delete']);
 
 export class MockPhone {
     constructor() {
@@ -38,6 +33,12 @@ export class MockPhone {
         this.revision = 1;
         this.commands = [];
         this.refuse = new Set();
+        /** Whether rows that a rebuild made anew have new keys. */
+        this.freshKeys = false;
+        /** Whether the last command was refused because what it meant is no longer there. */
+        this.stale = false;
+        this.numbered = new WeakMap();
+        this.lastNumber = 0;
         this.enabled = true;
         this.active = [profile('Work', '9:00 AM - 5:00 PM'), profile('Cinema', 'All Day')];
         this.inactive = [profile('Night', '10:00 PM - 11:30 PM')];
@@ -161,18 +162,50 @@ export class MockPhone {
 
     changed() { this.revision += 1; }
 
+    /** A screen's or a presented thing's own number. */
+    number(thing) {
+        if (!this.numbered.has(thing)) this.numbered.set(thing, this.lastNumber += 1);
+        return this.numbered.get(thing);
+    }
+
+    /** The rows of the screen on top, as they are sent: a row that a rebuild made anew has the key of the one that it equals. */
+    rows() {
+        const { screen } = this;
+        if (screen.laidOut?.revision === this.revision) return screen.laidOut.rows;
+        const keys = screen.rowKeys ??= new Map();
+        const seen = new Map();
+        const rows = layOut(screen.rows()).map((each) => {
+            const owner = each.identifier || each.userInfo ? [each.kind, each.identifier, each.userInfo?.identifier] : [each.kind, null, null, each.name];
+            const likeness = JSON.stringify(owner);
+            const place = seen.get(likeness) ?? 0;
+            seen.set(likeness, place + 1);
+            const name = `${likeness} ${place}`;
+            if (!keys.has(name)) keys.set(name, each.key);
+            return this.freshKeys ? each : { ...each, key: keys.get(name) };
+        });
+        screen.laidOut = { revision: this.revision, rows };
+        return rows;
+    }
+
+    /** Whether what a command names is gone. */
+    isStale({ do: name, screen, presented, key }) {
+        if (screen !== undefined && screen !== this.number(this.screen)) return true;
+        if (presented !== undefined && (!this.presented || presented !== this.number(this.presented))) return true;
+        return onRows.has(name) && key !== undefined && !this.rows().some((each) => each.key === key);
+    }
+
     state(window = {}) {
         const { screen, screens } = this;
-        const rows = (screen.laidOut?.revision === this.revision ? screen.laidOut : (screen.laidOut = { revision: this.revision, rows: layOut(screen.rows()) })).rows;
+        const rows = this.rows();
         const from = window.from ?? 0;
         const count = window.count ?? rows.length;
         const beneath = screens.at(-2);
         const fullBar = screen.bar();
         if (beneath) fullBar.back = { title: beneath.title, image: null };
         return {
-            protocol: 1, revision: this.revision, events: [], device: this.device, presented: this.presented && { id: numberOf(this.presented), ...this.presented },
+            protocol: 1, revision: this.revision, events: [], device: this.device, presented: this.presented && { id: this.number(this.presented), ...this.presented },
             screen: {
-                id: numberOf(screen), class: screen.class, title: screen.title, specifier: null, links: screen.links ?? [], stack: screens.map((entry) => entry.class), modals: this.levels.length - 1,
+                id: this.number(screen), class: screen.class, title: screen.title, specifier: null, links: screen.links ?? [], stack: screens.map((entry) => entry.class), modals: this.levels.length - 1,
                 bar: fullBar, editing: this.editing, count: rows.length, rows: rows.slice(from, from + count), pane: screen.pane ?? null, tones: screen.tones ?? null,
             },
         };
@@ -181,6 +214,10 @@ export class MockPhone {
     /** Does what a command says; true when it could be done. */
     perform(command) {
         this.commands.push(command);
+        this.stale = this.isStale(command);
+        if (this.stale) return false;
+        // The key decides, wherever its row stands by now.
+        if (onRows.has(command.do) && command.key !== undefined) command = { ...command, row: this.rows().findIndex((each) => each.key === command.key) };
         if (this.refuse.has(command.do) || (this.presented && !undisturbed.has(command.do))) return false;
         const handler = this[`do_${command.do}`];
         if (!handler) return false;
@@ -234,8 +271,9 @@ export class MockPhone {
         target.value = value;
         if (target.identifier === 'enabled') {
             this.enabled = value;
-            // The screen rebuilds its rows: what is the same row keeps its key.
-            this.fixed.toggle = toggle('Enabled', value, { identifier: 'enabled', key: this.fixed.toggle.key });
+            // The screen makes its rows anew: equal ones.
+            this.fixed.toggle = toggle('Enabled', value, { identifier: 'enabled' });
+            Object.assign(this.levels[0][0], this.root());
         }
         return true;
     }

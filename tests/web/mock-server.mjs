@@ -100,6 +100,7 @@ export async function startMockServer({ dist, port = 0, phone = new MockPhone() 
             const ok = phone.perform(command);
             const answer = { ok, id: command.id, state: phone.state(windows.get(socket)) };
             if (!ok) answer.error = `cannot do ${command.do}`;
+            if (phone.stale) answer.stale = true;
             if (api.hold) api.held.push(() => socket.send(JSON.stringify(answer)));
             else socket.send(JSON.stringify(answer));
         });

@@ -142,7 +142,7 @@ test('TextField_properties_reachTheKeyboard', async () => {
 });
 
 test('Rows_rebuiltUnderNewKeys_keepTheirElements', async () => {
-    const ui = await openPage(session);
+    const ui = await openPage(session, { arrange: (phone) => { phone.freshKeys = true; } });
     const control = ui.page.getByRole('switch');
     const mark = await control.evaluateHandle((element) => element);
     await control.click();

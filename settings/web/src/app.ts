@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 import { Connection, type Status } from './connection';
+import { rowLabel } from './controls';
 import { setDoorOpen } from './door';
 import { Frame } from './frame';
 import { onImageArrived, retryImages, setImageHint } from './images';
@@ -7,11 +8,12 @@ import type { PageView } from './page';
 import { onPatternMeasured } from './patterns';
 import { Presenter } from './presenter';
 import { presentedLabel } from './prompts';
-import type { Command, Device, Message, Row, State } from './protocol';
+import { target, type Command, type Device, type Message, type Row, type State } from './protocol';
 import { wholeListLimit } from './rowstore';
 import { screenTitle } from './bar';
 import { Stage } from './stage';
 import { textsFor, type Texts } from './texts';
+import { Unsaved } from './unsaved';
 import type { View } from './view';
 
 /** These stand for the wheel's time and the tone among the keys of rows. */
@@ -28,20 +30,24 @@ export class App implements View {
     private readonly stage: Stage;
     private readonly presenter: Presenter;
     private readonly frame: Frame;
+    private readonly losses = new Unsaved(this);
     private revision = -1;
     private announced = '';
     /** Values on their way: the row's key (or what stands for one), and the command that carries the last one. */
     private readonly pending = new Map<string, number>();
+    /** Texts on their way, by the command that carries each. */
+    private readonly texting = new Map<number, { label: string; text: string }>();
     private readonly fetching = new Set<number>();
     private lastFetch = '';
     private fetchedFor = '';
     private darkMode = false;
 
     constructor(root: HTMLElement, url: string, secret: string | null) {
-        this.frame = new Frame(() => this.act({ do: 'dark', on: !this.darkMode }), () => this.connection.retryNow());
+        this.frame = new Frame(() => this.send({ do: 'dark', on: !this.darkMode }), () => this.connection.retryNow());
         this.stage = new Stage(this, (page, beside) => this.fetch(page, beside));
-        this.presenter = new Presenter(this, [this.stage.element], () => this.stage.page?.focusHeading());
+        this.presenter = new Presenter(this, [this.stage.element], this.stage.gate, () => this.stage.page?.focusHeading());
         this.frame.mount(root, this.stage.element, this.presenter.element);
+        this.presenter.element.after(this.losses.element);
         this.connection = new Connection(url, secret, {
             opened: () => this.opened(),
             statusChanged: (status) => this.statusChanged(status),
@@ -53,11 +59,19 @@ export class App implements View {
         this.connection.open();
     }
 
-    act(command: Command): void {
-        this.connection.send({ ...command, ...(this.stage.page?.wanted ?? { from: 0, count: wholeListLimit }) });
+    act(command: Command): number | null {
+        this.stage.commitTyped();
+        return this.send(this.aimed(command));
     }
 
-    set(row: Row, value: boolean | number | string): void { this.submit(row.key, { do: 'set', row: row.index, value }); }
+    set(row: Row, value: boolean | number | string): void {
+        const id = this.submit(this.ownName(row), { do: 'set', ...target(row), value });
+        if (typeof value !== 'string') return;
+        if (id !== null) this.texting.set(id, { label: rowLabel(row), text: value });
+        else this.losses.tell(rowLabel(row), value);
+    }
+
+    unsaved(label: string, text: string): void { this.losses.tell(label, text); }
 
     pickTime(time: string): void { this.submit(timeKey, { do: 'pickTime', time }); }
 
@@ -69,22 +83,40 @@ export class App implements View {
 
     announce(text: string): void { this.frame.announce(text); }
 
-    held(row: Row): boolean { return this.pending.has(row.key); }
+    held(row: Row): boolean { return this.pending.has(this.ownName(row)); }
 
-    private submit(key: string, command: Command): void {
-        const wanted = this.stage.page?.wanted ?? { from: 0, count: wholeListLimit };
-        const id = this.connection.send({ ...command, ...wanted });
+    // A key is the row's own on its screen; another screen may have the same.
+    private ownName(row: Row): string { return `${this.stage.page?.screen.id} ${row.key}`; }
+
+    private submit(key: string, command: Command): number | null {
+        const id = this.send(this.aimed(command));
         if (id !== null) this.pending.set(key, id);
         else this.stage.redraw();
+        return id;
+    }
+
+    private send(command: Command): number | null {
+        return this.connection.send({ ...command, ...(this.stage.page?.wanted ?? { from: 0, count: wholeListLimit }) });
+    }
+
+    /** A command with what the user had before him: the application refuses it when that is gone, in place of acting on something else. */
+    private aimed(command: Command): Command {
+        const { presented } = this.presenter;
+        if (presented) return presented.id === null ? command : { ...command, presented: presented.id };
+        const screen = this.stage.page?.screen.id ?? null;
+        if (screen !== null) return { ...command, screen };
+        const { key: _unknown, ...rest } = command;
+        return rest as Command;
     }
 
     private opened(): void {
         // Another application may answer now, and it counts its revisions from the start.
         this.revision = -1;
         this.pending.clear();
+        this.texting.clear();
         this.fetching.clear();
         this.lastFetch = '';
-        this.act({ do: 'state' });
+        this.send({ do: 'state' });
     }
 
     private statusChanged(status: Status): void {
@@ -94,7 +126,11 @@ export class App implements View {
             this.frame.showEnd(status === 'refused' ? this.texts.restarted : this.texts.uninvited, this.texts);
             return;
         }
-        if (status === 'lost') this.pending.clear();
+        if (status === 'lost') {
+            this.pending.clear();
+            this.texting.clear();
+            this.stage.page?.fadeHighlight();
+        }
         this.frame.showStatus(status, this.stage.page !== null, this.texts);
         if (status === 'lost') this.stage.redraw();
     }
@@ -104,23 +140,34 @@ export class App implements View {
         if (message.id !== null) {
             fetched = this.fetching.delete(message.id);
             for (const [key, id] of this.pending) if (id === message.id) this.pending.delete(key);
+            this.answeredText(message.id, message);
         }
         const { state } = message;
         if (!state || state.revision < this.revision) {
             // What was waiting for this answer can be asked for at last, of the revision that is shown.
             if (fetched) this.stage.redraw();
+            if (message.id !== null) this.stage.page?.answered(message.id);
             return;
         }
         if (this.mustFetchFirst(state)) return;
         this.revision = state.revision;
         if (state.device) this.takeDevice(state.device);
         if (this.stage.changes(state.screen)) setImageHint(state.screen.className);
-        this.stage.show(state.screen, state.revision);
+        this.stage.show(state.screen, state.revision, state.presented !== null);
         // Whatever was asked about a row has been answered.
-        if (this.presenter.active && !state.presented) this.stage.page?.uncover(null);
+        if (this.presenter.presented && !state.presented) this.stage.page?.uncover(null);
         this.presenter.show(state.presented);
         this.frame.showScreen(state.screen, state.presented?.kind === 'mail', this.texts);
         this.announceScreen(state);
+        this.losses.draw();
+        if (message.id !== null) this.stage.page?.answered(message.id);
+    }
+
+    // A text that could not be saved where it belongs is still the user's; what is saved in vain is told by the screen itself.
+    private answeredText(id: number, message: Message): void {
+        const sent = this.texting.get(id);
+        this.texting.delete(id);
+        if (sent && !message.ok) this.losses.tell(sent.label, sent.text);
     }
 
     /** A screen that arrives is shown once its first rows are there; it may have come with the window of the screen before. */

@@ -34,7 +34,7 @@ export function barTemplate(screen: Screen, view: View): TemplateResult {
 function backButton(back: NonNullable<Bar['back']>, view: View): TemplateResult {
     const title = back.title ?? (back.image ? null : view.texts.back);
     return html`
-        <button class="bar-button back" type="button" @click=${() => view.act({ do: 'back' })}>
+        <button class="bar-button back way-back" type="button" @click=${() => view.act({ do: 'back' })}>
             ${backChevron()}
             ${title === view.texts.back ? nothing : html`<span class="unseen">${view.texts.back}: </span>`}
             ${back.image ? html`${stencil(back.image)}<span class="unseen">${imageWord(back.image)}</span>` : nothing}
@@ -43,9 +43,9 @@ function backButton(back: NonNullable<Bar['back']>, view: View): TemplateResult 
 }
 
 function barButton(item: BarItem, side: 'left' | 'right', at: number, view: View): TemplateResult {
-    const press = (): void => view.act({ do: 'bar', side, item: at });
+    const press = (): void => { view.act({ do: 'bar', side, item: at }); };
     const strong = item.style === 2 || item.system === systemItem.done || item.system === systemItem.save;
-    return html`<button class="bar-button ${strong ? 'strong' : ''}" type="button" data-side=${side} data-item=${at} @click=${press}>${face(item, view)}</button>`;
+    return html`<button class="bar-button ${strong ? 'strong' : ''} ${item.system === systemItem.cancel ? 'way-back' : ''}" type="button" data-side=${side} data-item=${at} @click=${press}>${face(item, view)}</button>`;
 }
 
 function face(item: BarItem, view: View): TemplateResult {

@@ -22,7 +22,7 @@ function words(language: string): Readonly<Record<(typeof keys)[number], string>
     return Object.fromEntries(keys.map((key, at) => [key, table?.[at] ?? ''])) as Record<(typeof keys)[number], string>;
 }
 
-const end = (result: string, view: View) => (): void => view.act({ do: 'compose', result });
+const end = (result: string, view: View) => (): void => { view.act({ do: 'compose', result }); };
 
 function barTemplate(title: string, accept: string, cancel: () => void, view: View): TemplateResult {
     return html`
@@ -94,7 +94,7 @@ function askKey(event: KeyboardEvent, mail: Mail, view: View): void {
 function askTemplate(mail: Mail, view: View): TemplateResult {
     const own = words(view.language);
     return html`
-        <div class="draft-question">
+        <div class="draft-question" @click=${(event: Event) => { if (event.target === event.currentTarget) ask(mail, view); }}>
             <div class="sheet draft-choice" tabindex="-1" role="alertdialog" aria-modal="true" aria-label=${own.keepDraft} @keydown=${(event: KeyboardEvent) => askKey(event, mail, view)}>
                 <div class="sheet-card">
                     <div class="prompt-words"><p class="prompt-message">${own.keepDraft}</p></div>

@@ -3,7 +3,8 @@ import { html, nothing, type TemplateResult } from 'lit-html';
 import { switchStyles } from './colour';
 import { stencil } from './icons';
 import type { Row } from './protocol';
-import { controlValue, fillSlider, styles } from './style';
+import { sliderGrip } from './slidergrip';
+import { controlValue, fillSlider, release, restoreControl, styles, take } from './style';
 import type { View } from './view';
 
 const isOn = (value: unknown): boolean => value === true || (typeof value === 'number' && value !== 0);
@@ -22,21 +23,18 @@ export function sliderControl(row: Row, view: View): TemplateResult {
     const min = amount(row.properties['min'], 0);
     const max = amount(row.properties['max'], 1);
     const value = amount(row.value ?? row.properties['default'], min);
-    const share = max > min ? (value - min) / (max - min) : 0;
+    const grip = sliderGrip((moved) => view.set(row, moved), () => view.held(row));
     const left = row.properties['leftImage'];
     const right = row.properties['rightImage'];
     return html`
         <span class="slider-line">
             ${typeof left === 'string' ? stencil(left) : nothing}
-            <input class="slider" type="range" step="any" aria-label=${rowLabel(row)} min=${min} max=${max}
-                aria-valuetext=${new Intl.NumberFormat(view.language, { style: 'percent' }).format(share)}
-                ${controlValue(String(value), view.held(row))}
-                @pointerdown=${(event: Event) => hold(event)} @pointerup=${(event: Event) => release(event)} @pointercancel=${(event: Event) => release(event)}
-                @input=${(event: Event) => fillSlider(event.target as HTMLInputElement)}
-                @change=${(event: Event) => {
-                    release(event);
-                    view.set(row, Number((event.target as HTMLInputElement).value));
-                }}>
+            <span class="slider-ground" @pointerdown=${grip.down} @pointermove=${grip.move} @pointerup=${grip.up} @pointercancel=${grip.cancel}>
+                <input class="slider" type="range" step="any" aria-label=${rowLabel(row)} min=${min} max=${max}
+                    ${controlValue(String(value), view.held(row))}
+                    @input=${(event: Event) => fillSlider(event.target as HTMLInputElement)}
+                    @change=${(event: Event) => view.set(row, Number((event.target as HTMLInputElement).value))}>
+            </span>
             ${typeof right === 'string' ? stencil(right) : nothing}
         </span>`;
 }
@@ -49,15 +47,17 @@ export function textControl(row: Row, view: View): TemplateResult {
         const field = event.target as HTMLInputElement;
         // What is presented over the screen has taken the focus, and will give it back; until then nothing could be sent.
         if (field.closest('[inert]')) return;
-        release(event);
-        if (field.value !== field.dataset['committed']) view.set(row, field.value);
+        release(field);
+        // While a text is on its way, the one before it is a change as well.
+        if (field.value !== field.dataset['committed'] || view.held(row)) view.set(row, field.value);
+        else restoreControl(field);
     };
     const key = (event: KeyboardEvent): void => {
         const field = event.target as HTMLInputElement;
         // An input method takes the return key for itself while it composes.
         if (event.isComposing) return;
         if (event.key === 'Escape') {
-            field.value = field.dataset['committed'] ?? '';
+            restoreControl(field);
             // Spent on the field; the sheet that the field is on stays.
             event.preventDefault();
         }
@@ -68,9 +68,5 @@ export function textControl(row: Row, view: View): TemplateResult {
             placeholder=${typeof placeholder === 'string' ? placeholder : ''}
             autocapitalize=${typeof caps === 'string' ? caps : 'sentences'} autocorrect=${plain ? 'off' : 'on'} spellcheck=${plain ? 'false' : 'true'}
             ${controlValue(typeof row.value === 'string' ? row.value : '', view.held(row))}
-            @focus=${hold} @blur=${commit} @keydown=${key}>`;
+            @focus=${(event: Event) => take(event.target as HTMLElement)} @blur=${commit} @keydown=${key}>`;
 }
-
-// A control in use is left alone by whatever arrives meanwhile.
-function hold(event: Event): void { (event.target as HTMLElement).dataset['busy'] = ''; }
-function release(event: Event): void { delete (event.target as HTMLElement).dataset['busy']; }

@@ -1,14 +1,23 @@
 // SPDX-License-Identifier: MIT
-// Durations and easing are custom properties of the style sheet, which sets the durations to nothing under reduced motion;
-// some durations are the phone's own.
+// Durations and easing are custom properties of the style sheet, which under reduced motion sets those of rows to nothing and
+// those of screens to a cross-fade's; some durations are the phone's own.
 
 export type Duration = '--push-time' | '--sheet-time' | '--alert-time' | '--rows-time' | '--wheel-roll' | '--wheel-glide' | { seconds: number };
 
+/** Where and how clearly an element is drawn. */
+export interface Pose { transform: string; opacity: number }
+
+/** Where everything stands that has arrived. */
+export const inPlace: Pose = { transform: 'none', opacity: 1 };
+
 const running = new WeakMap<Element, Animation>();
 
-/** A duration as the style sheet has it now; seconds that the phone has asked for are none under reduced motion either. */
+/** Whether the user has asked for less motion: then nothing changes its place, and screens fade into each other. */
+export const motionIsReduced = (): boolean => matchMedia('(prefers-reduced-motion: reduce)').matches;
+
+/** A duration as the style sheet has it now; seconds that the phone has asked for are none under reduced motion. */
 export function milliseconds(duration: Duration): number {
-    if (typeof duration === 'object') return matchMedia('(prefers-reduced-motion: reduce)').matches ? 0 : duration.seconds * 1000;
+    if (typeof duration === 'object') return motionIsReduced() ? 0 : duration.seconds * 1000;
     const value = getComputedStyle(document.documentElement).getPropertyValue(duration).trim();
     const time = Number.parseFloat(value);
     if (!Number.isFinite(time)) return 0;
@@ -46,5 +55,20 @@ export function animate(element: Element, keyframes: Keyframe[], duration: Durat
     });
 }
 
-/** Where an element is drawn at this moment, as a transform to start the next motion from. */
-export const presentTransform = (element: Element): string => getComputedStyle(element).transform;
+/** Where an element in motion is drawn at this moment; null for one that stands still. */
+function presentPose(element: Element): Pose | null {
+    if (!isMoving(element)) return null;
+    const { transform, opacity } = getComputedStyle(element);
+    return { transform, opacity: Number(opacity) };
+}
+
+/**
+ * Moves an element to a pose: one that stands still from `from`, one in motion from where it is drawn, so that a motion that is turned
+ * around does not jump. `done` follows only if nothing else takes its place.
+ */
+export function glide(element: Element, from: Pose, to: Pose, duration: Duration, done: () => void = () => {}): void {
+    animate(element, [{ ...(presentPose(element) ?? from) }, { ...to }], duration, done);
+}
+
+/** How far an element is drawn from its place sideways at this moment, whatever moves it. */
+export const presentShift = (element: Element): number => new DOMMatrixReadOnly(getComputedStyle(element).transform).m41;

@@ -3,12 +3,14 @@ import { html, nothing, render, type TemplateResult } from 'lit-html';
 import { barTemplate } from './bar';
 import { emptyState } from './emptystates';
 import { endsWithNote, sectionsTemplate } from './groups';
+import { Gate } from './gate';
 import { chevron } from './icons';
 import { RowIdentity } from './identity';
 import { ListWindow } from './listwindow';
 import { animate } from './motion';
 import { paneTemplate } from './panes';
-import type { Pane, Row, Screen } from './protocol';
+import { keepPresses } from './presses';
+import { target, type Pane, type Row, type Screen } from './protocol';
 import { captureLayout, playChange } from './rowmotion';
 import { RowStore, type Window } from './rowstore';
 import { enableSwipe } from './swipe';
@@ -32,6 +34,9 @@ export class PageView implements ListUse {
     readonly body = element('page');
     readonly store = new RowStore();
     uncovered: string | null = null;
+    editing = false;
+    /** Shut while the page is not where it belongs. */
+    readonly gate: Gate;
     /** What had the focus when the screen was covered. */
     lastFocus: HTMLElement | null = null;
 
@@ -47,13 +52,21 @@ export class PageView implements ListUse {
     private scrollTop = 0;
     private order = '';
     private arrived = false;
+    private drawing = false;
+    private released = false;
+    /** The row that was tapped last, until its highlight goes. */
+    private tapped: { row: HTMLElement; command: number } | null = null;
 
     constructor(public screen: Screen, private readonly view: View, private readonly needsRows: RowRequest) {
         this.tones = new ToneList(view, () => this.draw(), () => this.schedule());
         this.ghosts.inert = true;
         this.ghosts.setAttribute('aria-hidden', 'true');
         this.window = new ListWindow(this.body, this.list, this.store, () => this.schedule());
-        enableSwipe(this.list, (name) => this.uncover(name));
+        this.gate = new Gate([this.bar, this.body]);
+        keepPresses(this.body);
+        enableSwipe(this.list, { uncover: (name) => this.uncover(name), remove: (name) => this.removeNamed(name) });
+        // A field that drawing takes away loses the focus; the user has not left it.
+        this.list.addEventListener('blur', (event) => { if (this.drawing) event.stopPropagation(); }, { capture: true });
         for (const part of [this.bar, this.body]) part.addEventListener('click', (event) => this.endMove(event), { capture: true });
         // A tap elsewhere covers the delete button again; one on a row has done so by now, and nothing else.
         this.body.addEventListener('click', (event) => {
@@ -62,8 +75,11 @@ export class PageView implements ListUse {
         });
     }
 
-    /** Takes over a newer state of the same screen. */
-    update(screen: Screen, revision: number): void {
+    /** Takes over a newer state of the same screen; `covered` tells that something is presented above it. */
+    update(screen: Screen, revision: number, covered: boolean): void {
+        // A swiped row's deletion is asked for in editing mode, as on the phone; the other rows stay as they are meanwhile.
+        this.editing = screen.editing && (this.editing || !covered);
+        const typed = this.typed();
         const before = this.body.isConnected && this.order !== '' ? captureLayout(this.list) : null;
         this.screen = screen;
         const count = this.store.count;
@@ -73,6 +89,7 @@ export class PageView implements ListUse {
         const hadFocus = this.list.contains(document.activeElement);
         this.draw();
         this.arrive();
+        for (const [field, text] of typed) if (!this.list.contains(field)) this.view.unsaved(field.ariaLabel ?? '', text);
         // The row in use is gone; the keyboard goes on from the screen's title and not from the page's beginning.
         if (hadFocus && !this.list.contains(document.activeElement)) this.focusHeading();
         if (before && order !== this.order) playChange(before, this.list, this.ghosts, this.body.getBoundingClientRect());
@@ -87,6 +104,12 @@ export class PageView implements ListUse {
     }
 
     draw(): void {
+        this.drawing = true;
+        this.render();
+        this.drawing = false;
+    }
+
+    private render(): void {
         const slots = this.window.slots();
         const rows = slots.map((slot) => this.store.at(slot.index)).filter((row): row is Row => row !== undefined);
         // A section goes by the name of its group row, also where that row is not drawn.
@@ -112,12 +135,53 @@ export class PageView implements ListUse {
     nameOf(row: Row): string { return this.identity.of(row); }
 
     uncover(name: string | null): void {
+        if (name === null && this.uncovered === null) return;
         this.uncovered = name;
         const row = name === null ? null : this.list.querySelector<HTMLElement>(`[data-name="${CSS.escape(name)}"]`);
         const button = row?.querySelector<HTMLElement>('.delete');
         if (row && button) row.style.setProperty('--uncovered', `${button.offsetWidth}px`);
         this.draw();
         if (button && document.activeElement?.classList.contains('minus')) button.focus({ preventScroll: true });
+    }
+
+    tap(row: Row, event: Event): void { this.highlight(event, this.view.act({ do: 'tap', ...target(row) })); }
+
+    remove(row: Row): void { this.view.act({ do: 'delete', ...target(row) }); }
+
+    private removeNamed(name: string): void {
+        const element = this.list.querySelector<HTMLElement>(`[data-name="${CSS.escape(name)}"]`);
+        const row = element && this.store.at(Number(element.dataset['index']));
+        if (row) this.remove(row);
+    }
+
+    /** A released row stays highlighted until its screen moves away, and beneath the one that it has opened. */
+    private highlight(event: Event, command: number | null): void {
+        this.fadeHighlight();
+        const row = (event.currentTarget as Element).closest<HTMLElement>('.row');
+        if (!row || command === null) return;
+        row.dataset['pressed'] = '';
+        this.tapped = { row, command };
+    }
+
+    /** To be called when a command was answered and this page still is on top. */
+    answered(command: number): void {
+        if (command === this.tapped?.command) this.fadeHighlight();
+    }
+
+    /** To be called when the page is shown again, and when the answer to a tap will not come. */
+    fadeHighlight(): void {
+        if (!this.tapped) return;
+        const { row } = this.tapped;
+        this.tapped = null;
+        // The fade begins at what is drawn; a row that has just come back has not been drawn yet.
+        if (row.isConnected) void getComputedStyle(row.querySelector('.cell') ?? row).backgroundColor;
+        delete row.dataset['pressed'];
+    }
+
+    /** What stands in fields and has not been sent. */
+    private typed(): Map<HTMLInputElement, string> {
+        const fields = [...this.list.querySelectorAll<HTMLInputElement>('.field[data-busy]')];
+        return new Map(fields.filter((field) => field.value !== field.dataset['committed']).map((field) => [field, field.value]));
     }
 
     /** To be called before the page leaves the document. */
@@ -133,6 +197,7 @@ export class PageView implements ListUse {
     /** To be called when the page is back in the document. */
     returned(): void {
         this.body.scrollTop = this.scrollTop;
+        this.fadeHighlight();
     }
 
     focusHeading(): void { this.bar.querySelector<HTMLElement>('h1')?.focus({ preventScroll: true }); }
@@ -142,7 +207,11 @@ export class PageView implements ListUse {
         if (document.activeElement !== this.lastFocus || this.lastFocus === null) this.focusHeading();
     }
 
+    /** To be called when the screen is gone for good. */
     release(): void {
+        if (this.released) return;
+        this.released = true;
+        for (const [field, text] of this.typed()) this.view.unsaved(field.ariaLabel ?? '', text);
         cancelAnimationFrame(this.scheduled);
         this.window.release();
     }
@@ -185,7 +254,7 @@ export class PageView implements ListUse {
             ${screen.links.length === 0 ? nothing : html`<section class="group links">
                 <div class="head untitled" data-name="links"></div>
                 <ul class="rows" role="list">
-                    ${screen.links.map((link, at) => html`<li class="row" data-name="link-${at}"><button class="cell kind-2" type="button" @click=${() => view.act({ do: 'link', item: at })}>
+                    ${screen.links.map((link, at) => html`<li class="row" data-name="link-${at}"><button class="cell kind-2" type="button" @click=${(event: Event) => this.highlight(event, view.act({ do: 'link', item: at }))}>
                         <span class="words"><span class="title" dir="auto">${link.title}</span></span><span class="mark">${chevron()}</span></button></li>`)}
                 </ul></section>`}
             ${missing ?? nothing}`;

@@ -1,24 +1,31 @@
 // SPDX-License-Identifier: MIT
 import { render } from 'lit-html';
-import { animate } from './motion';
-import { escape, presentedTemplate } from './prompts';
+import { Gate } from './gate';
+import { glide, inPlace, motionIsReduced, type Pose } from './motion';
+import { cancelByTapOutside, escape, presentedTemplate } from './prompts';
 import type { Presented } from './protocol';
 import type { View } from './view';
+
+const unseen: Pose = { transform: 'none', opacity: 0 };
+const below = (): Pose => ({ transform: motionIsReduced() ? 'none' : 'translateY(100%)', opacity: 1 });
+const magnified = (): Pose => ({ transform: motionIsReduced() ? 'none' : 'scale(1.15)', opacity: 1 });
 
 /** Shows what is presented over the screens, inside the phone's frame, and keeps the keyboard to it. */
 export class Presenter {
     readonly element = document.createElement('div');
-    private shown: { presented: Presented; text: string; layer: HTMLElement } | null = null;
+    private shown: { presented: Presented; text: string; layer: HTMLElement; gate: Gate } | null = null;
     private returnTo: HTMLElement | null = null;
+    private readonly leaving = new Set<HTMLElement>();
 
-    /** `rest` is what the user cannot reach meanwhile; `fallbackFocus` takes the focus when what had it is gone. */
-    constructor(private readonly view: View, private readonly rest: readonly HTMLElement[], private readonly fallbackFocus: () => void) {
+    /** `rest` is what the user cannot reach meanwhile, nor through `restGate` while the last layer leaves; `fallbackFocus` takes the focus when what had it is gone. */
+    constructor(private readonly view: View, private readonly rest: readonly HTMLElement[], private readonly restGate: Gate, private readonly fallbackFocus: () => void) {
         this.element.className = 'presenter';
         // On the document: a click beside the buttons takes the focus out of the dialog.
         document.addEventListener('keydown', (event) => this.key(event));
     }
 
-    get active(): boolean { return this.shown !== null; }
+    /** What the user sees above the screens. */
+    get presented(): Presented | null { return this.shown?.presented ?? null; }
 
     show(presented: Presented | null): void {
         const text = JSON.stringify(presented);
@@ -41,25 +48,35 @@ export class Presenter {
         layer.className = `layer layer-${presented.kind}`;
         this.element.append(layer);
         render(presentedTemplate(presented, this.view), layer);
-        this.shown = { presented, text, layer };
-        this.enter(layer);
+        this.shown = { presented, text, layer, gate: new Gate([layer]) };
+        cancelByTapOutside(layer, () => this.shown?.layer === layer ? this.shown.presented : null, this.view);
+        this.enter(layer, this.shown.gate);
         const dialog = layer.querySelector<HTMLElement>('[role="dialog"], [role="alertdialog"]');
         dialog?.focus({ preventScroll: true });
     }
 
-    private enter(layer: HTMLElement): void {
+    private enter(layer: HTMLElement, gate: Gate): void {
         const card = layer.firstElementChild;
-        animate(layer, [{ opacity: 0 }, { opacity: 1 }], '--alert-time');
+        const isAlert = card?.classList.contains('alert') === true;
+        gate.shut('presented', 'shut');
+        const arrived = (): void => gate.open('presented');
+        glide(layer, unseen, inPlace, '--alert-time', card ? undefined : arrived);
         if (!card) return;
-        if (card.classList.contains('alert')) animate(card, [{ transform: 'scale(1.15)' }, { transform: 'none' }], '--alert-time');
-        else animate(card, [{ transform: 'translateY(100%)' }, { transform: 'none' }], '--sheet-time');
+        glide(card, isAlert ? magnified() : below(), inPlace, isAlert ? '--alert-time' : '--sheet-time', arrived);
     }
 
     private leave(layer: HTMLElement): void {
         layer.inert = true;
         const card = layer.firstElementChild;
-        if (card && !card.classList.contains('alert')) animate(card, [{ transform: 'none' }, { transform: 'translateY(100%)' }], '--sheet-time');
-        animate(layer, [{ opacity: 1 }, { opacity: 0 }], card?.classList.contains('alert') ? '--alert-time' : '--sheet-time', () => layer.remove());
+        const isAlert = card?.classList.contains('alert') === true;
+        this.leaving.add(layer);
+        this.restGate.shut('presented', 'shut');
+        if (card) glide(card, inPlace, isAlert ? inPlace : below(), isAlert ? '--alert-time' : '--sheet-time');
+        glide(layer, inPlace, unseen, isAlert ? '--alert-time' : '--sheet-time', () => {
+            layer.remove();
+            this.leaving.delete(layer);
+            if (this.leaving.size === 0) this.restGate.open('presented');
+        });
     }
 
     private restoreFocus(): void {

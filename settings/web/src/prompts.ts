@@ -4,7 +4,7 @@ import type { Action, Presented, Prompt } from './protocol';
 import { composerTemplate, leaveComposer, serviceName } from './composers';
 import type { View } from './view';
 
-const choose = (action: Action, view: View) => (): void => view.act({ do: 'choose', action: action.title });
+const choose = (action: Action, view: View) => (): void => { view.act({ do: 'choose', action: action.title }); };
 
 const button = (action: Action, view: View): TemplateResult =>
     html`<button class="choice ${action.style}" type="button" dir="auto" @click=${choose(action, view)}>${action.title}</button>`;
@@ -57,6 +57,16 @@ export function presentedLabel(presented: Presented, view: View): string {
         case 'social': return serviceName(presented.service);
         default: return [presented.title, presented.message].filter(Boolean).join('. ') || presented.actions[0]?.title || view.texts.loading;
     }
+}
+
+/** Makes a tap beside a sheet its cancelling way out. What comes down on the sheet and is lifted beside it is none. */
+export function cancelByTapOutside(layer: HTMLElement, presented: () => Presented | null, view: View): void {
+    let outside = false;
+    layer.addEventListener('pointerdown', (event) => { outside = event.target === layer; });
+    layer.addEventListener('click', (event) => {
+        const shown = presented();
+        if (event.target === layer && outside && (shown?.kind === 'sheet' || shown?.kind === 'confirmation')) escape(shown, view);
+    });
 }
 
 /** What Escape does: the cancelling way out, where there is one. */

@@ -56,6 +56,8 @@ export interface Pane { rows: readonly string[]; selected: number; tag: number; 
 export interface Tones { selected: string | null; noneAtTop: boolean; list: readonly { identifier: string; name: string }[] }
 
 export interface Screen {
+    /** Tells this screen from every other one; null where the application does not number them. */
+    id: number | null;
     className: string;
     title: string | null;
     links: readonly { title: string }[];
@@ -70,29 +72,34 @@ export interface Screen {
 }
 
 export interface Action { title: string; style: string }
-export interface Prompt { kind: 'alert' | 'sheet' | 'confirmation' | 'activity'; title: string | null; message: string | null; actions: readonly Action[] }
+export interface Prompt { id: number | null; kind: 'alert' | 'sheet' | 'confirmation' | 'activity'; title: string | null; message: string | null; actions: readonly Action[] }
 /** `preview` stands for the first `previewed` bytes, as text. */
 export interface Attachment { name: string; type: string; bytes: number; preview: string; previewed: number }
 export interface Mail {
-    kind: 'mail'; from: string; to: readonly string[]; subject: string; body: string; html: boolean;
+    id: number | null; kind: 'mail'; from: string; to: readonly string[]; subject: string; body: string; html: boolean;
     attachments: readonly Attachment[];
 }
-export interface Social { kind: 'social'; service: string; text: string }
+export interface Social { id: number | null; kind: 'social'; service: string; text: string }
 export type Presented = Prompt | Mail | Social;
 
 export interface Device { darkMode: boolean; rightToLeft: boolean; language: string; scale: number; idiom: string }
 
 export interface State { revision: number; screen: Screen; presented: Presented | null; device: Device | null }
-export interface Message { id: number | null; ok: boolean; error: string | null; state: State | null }
+/** `stale` says that what a command meant is no longer there: nothing was done, and the state shows what is there now. */
+export interface Message { id: number | null; ok: boolean; stale: boolean; error: string | null; state: State | null }
 export type Command = { readonly do: string } & Readonly<Record<string, unknown>>;
 
 export const groupKind = 0;
+
+/** What a command that acts on a row carries: the key means the row wherever it stands by then, and decides where keys are known. */
+export const target = (row: Row): { row: number; key: string } => ({ row: row.index, key: row.key });
 
 type Bag = Record<string, unknown>;
 
 const bag = (value: unknown): Bag | null => (typeof value === 'object' && value !== null && !Array.isArray(value) ? (value as Bag) : null);
 const text = (value: unknown): string | null => (typeof value === 'string' ? value : null);
 const number = (value: unknown, fallback: number): number => (typeof value === 'number' && Number.isFinite(value) ? value : fallback);
+const identity = (value: unknown): number | null => (typeof value === 'number' && Number.isSafeInteger(value) ? value : null);
 const list = <T>(value: unknown, each: (item: unknown) => T | null): T[] =>
     Array.isArray(value) ? value.map(each).filter((item): item is T => item !== null) : [];
 
@@ -196,6 +203,7 @@ function screen(value: unknown): Screen | null {
     if (!source) return null;
     const rows = list(source['rows'], row);
     return {
+        id: identity(source['id']),
         className: text(source['class']) ?? '',
         title: text(source['title']),
         links: list(source['links'], (item) => ({ title: text(bag(item)?.['title']) ?? '' })),
@@ -219,16 +227,17 @@ function presented(value: unknown): Presented | null {
     const source = bag(value);
     if (!source) return null;
     const kind = text(source['kind']);
+    const id = identity(source['id']);
     if (kind === 'mail') {
         return {
-            kind, from: text(source['from']) ?? '', subject: text(source['subject']) ?? '', to: list(source['to'], text), body: text(source['body']) ?? '', html: source['html'] === true,
+            id, kind, from: text(source['from']) ?? '', subject: text(source['subject']) ?? '', to: list(source['to'], text), body: text(source['body']) ?? '', html: source['html'] === true,
             attachments: list(source['attachments'], attachment),
         };
     }
-    if (kind === 'social') return { kind, service: text(source['service']) ?? '', text: text(source['text']) ?? '' };
+    if (kind === 'social') return { id, kind, service: text(source['service']) ?? '', text: text(source['text']) ?? '' };
     if (kind !== 'alert' && kind !== 'sheet' && kind !== 'confirmation' && kind !== 'activity') return null;
     const actions = list(source['actions'], (item) => ({ title: text(bag(item)?.['title']) ?? '', style: text(bag(item)?.['style']) ?? 'default' }));
-    return { kind, title: text(source['title']), message: text(source['message']), actions };
+    return { id, kind, title: text(source['title']), message: text(source['message']), actions };
 }
 
 function device(value: unknown): Device | null {
@@ -259,5 +268,5 @@ export function parseMessage(data: unknown): Message | null {
         : null;
     const id = typeof source['id'] === 'number' ? source['id'] : null;
     if (state === null && id === null) return null;
-    return { id, ok: source['ok'] !== false, error: text(source['error']), state };
+    return { id, ok: source['ok'] !== false, stale: source['stale'] === true, error: text(source['error']), state };
 }

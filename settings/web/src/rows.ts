@@ -23,7 +23,7 @@ export interface Place { position: number; size: number; first: boolean; last: b
 export function rowTemplate(row: Row, place: Place | null, use: ListUse, view: View): TemplateResult {
     const name = use.nameOf(row);
     const deletable = row.editingStyle === 1;
-    const editing = use.screen.editing && deletable;
+    const editing = use.editing && deletable;
     const open = deletable && use.uncovered === name;
     const label = rowLabel(row);
     return html`
@@ -35,7 +35,7 @@ export function rowTemplate(row: Row, place: Place | null, use: ListUse, view: V
                 @click=${() => use.uncover(open ? null : name)}>${minus()}</button>` : nothing}
             ${cell(row, use, view, deletable)}
             ${deletable ? html`<button class="delete" type="button" aria-label="${view.texts.delete}: ${label}" tabindex=${open ? 0 : -1} aria-hidden=${open ? nothing : 'true'}
-                @click=${() => view.act({ do: 'delete', row: row.index })}>${view.texts.delete}</button>` : nothing}
+                @click=${() => use.remove(row)}><span class="delete-word">${view.texts.delete}</span></button>` : nothing}
         </li>`;
 }
 
@@ -46,15 +46,15 @@ export const placeholderRow = (index: number, gapBefore: number, name: string, v
     </li>`;
 
 function cell(row: Row, use: ListUse, view: View, deletable: boolean): TemplateResult {
-    const tap = (): void => {
+    const tap = (event: Event): void => {
         // A tap beside an uncovered delete button only covers it again, as on the phone.
         if (use.uncovered !== null) use.uncover(null);
-        else view.act({ do: 'tap', row: row.index });
+        else use.tap(row, event);
     };
     const keys = (event: KeyboardEvent): void => {
         if (!deletable || (event.key !== 'Delete' && event.key !== 'Backspace')) return;
         event.preventDefault();
-        view.act({ do: 'delete', row: row.index });
+        use.remove(row);
     };
     const shape = cellShape(row);
     // The body of a control's row is a button beside the control: what a tap on the one does is nothing to the other.
@@ -79,7 +79,7 @@ function cellShape(row: Row): string {
 }
 
 /** What a row shows. With a `bodyTap`, the title is the button that the body of a control's row is. */
-function contents(row: Row, view: View, bodyTap: (() => void) | null = null): TemplateResult {
+function contents(row: Row, view: View, bodyTap: ((event: Event) => void) | null = null): TemplateResult {
     const ground = themeColour('--row');
     const labelled = row.labels.length > 0;
     const title = row.text ?? (labelled ? null : row.name);
@@ -98,7 +98,7 @@ function contents(row: Row, view: View, bodyTap: (() => void) | null = null): Te
         ${bodyTap ? nothing : accessoryMark(row, ground, view)}`;
 }
 
-function bodyButton(row: Row, tap: () => void, view: View): TemplateResult {
+function bodyButton(row: Row, tap: (event: Event) => void, view: View): TemplateResult {
     const checked = row.accessory === accessory.checkmark;
     return html`<button class="title body" type="button" dir="auto" @click=${tap}>${rowLabel(row)}${checked ? html`<span class="unseen">${view.texts.selected}</span>` : nothing}</button>`;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 import { systemItem } from './bar';
-import { animate, direction, presentTransform } from './motion';
+import { Gate } from './gate';
+import { direction, glide, inPlace, motionIsReduced, type Pose } from './motion';
 import { PageView, type RowRequest } from './page';
 import type { Screen } from './protocol';
 import type { View } from './view';
@@ -8,6 +9,13 @@ import type { View } from './view';
 type Move = 'push' | 'pop' | 'replace';
 
 const slide = (part: string): string => `translateX(calc(${part} * ${direction()}))`;
+
+/** Where a page stands that lies above the one in sight and is not shown yet, or no more. */
+const aside = (): Pose => (motionIsReduced() ? { transform: 'none', opacity: 0 } : { transform: slide('100%'), opacity: 1 });
+/** Where a page stands beneath the one in sight. */
+const beneath = (): Pose => (motionIsReduced() ? inPlace : { transform: slide('-33.3%'), opacity: 1 });
+const below = (): Pose => (motionIsReduced() ? { transform: 'none', opacity: 0 } : { transform: 'translateY(100%)', opacity: 1 });
+const contentAt = (place: 'aside' | 'beneath'): Pose => ({ transform: motionIsReduced() ? 'none' : slide(place === 'aside' ? '20%' : '-20%'), opacity: 0 });
 
 /** One navigation controller in the document: the pages of its stack, the top one shown. */
 class Navigator {
@@ -18,6 +26,8 @@ class Navigator {
     /** By depth. Depths that were never on top here have no page. */
     private pages: (PageView | undefined)[] = [];
     private stack: readonly string[] = [];
+    /** Counts the motions, so that the end of one that was turned around is told from that of the last. */
+    private motion = 0;
 
     constructor(readonly level: number) {
         this.element.className = 'navigator';
@@ -27,11 +37,11 @@ class Navigator {
     }
 
     /** Whether a state shows a screen other than the one on top here. */
-    differs(screen: Screen): boolean { return !this.page || screen.stack.join() !== this.stack.join(); }
+    differs(screen: Screen): boolean { return !this.page || this.page.screen.id !== screen.id || screen.stack.join() !== this.stack.join(); }
 
-    show(screen: Screen, revision: number, make: () => PageView): void {
+    show(screen: Screen, revision: number, covered: boolean, make: () => PageView): void {
         if (!this.differs(screen)) {
-            this.page?.update(screen, revision);
+            this.page?.update(screen, revision, covered);
             return;
         }
         const old = this.page;
@@ -40,52 +50,65 @@ class Navigator {
         old?.leave();
         // What lies above the new top is gone; what lies beneath stays for the way back.
         const kept = move === 'pop' ? this.pages[depth - 1] : undefined;
-        const page = kept?.screen.className === screen.className ? kept : make();
-        for (const gone of this.pages.slice(move === 'push' ? depth - 1 : depth)) if (gone !== page && gone !== old) gone?.release();
+        const page = kept?.screen.className === screen.className && kept.screen.id === screen.id ? kept : make();
+        for (const gone of this.pages.slice(depth - 1)) if (gone !== page) gone?.release();
         this.pages.length = Math.min(this.pages.length, depth);
         this.pages[depth - 1] = page;
         this.stack = screen.stack;
         this.page = page;
-        this.bars.append(page.bar);
-        this.bodies.append(page.body);
+        // One that is still leaving stays where it is drawn.
+        if (!page.body.isConnected) {
+            this.bars.append(page.bar);
+            this.bodies.append(page.body);
+        }
         page.bar.inert = page.body.inert = false;
-        page.update(screen, revision);
+        page.update(screen, revision, covered);
         if (page === kept) page.returned();
         if (old && old !== page) this.transit(old, page, move);
     }
 
+    /** Gives up all pages. */
+    release(): void { for (const page of this.pages) page?.release(); }
+
     private transit(old: PageView, page: PageView, move: Move): void {
-        const leaving = [...this.bodies.children].filter((body): body is HTMLElement => body !== page.body);
-        const leavingBars = [...this.bars.children].filter((bar): bar is HTMLElement => bar !== page.bar);
-        for (const element of [...leaving, ...leavingBars]) element.inert = true;
-        const clear = (): void => { for (const element of [...leaving, ...leavingBars]) element.remove(); };
-        if (move !== 'push') old.release();
+        const leaving = [...this.bodies.children, ...this.bars.children].filter((part): part is HTMLElement => part !== page.body && part !== page.bar);
+        for (const part of leaving) part.inert = true;
+        this.motion += 1;
+        const { motion } = this;
+        const arrive = (): void => {
+            if (motion !== this.motion) return;
+            for (const part of leaving) part.remove();
+            for (const part of [page.body, page.bar]) part.classList.remove('above');
+            page.gate.open('transit');
+        };
         if (move === 'replace') {
-            clear();
+            arrive();
             return;
         }
-        const away = move === 'push' ? slide('-33.3%') : slide('100%');
-        for (const body of leaving) {
-            body.classList.toggle('above', move === 'pop');
-            animate(body, [{ transform: presentTransform(body) }, { transform: away }], '--push-time');
-        }
-        page.body.classList.toggle('above', move === 'push');
-        for (const bar of leavingBars) {
-            const content = bar.querySelector('.bar-content');
-            if (content) animate(content, [{ opacity: 1, transform: 'none' }, { opacity: 0, transform: slide(move === 'push' ? '-20%' : '20%') }], '--push-time');
-        }
-        const content = page.bar.querySelector('.bar-content');
-        const fill = page.bar.querySelector('.bar-fill');
-        if (content) animate(content, [{ opacity: 0, transform: slide(move === 'push' ? '20%' : '-20%') }, { opacity: 1, transform: 'none' }], '--push-time');
-        if (fill) animate(fill, [{ opacity: 0 }, { opacity: 1 }], '--push-time');
-        animate(page.body, [{ transform: slide(move === 'push' ? '100%' : '-33.3%') }, { transform: 'none' }], '--push-time', clear);
+        const [upper, lower] = move === 'push' ? [page, old] : [old, page];
+        for (const part of [upper.body, upper.bar]) part.classList.add('above');
+        for (const part of [lower.body, lower.bar]) part.classList.remove('above');
+        // A push can be turned around; a pop that goes on would take the way back of the screen that arrives.
+        page.gate.shut('transit', move === 'push' ? 'open' : 'shut');
+        const play = (element: Element | null, outside: Pose, coming: boolean, done?: () => void): void => {
+            if (element) glide(element, coming ? outside : inPlace, coming ? inPlace : outside, '--push-time', done);
+        };
+        play(lower.bar.querySelector('.bar-content'), contentAt('beneath'), move === 'pop');
+        play(upper.bar.querySelector('.bar-content'), contentAt('aside'), move === 'push');
+        play(upper.bar.querySelector('.bar-fill'), { transform: 'none', opacity: 0 }, move === 'push');
+        play(lower.body, beneath(), move === 'pop');
+        play(upper.body, aside(), move === 'push', arrive);
     }
 }
 
 /** All navigation controllers, the presented ones above, and the motion between them. */
 export class Stage {
     readonly element = document.createElement('main');
+    /** Shut while something that was presented above is on its way out. */
+    readonly gate = new Gate([this.element]);
     private navigators: Navigator[] = [];
+    /** Counts the dismissals, so that the end of one is told from that of the last. */
+    private dismissal = 0;
 
     constructor(private readonly view: View, private readonly needsRows: RowRequest) {
         this.element.className = 'stage';
@@ -100,22 +123,28 @@ export class Stage {
         return !top || top.level !== screen.modals || top.differs(screen);
     }
 
-    /** Shows a state's screen, and gives the focus to a page that comes on top. */
-    show(screen: Screen, revision: number): void {
+    /** Shows a state's screen, and gives the focus to a page that comes on top; `covered` tells that something is presented above it. */
+    show(screen: Screen, revision: number, covered: boolean): void {
         const before = this.page;
         const hadFocus = document.activeElement === document.body || this.element.contains(document.activeElement);
         const make = (): PageView => new PageView(screen, this.view, this.needsRows);
         const top = this.navigators.at(-1);
         if (top && screen.modals < top.level) this.dismiss(screen.modals);
         let navigator = this.navigators.at(-1);
-        if (!navigator || navigator.level < screen.modals) {
-            navigator = this.present(screen, before);
-        }
-        navigator.show(screen, revision, make);
+        const beneath = navigator;
+        if (!navigator || navigator.level < screen.modals) navigator = this.present(screen, before);
+        navigator.show(screen, revision, covered, make);
+        if (beneath && navigator !== beneath) this.rise(navigator, beneath);
         const page = this.page;
         if (!before || !page || page === before || !hadFocus) return;
         if (page.lastFocus) page.focusWhereLeft();
         else page.focusHeading();
+    }
+
+    /** Sends what is being typed, as if its field had been left; for what the user does without leaving it. */
+    commitTyped(): void {
+        const field = document.activeElement;
+        if (field instanceof HTMLInputElement && field.classList.contains('field') && this.element.contains(field)) field.blur();
     }
 
     /** Draws the top page again, after something it depends on beside the state has changed. */
@@ -136,15 +165,20 @@ export class Stage {
 
     private present(screen: Screen, covered: PageView | null): Navigator {
         const navigator = new Navigator(screen.modals);
-        const beneath = this.navigators.at(-1);
         covered?.leave();
         this.navigators.push(navigator);
         this.element.append(navigator.element);
-        if (beneath) {
-            beneath.element.inert = true;
-            animate(navigator.element, [{ transform: 'translateY(100%)' }, { transform: 'none' }], '--sheet-time', () => beneath.element.classList.add('covered'));
-        }
         return navigator;
+    }
+
+    private rise(navigator: Navigator, covered: Navigator): void {
+        const { page } = navigator;
+        covered.element.inert = true;
+        page?.gate.shut('sheet', 'open');
+        glide(navigator.element, below(), inPlace, '--sheet-time', () => {
+            covered.element.classList.add('covered');
+            page?.gate.open('sheet');
+        });
     }
 
     private dismiss(level: number): void {
@@ -159,14 +193,20 @@ export class Stage {
         }
         revealed.element.inert = false;
         revealed.element.classList.remove('covered');
+        const { page } = revealed;
+        this.dismissal += 1;
+        const { dismissal } = this;
+        page?.gate.shut('sheet', 'shut');
         for (const navigator of gone) {
             navigator.element.inert = true;
             navigator.page?.leave();
-            const from = presentTransform(navigator.element);
-            animate(navigator.element, [{ transform: from }, { transform: 'translateY(100%)' }], '--sheet-time', () => {
+            navigator.release();
+            glide(navigator.element, inPlace, below(), '--sheet-time', () => {
                 navigator.element.remove();
-                navigator.page?.release();
+                // One that came down again meanwhile has a motion of its own.
+                if (dismissal === this.dismissal) page?.gate.open('sheet');
             });
         }
+        page?.fadeHighlight();
     }
 }

@@ -1,12 +1,21 @@
 // SPDX-License-Identifier: MIT
-import { direction } from './motion';
+import { direction, presentShift } from './motion';
 
 const dragThreshold = 8;
+/** The part of a row's width from which on letting go asks for the row's deletion. */
+const fullPart = 0.6;
 
-interface Drag { row: HTMLElement; cell: HTMLElement; width: number; from: number; x: number; y: number; active: boolean; offset: number }
+interface Drag { row: HTMLElement; cell: HTMLElement; button: HTMLElement; width: number; limit: number; x: number; y: number; pointer: number; active: boolean; offset: number }
+
+export interface SwipeUse {
+    /** Shows the delete button of one row, by the name of its element, and of no other; null of none. */
+    uncover(name: string | null): void;
+    /** The row has been swiped so far that nothing else can be meant. */
+    remove(name: string): void;
+}
 
 /** Lets rows of a list that can be deleted be swiped aside, by touch, pen or mouse. */
-export function enableSwipe(list: HTMLElement, uncover: (name: string | null) => void): void {
+export function enableSwipe(list: HTMLElement, use: SwipeUse): void {
     let drag: Drag | null = null;
 
     const start = (event: PointerEvent): void => {
@@ -15,37 +24,50 @@ export function enableSwipe(list: HTMLElement, uncover: (name: string | null) =>
         const cell = row.querySelector<HTMLElement>('.cell');
         const button = row.querySelector<HTMLElement>('.delete');
         if (!cell || !button) return;
-        const width = button.offsetWidth;
-        drag = { row, cell, width, from: row.dataset['open'] === undefined ? 0 : width, x: event.clientX, y: event.clientY, active: false, offset: 0 };
+        drag = { row, cell, button, width: naturalWidth(row, button), limit: row.offsetWidth * fullPart, x: event.clientX, y: event.clientY, pointer: event.pointerId, active: false, offset: 0 };
+    };
+
+    const begin = (event: PointerEvent, taken: Drag): void => {
+        taken.active = true;
+        // From where the row is drawn now: it may still be on its way from the last swipe.
+        taken.offset = Math.max(0, -presentShift(taken.cell) * direction());
+        taken.x = event.clientX + taken.offset * direction();
+        list.setPointerCapture(event.pointerId);
+        // Another row's button goes as soon as this one's comes.
+        if (taken.row.dataset['open'] === undefined) use.uncover(null);
+        taken.row.classList.add('swiping');
     };
 
     const move = (event: PointerEvent): void => {
-        if (!drag) return;
+        if (!drag || event.pointerId !== drag.pointer) return;
         // Counted towards the leading edge, whichever side that is.
         const along = (drag.x - event.clientX) * direction();
         if (!drag.active) {
             if (Math.abs(event.clientY - drag.y) > dragThreshold) { drag = null; return; }
             if (Math.abs(along) < dragThreshold) return;
-            drag.active = true;
-            list.setPointerCapture(event.pointerId);
-            drag.row.classList.add('swiping');
+            begin(event, drag);
+        } else {
+            drag.offset = Math.min(drag.row.offsetWidth, Math.max(0, along));
         }
-        const beyond = drag.from + along;
-        // Past the button the row follows ever more reluctantly.
-        drag.offset = beyond <= drag.width ? Math.max(0, beyond) : drag.width + (beyond - drag.width) / 3;
+        drag.row.classList.toggle('full', drag.offset >= drag.limit);
         drag.cell.style.setProperty('transform', `translateX(${-drag.offset * direction()}px)`);
+        // The button stretches with the finger.
+        drag.button.style.setProperty('width', `${Math.max(drag.width, drag.offset)}px`);
     };
 
     const end = (event: PointerEvent): void => {
-        if (!drag) return;
-        const { row, cell, active, offset, width } = drag;
+        if (!drag || event.pointerId !== drag.pointer) return;
+        const { row, cell, button, active, offset, width, limit } = drag;
         drag = null;
         if (!active) return;
-        row.classList.remove('swiping');
-        cell.style.removeProperty('transform');
-        const open = event.type === 'pointerup' && offset > width / 2;
+        const released = event.type === 'pointerup';
+        const name = row.dataset['name'] ?? null;
         row.style.setProperty('--uncovered', `${width}px`);
-        uncover(open ? (row.dataset['name'] ?? null) : null);
+        use.uncover(released && offset > width / 2 ? name : null);
+        row.classList.remove('swiping', 'full');
+        cell.style.removeProperty('transform');
+        button.style.removeProperty('width');
+        if (released && offset >= limit && name !== null) use.remove(name);
         // The click that ends a drag is no tap. Without one the listener goes with the task.
         const swallow = (click: Event): void => { click.stopPropagation(); click.preventDefault(); };
         list.addEventListener('click', swallow, { capture: true, once: true });
@@ -57,4 +79,10 @@ export function enableSwipe(list: HTMLElement, uncover: (name: string | null) =>
     list.addEventListener('pointerup', end);
     list.addEventListener('pointercancel', end);
     list.addEventListener('dragstart', (event) => event.preventDefault());
+}
+
+/** The width of a row's delete button where no finger stretches it. */
+function naturalWidth(row: HTMLElement, button: HTMLElement): number {
+    const open = row.dataset['open'] !== undefined && Number.parseFloat(row.style.getPropertyValue('--uncovered'));
+    return open || button.offsetWidth;
 }
