@@ -282,6 +282,8 @@ export class MockPhone {
         const target = this.screen.rows()[index];
         if (target?.editingStyle !== 1) return false;
         this.deleting = target;
+        // As a swipe does on the phone.
+        this.editing = true;
         this.presented = {
             kind: 'sheet', title: null, message: `Are you sure you want to delete the profile '${target.name}'?`,
             actions: [{ title: 'Delete', style: 'destructive' }, { title: 'Cancel', style: 'cancel' }],
@@ -308,7 +310,7 @@ export class MockPhone {
             this.active = this.active.filter((each) => each !== this.deleting);
             this.inactive = this.inactive.filter((each) => each !== this.deleting);
         }
-        if (action === 'Cancel') this.editing = false;
+        if (action === 'Cancel' || action === 'Delete') this.editing = false;
         if (action.startsWith('Share')) this.presented = { kind: 'social', service: 'SLServiceTypeTwitter', text: "I'm enjoying #Sample, which keeps my phone quiet by reading my calendar." };
         return true;
     }

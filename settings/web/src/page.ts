@@ -64,7 +64,7 @@ export class PageView implements ListUse {
         this.window = new ListWindow(this.body, this.list, this.store, () => this.schedule());
         this.gate = new Gate([this.bar, this.body]);
         keepPresses(this.body);
-        enableSwipe(this.list, { uncover: (name) => this.uncover(name), remove: (name) => this.removeNamed(name) });
+        enableSwipe(this.list, { uncover: (name, width) => this.uncover(name, width), remove: (name) => this.removeNamed(name) });
         // A field that drawing takes away loses the focus; the user has not left it.
         this.list.addEventListener('blur', (event) => { if (this.drawing) event.stopPropagation(); }, { capture: true });
         for (const part of [this.bar, this.body]) part.addEventListener('click', (event) => this.endMove(event), { capture: true });
@@ -134,12 +134,12 @@ export class PageView implements ListUse {
 
     nameOf(row: Row): string { return this.identity.of(row); }
 
-    uncover(name: string | null): void {
+    uncover(name: string | null, width?: number): void {
         if (name === null && this.uncovered === null) return;
         this.uncovered = name;
         const row = name === null ? null : this.list.querySelector<HTMLElement>(`[data-name="${CSS.escape(name)}"]`);
         const button = row?.querySelector<HTMLElement>('.delete');
-        if (row && button) row.style.setProperty('--uncovered', `${button.offsetWidth}px`);
+        if (row && button) row.style.setProperty('--uncovered', `${width ?? button.offsetWidth}px`);
         this.draw();
         if (button && document.activeElement?.classList.contains('minus')) button.focus({ preventScroll: true });
     }

@@ -8,8 +8,8 @@ const fullPart = 0.6;
 interface Drag { row: HTMLElement; cell: HTMLElement; button: HTMLElement; width: number; limit: number; x: number; y: number; pointer: number; active: boolean; offset: number }
 
 export interface SwipeUse {
-    /** Shows the delete button of one row, by the name of its element, and of no other; null of none. */
-    uncover(name: string | null): void;
+    /** Shows the delete button of one row, by the name of its element, and of no other; null of none. The button has that width. */
+    uncover(name: string | null, width?: number): void;
     /** The row has been swiped so far that nothing else can be meant. */
     remove(name: string): void;
 }
@@ -62,8 +62,7 @@ export function enableSwipe(list: HTMLElement, use: SwipeUse): void {
         if (!active) return;
         const released = event.type === 'pointerup';
         const name = row.dataset['name'] ?? null;
-        row.style.setProperty('--uncovered', `${width}px`);
-        use.uncover(released && offset > width / 2 ? name : null);
+        use.uncover(released && offset > width / 2 ? name : null, width);
         row.classList.remove('swiping', 'full');
         cell.style.removeProperty('transform');
         button.style.removeProperty('width');
