@@ -10,6 +10,7 @@ export async function finger(page) {
         down: (x, y) => send('touchStart', at(x, y)),
         move: (x, y) => send('touchMove', at(x, y)),
         up: () => send('touchEnd', []),
+        cancel: () => send('touchCancel', []),
         /** From one place to another in so many steps, and up. */
         async swipe(from, to, steps = 10) {
             await send('touchStart', at(...from));

@@ -41,6 +41,8 @@ for (const [name, device] of [['leftToRight', {}], ['rightToLeft', { rightToLeft
                 const selectors = ['.bodies > .page', '.bars .bar-content', '.bars .bar-fill'];
                 const before = [];
                 for (const selector of selectors) before.push(await parts(ui.page, selector));
+                const between = ({ left, opacity }) => (kind === 'motion' ? Math.abs(left) > 1 && Math.abs(left) < 389 : opacity > 0 && opacity < 1);
+                assert.ok(before[0].some(between), `the screens are under way: ${JSON.stringify(before[0])}`);
                 if (way === 'back') ui.phone.perform({ do: 'back' });
                 else ui.phone.push(ui.phone.plain());
                 ui.server.push();

@@ -64,13 +64,33 @@ test('Slider_thumbUnderAVerticalSwipe_isGivenBackToTheScroll', async () => {
     await slider(ui.page).scrollIntoViewIfNeeded();
     const { x, y } = await thumb(ui.page);
     const from = await ui.page.locator('.page').evaluate((element) => element.scrollTop);
-    await touch.down(x, y);
-    for (let step = 1; step <= 10; step += 1) await touch.move(x + step, y - 15 * step);
+    await touch.down(x + 15, y);
+    for (let step = 1; step <= 10; step += 1) await touch.move(x + 15 + step, y - 15 * step);
     await touch.up();
     await ui.page.waitForFunction((start) => document.querySelector('.page').scrollTop > start, from);
     assert.equal(await slider(ui.page).inputValue(), '0.5');
     assert.equal(await slider(ui.page).evaluate((element) => element.style.getPropertyValue('--fill')), '0.5');
     assert.equal(await slider(ui.page).getAttribute('data-busy'), null, 'the slider follows the application again');
+    await sentOnly(ui, 0);
+    await ui.close();
+});
+
+test('Slider_takenFromTheFinger_goesBackToWhereItWas', async () => {
+    const ui = await openPage(session, { arrange: editor, touch: true });
+    const touch = await finger(ui.page);
+    const { x, y } = await thumb(ui.page);
+    await touch.down(x, y);
+    for (let step = 1; step <= 5; step += 1) await touch.move(x + 12 * step, y);
+    await ui.page.waitForFunction(() => document.querySelector('[aria-label="Ringer Volume"]').value !== '0.5');
+    // What the application has meanwhile counts as well.
+    ui.phone.screen.rows().find((each) => each.name === 'Ringer Volume').value = 0.25;
+    ui.phone.screen.rows().find((each) => each.name === 'Vibrate').value = true;
+    ui.phone.changed();
+    ui.server.push();
+    await ui.page.waitForFunction(() => document.querySelector('[aria-label="Vibrate"]').checked);
+    assert.notEqual(await slider(ui.page).inputValue(), '0.25', 'while the finger has it');
+    await touch.cancel();
+    await ui.page.waitForFunction(() => document.querySelector('[aria-label="Ringer Volume"]').value === '0.25');
     await sentOnly(ui, 0);
     await ui.close();
 });

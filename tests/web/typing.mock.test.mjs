@@ -57,6 +57,7 @@ for (const [language, words] of [['en', '“Theatre” could not be saved.'], ['
         assert.deepEqual(await accessibilityProblems(ui.page), []);
         await notice(ui.page).getByRole('button').click();
         assert.equal(await notice(ui.page).textContent(), '');
+        assert.equal(await ui.page.evaluate(() => document.activeElement.localName), 'h1', 'the keyboard goes on from the title');
         await ui.close();
     });
 }

@@ -30,7 +30,7 @@ export class App implements View {
     private readonly stage: Stage;
     private readonly presenter: Presenter;
     private readonly frame: Frame;
-    private readonly losses = new Unsaved(this);
+    private readonly losses = new Unsaved(this, () => this.stage.page?.focusHeading());
     private revision = -1;
     private announced = '';
     /** Values on their way: the row's key (or what stands for one), and the command that carries the last one. */

@@ -28,7 +28,8 @@ export class Unsaved {
     readonly element = document.createElement('div');
     private losses: readonly Loss[] = [];
 
-    constructor(private readonly view: View) {
+    /** `putAway` is told when the user has closed the message, which takes the focus with it. */
+    constructor(private readonly view: View, private readonly putAway: () => void) {
         this.element.className = 'unsaved';
         this.element.setAttribute('role', 'alert');
     }
@@ -46,12 +47,13 @@ export class Unsaved {
         render(this.losses.length === 0 ? nothing : html`
             <div class="unsaved-card">
                 ${this.losses.map((loss) => html`<div class="unsaved-loss"><p class="unsaved-label" dir="auto">${loss.label}</p><p class="unsaved-text">${before}<bdi>${loss.text}</bdi>${after}</p></div>`)}
-                <button class="choice" type="button" @click=${() => this.putAway()}>${close}</button>
+                <button class="choice" type="button" @click=${() => this.close()}>${close}</button>
             </div>`, this.element);
     }
 
-    private putAway(): void {
+    private close(): void {
         this.losses = [];
         this.draw();
+        this.putAway();
     }
 }
