@@ -180,7 +180,8 @@ export class MockPhone {
             const place = seen.get(likeness) ?? 0;
             seen.set(likeness, place + 1);
             const name = `${likeness} ${place}`;
-            if (!keys.has(name)) keys.set(name, each.key);
+            // Its own on its screen: rows of other screens have the same.
+            if (!keys.has(name)) keys.set(name, String(keys.size + 1));
             return this.freshKeys ? each : { ...each, key: keys.get(name) };
         });
         screen.laidOut = { revision: this.revision, rows };

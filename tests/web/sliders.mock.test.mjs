@@ -95,6 +95,22 @@ test('Slider_takenFromTheFinger_goesBackToWhereItWas', async () => {
     await ui.close();
 });
 
+test('Slider_takenFromTheFingerWhileAValueIsOnItsWay_goesBackToThatValue', async () => {
+    const ui = await openPage(session, { arrange: editor, touch: true });
+    ui.server.hold = true;
+    await slider(ui.page).press('End');
+    await until(() => ui.server.held.length > 0, 'the value was sent');
+    const touch = await finger(ui.page);
+    const { x, y } = await thumb(ui.page);
+    await touch.down(x, y);
+    for (let step = 1; step <= 5; step += 1) await touch.move(x - 12 * step, y);
+    await ui.page.waitForFunction(() => document.querySelector('[aria-label="Ringer Volume"]').value !== '1');
+    await touch.cancel();
+    await ui.page.waitForFunction(() => document.querySelector('[aria-label="Ringer Volume"]').value === '1');
+    assert.equal(await slider(ui.page).getAttribute('aria-valuetext'), '100%');
+    await ui.close();
+});
+
 for (const [name, device] of [['leftToRight', {}], ['rightToLeft', { rightToLeft: true, language: 'ar' }]]) {
     test(`Slider_thumbDraggedByAFinger_${name}_comesAlongAndIsSentOnce`, async () => {
         const ui = await openPage(session, { arrange: (phone) => { editor(phone); phone.device = { ...phone.device, ...device }; }, touch: true });
