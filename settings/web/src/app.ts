@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+import { onContrastChanged } from './colour';
 import { Connection, type Status } from './connection';
 import { rowLabel } from './controls';
 import { setDoorOpen } from './door';
@@ -55,6 +56,7 @@ export class App implements View {
         });
         onPatternMeasured(() => this.stage.redraw());
         onImageArrived(() => this.stage.redraw());
+        onContrastChanged(() => this.stage.redraw());
         this.statusChanged('connecting');
         this.connection.open();
     }

@@ -5,9 +5,14 @@ import type { Colour } from './protocol';
 import { black, contrast, luminance, mix, parseHex, white, type Rgb } from './rgb';
 import type { Styles } from './style';
 
+const moreContrast = matchMedia('(prefers-contrast: more)');
+
 /** The contrasts that text of any size, and the parts of a control, need. */
-const readable = 4.5;
-const discernible = 3;
+const readable = (): number => (moreContrast.matches ? 7 : 4.5);
+const discernible = (): number => (moreContrast.matches ? 4.5 : 3);
+
+/** Whom to tell when the reader asks for more contrast, or no more, so that what depends on it is drawn again. */
+export function onContrastChanged(callback: () => void): void { moreContrast.addEventListener('change', callback); }
 
 const css = (colour: Rgb): string => `rgb(${colour.join(' ')})`;
 
@@ -21,10 +26,10 @@ export function themeColour(property: string): Rgb {
 export function legible(wanted: Rgb, ground: Rgb): Rgb {
     const towards = luminance(ground) > 0.18 ? black : white;
     // Plain ink on the wrong ground is meant to be the text's colour, not a grey in between.
-    if (contrast(wanted, ground) < readable && (contrast(wanted, black) === 1 || contrast(wanted, white) === 1)) return towards;
+    if (contrast(wanted, ground) < readable() && (contrast(wanted, black) === 1 || contrast(wanted, white) === 1)) return towards;
     for (let step = 0; step <= 20; step += 1) {
         const candidate = mix(towards, wanted, step / 20);
-        if (contrast(candidate, ground) >= readable) return candidate;
+        if (contrast(candidate, ground) >= readable()) return candidate;
     }
     return towards;
 }
@@ -46,7 +51,7 @@ export function textColour(colour: Colour, ground: Rgb): string | null {
 }
 
 /** How dark a veil over a pattern has to be for white to stand out from its brightest spot; unless told otherwise, white text. */
-export function veilFor(brightest: Rgb, wanted = readable): number {
+export function veilFor(brightest: Rgb, wanted = readable()): number {
     for (let step = 0; step < 100; step += 1) if (contrast(white, mix(black, brightest, step / 100)) >= wanted) return step / 100;
     return 1;
 }
@@ -80,7 +85,7 @@ export function switchStyles(colour: Colour, scale: number): Styles {
     if (colour === null) return {};
     if (typeof colour === 'string') return { '--on-colour': colour };
     const sample = patternSample(colour.pattern);
-    const veil = sample ? veilFor(sample.brightest, discernible) : cautiousVeil;
+    const veil = sample ? veilFor(sample.brightest, discernible()) : cautiousVeil;
     const url = imageUrl(colour.pattern);
     return { '--on-image': url === null ? wash(black, veil) : `${wash(black, veil)}, ${layer(url, scale)}` };
 }

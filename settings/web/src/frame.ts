@@ -5,6 +5,7 @@ import { isDark, themeColour } from './colour';
 import type { Status } from './connection';
 import { broken, halfMoon, padlock, statusGlyphs } from './icons';
 import type { Device, Screen } from './protocol';
+import { currentShape, followWindow, showShape } from './shape';
 import { textsFor, type Texts } from './texts';
 
 /** The phone around the screens: frame, status bar, messages about the connection, and the switch beside it. */
@@ -27,6 +28,7 @@ export class Frame {
         this.live.setAttribute('aria-live', 'polite');
         this.side.className = 'side';
         document.documentElement.dataset['theme'] = matchMedia('(prefers-color-scheme: dark)').matches ? 'dark' : 'light';
+        followWindow();
         render(statusGlyphs(), this.statusBar);
     }
 
@@ -56,9 +58,10 @@ export class Frame {
         document.title = texts.settings;
     }
 
-    /** `covered` tells that something in the system's plain look fills the phone: the status bar then is above that. */
-    showScreen(screen: Screen, covered: boolean, texts: Texts): void {
+    /** `plain` tells that something in the system's plain look is presented. It fills a phone: the status bar then is above that. */
+    showScreen(screen: Screen, plain: boolean, texts: Texts): void {
         render(nothing, this.trouble);
+        const covered = plain && currentShape() !== 'pad';
         const light = (screen.bar.statusBarStyle === 1 && !covered) || isDark(null, themeColour('--bar'));
         this.statusBar.classList.toggle('light-content', light);
         this.statusBar.classList.toggle('above', covered);
@@ -68,7 +71,7 @@ export class Frame {
     showDevice(device: Device, texts: Texts): void {
         const root = document.documentElement;
         root.dataset['theme'] = device.darkMode ? 'dark' : 'light';
-        root.dataset['idiom'] = device.idiom;
+        showShape(device.idiom);
         root.lang = device.language;
         root.dir = device.rightToLeft ? 'rtl' : 'ltr';
         // A language that the table lacks is spelled in English here; then so is the label's language.

@@ -2,13 +2,17 @@
 import { render } from 'lit-html';
 import { Gate } from './gate';
 import { glide, inPlace, motionIsReduced, type Pose } from './motion';
+import { placePopover } from './popover';
 import { cancelByTapOutside, escape, presentedTemplate } from './prompts';
 import type { Presented } from './protocol';
+import { currentShape } from './shape';
 import type { View } from './view';
 
 const unseen: Pose = { transform: 'none', opacity: 0 };
 const below = (): Pose => ({ transform: motionIsReduced() ? 'none' : 'translateY(100%)', opacity: 1 });
 const magnified = (): Pose => ({ transform: motionIsReduced() ? 'none' : 'scale(1.15)', opacity: 1 });
+/** Whether a card appears where it is; else it comes from the edge of the screen. */
+const appears = (card: Element | null): boolean => card?.matches(currentShape() === 'pad' ? '.alert, .sheet' : '.alert') === true;
 
 /** Shows what is presented over the screens, inside the phone's frame, and keeps the keyboard to it. */
 export class Presenter {
@@ -22,6 +26,7 @@ export class Presenter {
         this.element.className = 'presenter';
         // On the document: a click beside the buttons takes the focus out of the dialog.
         document.addEventListener('keydown', (event) => this.key(event));
+        window.addEventListener('resize', () => this.place());
     }
 
     /** What the user sees above the screens. */
@@ -32,6 +37,7 @@ export class Presenter {
         if (this.shown?.text === text || (!this.shown && !presented)) {
             // The words around it may have changed with the language.
             if (this.shown) render(presentedTemplate(this.shown.presented, this.view), this.shown.layer);
+            this.place();
             return;
         }
         const wasShown = this.shown !== null;
@@ -50,29 +56,35 @@ export class Presenter {
         render(presentedTemplate(presented, this.view), layer);
         this.shown = { presented, text, layer, gate: new Gate([layer]) };
         cancelByTapOutside(layer, () => this.shown?.layer === layer ? this.shown.presented : null, this.view);
+        this.place();
         this.enter(layer, this.shown.gate);
         const dialog = layer.querySelector<HTMLElement>('[role="dialog"], [role="alertdialog"]');
         dialog?.focus({ preventScroll: true });
     }
 
+    /** A pad's sheet stands beside what it was asked for with. */
+    private place(): void {
+        if (this.shown) placePopover(this.shown.layer, this.returnTo);
+    }
+
     private enter(layer: HTMLElement, gate: Gate): void {
         const card = layer.firstElementChild;
-        const isAlert = card?.classList.contains('alert') === true;
+        const isInPlace = appears(card);
         gate.shut('presented', 'shut');
         const arrived = (): void => gate.open('presented');
         glide(layer, unseen, inPlace, '--alert-time', card ? undefined : arrived);
         if (!card) return;
-        glide(card, isAlert ? magnified() : below(), inPlace, isAlert ? '--alert-time' : '--sheet-time', arrived);
+        glide(card, isInPlace ? magnified() : below(), inPlace, isInPlace ? '--alert-time' : '--sheet-time', arrived);
     }
 
     private leave(layer: HTMLElement): void {
         layer.inert = true;
         const card = layer.firstElementChild;
-        const isAlert = card?.classList.contains('alert') === true;
+        const isInPlace = appears(card);
         this.leaving.add(layer);
         this.restGate.shut('presented', 'shut');
-        if (card) glide(card, inPlace, isAlert ? inPlace : below(), isAlert ? '--alert-time' : '--sheet-time');
-        glide(layer, inPlace, unseen, isAlert ? '--alert-time' : '--sheet-time', () => {
+        if (card) glide(card, inPlace, isInPlace ? inPlace : below(), isInPlace ? '--alert-time' : '--sheet-time');
+        glide(layer, inPlace, unseen, isInPlace ? '--alert-time' : '--sheet-time', () => {
             layer.remove();
             this.leaving.delete(layer);
             if (this.leaving.size === 0) this.restGate.open('presented');

@@ -5,15 +5,13 @@ import { rowLabel, sliderControl, switchControl, textControl } from './controls'
 import { check, chevron, info, minus } from './icons';
 import { imageUrl } from './images';
 import type { Colour, Label, Row } from './protocol';
+import { deviceWidth } from './shape';
 import { styles } from './style';
 import type { ListUse, View } from './view';
 
 const cellKind = { titleValue: 4, slider: 5, toggle: 6, staticText: 7, editText: 8, button: 13 } as const;
 const accessory = { disclosure: 1, detailDisclosure: 2, checkmark: 3, detail: 4 } as const;
 const chevronKinds: readonly number[] = [1, 2];
-
-/** The width in points that rows are laid out for when they place labels themselves. */
-const layoutWidth = 390;
 
 type Contents = TemplateResult | typeof nothing;
 
@@ -135,11 +133,16 @@ function accessoryMark(row: Row, ground: ReturnType<typeof themeColour>, view: V
 // A link row with a cell class of its own says by its accessory whether it leads anywhere.
 const opens = (row: Row): boolean => row.tappable && (row.cellClass === null || row.labels.length > 0);
 
-/** A label that the cell has placed itself. One in the trailing half keeps its distance from the trailing edge at any width. */
+/** What lies this near to an edge of its row belongs to the edge, and keeps its distance at any width; what lies farther in has been given a share of the width. */
+const marginWidth = 64;
+
+/** A label that the cell has placed itself. One in the trailing half is placed from the trailing edge. */
 function ownLabel(label: Label, row: Row, ground: ReturnType<typeof themeColour>): TemplateResult {
     const [x, y, width, height] = label.frame;
-    const trailing = x >= layoutWidth / 2;
-    const edge = `${trailing ? Math.max(0, layoutWidth - x - width) : x}px`;
+    const room = deviceWidth();
+    const trailing = x >= room / 2;
+    const distance = trailing ? Math.max(0, room - x - width) : x;
+    const edge = distance <= marginWidth ? `${distance}px` : `${(100 * distance) / room}%`;
     const alone = row.labels.length === 1;
     return html`<span class="own-label ${alone ? 'alone' : ''} ${['', 'middle', 'end'][label.alignment] ?? ''}" ${styles({
         top: `${y / 16}rem`,

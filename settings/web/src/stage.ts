@@ -30,7 +30,7 @@ class Navigator {
     private motion = 0;
 
     constructor(readonly level: number) {
-        this.element.className = 'navigator';
+        this.element.className = level > 0 ? 'navigator modal' : 'navigator';
         this.bars.className = 'bars';
         this.bodies.className = 'bodies';
         this.element.append(this.bars, this.bodies);
