@@ -74,11 +74,13 @@ export class MockPhone {
     }
 
     editor(title, isNew) {
+        // As each device lays them out, from the trailing edge.
+        const timesAt = (this.device.idiom === 'pad' ? 768 : 390) - 135;
         const hours = row(1, 'Active Hours', {
             text: null, height: 64, cellClass: 'SampleRangeCell',
             labels: [
-                { tag: 21, text: 'From', frame: [16, 10, 150, 20], colour: '#000000ff', alignment: 0 }, { tag: 22, text: '9:00 AM', frame: [255, 10, 100, 20], colour: '#007affff', alignment: 2 },
-                { tag: 23, text: 'To', frame: [16, 34, 150, 20], colour: '#000000ff', alignment: 0 }, { tag: 24, text: '5:00 PM', frame: [255, 34, 100, 20], colour: '#007affff', alignment: 2 },
+                { tag: 21, text: 'From', frame: [16, 10, 150, 20], colour: '#000000ff', alignment: 0 }, { tag: 22, text: '9:00 AM', frame: [timesAt, 10, 100, 20], colour: '#007affff', alignment: 2 },
+                { tag: 23, text: 'To', frame: [16, 34, 150, 20], colour: '#000000ff', alignment: 0 }, { tag: 24, text: '5:00 PM', frame: [timesAt, 34, 100, 20], colour: '#007affff', alignment: 2 },
             ],
         });
         const rows = [
