@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-# Sourced by ./run and ./test: installs what is missing on a Debian 12 machine and says what. All messages go to
+# Sourced by ./run, ./test and ./gallery: installs what is missing on a Debian 12 machine and says what. All messages go to
 # standard error, because ./run's standard output belongs to the program.
 . packaging/progress.sh
 . packaging/tools.sh
@@ -56,7 +56,8 @@ build_packages=(g++ libboost1.81-dev libboost-json1.81-dev libcli11-dev libgmime
     libsdbus-c++-dev)
 build_commands=(cmake=cmake pkgconf=pkg-config ninja-build=ninja nodejs=node npm=npm)
 test_packages=(libgtest-dev libgmock-dev libbenchmark-dev clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev
-    dbus python3-dbusmock chromium fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji)
+    dbus python3-dbusmock)
+page_packages=(chromium fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji)
 test_commands=(python3=python3 git=git)
 
 # prepare PACKAGE… -- PACKAGE=COMMAND…: refuses tools that are too old, installs what is missing, all at once.
@@ -76,7 +77,9 @@ prepare() {
 
 prepare_build() { prepare "${build_packages[@]}" -- "${build_commands[@]}"; }
 
+prepare_gallery() { prepare "${build_packages[@]}" "${page_packages[@]}" -- "${build_commands[@]}"; }
+
 prepare_tests() {
-    prepare "${build_packages[@]}" "${test_packages[@]}" -- "${build_commands[@]}" "${test_commands[@]}" &&
+    prepare "${build_packages[@]}" "${page_packages[@]}" "${test_packages[@]}" -- "${build_commands[@]}" "${test_commands[@]}" &&
         prefer_debians_cmake
 }

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+// Makes the gallery: node gallery.mjs DIRECTORY. For each appearance a sheet of all scenes (NAME.webp) and the records that the
+// tests compare with (NAME.jsonl). Prints its steps as build tools do.
+import { mkdir, writeFile } from 'node:fs/promises';
+import { join } from 'node:path';
+import { write } from './gallery-references.mjs';
+import { makeSheet } from './gallery-sheet.mjs';
+import { scenesOfATour, takeTour, tours } from './gallery-tour.mjs';
+import { startBrowser } from './harness.mjs';
+import { openDarkroom } from './pictures.mjs';
+
+const [directory] = process.argv.slice(2);
+if (!directory) {
+    console.error('gallery.mjs: usage: node gallery.mjs DIRECTORY');
+    process.exit(2);
+}
+
+const total = tours.reduce((sum, tour) => sum + tour.appearances.length * scenesOfATour, 0);
+let done = 0;
+const session = await startBrowser();
+try {
+    await mkdir(directory, { recursive: true });
+    const darkroom = await openDarkroom(session);
+    for (const tour of tours) {
+        const seen = async (appearance, scene) => console.log(`[${(done += 1)}/${total}] ${appearance}: ${scene}`);
+        for (const appearance of await takeTour(session, tour, { seen })) {
+            await writeFile(join(directory, `${appearance.name}.webp`), await makeSheet(darkroom, appearance.scenes, appearance.viewport));
+            await writeFile(join(directory, `${appearance.name}.jsonl`), write(appearance));
+        }
+    }
+} finally {
+    await session.close();
+}
