@@ -8,9 +8,12 @@
 #include "settings/Front.h"
 #include "settings/PhoneCommands.h"
 #include "settings/RowCommands.h"
+#include "settings/RowSearch.h"
 #include "settings/ScreenCommands.h"
 
 namespace settings {
+
+using platform::Dictionary;
 
 namespace {
 
@@ -19,31 +22,40 @@ enum class WhilePresented { Refused, Acts };
 struct Command {
     std::string_view name;
     WhilePresented whilePresented;
-    Outcome<void> (*perform)(Application&, const CommandFields&);
+    Outcome<Dictionary> (*perform)(Application&, const CommandFields&);
 };
+
+/// A command whose answer says nothing but what every answer says.
+template <Outcome<void> (*perform)(Application&, const CommandFields&)>
+Outcome<Dictionary> done(Application& application, const CommandFields& fields) {
+    if (const Outcome<void> performed = perform(application, fields); !performed)
+        return std::unexpected(performed.error());
+    return Dictionary();
+}
 
 Outcome<void> doNothing(Application& /*application*/, const CommandFields& /*fields*/) {
     return {};
 }
 
 constexpr std::array commands{
-    Command{"state", WhilePresented::Acts, doNothing},
-    Command{"tap", WhilePresented::Refused, tapRow},
-    Command{"set", WhilePresented::Refused, setRow},
-    Command{"delete", WhilePresented::Refused, deleteRow},
-    Command{"edit", WhilePresented::Refused, editRows},
-    Command{"bar", WhilePresented::Refused, pressBarButton},
-    Command{"back", WhilePresented::Refused, goBack},
-    Command{"choose", WhilePresented::Acts, chooseAction},
-    Command{"pickTimeRow", WhilePresented::Refused, selectTimeRow},
-    Command{"pickTime", WhilePresented::Refused, moveTimePicker},
-    Command{"pickTone", WhilePresented::Refused, selectTone},
-    Command{"compose", WhilePresented::Acts, endComposer},
-    Command{"post", WhilePresented::Acts, postNotification},
-    Command{"dark", WhilePresented::Acts, switchDarkMode},
-    Command{"advance", WhilePresented::Acts, advanceClock},
-    Command{"link", WhilePresented::Refused, openLink},
-    Command{"open", WhilePresented::Acts, reopenBundle},
+    Command{"state", WhilePresented::Acts, done<doNothing>},
+    Command{"find", WhilePresented::Acts, findRows},
+    Command{"tap", WhilePresented::Refused, done<tapRow>},
+    Command{"set", WhilePresented::Refused, done<setRow>},
+    Command{"delete", WhilePresented::Refused, done<deleteRow>},
+    Command{"edit", WhilePresented::Refused, done<editRows>},
+    Command{"bar", WhilePresented::Refused, done<pressBarButton>},
+    Command{"back", WhilePresented::Refused, done<goBack>},
+    Command{"choose", WhilePresented::Acts, done<chooseAction>},
+    Command{"pickTimeRow", WhilePresented::Refused, done<selectTimeRow>},
+    Command{"pickTime", WhilePresented::Refused, done<moveTimePicker>},
+    Command{"pickTone", WhilePresented::Refused, done<selectTone>},
+    Command{"compose", WhilePresented::Acts, done<endComposer>},
+    Command{"post", WhilePresented::Acts, done<postNotification>},
+    Command{"dark", WhilePresented::Acts, done<switchDarkMode>},
+    Command{"advance", WhilePresented::Acts, done<advanceClock>},
+    Command{"link", WhilePresented::Refused, done<openLink>},
+    Command{"open", WhilePresented::Acts, done<reopenBundle>},
 };
 
 const Command* find(std::string_view name) {
@@ -57,7 +69,8 @@ bool isCommand(std::string_view name) {
     return find(name) != nullptr;
 }
 
-Outcome<void> performCommand(Application& application, std::string_view name, const CommandFields& fields) {
+Outcome<Dictionary> performCommand(Application& application, std::string_view name,
+                                   const CommandFields& fields) {
     const Command* command = find(name);
     if (!command) return platform::failure("There is no command \"" + std::string(name) + "\".");
     if (command->whilePresented == WhilePresented::Refused && Front::now().presented) {

@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "platform/foundation/Value.h"
 #include "settings/Application.h"
 #include "settings/CommandFields.h"
 #include "settings/Refusal.h"
@@ -11,8 +12,10 @@ namespace settings {
 
 /// Does what the named command says, as the user's finger would. An error changes nothing. While an alert, a
 /// sheet or a composer is presented, most commands are errors. "wait" is not among them: what it waits for
-/// depends on the session. Main thread; not from within a task of the run loop.
-Outcome<void> performCommand(Application& application, std::string_view name, const CommandFields& fields);
+/// depends on the session. What comes back are the fields that this answer has beside those of every answer.
+/// Main thread; not from within a task of the run loop.
+Outcome<platform::Dictionary> performCommand(Application& application, std::string_view name,
+                                             const CommandFields& fields);
 
 /// Whether there is a command of that name here.
 bool isCommand(std::string_view name);

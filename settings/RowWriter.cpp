@@ -44,7 +44,7 @@ Value RowWriter::row(std::int64_t index) const {
     if (!specifier) return nullptr;
     const auto path = list_.indexPathForIndex(index);
     Dictionary row = withoutCell();
-    row["key"] = std::to_string(list_.keyAtIndex(index));
+    row["key"] = key(list_, index);
     row["index"] = index;
     row["section"] = list_.sectionForIndex(index);
     row["row"] = path ? Value(path->row) : Value();
@@ -64,6 +64,10 @@ Value RowWriter::row(std::int64_t index) const {
     row["editingStyle"] = list_.tableView_editingStyleForRowAtIndexPath(list_.table(), *path);
     row["tappable"] = list_.rowCanBeSelected(*path);
     return row;
+}
+
+Value RowWriter::key(platform::PSListController& list, std::int64_t index) {
+    return std::to_string(list.keyAtIndex(index));
 }
 
 void RowWriter::writeSpecifier(platform::PSSpecifier& specifier, Dictionary& row) const {

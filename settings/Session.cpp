@@ -2,6 +2,7 @@
 #include "settings/Session.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <utility>
 
@@ -9,6 +10,7 @@
 #include "platform/foundation/RunLoop.h"
 #include "settings/CommandAim.h"
 #include "settings/Commands.h"
+#include "settings/DeviceWriter.h"
 #include "settings/JSON.h"
 
 namespace settings {
@@ -25,6 +27,9 @@ namespace {
 std::string withoutBraces(const std::string& object) {
     return object.substr(1, object.size() - 2);
 }
+
+/// Commands that only look.
+constexpr std::array<std::string_view, 3> looks{"state", "find", "wait"};
 
 }  // namespace
 
@@ -47,10 +52,10 @@ std::string Session::answer(std::string_view line) {
 std::optional<std::string> Session::begin(std::string_view line) {
     application_.events().collect();
     application_.events().trim();
-    Value id;
-    const Outcome<Acted> done = execute(line, id);
-    if (!waiting_) return answerText(id, done);
-    waiting_->id = std::move(id);
+    Dictionary head;
+    const Outcome<Acted> done = execute(line, head);
+    if (!waiting_) return answerText(std::move(head), done);
+    waiting_->head = std::move(head);
     return resume();
 }
 
@@ -62,10 +67,11 @@ std::optional<std::string> Session::resume() {
     const bool came = events.holdsSince(waiting_->from, waiting_->kind, waiting_->name);
     waiting_->from = events.end();
     if (!came && steady_clock::now() < waiting_->deadline) return std::nullopt;
-    const Wait wait = *std::exchange(waiting_, std::nullopt);
-    if (came) return answerText(wait.id, Acted::No);
-    return answerText(wait.id, failure("No event \"" + wait.kind + "\"" +
-                                       (wait.name ? " named \"" + *wait.name + "\"" : "") + " came."));
+    Wait wait = *std::exchange(waiting_, std::nullopt);
+    if (came) return answerText(std::move(wait.head), Acted::No);
+    return answerText(std::move(wait.head),
+                      failure("No event \"" + wait.kind + "\"" +
+                              (wait.name ? " named \"" + *wait.name + "\"" : "") + " came."));
 }
 
 std::optional<steady_clock::time_point> Session::waitsUntil() const {
@@ -74,7 +80,7 @@ std::optional<steady_clock::time_point> Session::waitsUntil() const {
 }
 
 std::string Session::answerToOversizedLine() {
-    return answerText(nullptr,
+    return answerText({},
                       failure("The line is longer than " + std::to_string(maximumLineLength) + " bytes."));
 }
 
@@ -85,7 +91,7 @@ std::optional<std::string> Session::push() {
     return "{\"state\":" + stateText(std::move(now), Acted::No) + "}";
 }
 
-Outcome<Session::Acted> Session::execute(std::string_view line, Value& id) {
+Outcome<Session::Acted> Session::execute(std::string_view line, Dictionary& head) {
     if (line.size() > maximumLineLength) {
         return failure("The line is longer than " + std::to_string(maximumLineLength) + " bytes.");
     }
@@ -98,20 +104,23 @@ Outcome<Session::Acted> Session::execute(std::string_view line, Value& id) {
         if (!given.string() && (given.boolean() || !given.number())) {
             return failure("\"id\" must be a text or a number.");
         }
-        id = given;
+        head["id"] = given;
     }
     const Result<std::string> name = fields.text("do");
     if (!name) return std::unexpected(name.error());
-    if (const Result<void> taken = takeWishes(fields); !taken) return std::unexpected(taken.error());
+    RowWindow window;
+    // Who searches looks at names only; rows that are described have their cells made.
+    if (*name == "find") window.count = 0;
+    if (const Result<void> taken = takeWishes(fields, window); !taken) return std::unexpected(taken.error());
     if (const Outcome<void> aimed = checkAim(fields); !aimed) return std::unexpected(aimed.error());
-    const Outcome<void> done =
-        *name == "wait" ? Outcome<void>(beginWait(fields)) : performCommand(application_, *name, fields);
+    Outcome<Dictionary> done =
+        *name == "wait" ? beginWait(fields) : performCommand(application_, *name, fields);
     if (!done) return std::unexpected(done.error());
-    return *name == "state" || *name == "wait" ? Acted::No : Acted::Yes;
+    head.merge(*done);
+    return std::ranges::find(looks, *name) == looks.end() ? Acted::Yes : Acted::No;
 }
 
-Result<void> Session::takeWishes(const CommandFields& fields) {
-    RowWindow window;
+Result<void> Session::takeWishes(const CommandFields& fields, RowWindow window) {
     for (const auto& [key, bound] : {std::pair{"from", &window.from}, std::pair{"count", &window.count}}) {
         if (!fields.has(key)) continue;
         const Result<std::int64_t> given = fields.index(key);
@@ -130,7 +139,7 @@ Result<void> Session::takeWishes(const CommandFields& fields) {
     return {};
 }
 
-Result<void> Session::beginWait(const CommandFields& fields) {
+Outcome<Dictionary> Session::beginWait(const CommandFields& fields) {
     const Result<std::string> kind = fields.text("event");
     if (!kind) return std::unexpected(kind.error());
     const Result<std::optional<std::string>> name = fields.optionalText("name");
@@ -140,14 +149,13 @@ Result<void> Session::beginWait(const CommandFields& fields) {
     const std::chrono::duration<double> longest = longestWait_;
     const auto time = std::chrono::ceil<std::chrono::milliseconds>(
         std::min(std::chrono::duration<double>(*seconds), longest));
-    waiting_ = Wait{nullptr, *kind, *name, steady_clock::now() + time, answeredUpTo_};
-    return {};
+    waiting_ = Wait{{}, *kind, *name, steady_clock::now() + time, answeredUpTo_};
+    return Dictionary();
 }
 
-std::string Session::answerText(const Value& id, const Outcome<Acted>& done) {
+std::string Session::answerText(Dictionary head, const Outcome<Acted>& done) {
     RunLoop::main().drain();
-    Dictionary head{{"ok", done.has_value()}};
-    if (!id.isNil()) head["id"] = id;
+    head["ok"] = done.has_value();
     if (!done) {
         head["error"] = done.error().error.localizedDescription;
         if (done.error().kind == Refusal::Kind::Stale) head["stale"] = true;
@@ -161,7 +169,10 @@ std::string Session::answerText(const Value& id, const Outcome<Acted>& done) {
 Session::Look Session::look() {
     Look look;
     look.body = jsonText(writer_.state(window_));
-    look.hash = std::hash<std::string>{}(look.body);
+    const DeviceWriter device(application_);
+    // The time that passes is no change.
+    look.hash = std::hash<std::string>{}(look.body + jsonText(device.lasting()));
+    look.device = device.now();
     // After the state was written: looking at a row may have made something happen.
     application_.events().collect();
     if (tellsEvents_) look.events = application_.events().since(eventsFrom_);
@@ -179,7 +190,10 @@ std::string Session::stateText(Look look, Acted acted) {
     seenRevision_ = application_.revision();
     seenHash_ = look.hash;
     eventsFrom_ = application_.events().end();
-    Dictionary own{{"protocol", 1}, {"revision", seenRevision_}, {"events", std::move(look.events.events)}};
+    Dictionary own{{"protocol", 1},
+                   {"revision", seenRevision_},
+                   {"device", std::move(look.device)},
+                   {"events", std::move(look.events.events)}};
     if (look.events.dropped > 0) own["droppedEvents"] = look.events.dropped;
     return "{" + withoutBraces(jsonText(own)) + "," + withoutBraces(look.body) + "}";
 }

@@ -52,13 +52,15 @@ class Session {
     /// What the session sees, beside the events since `eventsFrom_`.
     struct Look {
         std::string body;
+        platform::Dictionary device;
         std::size_t hash;
         EventLog::Slice events;
     };
 
     /// A "wait" that is not over.
     struct Wait {
-        platform::Value id;
+        /// What its answer has beside "ok" and the state.
+        platform::Dictionary head;
         std::string kind;
         std::optional<std::string> name;
         std::chrono::steady_clock::time_point deadline;
@@ -66,11 +68,13 @@ class Session {
         std::uint64_t from;
     };
 
-    Outcome<Acted> execute(std::string_view line, platform::Value& id);
-    /// Takes over what the session wants to be told from now on.
-    platform::Result<void> takeWishes(const CommandFields& fields);
-    platform::Result<void> beginWait(const CommandFields& fields);
-    std::string answerText(const platform::Value& id, const Outcome<Acted>& done);
+    /// Puts into `head` what the answer has beside "ok" and the state.
+    Outcome<Acted> execute(std::string_view line, platform::Dictionary& head);
+    /// Takes over what the session wants to be told from now on. Its window is what the fields say of one,
+    /// and `window` where they say nothing.
+    platform::Result<void> takeWishes(const CommandFields& fields, RowWindow window);
+    Outcome<platform::Dictionary> beginWait(const CommandFields& fields);
+    std::string answerText(platform::Dictionary head, const Outcome<Acted>& done);
     Look look();
     /// The whole state as JSON; the session has seen it then.
     std::string stateText(Look look, Acted acted);

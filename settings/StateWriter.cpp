@@ -2,14 +2,10 @@
 #include "settings/StateWriter.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
-#include <string_view>
 #include <utility>
 
-#include "platform/foundation/Device.h"
 #include "platform/uikit/UIApplication.h"
-#include "platform/uikit/UIDevice.h"
 #include "settings/LinkedScreens.h"
 #include "settings/PresentedWriter.h"
 #include "settings/RowWriter.h"
@@ -34,31 +30,11 @@ Value specifierOf(const UIViewController& screen) {
     return opened ? ScreenValues::specifier(opened->specifier()) : Value();
 }
 
-bool isWrittenFromTheRight(std::string_view languageTag) {
-    constexpr std::array<std::string_view, 4> languages{"ar", "he", "fa", "ur"};
-    return std::ranges::find(languages, languageTag.substr(0, languageTag.find_first_of("-_"))) !=
-           languages.end();
-}
-
-Value deviceValue() {
-    const std::string language = platform::preferredLanguages().front();
-    const auto& facts = platform::Device::current().facts;
-    const bool pad =
-        platform::UIDevice::currentDevice().userInterfaceIdiom() == platform::UIUserInterfaceIdiomPad;
-    return Dictionary{{"darkMode", facts && facts->isDarkMode()},
-                      {"rightToLeft", isWrittenFromTheRight(language)},
-                      {"language", language},
-                      {"scale", platform::UIScreen::mainScreen().scale()},
-                      {"idiom", pad ? "pad" : "phone"}};
-}
-
 }  // namespace
 
 Dictionary StateWriter::state(RowWindow window) const {
     const Front front = Front::now();
-    return {{"screen", screen(front, window)},
-            {"presented", presentedValue(front.presented)},
-            {"device", deviceValue()}};
+    return {{"screen", screen(front, window)}, {"presented", presentedValue(front.presented)}};
 }
 
 Value StateWriter::screen(const Front& front, RowWindow window) const {

@@ -24,8 +24,8 @@ class StateWriter {
     explicit StateWriter(Application& application)
         : application_(application), values_(application.images()) {}
 
-    /// The state without "protocol", "revision" and "events", which depend on who asks. Makes the cells of
-    /// the window's rows, and of no others.
+    /// The state without "protocol", "revision" and "events", which depend on who asks, and without "device".
+    /// Makes the cells of the window's rows, and of no others.
     platform::Dictionary state(RowWindow window) const;
 
   private:

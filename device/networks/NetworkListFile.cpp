@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "device/networks/NetworkListFile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -34,6 +35,20 @@ std::string nameOf(const platform::Value& ssid) {
 
 NetworkListFile::NetworkListFile(std::string path, Missing missing)
     : path_(std::move(path)), missing_(missing) {}
+
+bool NetworkListFile::isConnected() {
+    const auto head = host::readHead(path_, maximumSize);
+    if (!head || !head->whole) return false;
+    if (head->state == lookedAt_) return hadOne_;
+    const auto list = platform::PropertyListSerialization::propertyListWithData(
+        platform::Data(head->bytes.begin(), head->bytes.end()));
+    const platform::Array* networks = list ? list->array() : nullptr;
+    hadOne_ = networks && std::ranges::any_of(*networks, [](const platform::Value& network) {
+                  return !nameOf(network["SSID"]).empty();
+              });
+    lookedAt_ = head->state;
+    return hadOne_;
+}
 
 std::vector<std::string> NetworkListFile::knownSSIDs() {
     const auto head = host::readHead(path_, maximumSize);

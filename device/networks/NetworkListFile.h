@@ -22,10 +22,15 @@ class NetworkListFile : public platform::NetworkSource {
     /// A file that is no such list is logged at each call, and gives nothing; so is, once for all of them,
     /// what has no name, and is left out.
     std::vector<std::string> knownSSIDs() override;
+    /// Whether the list has a network: a phone with a list of its own is where its networks are.
+    bool isConnected() override;
 
   private:
     std::string path_;
     Missing missing_;
+    /// Which state of the file it was that had a network or none.
+    std::string lookedAt_;
+    bool hadOne_ = false;
 };
 
 }  // namespace device

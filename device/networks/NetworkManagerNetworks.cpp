@@ -10,6 +10,7 @@
 #include <thread>
 #include <utility>
 
+#include "device/networks/WirelessLinks.h"
 #include "platform/foundation/LogSink.h"
 
 namespace device {
@@ -72,6 +73,10 @@ std::vector<std::string> NetworkManagerNetworks::knownSSIDs() {
                       " saved connections were read: " + outcome.error().localizedDescription);
     }
     return std::move(networks.names);
+}
+
+bool NetworkManagerNetworks::isConnected() {
+    return anyWirelessLinkIsUp(kernelInterfaces);
 }
 
 }  // namespace device

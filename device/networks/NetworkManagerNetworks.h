@@ -32,6 +32,8 @@ class NetworkManagerNetworks : public platform::NetworkSource {
     NetworkManagerNetworks(Question question, std::chrono::milliseconds limit);
 
     std::vector<std::string> knownSSIDs() override;
+    /// Whether the machine is, by what its kernel says: the manager may take long to answer.
+    bool isConnected() override;
 
   private:
     Question question_;

@@ -85,6 +85,7 @@ class FakeNetworkSource : public platform::NetworkSource {
     std::vector<std::string> ssids;
 
     std::vector<std::string> knownSSIDs() override { return ssids; }
+    bool isConnected() override { return !ssids.empty(); }
 };
 
 /// Has the tones that it is given; each sounds like its identifier's bytes.

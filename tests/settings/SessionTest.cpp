@@ -151,6 +151,38 @@ TEST(Session, eventsOfAWrongType_isAnErrorThatLeavesTheSettingAsItWas) {
     EXPECT_EQ(eventCount(desk.answer(R"({"do":"post","name":"a"})")), 2U);
 }
 
+TEST(Session, search_makesNoCell) {
+    Desk desk;
+    platform::SpecifierList rows;
+    for (int i = 0; i < 10'000; ++i) {
+        rows.push_back(plainRow("Row " + std::to_string(i), PSCellType::StaticText));
+        rows.back()->setProperty_forKey("CountedCell", "cellClass");
+    }
+    desk.list->setRows(std::move(rows));
+    fixtures::CountedCell::made = 0;
+    const Value answer = desk.answer(R"({"do":"find","text":"rOw 999"})");
+    const platform::Array& found = *answer["found"].array();
+    ASSERT_EQ(found.size(), 11U);
+    EXPECT_EQ(found[0]["index"], Value(999));
+    EXPECT_EQ(found[10]["name"], Value("Row 9999"));
+    EXPECT_EQ(fixtures::CountedCell::made, 0);
+    EXPECT_FALSE(desk.session.push().has_value());
+    const Value row = desk.answer(R"({"do":"state","from":9999,"count":1})");
+    EXPECT_EQ(Desk::rows(row)[0]["key"], found[10]["key"]);
+    EXPECT_EQ(revisionOf(row), revisionOf(answer));
+}
+
+TEST(Session, passingTime_isNoChange) {
+    Desk desk;
+    const Value first = desk.answer(R"({"do":"state"})");
+    EXPECT_EQ(first["state"]["device"]["clockRuns"], Value(true));
+    desk.phone.clock->moveTo(platform::Date{desk.phone.clock->now().secondsSinceReference + 60});
+    EXPECT_FALSE(desk.session.push().has_value());
+    const Value second = desk.answer(R"({"do":"state"})");
+    EXPECT_EQ(revisionOf(second), revisionOf(first));
+    EXPECT_NE(second["state"]["device"]["clock"], first["state"]["device"]["clock"]);
+}
+
 TEST(Session, wait_isOverWhenTheEventComes) {
     Desk desk;
     desk.answer(R"({"do":"state"})");

@@ -1,11 +1,14 @@
 # SPDX-License-Identifier: MIT
 """The drive channel of the real program: test_drive.py PROGRAM FIXTURES [unittest arguments]."""
+import datetime
 import json
 import os
+import plistlib
 import signal
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "drive"))
@@ -322,14 +325,96 @@ class Phone(DriveTest):
             self.assertIn(clock, process.stderr)
 
     def test_device_isWhatTheOptionsSay(self):
-        device = self.open().state["device"]
-        self.assertEqual(device, {"darkMode": False, "rightToLeft": False, "language": "en", "scale": 2, "idiom": "phone"})
-        drive = self.open(device={"languages": "ar-EG,en", "idiom": "pad", "scale": "3", "darkMode": "true"})
+        device = dict(self.open().state["device"])
+        device.pop("clock")
+        self.assertEqual(device, {"darkMode": False, "rightToLeft": False, "language": "en", "scale": 2, "idiom": "phone",
+                                  "clockRuns": True, "wifi": False})
+        drive = self.open(device={"languages": "ar-EG,en", "idiom": "pad", "scale": "3", "darkMode": "true",
+                                  "clock": "2026-11-20T09:00:00"})
         self.assertEqual(drive.state["device"], {"darkMode": True, "rightToLeft": True, "language": "ar-EG", "scale": 3,
-                                                 "idiom": "pad"})
+                                                 "idiom": "pad", "clock": "2026-11-20T09:00:00", "clockRuns": False,
+                                                 "wifi": False})
         drive.do("dark", on=False)
         self.assertFalse(drive.state["device"]["darkMode"])
         self.refused(drive, "dark", on=1)
+
+
+    def test_systemClock_isTheMachinesAndItsPassingIsNoChange(self):
+        drive = self.open()
+        revision = drive.state["revision"]
+        first = drive.state["device"]["clock"]
+        self.assertLess(abs((datetime.datetime.fromisoformat(first) - datetime.datetime.now()).total_seconds()), 3600)
+        deadline = time.monotonic() + 60
+        while drive.do("state")["device"]["clock"] == first:
+            self.assertLess(time.monotonic(), deadline)
+        self.assertEqual(drive.state["revision"], revision)
+
+    def test_virtualClock_showsInTheStateAndItsMovingIsAChange(self):
+        drive = self.open(device={"clock": "2026-11-20T09:00:00"})
+        revision = drive.do("state")["revision"]
+        self.assertEqual(drive.state["device"]["clock"], "2026-11-20T09:00:00")
+        drive.do("advance", seconds=3661)
+        self.assertEqual(drive.state["device"]["clock"], "2026-11-20T10:01:01")
+        self.assertGreater(drive.state["revision"], revision)
+
+    def test_wifi_isOnWhileThePhoneHasNetworks(self):
+        with tempfile.TemporaryDirectory() as directory:
+            path = os.path.join(directory, "networks.plist")
+
+            def write(networks):
+                with open(path + ".new", "wb") as file:
+                    plistlib.dump([{"SSID": name} for name in networks], file)
+                os.replace(path + ".new", path)
+
+            write(["Office"])
+            drive = self.open(device={"networks": path})
+            self.assertTrue(drive.state["device"]["wifi"])
+            write([])
+            self.assertFalse(drive.do("state")["device"]["wifi"])
+            self.assertEqual(drive.errors(), "")
+
+
+class Find(DriveTest):
+    def found(self, drive, text):
+        self.assertTrue(drive.attempt("find", text=text)["ok"], drive.answer)
+        return [row["name"] for row in drive.answer["found"]]
+
+    def test_rows_areFoundByAPartOfTheirNameWhateverTheCase(self):
+        drive = self.open()
+        rows = drive.do("state")["screen"]["rows"]
+        named = [row for row in rows if row["name"] and "a" in row["name"].lower()]
+        self.assertGreater(len(named), 1)
+        self.assertEqual(self.found(drive, "A"), [row["name"] for row in named])
+        self.assertEqual(drive.answer["found"], [{key: row[key] for key in ("key", "index", "name", "row")} for row in named])
+        self.assertEqual(self.found(drive, "no row has this"), [])
+
+    def test_answer_describesNoRowUnlessItIsAskedTo(self):
+        drive = self.open()
+        revision = drive.state["revision"]
+        self.found(drive, "a")
+        self.assertEqual(drive.rows, [])
+        self.assertGreater(drive.screen["count"], 0)
+        drive.attempt("find", text="a", **{"from": 1, "count": 2})
+        self.assertEqual([row["index"] for row in drive.rows], [1, 2])
+        self.assertEqual(drive.do("state")["revision"], revision)
+
+    def test_whilePresented_rowsAreFoundToo(self):
+        drive = self.open()
+        drive.tap(drive.row(identifier="alert"))
+        self.assertIsNotNone(drive.presented)
+        self.assertGreater(len(self.found(drive, "a")), 0)
+        self.assertIsNotNone(drive.presented)
+
+    def test_badTexts_areRefused(self):
+        drive = self.open()
+        for fields in ({}, {"text": ""}, {"text": 1}, {"text": None}):
+            with self.subTest(fields=fields):
+                revision = drive.do("state")["revision"]
+                answer = drive.attempt("find", **fields)
+                self.assertFalse(answer["ok"])
+                self.assertIn("text", answer["error"])
+                self.assertNotIn("found", answer)
+                self.assertEqual(answer["state"]["revision"], revision)
 
 
 class Lines(DriveTest):

@@ -40,6 +40,18 @@ TEST_F(NetworkListFileTest, names_comeInTheFilesOrder) {
     EXPECT_THAT(phone.log->lines(), IsEmpty());
 }
 
+TEST_F(NetworkListFileTest, connection_isThereWhileTheListHasANetwork) {
+    EXPECT_FALSE(source.isConnected());
+    put(Array{network("a")});
+    EXPECT_TRUE(source.isConnected());
+    EXPECT_TRUE(source.isConnected());
+    put(Array{Dictionary{{"other", 1}}});
+    EXPECT_FALSE(source.isConnected());
+    testing_support::writeText(path, "no property list");
+    EXPECT_FALSE(source.isConnected());
+    EXPECT_THAT(phone.log->lines(), IsEmpty());
+}
+
 TEST_F(NetworkListFileTest, data_areTheBytesOfTheName) {
     const auto bytes = [](std::string_view text) {
         return Value(Dictionary{{"SSID", platform::Data(text.begin(), text.end())}});

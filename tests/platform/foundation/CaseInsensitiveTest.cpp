@@ -29,5 +29,24 @@ TEST(CaseInsensitive, bytesThatAreNoText_areComparedAsTheyAre) {
     EXPECT_TRUE(compareIgnoringCase("a\xFE", "A\xFF") < 0);
 }
 
+TEST(CaseInsensitive, part_isFoundWhateverTheCase) {
+    EXPECT_TRUE(containsIgnoringCase("Große Straße", "STRA"));
+    EXPECT_TRUE(containsIgnoringCase("ÉCOLE", "école"));
+    EXPECT_TRUE(containsIgnoringCase("Работа", "бОТ"));
+    EXPECT_TRUE(containsIgnoringCase("aab", "AB"));
+    EXPECT_TRUE(containsIgnoringCase("Work", ""));
+    EXPECT_TRUE(containsIgnoringCase("", ""));
+    EXPECT_FALSE(containsIgnoringCase("", "a"));
+    EXPECT_FALSE(containsIgnoringCase("Work", "works"));
+    EXPECT_FALSE(containsIgnoringCase("ecole", "école"));
+}
+
+TEST(CaseInsensitive, partThatIsNoText_isFoundByteForByte) {
+    EXPECT_TRUE(containsIgnoringCase("a\xFF\xFEz", "\xFEZ"));
+    EXPECT_FALSE(containsIgnoringCase("a\xFFz", "\xFE"));
+    // Half a letter is not in the letter.
+    EXPECT_FALSE(containsIgnoringCase("é", "\xA9"));
+}
+
 }  // namespace
 }  // namespace platform
