@@ -178,7 +178,9 @@ test('Row_chosenByTapping_showsItsCheckmark', async () => {
 test('Switch_onTint_followsTheState', async () => {
     const ui = await openPage(session, { arrange: editor });
     const image = () => ui.page.getByRole('switch', { name: 'Enable' }).evaluate((element) => getComputedStyle(element).backgroundImage);
-    assert.match(await image(), /\/image\/nav/);
+    // The image itself comes a moment after the switch.
+    await ui.page.waitForFunction(() => getComputedStyle(document.querySelector('.switch:checked')).backgroundImage.includes('url("blob:'));
+    assert.match(await image(), /url\("blob:/);
     for (const row of ui.phone.screen.rows()) if (row.kind === 6) row.onTint = '#ffffff99';
     ui.phone.perform({ do: 'dark', on: true });
     ui.server.push();

@@ -2,9 +2,9 @@
 // A server whose WebSocket echoes, for test_server.py. Prints its address, then a line for each event, and
 // ends with its standard input. Messages that do something else: "close" closes the connection; "burst COUNT
 // BYTES" sends that many messages of that length; "throw" lets an exception out of the handler; one that
-// begins with "hold" is not taken until a "release" comes, of whichever connection. The argument
-// "sound:IDENTIFIER=TYPE" makes a sound of that media type that consists of its identifier; one of the type
-// "never" is never answered, and the identifier "throw" is an exception.
+// begins with "hold" is not taken until a "release" comes, of whichever connection, which is answered with
+// how many there were. The argument "sound:IDENTIFIER=TYPE" makes a sound of that media type that consists of
+// its identifier; one of the type "never" is never answered, and the identifier "throw" is an exception.
 #include <atomic>
 #include <charconv>
 #include <cstdlib>
@@ -48,8 +48,14 @@ class EchoHandler : public settings::ServerHandler {
             return;
         }
         if (command == "release") {
-            for (const auto& [other, sizes] : std::exchange(held_, {}))
+            std::size_t released = 0;
+            for (const auto& [other, sizes] : std::exchange(held_, {})) {
+                released += sizes.size();
                 for (const std::size_t size : sizes) server.taken(other, size);
+            }
+            server.taken(connection, text.size());
+            server.send(connection, "released " + std::to_string(released));
+            return;
         }
         server.taken(connection, text.size());
         if (command == "close") {

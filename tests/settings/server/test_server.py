@@ -117,8 +117,8 @@ class Files(ServerTest):
                 self.assertEqual(answer.field('content-type'), kind)
 
     def test_everyAnswer_carriesTheSecurityHeaders(self):
-        for target, changes in (('/', {}), ('/missing', {}), ('/image/A', {'Authorization': None}), ('/', {'Host': 'x'}),
-                                ('/ws', {}), ('/', {'method': 'POST'})):
+        for target, changes in (('/', {}), ('/missing', {}), ('/image/A', {'Authorization': None}), ('/ws', {}),
+                                ('/', {'Host': 'x'}), ('/', {'method': 'POST'})):
             with self.subTest(target=target, **changes):
                 answer = self.server.get(target, **changes)
                 self.assertEqual({name: answer.field(name) for name in SECURITY_FIELDS}, SECURITY_FIELDS)
@@ -372,7 +372,7 @@ class ManyConnections(ServerTest):
         with WebSocket(self.server) as further:
             self.assertEqual(further.close_code(), 1013)
         pages[1].send('release')
-        self.assertEqual(pages[1].receive(), (TEXT, b'release'))
+        self.assertEqual(pages[1].receive(), (TEXT, b'released 1'))
         self.page()
 
 
