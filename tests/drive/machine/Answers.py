@@ -2,11 +2,10 @@
 """What an answer of the program must say, given the model of its phone. Each check gives None or what is wrong."""
 import re
 
-from Disk import SWITCH
 from Phone import ANNOUNCES
-from Records import Record
+from Pickers import Hours, Tone
 from Rows import GROUP
-from Screens import Editor, Hours, Networks, RootList, Tone
+from Screens import Editor, RootList
 
 TOLD = ("insert", "remove", "push", "pop", "present", "dismiss", "removeFile")
 LOG_LINES = [re.compile(pattern) for pattern in (
@@ -80,7 +79,8 @@ def check_state(phone, state):
             return f"the screen's {key} is {shown[key]} and not {value}"
     if screen.row is not None and (shown["specifier"] or {}).get("userInfo") != screen.row.shown_info():
         return f"the screen was opened by {shown['specifier']} and not for {screen.row.shown_info()}"
-    return check_presented(phone, state["presented"]) or check_rows(phone, shown["rows"]) or check_special(screen, shown)
+    return (check_presented(phone, state["presented"]) or check_rows(phone, shown["rows"]) or
+            check_special(screen, shown))
 
 
 def take_identifier(screen, shown):

@@ -6,8 +6,9 @@ import Rows
 from Disk import BROKEN, SWITCH
 from Machine import MAIN, SECOND
 from Phone import ADDED, APPLIED, CHANGED, DELETED, RELAYED
+from Pickers import Hours, Tone
 from Rows import GROUP, LINK, SLIDER, TEXT
-from Screens import Editor, Hours, RootList, SettingsList, Tone
+from Screens import Editor, RootList, SettingsList
 
 TITLES = ("Work", "Home", "Gym", "", "Caf\u00e9 \u2615", "A rather long title that goes on and on", "New Profile", "\u202eabc",
           "'%@' & <b>", "\U0001F634")

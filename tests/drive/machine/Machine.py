@@ -1,11 +1,10 @@
 # SPDX-License-Identifier: MIT
-"""Runs entries on the real program and on the model, side by side. The first thing on which they differ is a Failure."""
-import itertools
+"""Runs entries on the real program and on the model, side by side; the first thing on which they differ is a
+Failure."""
 import os
 import shutil
 import signal
 import tempfile
-import wave
 
 import Answers
 import Outside
@@ -13,56 +12,21 @@ from Disk import BROKEN, NO_FILE, SWITCH, read_plist
 from Phone import APPLIED
 from Process import Process
 from Promises import WRITES_WHAT_WAS_CHANGED
-from Rows import CALENDARS, NETWORKS
 from Scripts import command_of, line_of
-from World import World, distinct, split, successors
+from World import NAMES, World, both, distinct, successors
 
 PROFILES = "var/mobile/Library/Preferences/com.velmora.quietrix.profiles.plist"
 SETTINGS = "var/mobile/Library/Preferences/com.velmora.quietrix.plist"
 MAIN, SECOND = 0, 1
-NAMES = ("the first process", "the second process")
 # Only what hangs takes longer, on a slow machine too.
 PATIENCE = 120
 ERROR_LINES = ("Please open https://",)
-COLOURS = ("#0000ff", "#00ff00")
 
 
 class Failure(Exception):
     def __init__(self, rule, text):
         super().__init__(f"{rule}: {text}")
         self.rule = rule
-
-
-class Sources:
-    """A folder with the calendars, networks and tones of the phones under test."""
-
-    def __init__(self):
-        # In memory where that can be had: the program syncs each change.
-        memory = "/dev/shm"
-        parent = memory if os.path.isdir(memory) and os.access(memory, os.W_OK) else None
-        self.directory = tempfile.mkdtemp(prefix="quietrix-machine-", dir=parent)
-        for (account, identifier, name), colour in zip(CALENDARS, COLOURS):
-            folder = os.path.join(self.directory, "calendars", identifier)
-            os.makedirs(folder)
-            for file_name, text in (("displayname", name), ("color", colour)):
-                with open(os.path.join(folder, file_name), "w", encoding="utf-8") as file:
-                    file.write(text + "\n")
-        Outside.replace_with_list(self._path("networks.plist"), [{"SSID": name} for name in NETWORKS])
-        os.makedirs(self._path("tones"))
-        for name in ("Bell", "Chord"):
-            with wave.open(self._path(f"tones/{name}.wav"), "wb") as sound:
-                sound.setparams((1, 2, 8000, 0, "NONE", ""))
-                sound.writeframes(b"\0\0" * 80)
-
-    def _path(self, name):
-        return os.path.join(self.directory, name)
-
-    def device(self):
-        return {"clock": "2026-11-20T09:00:00", "mailAccount": "user@example.org", "calendars": self._path("calendars"),
-                "networks": self._path("networks.plist"), "tones": self._path("tones")}
-
-    def remove(self):
-        shutil.rmtree(self.directory, ignore_errors=True)
 
 
 class Machine:
@@ -393,39 +357,3 @@ class Machine:
     def _require(holds, rule, text):
         if not holds:
             raise Failure(rule, text)
-
-
-def both(world, commands, answers):
-    """Two commands at the same time: the worlds of either order, each with what is wrong in it. What a process heard it
-    may have heard before its command or after it, and the first may have come to rest before the second began."""
-    names = {who: Answers.heard(answers[who]["state"]["events"]) for who in commands}
-    for order in (tuple(commands), tuple(reversed(commands))):
-        for *hear_early, rests_first in itertools.product((False, True), repeat=3):
-            present = world.copy()
-            done, early, late, problem = {}, {}, {}, None
-            for who, is_early in zip(order, hear_early):
-                waiting = present.inboxes[who] | present.maybe[who]
-                early[who], late[who] = split(names[who], waiting if is_early else ())
-                done[who] = present.perform(who, commands[who], early[who])
-                if rests_first and who == order[0]:
-                    problem = come_to_rest(present, who, names[who], late[who], optional=names[who])
-            if any(is_early and not early[who] for who, is_early in zip(order, hear_early)):
-                continue
-            for who in order[1:] if rests_first else order:
-                others = [name for other in order if other != who for name in present.phones[other].posted]
-                problem = problem or come_to_rest(present, who, names[who], late[who], others)
-                present.maybe[who] |= set(others)
-            if rests_first:
-                present.maybe[order[0]] |= set(present.phones[order[1]].posted)
-            for who in order:
-                wrong = Answers.check_events(present.phones[who], answers[who]["state"]["events"])
-                if answers[who]["ok"] is not done[who]:
-                    wrong = f"ok is {answers[who]['ok']} and not {done[who]}"
-                problem = problem or (wrong and f"{NAMES[who]}: {wrong}")
-            yield (None if problem else present), problem
-
-
-def come_to_rest(world, who, names, late, optional):
-    problem = world.hear(who, names, late, optional)
-    world.phones[who].look()
-    return problem

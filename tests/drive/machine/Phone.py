@@ -2,9 +2,10 @@
 """One process of the program as the model knows it: its screens, what is presented, and what each command does."""
 import math
 
+from Pickers import EventStatus, Hours, Tone
 from Records import Record
 from Rows import Row
-from Screens import Editor, EventStatus, Hours, Miscellaneous, RootList, SettingsList, Tone
+from Screens import Editor, RootList, SettingsList
 from Store import Store
 
 APPLIED = "com.velmora.ProfileAppliedStateChangedNotification"

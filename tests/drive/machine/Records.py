@@ -34,8 +34,10 @@ def takes(key, value):
     return isinstance(value, list) and all(isinstance(element, str) for element in value)
 
 
-def meaning(key, value):
-    """The value as a record holds it."""
+def meaning(key, value, keeps_strings=False):
+    """The value as a record holds it; of a list with other elements its strings, where those are kept."""
+    if keeps_strings and KEYS[key][0] == TEXTS and isinstance(value, list):
+        value = [element for element in value if isinstance(element, str)]
     if value is None or not takes(key, value):
         value = KEYS[key][1]
     if KEYS[key][0] == FLAG:
@@ -48,8 +50,8 @@ def meaning(key, value):
 class Record:
     """What a screen has in hand of one profile."""
 
-    def __init__(self, entry, is_new=False):
-        self.values = {key: meaning(key, entry.get(key)) for key in KEYS}
+    def __init__(self, entry, is_new=False, keeps_strings=False):
+        self.values = {key: meaning(key, entry.get(key), keeps_strings) for key in KEYS}
         self.is_new = is_new
         self.made_from = {key: list(self.values[key]) for key in COLLECTIONS}
         self.set_keys = set()
@@ -88,7 +90,7 @@ class Record:
                 continue
             if key in COLLECTIONS:
                 present = entry.get(key, [])
-                if writes_what_was_changed and takes(key, present):
+                if writes_what_was_changed and isinstance(present, list):
                     value = self._merged(key, list(present))
                 value = type(value)(value)
             written[key] = value
@@ -98,7 +100,8 @@ class Record:
         mine, before = self.values[key], self.made_from[key]
         if present == before:
             return list(mine)
-        merged = [element for element in present if element in mine or element not in before]
+        merged = [element for element in present
+                  if not isinstance(element, str) or element in mine or element not in before]
         merged += [element for element in mine if element not in before and element not in merged]
         return AnyOrder(merged)
 

@@ -42,7 +42,7 @@ class Store:
 
     def _record(self, identifier, entry):
         if identifier not in self.records:
-            self.records[identifier] = Record(entry)
+            self.records[identifier] = Record(entry, keeps_strings=self.merges)
         return self.records[identifier]
 
     def profiles(self, enabled):

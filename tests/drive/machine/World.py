@@ -2,6 +2,7 @@
 """What may be true of the phone: the files, the processes on them, and the notifications on their way. Where two
 things happen at once there are several worlds, until what the program shows leaves one."""
 import copy
+import itertools
 
 import Answers
 from Disk import Disk
@@ -9,6 +10,9 @@ from Phone import APPLIED, RELAYED, Phone
 from Records import Record
 from Rows import Row
 from Store import Store
+
+# Of the processes, by their numbers.
+NAMES = ("the first process", "the second process")
 
 
 class World:
@@ -137,6 +141,42 @@ def successors(worlds, who, command, answer):
             else:
                 survivors.append(present)
     return survivors, " / or: ".join(dict.fromkeys(problems))
+
+
+def both(world, commands, answers):
+    """Two commands at the same time: the worlds of either order, each with what is wrong in it. What a process heard it
+    may have heard before its command or after it, and the first may have come to rest before the second began."""
+    names = {who: Answers.heard(answers[who]["state"]["events"]) for who in commands}
+    for order in (tuple(commands), tuple(reversed(commands))):
+        for *hear_early, rests_first in itertools.product((False, True), repeat=3):
+            present = world.copy()
+            done, early, late, problem = {}, {}, {}, None
+            for who, is_early in zip(order, hear_early):
+                waiting = present.inboxes[who] | present.maybe[who]
+                early[who], late[who] = split(names[who], waiting if is_early else ())
+                done[who] = present.perform(who, commands[who], early[who])
+                if rests_first and who == order[0]:
+                    problem = come_to_rest(present, who, names[who], late[who], optional=names[who])
+            if any(is_early and not early[who] for who, is_early in zip(order, hear_early)):
+                continue
+            for who in order[1:] if rests_first else order:
+                others = [name for other in order if other != who for name in present.phones[other].posted]
+                problem = problem or come_to_rest(present, who, names[who], late[who], others)
+                present.maybe[who] |= set(others)
+            if rests_first:
+                present.maybe[order[0]] |= set(present.phones[order[1]].posted)
+            for who in order:
+                wrong = Answers.check_events(present.phones[who], answers[who]["state"]["events"])
+                if answers[who]["ok"] is not done[who]:
+                    wrong = f"ok is {answers[who]['ok']} and not {done[who]}"
+                problem = problem or (wrong and f"{NAMES[who]}: {wrong}")
+            yield (None if problem else present), problem
+
+
+def come_to_rest(world, who, names, late, optional):
+    problem = world.hear(who, names, late, optional)
+    world.phones[who].look()
+    return problem
 
 
 def distinct(worlds):

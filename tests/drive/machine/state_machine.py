@@ -18,10 +18,11 @@ import time
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from Generator import Generator  # noqa: E402
-from Machine import Failure, Machine, Sources  # noqa: E402
+from Machine import Failure, Machine  # noqa: E402
 from Promises import WRITES_WHAT_WAS_CHANGED  # noqa: E402
 from Scripts import entries_of, script_of  # noqa: E402
 from Shrinker import shrink  # noqa: E402
+from Sources import Sources  # noqa: E402
 
 PHONE_LIFE = 400
 # A fault between two processes may need several tries to show again.

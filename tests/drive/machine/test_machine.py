@@ -11,11 +11,12 @@ import unittest
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from Answers import told  # noqa: E402
 from Disk import BROKEN, NO_FILE, SWITCH, Disk  # noqa: E402
-from Machine import Failure, Machine, Sources  # noqa: E402
+from Machine import Failure, Machine  # noqa: E402
 from Phone import APPLIED, Phone  # noqa: E402
 from Records import AnyOrder, Record, differences  # noqa: E402
 from Scripts import command_of, entries_of, script_of  # noqa: E402
 from Shrinker import shrink  # noqa: E402
+from Sources import Sources  # noqa: E402
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 PROGRAM = BUNDLE = ""
@@ -35,7 +36,7 @@ class PlantedFaults(unittest.TestCase):
     def test_faults_areFoundShortenedAndReplayed(self):
         for fault in ("drop", "lose", "echo", "shift"):
             with self.subTest(fault):
-                status, _, errors = self.run_script("--seed", "7", "--commands", "300", "--shrink", "10", fault=fault)
+                status, _, errors = self.run_script("--seed", "7", "--commands", "300", "--shrink", "4", fault=fault)
                 self.assertEqual(status, 1, errors)
                 self.assertIn("FAILED with --seed 7", errors)
                 path = errors.strip().rsplit(" ", 1)[-1]
@@ -112,6 +113,10 @@ class Model(unittest.TestCase):
         record.assign("wifiNetworks", ["Two", "Three"], True)
         written = record.written_over({**self.entry, "wifiNetworks": ["Four", "One", "Two"]}, True)["wifiNetworks"]
         self.assertEqual((type(written), sorted(written)), (AnyOrder, ["Four", "Three", "Two"]))
+        beside = Record({**self.entry, "wifiNetworks": ["One", 7]}, keeps_strings=True)
+        beside.assign("wifiNetworks", ["Two"], True)
+        self.assertEqual(sorted(map(repr, beside.written_over({"wifiNetworks": ["One", 7]}, True)["wifiNetworks"])),
+                         ["'Two'", "7"])
         alone = record.written_over(self.entry, True)["wifiNetworks"]
         self.assertEqual((type(alone), alone), (list, ["Two", "Three"]))
 
