@@ -12,6 +12,7 @@ script, which --replay runs again. The exit status is 1 then, and 0 when nothing
 import argparse
 import os
 import random
+import signal
 import sys
 import tempfile
 import time
@@ -158,6 +159,8 @@ def main():
     parser.add_argument("--everything", action="store_true", help="fails too when some screen or change was never reached")
     parser.add_argument("--shrink", type=float, default=90, metavar="SECONDS", help="how long a failure is shortened")
     arguments = parser.parse_args()
+    # Ended from outside it cleans up too.
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     sources = Sources()
     try:
         return run(arguments, sources)
