@@ -283,14 +283,20 @@ class Machine:
 
     def _hear_again(self, who):
         for _ in range(PATIENCE):
+            # The poster has its own with the answer already.
             self.command(MAIN, {"do": "post", "name": APPLIED})
-            self.command(who, {"do": "wait", "event": "darwinReceived", "name": APPLIED, "seconds": 1})
-            if any(APPLIED in Answers.heard(self._last[each]["events"]) for each in {MAIN, who}):
-                if who == MAIN or APPLIED in Answers.heard(self._last[who]["events"]):
-                    for world in self.worlds:
-                        world.deaf.discard(who)
-                    return
+            heard = who == MAIN and self._has_heard(MAIN)
+            if not heard:
+                self.command(who, {"do": "wait", "event": "darwinReceived", "name": APPLIED, "seconds": 1})
+                heard = self._has_heard(who)
+            if heard:
+                for world in self.worlds:
+                    world.deaf.discard(who)
+                return
         raise Failure("deaf", f"process {who} never heard again of a notification")
+
+    def _has_heard(self, who):
+        return APPLIED in Answers.heard(self._last[who]["events"])
 
     def _settle(self):
         """Nothing is on its way any more: what happens next happens after it on every screen."""
