@@ -11,6 +11,7 @@
 #include "settings/CommandAim.h"
 #include "settings/Commands.h"
 #include "settings/DeviceWriter.h"
+#include "settings/Front.h"
 #include "settings/JSON.h"
 
 namespace settings {
@@ -30,6 +31,22 @@ std::string withoutBraces(const std::string& object) {
 
 /// Commands that only look.
 constexpr std::array<std::string_view, 3> looks{"state", "find", "wait"};
+
+Result<RowWindow> windowOf(const CommandFields& fields, RowWindow window) {
+    for (const auto& [key, bound] : {std::pair{"from", &window.from}, std::pair{"count", &window.count}}) {
+        if (!fields.has(key)) continue;
+        const Result<std::int64_t> given = fields.index(key);
+        if (!given) return std::unexpected(given.error());
+        *bound = *given;
+    }
+    return window;
+}
+
+std::optional<std::uint64_t> numberOnTop() {
+    const Front front = Front::now();
+    if (!front.screen) return std::nullopt;
+    return front.screen->number();
+}
 
 }  // namespace
 
@@ -111,6 +128,7 @@ Outcome<Session::Acted> Session::execute(std::string_view line, Dictionary& head
     RowWindow window;
     // Who searches looks at names only; rows that are described have their cells made.
     if (*name == "find") window.count = 0;
+    screenBefore_ = numberOnTop();
     if (const Result<void> taken = takeWishes(fields, window); !taken) return std::unexpected(taken.error());
     if (const Outcome<void> aimed = checkAim(fields); !aimed) return std::unexpected(aimed.error());
     Outcome<Dictionary> done =
@@ -121,11 +139,15 @@ Outcome<Session::Acted> Session::execute(std::string_view line, Dictionary& head
 }
 
 Result<void> Session::takeWishes(const CommandFields& fields, RowWindow window) {
-    for (const auto& [key, bound] : {std::pair{"from", &window.from}, std::pair{"count", &window.count}}) {
-        if (!fields.has(key)) continue;
-        const Result<std::int64_t> given = fields.index(key);
-        if (!given) return std::unexpected(given.error());
-        *bound = *given;
+    const Result<RowWindow> here = windowOf(fields, window);
+    if (!here) return std::unexpected(here.error());
+    std::optional<RowWindow> elsewhere;
+    if (fields.has("elsewhere")) {
+        const Value given = fields.value("elsewhere");
+        if (!given.dictionary()) return failure("\"elsewhere\" must be an object.");
+        const Result<RowWindow> there = windowOf(CommandFields(*given.dictionary()), {});
+        if (!there) return std::unexpected(there.error());
+        elsewhere = *there;
     }
     bool tellsEvents = tellsEvents_;
     if (fields.has("events")) {
@@ -134,8 +156,9 @@ Result<void> Session::takeWishes(const CommandFields& fields, RowWindow window) 
         tellsEvents = *given;
     }
     tellsEvents_ = tellsEvents;
-    windowMoved_ = window.from != window_.from || window.count != window_.count;
-    window_ = window;
+    elsewhere_ = elsewhere;
+    windowMoved_ = *here != window_;
+    window_ = *here;
     return {};
 }
 
@@ -155,6 +178,12 @@ Outcome<Dictionary> Session::beginWait(const CommandFields& fields) {
 
 std::string Session::answerText(Dictionary head, const Outcome<Acted>& done) {
     RunLoop::main().drain();
+    if (elsewhere_ && screenBefore_ != numberOnTop()) {
+        window_ = *elsewhere_;
+        // Another screen is a change, whatever its rows.
+        windowMoved_ = false;
+    }
+    elsewhere_.reset();
     head["ok"] = done.has_value();
     if (!done) {
         head["error"] = done.error().error.localizedDescription;

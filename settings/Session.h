@@ -86,6 +86,10 @@ class Session {
     RowWindow window_;
     bool windowMoved_ = false;
     bool tellsEvents_ = true;
+    /// The window for the answer should the command bring another screen on top.
+    std::optional<RowWindow> elsewhere_;
+    /// The number of the screen that was on top when the command came.
+    std::optional<std::uint64_t> screenBefore_;
     bool hasAnswered_ = false;
     std::optional<std::size_t> seenHash_;
     std::uint64_t seenRevision_ = 0;

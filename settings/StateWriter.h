@@ -15,6 +15,8 @@ namespace settings {
 struct RowWindow {
     std::int64_t from = 0;
     std::int64_t count = std::numeric_limits<std::int64_t>::max();
+
+    bool operator==(const RowWindow&) const = default;
 };
 
 /// Writes what the user sees just now. Main thread.

@@ -151,6 +151,24 @@ TEST(Session, eventsOfAWrongType_isAnErrorThatLeavesTheSettingAsItWas) {
     EXPECT_EQ(eventCount(desk.answer(R"({"do":"post","name":"a"})")), 2U);
 }
 
+TEST(Session, windowElsewhere_isThatOfAnotherScreenOnly) {
+    Desk desk;
+    platform::SpecifierList rows;
+    for (int i = 0; i < 10; ++i) rows.push_back(plainRow("Row", PSCellType::StaticText));
+    desk.list->setRows(std::move(rows));
+    const auto indexes = [&](const std::string& line) {
+        std::vector<std::int64_t> found;
+        const Value answer = desk.answer(line);
+        for (const Value& row : Desk::rows(answer)) found.push_back(row["index"].integer().value_or(-1));
+        return found;
+    };
+    using Indexes = std::vector<std::int64_t>;
+    EXPECT_EQ(indexes(R"({"do":"state","from":8,"count":1,"elsewhere":{"from":0,"count":1}})"), Indexes{8});
+    EXPECT_EQ(indexes(R"({"do":"back","from":8,"count":1,"elsewhere":{"from":1,"count":2}})"), (Indexes{1}));
+    EXPECT_EQ(desk.answer(R"({"do":"state","elsewhere":3})")["ok"], Value(false));
+    EXPECT_EQ(desk.answer(R"({"do":"state","elsewhere":{"from":-1}})")["ok"], Value(false));
+}
+
 TEST(Session, search_makesNoCell) {
     Desk desk;
     platform::SpecifierList rows;

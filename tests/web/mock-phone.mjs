@@ -22,14 +22,14 @@ const mailed = [
 ];
 
 /** What acts while something is presented. */
-const undisturbed = new Set(['choose', 'compose', 'state', 'wait', 'post', 'dark', 'advance', 'open']);
+const undisturbed = new Set(['choose', 'compose', 'state', 'find', 'wait', 'post', 'dark', 'advance', 'open']);
 
 /** What names what it acts on: refused when that is no longer there. */
 const onRows = new Set(['tap', 'set', 'delete']);
 
 export class MockPhone {
     constructor() {
-        this.device = { darkMode: false, rightToLeft: false, language: 'en', scale: 2, idiom: 'phone' };
+        this.device = { darkMode: false, rightToLeft: false, language: 'en', scale: 2, idiom: 'phone', clock: '2026-11-20T09:41:00', clockRuns: false, wifi: true };
         this.revision = 1;
         this.commands = [];
         this.refuse = new Set();
@@ -225,11 +225,17 @@ export class MockPhone {
         const handler = this[`do_${command.do}`];
         if (!handler) return false;
         const done = handler.call(this, command);
-        if (done && command.do !== 'state') this.changed();
+        if (done && command.do !== 'state' && command.do !== 'find') this.changed();
         return done;
     }
 
     do_state() { return true; }
+    do_find({ text }) { return text !== ''; }
+
+    found(text) {
+        return this.rows().filter((each) => each.name?.toLowerCase().includes(text.toLowerCase())).map(({ key, index, name, row: place }) => ({ key, index, name, row: place }));
+    }
+
     do_dark({ on }) { this.device = { ...this.device, darkMode: on }; return true; }
     do_link() { this.screens.push(this.eventStatus()); return true; }
     do_pickTimeRow({ row: picked }) { this.screen.pane = hours(this.screen.pane.times, picked); return true; }

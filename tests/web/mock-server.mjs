@@ -97,8 +97,11 @@ export async function startMockServer({ dist, port = 0, phone = new MockPhone() 
                 return;
             }
             if (command.from !== undefined) windows.set(socket, { from: command.from, count: command.count });
+            const { screen } = phone;
             const ok = phone.perform(command);
+            if (command.elsewhere && phone.screen !== screen) windows.set(socket, command.elsewhere);
             const answer = { ok, id: command.id, state: phone.state(windows.get(socket)) };
+            if (ok && command.do === 'find') answer.found = phone.found(command.text);
             if (!ok) answer.error = `cannot do ${command.do}`;
             if (phone.stale) answer.stale = true;
             if (api.hold) api.held.push(() => socket.send(JSON.stringify(answer)));

@@ -60,7 +60,7 @@ test('Presses_onAnApplicationWithoutScreenNumbers_carryRowNumbersOnly', async ()
     });
     await ui.page.getByRole('switch').click();
     await until(() => lastCommand(ui.phone, 'set'), 'the switch was sent');
-    assert.deepEqual(Object.keys(lastCommand(ui.phone, 'set')).sort(), ['count', 'do', 'from', 'id', 'row', 'value']);
+    assert.deepEqual(Object.keys(lastCommand(ui.phone, 'set')).sort(), ['count', 'do', 'elsewhere', 'from', 'id', 'row', 'value']);
     await ui.close();
 });
 

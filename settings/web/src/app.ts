@@ -5,12 +5,13 @@ import { rowLabel } from './controls';
 import { setDoorOpen } from './door';
 import { Frame } from './frame';
 import { onImageArrived, retryImages, setImageHint } from './images';
+import { spokenName } from './names';
 import type { PageView } from './page';
 import { onPatternMeasured } from './patterns';
 import { Presenter } from './presenter';
 import { presentedLabel } from './prompts';
-import { target, type Command, type Device, type Message, type Row, type State } from './protocol';
-import { wholeListLimit } from './rowstore';
+import { target, type Command, type Device, type Found, type Message, type Row, type State } from './protocol';
+import { firstWindow, type Window } from './rowstore';
 import { screenTitle } from './bar';
 import { Stage } from './stage';
 import { textsFor, type Texts } from './texts';
@@ -39,13 +40,14 @@ export class App implements View {
     /** Texts on their way, by the command that carries each. */
     private readonly texting = new Map<number, { label: string; text: string }>();
     private readonly fetching = new Set<number>();
+    private readonly finding = new Map<number, (found: readonly Found[] | null) => void>();
     private lastFetch = '';
     private fetchedFor = '';
     private darkMode = false;
 
     constructor(root: HTMLElement, url: string, secret: string | null) {
         this.frame = new Frame(() => this.send({ do: 'dark', on: !this.darkMode }), () => this.connection.retryNow());
-        this.stage = new Stage(this, (page, beside) => this.fetch(page, beside));
+        this.stage = new Stage(this, { rows: (page, beside) => this.fetch(page, beside), find: (page, text, answered) => this.find(page, text, answered) });
         this.presenter = new Presenter(this, [this.stage.element], this.stage.gate, () => this.stage.page?.focusHeading());
         this.frame.mount(root, this.stage.element, this.presenter.element);
         this.presenter.element.after(this.losses.element);
@@ -69,8 +71,8 @@ export class App implements View {
     set(row: Row, value: boolean | number | string): void {
         const id = this.submit(this.ownName(row), { do: 'set', ...target(row), value });
         if (typeof value !== 'string') return;
-        if (id !== null) this.texting.set(id, { label: rowLabel(row), text: value });
-        else this.losses.tell(rowLabel(row), value);
+        if (id !== null) this.texting.set(id, { label: rowLabel(row, this), text: value });
+        else this.losses.tell(rowLabel(row, this), value);
     }
 
     unsaved(label: string, text: string): void { this.losses.tell(label, text); }
@@ -98,7 +100,13 @@ export class App implements View {
     }
 
     private send(command: Command): number | null {
-        return this.connection.send({ ...command, ...(this.stage.page?.wanted ?? { from: 0, count: wholeListLimit }) });
+        return this.connection.send({ ...command, ...this.windowsOf(command) });
+    }
+
+    /** The rows to answer with: of this screen, and of the one that the command leads to. */
+    private windowsOf(command: Command): Record<string, unknown> {
+        const opens = command.do === 'tap' || command.do === 'link';
+        return { ...(this.stage.page?.wanted ?? firstWindow), elsewhere: opens ? firstWindow : this.stage.beneath };
     }
 
     /** A command with what the user had before him: the application refuses it when that is gone, in place of acting on something else. */
@@ -131,6 +139,9 @@ export class App implements View {
         if (status === 'lost') {
             this.pending.clear();
             this.texting.clear();
+            const unanswered = [...this.finding.values()];
+            this.finding.clear();
+            for (const answered of unanswered) answered(null);
             this.stage.page?.fadeHighlight();
         }
         this.frame.showStatus(status, this.stage.page !== null, this.texts);
@@ -144,6 +155,11 @@ export class App implements View {
             for (const [key, id] of this.pending) if (id === message.id) this.pending.delete(key);
             this.answeredText(message.id, message);
         }
+        const finding = message.id === null ? undefined : this.finding.get(message.id);
+        if (finding) {
+            this.finding.delete(message.id!);
+            finding(message.ok ? message.found : null);
+        }
         const { state } = message;
         if (!state || state.revision < this.revision) {
             // What was waiting for this answer can be asked for at last, of the revision that is shown.
@@ -152,10 +168,13 @@ export class App implements View {
             return;
         }
         if (this.mustFetchFirst(state)) return;
+        // Nothing else has changed; a long list brings many of these.
+        const more = (fetched || finding !== undefined) && state.revision === this.revision && !this.stage.changes(state.screen);
         this.revision = state.revision;
         if (state.device) this.takeDevice(state.device);
         if (this.stage.changes(state.screen)) setImageHint(state.screen.className);
-        this.stage.show(state.screen, state.revision, state.presented !== null);
+        if (more) this.stage.page?.take(state.screen, state.revision);
+        else this.stage.show(state.screen, state.revision, state.presented !== null);
         // Whatever was asked about a row has been answered.
         if (this.presenter.presented && !state.presented) this.stage.page?.uncover(null);
         this.presenter.show(state.presented);
@@ -175,14 +194,14 @@ export class App implements View {
     /** A screen that arrives is shown once its first rows are there; it may have come with the window of the screen before. */
     private mustFetchFirst(state: State): boolean {
         const { screen } = state;
-        const needed = Math.min(screen.count, wholeListLimit);
+        const needed = this.stage.needs(screen);
         const present = new Set(screen.rows.map((row) => row.index));
         let complete = true;
-        for (let index = 0; index < needed; index += 1) complete &&= present.has(index);
+        for (let index = 0; index < needed.count; index += 1) complete &&= present.has(index);
         const name = `${state.revision}:${screen.modals}:${screen.stack.join()}`;
         if (complete || !this.stage.changes(screen) || this.fetchedFor === name) return false;
         this.fetchedFor = name;
-        return this.connection.send({ do: 'state', from: 0, count: wholeListLimit }) !== null;
+        return this.connection.send({ do: 'state', ...firstWindow }) !== null;
     }
 
     private fetch(page: PageView, beside: readonly number[]): boolean {
@@ -193,12 +212,24 @@ export class App implements View {
         if (name === this.lastFetch && beside.length === 0) return false;
         this.lastFetch = name;
         // The window goes last: what was asked for last is what the server pushes.
-        const commands = [...beside.map((index) => ({ from: index, count: 1 })), wanted];
+        const commands = [...runs(beside), wanted].filter((window) => window.count > 0);
         for (const window of commands) {
             const id = this.connection.send({ do: 'state', ...window });
             if (id !== null) this.fetching.add(id);
         }
         return this.fetching.size > 0;
+    }
+
+    private find(page: PageView, text: string, answered: (found: readonly Found[] | null) => void): void {
+        if (page !== this.stage.page) {
+            answered(null);
+            return;
+        }
+        const { id: screen } = page.screen;
+        // Also beneath what is presented it is the screen that is searched.
+        const id = this.connection.send({ do: 'find', text, ...(screen === null ? {} : { screen }), ...page.wanted, count: 0 });
+        if (id === null) answered(null);
+        else this.finding.set(id, answered);
     }
 
     private takeDevice(device: Device): void {
@@ -210,10 +241,21 @@ export class App implements View {
     }
 
     private announceScreen(state: State): void {
-        const text = state.presented ? presentedLabel(state.presented, this) : screenTitle(state.screen);
+        const text = state.presented ? presentedLabel(state.presented, this) : spokenName(screenTitle(state.screen)) || this.texts.untitled;
         if (text === this.announced) return;
         // The first screen is read with the page itself.
         if (this.announced !== '') this.frame.announce(text);
         this.announced = text;
     }
+}
+
+/** The fewest windows that hold the given rows and not many others. */
+function runs(indexes: readonly number[]): Window[] {
+    const windows: Window[] = [];
+    for (const index of [...indexes].sort((one, other) => one - other)) {
+        const last = windows.at(-1);
+        if (last && index - (last.from + last.count) < 4) last.count = index - last.from + 1;
+        else windows.push({ from: index, count: 1 });
+    }
+    return windows;
 }

@@ -3,6 +3,7 @@ import { html, nothing, type TemplateResult } from 'lit-html';
 import { barGround, fill, isDark, textColour, themeColour } from './colour';
 import { backChevron, plus, share, stencil } from './icons';
 import { imageIsComing, imageUrl, imageWord } from './images';
+import { visibleName } from './names';
 import type { Bar, BarItem, Screen } from './protocol';
 import { styles } from './style';
 import { systemItemText } from './texts';
@@ -24,7 +25,7 @@ export function barTemplate(screen: Screen, view: View): TemplateResult {
                 ${bar.back ? backButton(bar.back, view) : nothing}
                 ${bar.left.map((item, at) => barButton(item, 'left', at, view))}
             </div>
-            ${heading(screen)}
+            ${heading(screen, view)}
             <div class="bar-side trailing">
                 ${bar.right.map((item, at) => barButton(item, 'right', at, view)).reverse()}
             </div>
@@ -32,13 +33,14 @@ export function barTemplate(screen: Screen, view: View): TemplateResult {
 }
 
 function backButton(back: NonNullable<Bar['back']>, view: View): TemplateResult {
-    const title = back.title ?? (back.image ? null : view.texts.back);
+    // The screen beneath may have no title.
+    const title = back.title || (back.image ? null : view.texts.back);
     return html`
         <button class="bar-button back way-back" type="button" @click=${() => view.act({ do: 'back' })}>
             ${backChevron()}
             ${title === view.texts.back ? nothing : html`<span class="unseen">${view.texts.back}: </span>`}
             ${back.image ? html`${stencil(back.image)}<span class="unseen">${imageWord(back.image)}</span>` : nothing}
-            ${title === null ? nothing : html`<span class="bar-text" dir="auto">${title}</span>`}
+            ${title === null ? nothing : html`<span class="bar-text" dir="auto">${visibleName(title)}</span>`}
         </button>`;
 }
 
@@ -64,12 +66,12 @@ export function screenTitle(screen: Screen): string {
     return screen.title ?? (titleView ? imageWord(titleView.image) : '');
 }
 
-function heading(screen: Screen): TemplateResult {
+function heading(screen: Screen, view: View): TemplateResult {
     const { titleView } = screen.bar;
     const title = screenTitle(screen);
     return html`<h1 class="bar-title" tabindex="-1">
         ${titleView && 'image' in titleView
             ? html`<img class="logo ${imageIsComing(titleView.image) ? 'coming' : ''}" alt=${title} src=${imageUrl(titleView.image) ?? nothing}>`
-            : html`<span class="bar-text" dir="auto">${title}</span>`}
+            : html`<span class="bar-text ${title === '' ? 'nameless' : ''}" dir="auto">${title === '' ? view.texts.untitled : visibleName(title)}</span>`}
     </h1>`;
 }

@@ -16,10 +16,23 @@ export function onContrastChanged(callback: () => void): void { moreContrast.add
 
 const css = (colour: Rgb): string => `rgb(${colour.join(' ')})`;
 
-/** A colour of the theme, read from the custom property that the style sheet sets. */
+const themeColours = new Map<string, Rgb>();
+
+/** To be called when the style sheet may have other colours. */
+export const forgetTheme = (): void => themeColours.clear();
+
+// Before anybody who draws anew is told, as listeners are called in their order.
+for (const media of [moreContrast, matchMedia('(forced-colors: active)'), matchMedia('(prefers-color-scheme: dark)')]) media.addEventListener('change', forgetTheme);
+
+/** A colour of the theme, read from the custom property that the style sheet sets. Kept, as each reading makes the browser compute styles amid the drawing. */
 export function themeColour(property: string): Rgb {
+    const known = themeColours.get(property);
+    if (known) return known;
     const value = getComputedStyle(document.documentElement).getPropertyValue(property).trim();
-    return /^#[0-9a-f]{6}$/i.test(value) ? parseHex(value).rgb : white;
+    const colour = /^#[0-9a-f]{6}$/i.test(value) ? parseHex(value).rgb : white;
+    // Before the style sheet is there, the property has no value.
+    if (value !== '') themeColours.set(property, colour);
+    return colour;
 }
 
 /** The colour nearest to the wanted one that can be read on the ground. */

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 import { html, nothing, type TemplateResult } from 'lit-html';
+import { clearButton } from './clearbutton';
 import { switchStyles } from './colour';
 import { stencil } from './icons';
+import { spokenName } from './names';
 import type { Row } from './protocol';
 import { sliderGrip } from './slidergrip';
 import { controlValue, fillSlider, release, restoreControl, styles, take } from './style';
@@ -10,11 +12,14 @@ import type { View } from './view';
 const isOn = (value: unknown): boolean => value === true || (typeof value === 'number' && value !== 0);
 const amount = (value: unknown, fallback: number): number => (typeof value === 'number' && Number.isFinite(value) ? value : fallback);
 
-/** The words by which a row is known to assistive technology. */
-export const rowLabel = (row: Row): string => row.text ?? row.name ?? row.identifier ?? '';
+/** The words by which a row is known to assistive technology; one whose title is empty is known as that. */
+export function rowLabel(row: Row, view: View): string {
+    const name = row.text ?? row.name;
+    return name === '' ? view.texts.untitled : spokenName(name ?? row.identifier ?? '');
+}
 
 export const switchControl = (row: Row, view: View): TemplateResult => html`
-    <input class="switch" type="checkbox" role="switch" aria-label=${rowLabel(row)}
+    <input class="switch" type="checkbox" role="switch" aria-label=${rowLabel(row, view)}
         ${styles(switchStyles(row.onTint, view.scale))}
         ${controlValue(isOn(row.value ?? row.properties['default']), view.held(row))}
         @change=${(event: Event) => view.set(row, (event.target as HTMLInputElement).checked)}>`;
@@ -30,7 +35,7 @@ export function sliderControl(row: Row, view: View): TemplateResult {
         <span class="slider-line">
             ${typeof left === 'string' ? stencil(left) : nothing}
             <span class="slider-ground" @pointerdown=${grip.down} @pointermove=${grip.move} @pointerup=${grip.up} @pointercancel=${grip.cancel}>
-                <input class="slider" type="range" step="any" aria-label=${rowLabel(row)} min=${min} max=${max}
+                <input class="slider" type="range" step="any" aria-label=${rowLabel(row, view)} min=${min} max=${max}
                     ${controlValue(String(value), view.held(row))}
                     @input=${(event: Event) => fillSlider(event.target as HTMLInputElement)}
                     @change=${(event: Event) => view.set(row, Number((event.target as HTMLInputElement).value))}>
@@ -64,9 +69,9 @@ export function textControl(row: Row, view: View): TemplateResult {
         if (event.key === 'Enter' || event.key === 'Escape') field.blur();
     };
     return html`
-        <input class="field" type="text" dir="auto" autocomplete="off" enterkeyhint="done" aria-label=${rowLabel(row)}
-            placeholder=${typeof placeholder === 'string' ? placeholder : ''}
+        <input class="field" type="text" dir="auto" autocomplete="off" enterkeyhint="done" aria-label=${rowLabel(row, view)}
+            placeholder=${typeof placeholder === 'string' && placeholder !== '' ? placeholder : ' '}
             autocapitalize=${typeof caps === 'string' ? caps : 'sentences'} autocorrect=${plain ? 'off' : 'on'} spellcheck=${plain ? 'false' : 'true'}
             ${controlValue(typeof row.value === 'string' ? row.value : '', view.held(row))}
-            @focus=${(event: Event) => take(event.target as HTMLElement)} @blur=${commit} @keydown=${key}>`;
+            @focus=${(event: Event) => take(event.target as HTMLElement)} @blur=${commit} @keydown=${key}>${clearButton(view)}`;
 }

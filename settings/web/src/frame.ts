@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: MIT
 import { html, nothing, render } from 'lit-html';
 import { screenTitle } from './bar';
-import { isDark, themeColour } from './colour';
+import { forgetTheme, isDark, themeColour } from './colour';
 import type { Status } from './connection';
-import { broken, halfMoon, padlock, statusGlyphs } from './icons';
+import { broken, halfMoon, padlock } from './icons';
 import type { Device, Screen } from './protocol';
 import { currentShape, followWindow, showShape } from './shape';
+import { StatusBar } from './statusbar';
 import { textsFor, type Texts } from './texts';
 
 /** The phone around the screens: frame, status bar, messages about the connection, and the switch beside it. */
 export class Frame {
     private readonly phone = document.createElement('div');
-    private readonly statusBar = document.createElement('div');
+    private readonly statusBar = new StatusBar();
     private readonly banner = document.createElement('div');
     private readonly trouble = document.createElement('div');
     private readonly live = document.createElement('div');
@@ -19,8 +20,6 @@ export class Frame {
 
     constructor(private readonly toggleDark: () => void, private readonly retry: () => void) {
         this.phone.className = 'phone';
-        this.statusBar.className = 'status-bar';
-        this.statusBar.setAttribute('aria-hidden', 'true');
         this.banner.className = 'banner';
         this.banner.setAttribute('role', 'status');
         this.trouble.className = 'trouble';
@@ -29,11 +28,10 @@ export class Frame {
         this.side.className = 'side';
         document.documentElement.dataset['theme'] = matchMedia('(prefers-color-scheme: dark)').matches ? 'dark' : 'light';
         followWindow();
-        render(statusGlyphs(), this.statusBar);
     }
 
     mount(root: HTMLElement, stage: HTMLElement, presenter: HTMLElement): void {
-        this.phone.append(stage, this.trouble, this.statusBar, presenter, this.banner);
+        this.phone.append(stage, this.trouble, this.statusBar.element, presenter, this.banner);
         root.append(this.phone, this.side, this.live);
     }
 
@@ -50,11 +48,11 @@ export class Frame {
     /** What is left when nothing will come any more: these words, and nothing that could be pressed in vain. */
     showEnd(words: string, texts: Texts): void {
         this.phone.dataset['connection'] = 'ended';
-        this.phone.replaceChildren(this.trouble, this.statusBar);
+        this.phone.replaceChildren(this.trouble, this.statusBar.element);
         this.side.replaceChildren();
         this.live.textContent = '';
         render(html`<main class="notice"><div role="alert">${padlock()}<h1 dir="auto">${words}</h1></div></main>`, this.trouble);
-        this.statusBar.classList.toggle('light-content', isDark(null, themeColour('--page')));
+        this.statusBar.element.classList.toggle('light-content', isDark(null, themeColour('--page')));
         document.title = texts.settings;
     }
 
@@ -63,15 +61,17 @@ export class Frame {
         render(nothing, this.trouble);
         const covered = plain && currentShape() !== 'pad';
         const light = (screen.bar.statusBarStyle === 1 && !covered) || isDark(null, themeColour('--bar'));
-        this.statusBar.classList.toggle('light-content', light);
-        this.statusBar.classList.toggle('above', covered);
+        this.statusBar.element.classList.toggle('light-content', light);
+        this.statusBar.element.classList.toggle('above', covered);
         document.title = screenTitle(screen) || texts.settings;
     }
 
     showDevice(device: Device, texts: Texts): void {
+        this.statusBar.show(device);
         const root = document.documentElement;
         root.dataset['theme'] = device.darkMode ? 'dark' : 'light';
         showShape(device.idiom);
+        forgetTheme();
         root.lang = device.language;
         root.dir = device.rightToLeft ? 'rtl' : 'ltr';
         // A language that the table lacks is spelled in English here; then so is the label's language.

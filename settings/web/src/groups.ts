@@ -2,6 +2,7 @@
 import { html, nothing, type TemplateResult } from 'lit-html';
 import { repeat } from 'lit-html/directives/repeat.js';
 import { fill, themeColour } from './colour';
+import { spokenName, visibleName } from './names';
 import { groupKind, type Row } from './protocol';
 import { placeholderRow, rowTemplate, type Place } from './rows';
 import type { RowStore } from './rowstore';
@@ -66,7 +67,7 @@ function sectionTemplate(section: Section, name: string, rows: RowStore, use: Li
     const title = group?.name ?? null;
     const entryName = (entry: Entry): string => (entry.row ? use.nameOf(entry.row) : `waiting-${entry.slot.index}`);
     return html`
-        <section class="group" aria-label=${title && !headerCell(group!) ? title : nothing}>
+        <section class="group" aria-label=${title && !headerCell(group!) ? spokenName(title) : nothing}>
             ${section.head ? headTemplate(section.head, name, view) : nothing}
             ${section.entries.length === 0 ? nothing : html`<ul class="rows" role="list">
                 ${repeat(section.entries, entryName, (entry) => entry.row
@@ -98,6 +99,6 @@ function headTemplate(entry: Entry, name: string, view: View): TemplateResult {
         </div>`;
     }
     return html`<div class="head ${row.name ? '' : 'untitled'}" data-name=${name} data-index=${row.index} ${gap}>
-        ${row.name ? html`<h2 class="header" dir="auto">${row.name}</h2>` : nothing}
+        ${row.name ? html`<h2 class="header" dir="auto">${visibleName(row.name)}</h2>` : nothing}
     </div>`;
 }

@@ -22,9 +22,11 @@ export const radioWaves = (): TemplateResult => icon('0 0 48 48', 'large', svg`<
 export const musicNote = (): TemplateResult => icon('0 0 48 48', 'large', svg`<path d="M18 37V11l22-5v26" /><circle cx="12.5" cy="37" r="5.5" /><circle cx="34.5" cy="32" r="5.5" />`);
 export const emptyTray = (): TemplateResult => icon('0 0 48 48', 'large', svg`<path d="M6 28h11l3 5h8l3-5h11M6 28l7-17h22l7 17v10H6z" />`);
 
-export const statusGlyphs = (): TemplateResult => html`
-    ${icon('0 0 17 11', 'signal', svg`<path d="M0 7h3v4H0zM4.7 5h3v6h-3zM9.3 2.5h3V11h-3zM14 0h3v11h-3z" />`)}
-    ${icon('0 0 25 12', 'battery', svg`<rect x=".5" y=".5" width="21" height="11" rx="3" /><path d="M2 2h18v8H2zM23 4v4c.9-.3 1.5-1.1 1.5-2S23.9 4.3 23 4z" />`)}`;
+export const signal = (): TemplateResult => icon('0 0 17 11', 'signal', svg`<path d="M0 7h3v4H0zM4.7 5h3v6h-3zM9.3 2.5h3V11h-3zM14 0h3v11h-3z" />`);
+export const wifi = (): TemplateResult => icon('0 0 15 11', 'wifi', svg`<path d="M7.5 0C4.6 0 2 1.1 0 3l1.4 1.5a8.8 8.8 0 0 1 12.2 0L15 3c-2-1.9-4.6-3-7.5-3zm0 3.7c-1.9 0-3.6.7-4.9 1.9L4 7.1a5.1 5.1 0 0 1 7 0l1.4-1.5a7 7 0 0 0-4.9-1.9zm0 3.7c-.9 0-1.7.3-2.3.9l2.3 2.4 2.3-2.4c-.6-.6-1.4-.9-2.3-.9z" />`);
+export const battery = (): TemplateResult => icon('0 0 25 12', 'battery', svg`<rect x=".5" y=".5" width="21" height="11" rx="3" /><path d="M2 2h18v8H2zM23 4v4c.9-.3 1.5-1.1 1.5-2S23.9 4.3 23 4z" />`);
+export const magnifier = (): TemplateResult => icon('0 0 16 16', 'magnifier', svg`<circle cx="6.5" cy="6.5" r="5" /><path d="M10.3 10.3L15 15" />`);
+export const clearSign = (): TemplateResult => icon('0 0 18 18', 'clear', svg`<circle cx="9" cy="9" r="9" /><path d="M5.8 5.8l6.4 6.4M12.2 5.8l-6.4 6.4" />`);
 
 /** An image used as a stencil: it takes the colour of the text around it. */
 export const stencil = (name: string): TemplateResult => {

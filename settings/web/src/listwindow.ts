@@ -1,7 +1,19 @@
 // SPDX-License-Identifier: MIT
 import { Virtualizer, defaultRangeExtractor, elementScroll, observeElementOffset, observeElementRect, type Range } from '@tanstack/virtual-core';
 import type { Slot } from './groups';
-import { wholeListLimit, type RowStore, type Window } from './rowstore';
+import { firstWindow, wholeListLimit, type Window } from './rowstore';
+
+/** What is listed, by place. */
+export interface RowSource {
+    readonly count: number;
+    /** Whether all of it is in the document. */
+    readonly whole: boolean;
+    /** The place of the row that has this index on the screen; -1 when it is not listed. */
+    placeOf(index: number): number;
+    heightAt(place: number): number | undefined;
+    /** Whether so many rows from a place on have arrived. */
+    covers(from: number, count: number): boolean;
+}
 
 const overscan = 12;
 const defaultRowHeight = 44;
@@ -10,11 +22,12 @@ const defaultRowHeight = 44;
 export class ListWindow {
     private virtualizer: Virtualizer<HTMLElement, HTMLElement> | null = null;
     private unmount: (() => void) | null = null;
+    private suspended = false;
 
     constructor(
         private readonly scroller: HTMLElement,
         private readonly content: HTMLElement,
-        private readonly store: RowStore,
+        private readonly store: RowSource,
         private readonly changed: () => void,
     ) {}
 
@@ -48,7 +61,7 @@ export class ListWindow {
     /** The rows to have at hand, with some room around them so that scrolling seldom meets a missing one. */
     wanted(): Window {
         const items = this.virtualizer?.range;
-        if (!items) return { from: 0, count: wholeListLimit };
+        if (!items || this.store.whole) return firstWindow;
         const middle = Math.floor((items.startIndex + items.endIndex) / 2);
         const from = Math.max(0, Math.min(middle - wholeListLimit / 2, this.store.count - wholeListLimit));
         return { from, count: wholeListLimit };
@@ -73,11 +86,21 @@ export class ListWindow {
         const heights = new Map<number, number>();
         for (const element of this.content.querySelectorAll<HTMLElement>('[data-index], [data-after]')) {
             // A footer counts with the row that it follows.
-            const index = Number(element.dataset['index'] ?? element.dataset['after']);
-            heights.set(index, (heights.get(index) ?? 0) + element.offsetHeight);
+            const place = this.store.placeOf(Number(element.dataset['index'] ?? element.dataset['after']));
+            heights.set(place, (heights.get(place) ?? 0) + element.offsetHeight);
         }
-        for (const [index, height] of heights) if (index < this.store.count) this.virtualizer.resizeItem(index, height);
+        for (const [place, height] of heights) if (place >= 0 && place < this.store.count) this.virtualizer.resizeItem(place, height);
     }
+
+    /** To be called while the scroller still stands where it will be found again: what it does from now on does not count. */
+    suspend(): void {
+        this.suspended = true;
+        this.virtualizer?.setOptions(this.options());
+        this.virtualizer?._willUpdate();
+    }
+
+    /** To be called when the scroller stands there again, before update(). */
+    resume(): void { this.suspended = false; }
 
     release(): void {
         this.unmount?.();
@@ -88,8 +111,8 @@ export class ListWindow {
     private options() {
         return {
             count: this.store.count,
-            getScrollElement: () => this.scroller,
-            estimateSize: (index: number) => this.store.at(index)?.height ?? defaultRowHeight,
+            getScrollElement: () => (this.suspended ? null : this.scroller),
+            estimateSize: (place: number) => this.store.heightAt(place) ?? defaultRowHeight,
             scrollToFn: elementScroll,
             observeElementRect,
             observeElementOffset,
@@ -101,7 +124,7 @@ export class ListWindow {
 
     private withFocused(range: number[]): number[] {
         const focused = document.activeElement?.closest<HTMLElement>('[data-index]');
-        const index = focused && this.content.contains(focused) ? Number(focused.dataset['index']) : -1;
+        const index = focused && this.content.contains(focused) ? this.store.placeOf(Number(focused.dataset['index'])) : -1;
         if (index < 0 || index >= this.store.count || range.includes(index)) return range;
         return [...range, index].sort((one, other) => one - other);
     }

@@ -2,7 +2,7 @@
 import { html, nothing, render, type TemplateResult } from 'lit-html';
 import { barTemplate } from './bar';
 import { emptyState } from './emptystates';
-import { endsWithNote, sectionsTemplate } from './groups';
+import { endsWithNote, sectionsTemplate, type Slot } from './groups';
 import { Gate } from './gate';
 import { chevron } from './icons';
 import { RowIdentity } from './identity';
@@ -10,9 +10,11 @@ import { ListWindow } from './listwindow';
 import { animate } from './motion';
 import { paneTemplate } from './panes';
 import { keepPresses } from './presses';
-import { target, type Pane, type Row, type Screen } from './protocol';
-import { captureLayout, playChange } from './rowmotion';
+import { target, type Found, type Pane, type Row, type Screen } from './protocol';
+import { resultsTemplate } from './results';
+import { arrivals, captureLayout, playChange, type Drawn, type Named } from './rowmotion';
 import { RowStore, type Window } from './rowstore';
+import { FoundRows, Search, searchedFrom, type FindRequest } from './search';
 import { enableSwipe } from './swipe';
 import { TimeWheel } from './timewheel';
 import { ToneList } from './tones';
@@ -25,8 +27,16 @@ function element(className: string, parent?: HTMLElement): HTMLElement {
     return made;
 }
 
-/** Asks for a page's window of rows and for single rows beside it; false when nothing was asked for, as while an answer is waited for. */
-export type RowRequest = (page: PageView, beside: readonly number[]) => boolean;
+/** What a page asks of the application beside what its user does. */
+export interface PageRequests {
+    /** Asks for a page's window of rows and for single rows beside it; false when nothing was asked for, as while an answer is waited for. */
+    rows(page: PageView, beside: readonly number[]): boolean;
+    /** Asks which rows of a page's screen have names that hold a text; the answer is told once, and is null when there is none. */
+    find(page: PageView, text: string, answered: Parameters<FindRequest>[1]): void;
+}
+
+/** What is about to be drawn: the places of the rows, and the rows that are known. */
+interface Plan { slots: readonly Slot[]; rows: readonly Row[]; order: string }
 
 /** One screen in the document: its bar, its list, and the user's place in it. Kept while screens lie above it. */
 export class PageView implements ListUse {
@@ -39,29 +49,43 @@ export class PageView implements ListUse {
     readonly gate: Gate;
     /** What had the focus when the screen was covered. */
     lastFocus: HTMLElement | null = null;
+    /** The name of the row that it was in. */
+    private lastRow: string | null = null;
 
     private readonly inner = element('page-inner', this.body);
     private readonly ghosts = element('ghosts', this.inner);
+    private readonly above = element('search-place', this.inner);
     private readonly list = element('list', this.inner);
     private readonly below = element('below', this.inner);
     private readonly identity = new RowIdentity();
     private readonly window: ListWindow;
+    private readonly search: Search;
+    private readonly found = new FoundRows(this.store);
+    private readonly foundWindow: ListWindow;
+    /** Whether what was found is shown in place of the list, and where the list stood. */
+    private searching = false;
+    private searchedAt = 0;
     private wheel: TimeWheel | null = null;
     private readonly tones: ToneList;
     private scheduled = 0;
     private scrollTop = 0;
     private order = '';
+    /** The rows as they are drawn; the store may know newer ones until the next drawing. */
+    private rows: readonly Row[] = [];
+    private drawn: Drawn = { rows: [], count: 0 };
     private arrived = false;
     private drawing = false;
     private released = false;
     /** The row that was tapped last, until its highlight goes. */
     private tapped: { row: HTMLElement; command: number } | null = null;
 
-    constructor(public screen: Screen, private readonly view: View, private readonly needsRows: RowRequest) {
+    constructor(public screen: Screen, private readonly view: View, private readonly requests: PageRequests) {
         this.tones = new ToneList(view, () => this.draw(), () => this.schedule());
         this.ghosts.inert = true;
         this.ghosts.setAttribute('aria-hidden', 'true');
         this.window = new ListWindow(this.body, this.list, this.store, () => this.schedule());
+        this.foundWindow = new ListWindow(this.body, this.list, this.found, () => this.schedule());
+        this.search = new Search(view, (text, answered) => requests.find(this, text, answered), (found, renewed) => this.showFound(found, renewed));
         this.gate = new Gate([this.bar, this.body]);
         keepPresses(this.body);
         enableSwipe(this.list, { uncover: (name, width) => this.uncover(name, width), remove: (name) => this.removeNamed(name) });
@@ -79,20 +103,33 @@ export class PageView implements ListUse {
     update(screen: Screen, revision: number, covered: boolean): void {
         // A swiped row's deletion is asked for in editing mode, as on the phone; the other rows stay as they are meanwhile.
         this.editing = screen.editing && (this.editing || !covered);
-        const typed = this.typed();
-        const before = this.body.isConnected && this.order !== '' ? captureLayout(this.list) : null;
+        // Rows that merely become known have been there before.
+        const changed = revision !== this.store.revision;
         this.screen = screen;
         const count = this.store.count;
         this.store.update(screen, revision);
         this.window.update(count !== this.store.count);
-        const order = this.order;
-        const hadFocus = this.list.contains(document.activeElement);
-        this.draw();
+        if (changed && this.searchable) this.search.renew(revision);
+        const plan = this.plan();
+        const moved = changed && this.body.isConnected && this.order !== '' && this.order !== plan.order && !this.searching;
+        const before = moved ? captureLayout(this.list) : null;
+        const then = this.drawn;
+        this.paint(plan);
         this.arrive();
-        for (const [field, text] of typed) if (!this.list.contains(field)) this.view.unsaved(field.ariaLabel ?? '', text);
-        // The row in use is gone; the keyboard goes on from the screen's title and not from the page's beginning.
-        if (hadFocus && !this.list.contains(document.activeElement)) this.focusHeading();
-        if (before && order !== this.order) playChange(before, this.list, this.ghosts, this.body.getBoundingClientRect());
+        if (before) playChange(before, this.within(arrivals(then, this.drawn)), this.within(arrivals(this.drawn, then)), this.list, this.ghosts, this.body.getBoundingClientRect());
+    }
+
+    /** Takes over rows of the state that is shown; they are drawn with the next frame, however many answers brought them. */
+    take(screen: Screen, revision: number): void {
+        this.screen = screen;
+        this.store.update(screen, revision);
+        this.schedule();
+    }
+
+    // A header goes with its group row, and a footer with the section's; of a list that is drawn in part it is the section that tells.
+    private within(names: ReadonlySet<string>): Named {
+        const { whole } = this.store;
+        return (name) => names.has(name) || (name.endsWith('-footer') ? whole || names.has(name.slice(0, -'-footer'.length)) : whole && !/^(row|waiting)-/.test(name));
     }
 
     // Once in the screen's life, and not each time it is uncovered again.
@@ -101,36 +138,89 @@ export class PageView implements ListUse {
         this.arrived = true;
         const title = this.bar.querySelector('.bar-title > *');
         if (title) animate(title, [{ opacity: 0 }, { opacity: 1 }], { seconds: this.screen.bar.titleFade });
+        if (this.screen.tones) this.tones.reveal(this.body);
     }
 
-    draw(): void {
-        this.drawing = true;
-        this.render();
-        this.drawing = false;
-    }
+    draw(): void { this.paint(this.plan()); }
 
-    private render(): void {
-        const slots = this.window.slots();
-        const rows = slots.map((slot) => this.store.at(slot.index)).filter((row): row is Row => row !== undefined);
+    private get searchable(): boolean { return this.searching || this.screen.count > searchedFrom; }
+
+    private plan(): Plan {
+        const { searching } = this;
+        const slots = (searching ? this.foundWindow : this.window).slots();
+        const rows = slots.map((slot) => (searching ? this.found.rowAt(slot.index) : this.store.at(slot.index))).filter((row): row is Row => row !== undefined);
         // A section goes by the name of its group row, also where that row is not drawn.
-        const groups = rows.map((row) => this.store.groupOf(row)).filter((row): row is Row => row !== undefined);
+        const groups = searching ? [] : rows.map((row) => this.store.groupOf(row)).filter((row): row is Row => row !== undefined);
         this.identity.update([...new Set([...rows, ...groups])]);
-        this.order = rows.map((row) => this.identity.of(row)).join();
-        this.list.classList.toggle('whole', this.store.whole);
+        return { slots, rows, order: rows.map((row) => this.identity.of(row)).join() };
+    }
+
+    private paint(plan: Plan): void {
+        const typed = this.typed();
+        const hadFocus = this.list.contains(document.activeElement);
+        this.drawing = true;
+        this.render(plan);
+        this.drawing = false;
+        for (const [field, text] of typed) if (!this.list.contains(field)) this.view.unsaved(field.ariaLabel ?? '', text);
+        // The row in use is gone; the keyboard goes on from the screen's title and not from the page's beginning.
+        if (hadFocus && !this.list.contains(document.activeElement)) this.focusHeading();
+        if (this.body.isConnected) this.askForRows(plan.slots);
+    }
+
+    private render({ slots, rows, order }: Plan): void {
+        const { searching } = this;
+        this.order = order;
+        this.rows = rows;
+        this.drawn = { rows: rows.map((row) => ({ name: this.identity.of(row), index: row.index })), count: this.store.count };
+        this.list.classList.toggle('whole', this.store.whole && !searching);
         this.inner.classList.toggle('with-wheel', this.screen.pane !== null);
         render(barTemplate(this.screen, this.view), this.bar);
-        const more = this.more(rows);
+        render(this.searchable ? this.search.element() : nothing, this.above);
+        const more = searching ? null : this.more(rows);
         const inset = endsWithNote(this.store) ? more : null;
-        render(sectionsTemplate(slots, this.store, inset, this, this.view), this.list);
+        render(searching ? resultsTemplate(slots, this.found, this, this.view) : sectionsTemplate(slots, this.store, inset, this, this.view), this.list);
         render(html`${this.special()}${inset ? nothing : (more ?? nothing)}`, this.below);
-        this.window.placed();
-        if (!this.body.isConnected) return;
-        const beside = this.store.whole ? [] : this.store.neededBeside(slots.map((slot) => slot.index));
-        if ((this.window.incomplete || beside.length > 0) && this.needsRows(this, beside)) this.store.markAsked(beside);
+        (searching ? this.foundWindow : this.window).placed();
+    }
+
+    private askForRows(slots: readonly Slot[]): void {
+        const { searching } = this;
+        const drawn = slots.map((slot) => (searching ? (this.found.at(slot.index)?.index ?? -1) : slot.index));
+        const beside = searching ? this.store.missing(drawn) : this.store.whole ? [] : this.store.neededBeside(drawn);
+        const needed = beside.length > 0 || (!searching && this.window.incomplete);
+        if (needed && this.requests.rows(this, beside)) this.store.markAsked(beside);
+    }
+
+    /** Puts what was found in the list's place, or the list back in its own. `renewed` are the results of the same search. */
+    private showFound(found: readonly Found[] | null, renewed: boolean): void {
+        const was = this.searching;
+        this.searching = found !== null;
+        this.uncovered = null;
+        if (found) {
+            if (!was) {
+                this.searchedAt = this.body.scrollTop;
+                this.window.suspend();
+            }
+            if (!renewed) {
+                this.foundWindow.release();
+                this.body.scrollTop = 0;
+            }
+            this.found.take(found);
+            this.foundWindow.update(!renewed);
+        } else if (was) {
+            this.foundWindow.release();
+            this.window.resume();
+            this.window.update(false);
+        }
+        this.draw();
+        if (!found && was) this.body.scrollTop = this.searchedAt;
     }
 
     /** The window of rows that commands carry while this page is on top. */
-    get wanted(): Window { return this.window.wanted(); }
+    get wanted(): Window {
+        // What is found lies scattered; it is asked for row by row.
+        return this.searching ? { from: 0, count: 0 } : this.window.wanted();
+    }
 
     nameOf(row: Row): string { return this.identity.of(row); }
 
@@ -149,8 +239,7 @@ export class PageView implements ListUse {
     remove(row: Row): void { this.view.act({ do: 'delete', ...target(row) }); }
 
     private removeNamed(name: string): void {
-        const element = this.list.querySelector<HTMLElement>(`[data-name="${CSS.escape(name)}"]`);
-        const row = element && this.store.at(Number(element.dataset['index']));
+        const row = this.rows.find((each) => this.nameOf(each) === name);
         if (row) this.remove(row);
     }
 
@@ -187,24 +276,31 @@ export class PageView implements ListUse {
     /** To be called before the page leaves the document. */
     leave(): void {
         this.scrollTop = this.body.scrollTop;
+        this.window.suspend();
+        this.foundWindow.suspend();
         const active = document.activeElement;
         this.lastFocus = active instanceof HTMLElement && (this.body.contains(active) || this.bar.contains(active)) ? active : null;
+        this.lastRow = this.lastFocus?.closest<HTMLElement>('.row')?.dataset['name'] ?? null;
         this.uncovered = null;
         this.wheel?.abandon();
         this.tones.stop();
     }
 
-    /** To be called when the page is back in the document. */
+    /** To be called when the page is back in the document, and before its new state. */
     returned(): void {
         this.body.scrollTop = this.scrollTop;
-        this.fadeHighlight();
+        (this.searching ? this.foundWindow : this.window).resume();
+        if (this.searching) this.foundWindow.update(false);
     }
 
     focusHeading(): void { this.bar.querySelector<HTMLElement>('h1')?.focus({ preventScroll: true }); }
 
     focusWhereLeft(): void {
-        if (this.lastFocus?.isConnected) this.lastFocus.focus({ preventScroll: true });
-        if (document.activeElement !== this.lastFocus || this.lastFocus === null) this.focusHeading();
+        const row = this.lastRow === null ? null : this.list.querySelector<HTMLElement>(`[data-name="${CSS.escape(this.lastRow)}"]`);
+        // The row may have been drawn anew since.
+        const part = this.lastFocus?.isConnected ? this.lastFocus : row?.querySelector<HTMLElement>('button, input');
+        part?.focus({ preventScroll: true });
+        if (!part || document.activeElement !== part) this.focusHeading();
     }
 
     /** To be called when the screen is gone for good. */
@@ -214,6 +310,7 @@ export class PageView implements ListUse {
         for (const [field, text] of this.typed()) this.view.unsaved(field.ariaLabel ?? '', text);
         cancelAnimationFrame(this.scheduled);
         this.window.release();
+        this.foundWindow.release();
     }
 
     private schedule(): void {

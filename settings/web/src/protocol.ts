@@ -82,11 +82,15 @@ export interface Mail {
 export interface Social { id: number | null; kind: 'social'; service: string; text: string }
 export type Presented = Prompt | Mail | Social;
 
-export interface Device { darkMode: boolean; rightToLeft: boolean; language: string; scale: number; idiom: string }
+/** `clock` is the phone's local time, "2026-11-20T09:00:00"; null of an application that tells none. It stands still unless `clockRuns`. */
+export interface Device { darkMode: boolean; rightToLeft: boolean; language: string; scale: number; idiom: string; clock: string | null; clockRuns: boolean; wifi: boolean }
+
+/** A row whose name holds what was searched for. */
+export interface Found { key: string; index: number; name: string }
 
 export interface State { revision: number; screen: Screen; presented: Presented | null; device: Device | null }
 /** `stale` says that what a command meant is no longer there: nothing was done, and the state shows what is there now. */
-export interface Message { id: number | null; ok: boolean; stale: boolean; error: string | null; state: State | null }
+export interface Message { id: number | null; ok: boolean; stale: boolean; error: string | null; state: State | null; found: readonly Found[] | null }
 export type Command = { readonly do: string } & Readonly<Record<string, unknown>>;
 
 export const groupKind = 0;
@@ -249,7 +253,17 @@ function device(value: unknown): Device | null {
         language: text(source['language']) ?? 'en',
         scale: Math.max(1, number(source['scale'], 2)),
         idiom: text(source['idiom']) ?? 'phone',
+        clock: text(source['clock']),
+        clockRuns: source['clockRuns'] !== false,
+        wifi: source['wifi'] === true,
     };
+}
+
+/** Rows only: a group row is a heading, and nothing that anybody goes to. */
+function found(value: unknown): Found | null {
+    const source = bag(value);
+    const index = number(source?.['index'], -1);
+    return source && index >= 0 && typeof source['row'] === 'number' ? { key: text(source['key']) ?? `index-${index}`, index, name: text(source['name']) ?? '' } : null;
 }
 
 /** What a frame of the socket says, or null when it is not of this protocol. Missing or misshapen parts take harmless values. */
@@ -268,5 +282,8 @@ export function parseMessage(data: unknown): Message | null {
         : null;
     const id = typeof source['id'] === 'number' ? source['id'] : null;
     if (state === null && id === null) return null;
-    return { id, ok: source['ok'] !== false, stale: source['stale'] === true, error: text(source['error']), state };
+    return {
+        id, ok: source['ok'] !== false, stale: source['stale'] === true, error: text(source['error']), state,
+        found: Array.isArray(source['found']) ? list(source['found'], found) : null,
+    };
 }

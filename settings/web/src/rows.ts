@@ -4,6 +4,7 @@ import { textColour, themeColour } from './colour';
 import { rowLabel, sliderControl, switchControl, textControl } from './controls';
 import { check, chevron, info, minus } from './icons';
 import { imageUrl } from './images';
+import { visibleName } from './names';
 import type { Colour, Label, Row } from './protocol';
 import { deviceWidth } from './shape';
 import { styles } from './style';
@@ -23,7 +24,7 @@ export function rowTemplate(row: Row, place: Place | null, use: ListUse, view: V
     const deletable = row.editingStyle === 1;
     const editing = use.editing && deletable;
     const open = deletable && use.uncovered === name;
-    const label = rowLabel(row);
+    const label = rowLabel(row, view);
     return html`
         <li class="row ${place?.first ? 'first' : ''} ${place?.last ? 'last' : ''} ${editing ? 'editing' : ''}" data-name=${name} data-index=${row.index}
             ?data-deletable=${deletable} ?data-open=${open}
@@ -88,17 +89,23 @@ function contents(row: Row, view: View, bodyTap: ((event: Event) => void) | null
         ${title !== null && labelled ? html`<span class="unseen">${title}</span>` : nothing}
         ${labelled ? html`<span class="own-labels">${inReadingOrder(row.labels).map((label) => html`${ownLabel(label, row, ground)} `)}</span>` : nothing}
         <span class="words">
-            ${bodyTap ? bodyButton(row, bodyTap, view) : title === null || bare || labelled ? nothing : html`<span class="title" dir="auto">${title}</span>`}
-            ${detail === null || detail === '' ? nothing : html`<span class="detail" dir="auto" ${styles({ color: textColour(row.detailTextColour, ground) })}>${detail}</span>`}
+            ${bodyTap ? bodyButton(row, bodyTap, view) : title === null || bare || labelled ? nothing : html`<span class="title" dir="auto">${rowName(title, row, view)}</span>`}
+            ${detail === null || detail === '' ? nothing : html`<span class="detail" dir="auto" ${styles({ color: textColour(row.detailTextColour, ground) })}>${visibleName(detail)}</span>`}
             ${bodyTap ? accessoryMark(row, ground, view) : nothing}
             ${control(row, view)}
         </span>
         ${bodyTap ? nothing : accessoryMark(row, ground, view)}`;
 }
 
+/** A row's name as it is drawn; where the user gave none, what stands for it. */
+function rowName(title: string, row: Row, view: View): TemplateResult | string {
+    if (title === '' && (row.tappable || hasControl(row))) return html`<span class="nameless">${view.texts.untitled}</span>`;
+    return visibleName(title);
+}
+
 function bodyButton(row: Row, tap: (event: Event) => void, view: View): TemplateResult {
     const checked = row.accessory === accessory.checkmark;
-    return html`<button class="title body" type="button" dir="auto" @click=${tap}>${rowLabel(row)}${checked ? html`<span class="unseen">${view.texts.selected}</span>` : nothing}</button>`;
+    return html`<button class="title body" type="button" dir="auto" @click=${tap}>${rowName(row.text ?? row.name ?? row.identifier ?? '', row, view)}${checked ? html`<span class="unseen">${view.texts.selected}</span>` : nothing}</button>`;
 }
 
 function control(row: Row, view: View): Contents {
@@ -152,7 +159,7 @@ function ownLabel(label: Label, row: Row, ground: ReturnType<typeof themeColour>
         'inset-inline-start': trailing ? null : edge,
         'inset-inline-end': trailing ? edge : null,
         color: textColour(label.colour ?? (alone ? row.tint : null), ground),
-    })}><span class="own-text" dir="auto">${label.text}</span></span>`;
+    })}><span class="own-text" dir="auto">${visibleName(label.text)}</span></span>`;
 }
 
 /** From top to bottom, and in a line from its start: the order in which the labels are read. */

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+import type { RowSource } from './listwindow';
 import { groupKind, type Row, type Screen } from './protocol';
 
 /** A list up to this long is held whole; a longer one is asked for in windows. */
@@ -6,29 +7,49 @@ export const wholeListLimit = 200;
 
 export interface Window { from: number; count: number }
 
-/** The rows of the shown screen that have arrived so far, by index. */
-export class RowStore {
+/** From the first row on: what a screen that nothing is known of is asked for. */
+export const firstWindow: Window = { from: 0, count: wholeListLimit };
+
+/**
+ * The rows of the shown screen that have arrived so far, by index. A row of an older revision is kept to be shown until the same
+ * one of the new revision is there: it seldom looks different, and a gap always does.
+ */
+export class RowStore implements RowSource {
     count = 0;
-    private rows = new Map<number, Row>();
-    private revision = -1;
+    revision = -1;
+    private readonly rows = new Map<number, Row>();
+    /** The indexes of those that are of this revision. */
+    private fresh = new Set<number>();
     private asked = new Set<number>();
 
-    /** Takes over what a state brought. Rows of an older revision may have moved, so only those sent again are kept. */
+    /** Takes over what a state brought. */
     update(screen: Screen, revision: number): void {
         if (revision !== this.revision || screen.count !== this.count) {
-            this.rows = new Map();
-            this.asked.clear();
+            // Of another length the list has its rows elsewhere.
+            if (screen.count !== this.count) this.rows.clear();
+            this.fresh = new Set();
+            this.asked = new Set();
         }
         this.revision = revision;
         this.count = screen.count;
-        for (const row of screen.rows) if (row.index < this.count) this.rows.set(row.index, row);
+        for (const row of screen.rows) {
+            if (row.index >= this.count) continue;
+            this.rows.set(row.index, row);
+            this.fresh.add(row.index);
+        }
     }
 
     at(index: number): Row | undefined { return this.rows.get(index); }
 
+    placeOf(index: number): number { return index; }
+
+    heightAt(index: number): number | undefined { return this.rows.get(index)?.height; }
+
+    isFresh(index: number): boolean { return this.fresh.has(index); }
+
     covers(from: number, count: number): boolean {
         const end = Math.min(this.count, from + count);
-        for (let index = Math.max(0, from); index < end; index += 1) if (!this.rows.has(index)) return false;
+        for (let index = Math.max(0, from); index < end; index += 1) if (!this.fresh.has(index)) return false;
         return true;
     }
 
@@ -64,7 +85,12 @@ export class RowStore {
             const row = this.rows.get(index);
             if (row?.row !== null && row !== undefined) wanted.add(row.index - row.row - 1);
         }
-        return [...wanted].filter((index) => index >= 0 && !this.rows.has(index) && !this.asked.has(index));
+        return this.missing([...wanted]);
+    }
+
+    /** Those of the given rows that are not of this revision, and that were not asked for yet. */
+    missing(indexes: readonly number[]): number[] {
+        return indexes.filter((index) => index >= 0 && !this.fresh.has(index) && !this.asked.has(index));
     }
 
     /** Rows that were asked for are not asked for again of this revision: a server that lacks them would be asked for ever. */

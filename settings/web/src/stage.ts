@@ -2,8 +2,9 @@
 import { systemItem } from './bar';
 import { Gate } from './gate';
 import { direction, glide, inPlace, motionIsReduced, type Pose } from './motion';
-import { PageView, type RowRequest } from './page';
+import { PageView, type PageRequests } from './page';
 import type { Screen } from './protocol';
+import { firstWindow, wholeListLimit, type Window } from './rowstore';
 import type { View } from './view';
 
 type Move = 'push' | 'pop' | 'replace';
@@ -39,6 +40,15 @@ class Navigator {
     /** Whether a state shows a screen other than the one on top here. */
     differs(screen: Screen): boolean { return !this.page || this.page.screen.id !== screen.id || screen.stack.join() !== this.stack.join(); }
 
+    /** The page that the way back leads to. */
+    get beneath(): PageView | undefined { return this.pages[this.stack.length - 2]; }
+
+    /** The page of a screen that was left for others and comes on top again. */
+    kept(screen: Screen): PageView | undefined {
+        const page = screen.stack.length < this.stack.length ? this.pages[screen.stack.length - 1] : undefined;
+        return page?.screen.className === screen.className && page.screen.id === screen.id ? page : undefined;
+    }
+
     show(screen: Screen, revision: number, covered: boolean, make: () => PageView): void {
         if (!this.differs(screen)) {
             this.page?.update(screen, revision, covered);
@@ -49,8 +59,8 @@ class Navigator {
         const move: Move = !old || depth === this.stack.length ? 'replace' : depth > this.stack.length ? 'push' : 'pop';
         old?.leave();
         // What lies above the new top is gone; what lies beneath stays for the way back.
-        const kept = move === 'pop' ? this.pages[depth - 1] : undefined;
-        const page = kept?.screen.className === screen.className && kept.screen.id === screen.id ? kept : make();
+        const kept = this.kept(screen);
+        const page = kept ?? make();
         for (const gone of this.pages.slice(depth - 1)) if (gone !== page) gone?.release();
         this.pages.length = Math.min(this.pages.length, depth);
         this.pages[depth - 1] = page;
@@ -62,8 +72,9 @@ class Navigator {
             this.bodies.append(page.body);
         }
         page.bar.inert = page.body.inert = false;
-        page.update(screen, revision, covered);
         if (page === kept) page.returned();
+        page.update(screen, revision, covered);
+        if (page === kept) page.fadeHighlight();
         if (old && old !== page) this.transit(old, page, move);
     }
 
@@ -110,7 +121,7 @@ export class Stage {
     /** Counts the dismissals, so that the end of one is told from that of the last. */
     private dismissal = 0;
 
-    constructor(private readonly view: View, private readonly needsRows: RowRequest) {
+    constructor(private readonly view: View, private readonly requests: PageRequests) {
         this.element.className = 'stage';
         document.addEventListener('keydown', (event) => this.escape(event));
     }
@@ -123,11 +134,24 @@ export class Stage {
         return !top || top.level !== screen.modals || top.differs(screen);
     }
 
+    /** The rows that a screen needs to be shown: the first ones, unless it has been shown before. */
+    needs(screen: Screen): Window {
+        const known = this.navigators.find((navigator) => navigator.level === screen.modals);
+        if (known?.kept(screen) || (known && !known.differs(screen))) return { from: 0, count: 0 };
+        return { from: 0, count: Math.min(screen.count, wholeListLimit) };
+    }
+
+    /** The rows that the screen will be wanted for that the way back leads to. */
+    get beneath(): Window {
+        const page = this.navigators.at(-1)?.beneath ?? this.navigators.at(-2)?.page;
+        return page?.wanted ?? firstWindow;
+    }
+
     /** Shows a state's screen, and gives the focus to a page that comes on top; `covered` tells that something is presented above it. */
     show(screen: Screen, revision: number, covered: boolean): void {
         const before = this.page;
         const hadFocus = document.activeElement === document.body || this.element.contains(document.activeElement);
-        const make = (): PageView => new PageView(screen, this.view, this.needsRows);
+        const make = (): PageView => new PageView(screen, this.view, this.requests);
         const top = this.navigators.at(-1);
         if (top && screen.modals < top.level) this.dismiss(screen.modals);
         let navigator = this.navigators.at(-1);
@@ -194,6 +218,7 @@ export class Stage {
         revealed.element.inert = false;
         revealed.element.classList.remove('covered');
         const { page } = revealed;
+        page?.returned();
         this.dismissal += 1;
         const { dismissal } = this;
         page?.gate.shut('sheet', 'shut');

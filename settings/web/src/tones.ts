@@ -3,6 +3,7 @@ import { html, nothing, type TemplateResult } from 'lit-html';
 import { repeat } from 'lit-html/directives/repeat.js';
 import { check } from './icons';
 import { direction } from './motion';
+import { visibleName } from './names';
 import type { Tones } from './protocol';
 import { TonePlayer } from './toneplayer';
 import type { View } from './view';
@@ -26,6 +27,16 @@ export class ToneList {
         if (this.player.playing !== null) this.fallSilent();
     }
 
+    /** Brings the chosen tone into sight, with as many before it as after it. */
+    reveal(scroller: HTMLElement): void {
+        const row = scroller.querySelector('.tone[aria-checked="true"]')?.closest('.row');
+        if (!row) return;
+        const box = row.getBoundingClientRect();
+        const view = scroller.getBoundingClientRect();
+        if (box.top >= view.top && box.bottom <= view.bottom) return;
+        scroller.scrollTop += box.top - view.top - (view.height - box.height) / 2;
+    }
+
     template(tones: Tones): TemplateResult {
         const { view } = this;
         this.names = new Map(tones.list.map((tone) => [tone.identifier, tone.name]));
@@ -38,7 +49,7 @@ export class ToneList {
             const playing = identifier !== null && identifier === this.player.playing;
             return html`<div class="row"><button class="cell tone" type="button" role="radio" aria-checked=${chosen} tabindex=${identifier === reached ? 0 : -1}
                 @click=${() => this.choose(identifier)} @focus=${() => this.focus(identifier)}>
-                <span class="words"><span class="title" dir="auto">${name}</span></span>
+                <span class="words"><span class="title" dir="auto">${visibleName(name)}</span></span>
                 ${playing ? html`<span class="playing" aria-hidden="true"><i></i><i></i><i></i><i></i></span>` : nothing}
                 ${chosen ? html`<span class="mark check">${check()}</span>` : nothing}</button></div>`;
         };
