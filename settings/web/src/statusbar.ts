@@ -31,9 +31,11 @@ export class StatusBar {
 
     show(device: Device): void {
         this.device = device;
-        const told = device.clock === null ? Number.NaN : Date.parse(`${device.clock}Z`);
-        // The time is told in whole seconds; to the phone that runs on this very machine it is the same time.
-        if (device.clockRuns) this.ahead = Math.round((told + 500 - localNow()) / 1000) * 1000;
+        if (device.clockRuns) {
+            // Told in whole seconds, and somewhat later here: a phone on this very machine has the same time.
+            const ahead = Date.parse(`${device.clock}Z`) + 500 - localNow();
+            this.ahead = Math.abs(ahead) < 2000 ? 0 : Math.ceil(ahead / 1000 - 0.5) * 1000;
+        }
         this.draw();
     }
 

@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: MIT
+// How fast the page is: node page-bench.mjs, or the target page-bench. The real program with 10 and with 10,000 profiles, the
+// real page in a browser. What the program takes for its answer is told apart from what the page takes, and how even the
+// machine was meanwhile is told beside the figures: on a busy one they mean little.
+import { readFile } from 'node:fs/promises';
+import { loadavg } from 'node:os';
+import { join } from 'node:path';
+import { gzipSync } from 'node:zlib';
+import { settled, startBrowser } from '../tests/web/harness.mjs';
+import { openPhone, profile } from '../tests/web/real-phone.mjs';
+
+const times = Number(process.env.QUIETRIX_BENCH_TIMES ?? 50);
+const dist = process.env.QUIETRIX_WEB_DIST;
+
+const at = (values, share) => [...values].sort((one, other) => one - other)[Math.min(values.length - 1, Math.floor(values.length * share))] ?? Number.NaN;
+const median = (values) => at(values, 0.5);
+const ms = (value) => `${value.toFixed(1)} ms`;
+
+/** Runs in the page ahead of its own code: notes when something is pressed, sent, answered, drawn and painted. */
+function instrument() {
+    const notes = { pressed: 0, sent: 0, answers: [], painted: 0 };
+    globalThis.notes = notes;
+    const painted = (then) => requestAnimationFrame(() => {
+        const { port1, port2 } = new MessageChannel();
+        port1.onmessage = () => then(performance.now());
+        port2.postMessage(null);
+    });
+    addEventListener('pointerup', (event) => {
+        Object.assign(notes, { pressed: event.timeStamp, sent: 0, answers: [], painted: 0, pressPainted: 0 });
+        painted((now) => { notes.pressPainted = now; });
+    }, { capture: true });
+    const { send, addEventListener: listen } = WebSocket.prototype;
+    WebSocket.prototype.send = function (data) {
+        if (notes.sent === 0) notes.sent = performance.now();
+        return send.call(this, data);
+    };
+    WebSocket.prototype.addEventListener = function (type, listener, ...rest) {
+        if (type !== 'message') return listen.call(this, type, listener, ...rest);
+        return listen.call(this, type, (event) => {
+            const begun = performance.now();
+            listener(event);
+            notes.answers.push({ begun, drawn: performance.now() });
+            painted((now) => { notes.painted = now; });
+        }, ...rest);
+    };
+}
+
+/** Presses something and tells what came of it, once `shown` holds. */
+async function press(page, target, shown) {
+    const box = await target.boundingBox();
+    await page.mouse.click(box.x + Math.min(60, box.width / 2), box.y + box.height / 2);
+    await page.waitForFunction(shown.check, shown.argument);
+    await page.waitForFunction(() => globalThis.notes.painted > 0);
+    const notes = await page.evaluate(() => globalThis.notes);
+    await settled(page);
+    const last = notes.answers.at(-1);
+    const program = last.begun - notes.sent;
+    return { program, patch: last.drawn - notes.pressed - program, frame: notes.painted - notes.pressed - program, trips: notes.answers.length };
+}
+
+const headingIs = (argument) => ({ argument, check: (text) => [...document.querySelectorAll('.bars .bar:not([inert]) h1')].some((each) => (each.querySelector('img')?.alt ?? each.textContent.trim()) === text) });
+
+function report(what, samples, limit) {
+    const beyond = samples.map((sample) => sample.patch);
+    console.log(`  ${what.padEnd(18)} patch ${ms(median(beyond))} beyond the answer (limit ${limit}), 95 % ${ms(at(beyond, 0.95))}; painted ${ms(median(samples.map((sample) => sample.frame)))}; the program ${ms(median(samples.map((sample) => sample.program)))}; ${median(samples.map((sample) => sample.trips))} answer(s)`);
+}
+
+/** How even the machine is: one and the same work, again and again. */
+const evenness = (page) => page.evaluate(() => Array.from({ length: 60 }, () => {
+    const begun = performance.now();
+    let sum = 0;
+    for (let turn = 0; turn < 2_000_000; turn += 1) sum += turn % 7;
+    return performance.now() - begun + (sum < 0 ? 1 : 0);
+}));
+
+async function presses(session, count) {
+    const profiles = Array.from({ length: count }, (_unused, number) => profile(`Profile ${number}`));
+    const ui = await openPhone(session, { profiles }, { beforehand: instrument, reducedMotion: 'no-preference' });
+    const { page } = ui;
+    await settled(page);
+    console.log(`${count} profiles:`);
+    const opened = [];
+    const left = [];
+    const moved = [];
+    const root = await page.evaluate(() => { const title = document.querySelector('.bar h1'); return title.querySelector('img')?.alt ?? title.textContent.trim(); });
+    for (let turn = -3; turn < times; turn += 1) {
+        const row = page.locator('.list .row button.cell', { hasText: /^\s*Profile [3-6](?!\d)/ }).nth(turn & 3);
+        const name = (await row.locator('.title').textContent()).trim();
+        const opening = await press(page, row, headingIs(name));
+        const control = page.getByRole('switch', { name: 'Vibrate', exact: true });
+        const on = await control.isChecked();
+        const box = await control.boundingBox();
+        await page.mouse.click(box.x + box.width / 2, box.y + box.height / 2);
+        await page.waitForFunction(() => globalThis.notes.painted > 0 && globalThis.notes.pressPainted > 0);
+        const notes = await page.evaluate(() => globalThis.notes);
+        if (await control.isChecked() === on) throw new Error('the switch did not move');
+        const leaving = await press(page, page.locator('.bars .bar:not([inert]) .bar-button.back'), headingIs(root));
+        if (turn < 0) continue;
+        opened.push(opening);
+        left.push(leaving);
+        moved.push(notes.pressPainted - notes.pressed);
+    }
+    report('opening', opened, '16 ms');
+    report('back', left, '16 ms');
+    console.log(`  switch             painted ${ms(median(moved))} after the press, 95 % ${ms(at(moved, 0.95))}, whatever the answer takes`);
+    if (count > 1000) await scrolling(page);
+    const even = await evenness(page);
+    console.log(`  noise              the same work takes ${ms(median(even))}, 95 % ${ms(at(even, 0.95))}; load ${loadavg()[0].toFixed(1)}`);
+    await ui.close();
+}
+
+async function scrolling(page) {
+    const devtools = await page.context().newCDPSession(page);
+    for (const [what, speed, distance] of [['reading speed', 800, 6000], ['fast', 4000, 40_000]]) {
+        await page.evaluate(() => {
+            const frames = { times: [], blank: 0, waiting: 0, running: true };
+            globalThis.frames = frames;
+            const view = document.querySelector('.bodies .page').getBoundingClientRect();
+            const look = (now) => {
+                if (!frames.running) return;
+                frames.times.push(now);
+                for (const share of [0.1, 0.5, 0.9]) {
+                    const there = document.elementFromPoint(view.left + view.width / 2, view.top + view.height * share);
+                    if (there?.classList.contains('page') || there?.classList.contains('list') || there?.classList.contains('page-inner')) frames.blank += 1;
+                    if (there?.closest('[aria-busy]')) frames.waiting += 1;
+                }
+                requestAnimationFrame(look);
+            };
+            requestAnimationFrame(look);
+        });
+        await devtools.send('Input.synthesizeScrollGesture', { x: 195, y: 500, yDistance: -distance, speed, gestureSourceType: 'touch', preventFling: true });
+        const frames = await page.evaluate(() => { globalThis.frames.running = false; return globalThis.frames; });
+        const gaps = frames.times.slice(1).map((time, index) => time - frames.times[index]);
+        const swift = gaps.filter((gap) => gap < 20).length / gaps.length;
+        console.log(`  scrolling, ${what}: ${(swift * 100).toFixed(1)} % of ${gaps.length} frames under 20 ms (limit 95 %), median ${ms(median(gaps))}, longest ${ms(Math.max(...gaps))}; blank spots ${frames.blank}, waiting spots ${frames.waiting}`);
+    }
+}
+
+async function firstPaint(session) {
+    const ui = await openPhone(session, { profiles: Array.from({ length: 10 }, (_unused, number) => profile(`Profile ${number}`)) });
+    const paints = [];
+    for (let turn = 0; turn < 11; turn += 1) {
+        await ui.page.reload();
+        await ui.page.locator('.navigator .page').first().waitFor();
+        paints.push(await ui.page.evaluate(() => new Promise((resolve) => {
+            new PerformanceObserver((list) => resolve(list.getEntriesByName('first-contentful-paint')[0].startTime)).observe({ type: 'paint', buffered: true });
+        })));
+    }
+    console.log(`first paint: ${ms(median(paints))} after the request (limit 250 ms), 95 % ${ms(at(paints, 0.95))}`);
+    await ui.close();
+}
+
+if (!dist || !process.env.QUIETRIX_PROGRAM) {
+    console.error('page-bench.mjs: QUIETRIX_WEB_DIST and QUIETRIX_PROGRAM name the built page and the program');
+    process.exit(2);
+}
+const sizes = await Promise.all(['index.html', 'app.js', 'app.css'].map(async (name) => [name, gzipSync(await readFile(join(dist, name)), { level: 9 }).length]));
+console.log(`code: ${(sizes.reduce((sum, [, size]) => sum + size, 0) / 1000).toFixed(1)} kB compressed (limit 60 kB): ${sizes.map(([name, size]) => `${name} ${(size / 1000).toFixed(1)}`).join(', ')}`);
+const session = await startBrowser();
+try {
+    await firstPaint(session);
+    for (const count of [10, 10_000]) await presses(session, count);
+} finally {
+    await session.close();
+}
