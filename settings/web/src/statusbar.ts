@@ -56,4 +56,4 @@ export class StatusBar {
 }
 
 const timeOfDay = (time: number, language: string): string =>
-    new Intl.DateTimeFormat(language, { hour: 'numeric', minute: '2-digit', timeZone: 'UTC' }).format(time);
+    new Intl.DateTimeFormat(language, { timeStyle: 'short', timeZone: 'UTC' }).format(time);
