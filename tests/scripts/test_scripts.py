@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""./run and ./test on machines that lack something, have it in another version, or ask for a password.
+"""./run, ./test and ./gallery on machines that lack something, have it in another version, or ask for a password.
 
     test_scripts.py SOURCE_DIRECTORY
 
@@ -34,7 +34,7 @@ class ScriptCase(unittest.TestCase):
         self.addCleanup(shutil.rmtree, self.directory)
         self.project = os.path.join(self.directory, "project")
         os.mkdir(self.project)
-        for name in ("run", "test"):
+        for name in ("run", "test", "gallery"):
             shutil.copy(os.path.join(source, name), self.project)
         shutil.copytree(os.path.join(source, "packaging"), os.path.join(self.project, "packaging"))
         self.tools = os.path.join(self.directory, "tools")
@@ -105,7 +105,7 @@ class ScriptCase(unittest.TestCase):
 
 class OldTools(ScriptCase):
     def test_toolTooOld_isOneLineThatNamesItAndNothingIsBuiltOrInstalled(self):
-        for script in ("./run", "./test"):
+        for script in ("./run", "./test", "./gallery"):
             for name, body, version, minimum in (
                     ("cmake", 'echo "cmake version 3.18.4"', "3.18.4", "3.25"),
                     ("node", "echo v16.20.2", "16.20.2", "18"),
@@ -132,6 +132,34 @@ class OldTools(ScriptCase):
     def test_toolWithoutVersion_isNamed(self):
         path = self.tool("node", "exit 1")
         self.assertEqual(self.run_script("./run").stderr, f"{path} does not tell its version; node 18 or newer is needed.\n")
+
+
+class Gallery(ScriptCase):
+    def test_built_isDrawnByWhatWasBuilt(self):
+        self.built_program()
+        self.tool("node", 'case "$1" in --version) echo v18.20.4 ;; *) echo "$QUIETRIX_PROGRAM" "$QUIETRIX_WEB_DIST" "$QUIETRIX_WEB_MODULES" >>"$HOME/given" ;; esac')
+        done = self.run_script("./gallery")
+        self.assertEqual((done.returncode, done.stdout), (0, ""), done.stderr)
+        self.assertIn("docs/gallery", done.stderr)
+        self.assertIn("node tests/web/gallery.mjs docs/gallery", self.called())
+        build = os.path.join(self.project, "build", "release")
+        with open(os.path.join(self.directory, "given"), encoding="utf-8") as file:
+            self.assertEqual(file.read().split(), [f"{build}/{part}" for part in ("settings/quietrix-settings", "share/page", "web/node_modules")])
+
+    def test_drawingFails_saysWhyAndFails(self):
+        self.built_program()
+        self.tool("node", 'case "$1" in --version) echo v18.20.4 ;; *) echo "no such browser"; exit 1 ;; esac')
+        done = self.run_script("./gallery")
+        self.assertNotEqual(done.returncode, 0)
+        self.assertIn("no such browser", done.stderr)
+
+    def test_browserMissing_isInstalledWithoutTheTestsTools(self):
+        self.tool("dpkg-query", 'case "$*" in *chromium*|*clang*) exit 1 ;; *) printf "install ok installed" ;; esac')
+        self.tool("id", "echo 1000")
+        self.tool("sudo", '[ "$1" = -n ] && exit 0; exec "$@"')
+        self.assertEqual(self.run_bash("prepare_gallery").returncode, 0)
+        installs = [call for call in self.called() if call.startswith("apt-get")]
+        self.assertTrue(len(installs) == 1 and installs[0].endswith("install -y --no-install-recommends chromium"), installs)
 
 
 class DebiansCMake(ScriptCase):
