@@ -17,6 +17,8 @@ export class Frame {
     private readonly trouble = document.createElement('div');
     private readonly live = document.createElement('div');
     private readonly side = document.createElement('div');
+    /** The screen that was shown last beneath all forms. */
+    private lowest: Screen | null = null;
 
     constructor(private readonly toggleDark: () => void, private readonly retry: () => void) {
         this.phone.className = 'phone';
@@ -59,8 +61,12 @@ export class Frame {
     /** `plain` tells that something in the system's plain look is presented. It fills a phone: the status bar then is above that. */
     showScreen(screen: Screen, plain: boolean, texts: Texts): void {
         render(nothing, this.trouble);
-        const covered = plain && currentShape() !== 'pad';
-        const light = (screen.bar.statusBarStyle === 1 && !covered) || isDark(null, themeColour('--bar'));
+        const onPad = currentShape() === 'pad';
+        const covered = plain && !onPad;
+        if (screen.modals === 0) this.lowest = screen;
+        // A pad's forms leave it above the screen beneath them; of a page that was opened on a form there is only the ground.
+        const under = onPad && screen.modals > 0 ? this.lowest : screen;
+        const light = (under?.bar.statusBarStyle === 1 && !covered) || isDark(null, themeColour(under ? '--bar' : '--page'));
         this.statusBar.element.classList.toggle('light-content', light);
         this.statusBar.element.classList.toggle('above', covered);
         document.title = screenTitle(screen) || texts.settings;
