@@ -1,19 +1,8 @@
 // SPDX-License-Identifier: MIT
 import { Virtualizer, defaultRangeExtractor, elementScroll, observeElementOffset, observeElementRect, type Range } from '@tanstack/virtual-core';
 import type { Slot } from './groups';
+import type { RowSource } from './rowsource';
 import { firstWindow, wholeListLimit, type Window } from './rowstore';
-
-/** What is listed, by place. */
-export interface RowSource {
-    readonly count: number;
-    /** Whether all of it is in the document. */
-    readonly whole: boolean;
-    /** The place of the row that has this index on the screen; -1 when it is not listed. */
-    placeOf(index: number): number;
-    heightAt(place: number): number | undefined;
-    /** Whether so many rows from a place on have arrived. */
-    covers(from: number, count: number): boolean;
-}
 
 const overscan = 12;
 const defaultRowHeight = 44;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-import type { RowSource } from './listwindow';
 import { groupKind, type Row, type Screen } from './protocol';
+import type { RowSource } from './rowsource';
 
 /** A list up to this long is held whole; a longer one is asked for in windows. */
 export const wholeListLimit = 200;

@@ -2,8 +2,8 @@
 import { html, render, type TemplateResult } from 'lit-html';
 import { clearButton } from './clearbutton';
 import { magnifier } from './icons';
-import type { RowSource } from './listwindow';
 import type { Found, Row } from './protocol';
+import type { RowSource } from './rowsource';
 import { wholeListLimit, type RowStore } from './rowstore';
 import { controlValue } from './style';
 import type { View } from './view';
