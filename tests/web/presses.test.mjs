@@ -1,24 +1,13 @@
 // SPDX-License-Identifier: MIT
 // What a press stores, with the real application behind the page: hasty, far away, and with another page on the same phone.
 import assert from 'node:assert/strict';
-import { spawnSync } from 'node:child_process';
-import { mkdtemp, rm } from 'node:fs/promises';
-import { tmpdir } from 'node:os';
-import { join } from 'node:path';
 import { after, before, test } from 'node:test';
 import { farAway, finger, middle } from './gestures.mjs';
 import { openPage, settled, startBrowser, until } from './harness.mjs';
 import { openPhone as openOn, profile, row } from './real-phone.mjs';
 
 let session;
-let numbersScreens = false;
-before(async () => {
-    session = await startBrowser();
-    const directory = await mkdtemp(join(tmpdir(), 'quietrix-phone-'));
-    const asked = spawnSync(process.env.QUIETRIX_PROGRAM, ['drive', '--root', join(directory, 'phone')], { input: '{"do":"state"}\n', encoding: 'utf8' });
-    numbersScreens = typeof JSON.parse(asked.stdout).state.screen.id === 'number';
-    await rm(directory, { recursive: true, force: true });
-});
+before(async () => { session = await startBrowser(); });
 after(async () => { await session.close(); });
 
 const openPhone = (options, pageOptions) => openOn(session, options, pageOptions);
@@ -96,8 +85,7 @@ for (const [name, options] of [['moving', { reducedMotion: 'no-preference' }], [
     });
 }
 
-test('Switches_pressedWhileAnswersAreOnTheirWay_areAllStored', async (context) => {
-    if (!numbersScreens) { context.skip('the application does not number its screens'); return; }
+test('Switches_pressedWhileAnswersAreOnTheirWay_areAllStored', async () => {
     const ui = await openPhone({ profiles: [work()] }, { beforehand: farAway(150) });
     await edit(ui);
     const places = [];
@@ -110,8 +98,7 @@ test('Switches_pressedWhileAnswersAreOnTheirWay_areAllStored', async (context) =
     await ui.close();
 });
 
-test('Switch_pressedOnAScreenThatAnotherPageHasLeft_changesNothing', async (context) => {
-    if (!numbersScreens) { context.skip('the application does not number its screens'); return; }
+test('Switch_pressedOnAScreenThatAnotherPageHasLeft_changesNothing', async () => {
     const ui = await openPhone({ profiles: [work()] }, { beforehand: farAway(150) });
     await edit(ui);
     const other = await openPage(session, { url: ui.phone.url });
