@@ -74,6 +74,10 @@ class World:
         for name in names:
             self.send(name, targets)
 
+    def on_their_way(self, who):
+        """What may come before the process does anything more: a shell that was killed tells when it is back."""
+        return self.inboxes[who] | self.maybe[who] | ({APPLIED} if self.shell_was_killed else set())
+
     def hear(self, who, names, late, optional=()):
         """Takes what was delivered after the command, and says what should not or should have come."""
         phone = self.phones[who]
@@ -128,8 +132,7 @@ def successors(worlds, who, command, answer):
     names = Answers.heard(answer["state"]["events"])
     survivors, problems = [], []
     for world in worlds:
-        waiting = [name for name in names if name in world.inboxes[who] | world.maybe[who]
-                   or (name == APPLIED and world.shell_was_killed)]
+        waiting = [name for name in names if name in world.on_their_way(who)]
         orders = [False, True] if waiting else [False]
         for place, comes_early in enumerate(orders):
             present = world.copy() if place + 1 < len(orders) else world
@@ -152,7 +155,7 @@ def both(world, commands, answers):
             present = world.copy()
             done, early, late, problem = {}, {}, {}, None
             for who, is_early in zip(order, hear_early):
-                waiting = present.inboxes[who] | present.maybe[who]
+                waiting = present.on_their_way(who)
                 early[who], late[who] = split(names[who], waiting if is_early else ())
                 done[who] = present.perform(who, commands[who], early[who])
                 if rests_first and who == order[0]:
