@@ -30,18 +30,21 @@ async function confirm(page, name, button) {
 }
 
 /** Moves the clock of a phone on which it moves no other way, as another page of the phone would. */
-const advance = (page, seconds) => page.evaluate((amount) => new Promise((resolve, reject) => {
+const advance = ({ page, phone }, seconds) => page.evaluate(({ secret, amount }) => new Promise((resolve, reject) => {
     const socket = new WebSocket(`ws://${location.host}/ws`);
-    socket.addEventListener('open', () => socket.send(JSON.stringify({ do: 'advance', seconds: amount, id: 1 })));
-    socket.addEventListener('error', () => reject(new Error('the clock is out of reach')));
+    socket.addEventListener('open', () => {
+        socket.send(JSON.stringify({ secret }));
+        socket.send(JSON.stringify({ do: 'advance', seconds: amount, id: 1 }));
+    });
+    socket.addEventListener('close', () => reject(new Error('the clock is out of reach')));
     socket.addEventListener('message', ({ data }) => {
         const { id, ok, error } = JSON.parse(data);
         if (id !== 1) return;
-        socket.close();
         if (ok) resolve();
         else reject(new Error(error));
+        socket.close();
     });
-}), seconds);
+}), { secret: new URL(phone.url).hash.split('=')[1], amount: seconds });
 
 /** The parts of a message file as another parser reads them. */
 function parsed(text) {
@@ -65,7 +68,7 @@ test('Reset_confirmed_showsItsProgressAndLeavesNoProfiles', async () => {
     assert.equal(await progress.getByRole('button').count(), 0);
     assert.deepEqual(await accessibilityProblems(ui.page), []);
     assert.notEqual(await ui.phone.readPhoneFile(profilesFile), null);
-    await advance(ui.page, 2);
+    await advance(ui, 2);
     await progress.waitFor({ state: 'detached' });
     assert.equal(await ui.phone.readPhoneFile(profilesFile), null);
     await settled(ui.page);
