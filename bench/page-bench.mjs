@@ -45,24 +45,33 @@ function instrument() {
     };
 }
 
+/** The processor time that the page's own thread has used so far, in milliseconds: no other program is in it. */
+async function worked(devtools) {
+    const { metrics } = await devtools.send('Performance.getMetrics');
+    const used = (name) => metrics.find((metric) => metric.name === name)?.value ?? 0;
+    return (used('ScriptDuration') + used('LayoutDuration') + used('RecalcStyleDuration')) * 1000;
+}
+
 /** Presses something and tells what came of it, once `shown` holds. */
-async function press(page, target, shown) {
+async function press(page, devtools, target, shown) {
     const box = await target.boundingBox();
+    const before = await worked(devtools);
     await page.mouse.click(box.x + Math.min(60, box.width / 2), box.y + box.height / 2);
     await page.waitForFunction(shown.check, shown.argument);
     await page.waitForFunction(() => globalThis.notes.painted > 0);
     const notes = await page.evaluate(() => globalThis.notes);
+    const work = await worked(devtools) - before;
     await settled(page);
     const last = notes.answers.at(-1);
     const program = last.begun - notes.sent;
-    return { program, patch: last.drawn - notes.pressed - program, frame: notes.painted - notes.pressed - program, trips: notes.answers.length };
+    return { program, patch: last.drawn - notes.pressed - program, frame: notes.painted - notes.pressed - program, trips: notes.answers.length, work };
 }
 
 const headingIs = (argument) => ({ argument, check: (text) => [...document.querySelectorAll('.bars .bar:not([inert]) h1')].some((each) => (each.querySelector('img')?.alt ?? each.textContent.trim()) === text) });
 
 function report(what, samples, limit) {
     const beyond = samples.map((sample) => sample.patch);
-    console.log(`  ${what.padEnd(18)} patch ${ms(median(beyond))} beyond the answer (limit ${limit}), 95 % ${ms(at(beyond, 0.95))}; painted ${ms(median(samples.map((sample) => sample.frame)))}; the program ${ms(median(samples.map((sample) => sample.program)))}; ${median(samples.map((sample) => sample.trips))} answer(s)`);
+    console.log(`  ${what.padEnd(18)} processor ${ms(median(samples.map((sample) => sample.work)))}; patch ${ms(median(beyond))} beyond the answer (limit ${limit}), 95 % ${ms(at(beyond, 0.95))}; painted ${ms(median(samples.map((sample) => sample.frame)))}; the program ${ms(median(samples.map((sample) => sample.program)))}; ${median(samples.map((sample) => sample.trips))} answer(s)`);
 }
 
 /** How even the machine is: one and the same work, again and again. */
@@ -78,6 +87,8 @@ async function presses(session, count) {
     const ui = await openPhone(session, { profiles }, { beforehand: instrument, reducedMotion: 'no-preference' });
     const { page } = ui;
     await settled(page);
+    const devtools = await page.context().newCDPSession(page);
+    await devtools.send('Performance.enable', { timeDomain: 'threadTicks' });
     console.log(`${count} profiles:`);
     const opened = [];
     const left = [];
@@ -86,7 +97,7 @@ async function presses(session, count) {
     for (let turn = -3; turn < times; turn += 1) {
         const row = page.locator('.list .row button.cell', { hasText: /^\s*Profile [3-6](?!\d)/ }).nth(turn & 3);
         const name = (await row.locator('.title').textContent()).trim();
-        const opening = await press(page, row, headingIs(name));
+        const opening = await press(page, devtools, row, headingIs(name));
         const control = page.getByRole('switch', { name: 'Vibrate', exact: true });
         const on = await control.isChecked();
         const box = await control.boundingBox();
@@ -94,7 +105,7 @@ async function presses(session, count) {
         await page.waitForFunction(() => globalThis.notes.painted > 0 && globalThis.notes.pressPainted > 0);
         const notes = await page.evaluate(() => globalThis.notes);
         if (await control.isChecked() === on) throw new Error('the switch did not move');
-        const leaving = await press(page, page.locator('.bars .bar:not([inert]) .bar-button.back'), headingIs(root));
+        const leaving = await press(page, devtools, page.locator('.bars .bar:not([inert]) .bar-button.back'), headingIs(root));
         if (turn < 0) continue;
         opened.push(opening);
         left.push(leaving);
