@@ -2,6 +2,7 @@
 // Any lines at all, one session's after another, over a screen with a row of every kind. Each is answered by
 // one line of JSON that tells how it went and what is shown.
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -73,8 +74,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         settings::Application application("/Library/PreferenceBundles/Absent.bundle", clock);
         application.start();
         settings::Front::now().navigation->pushViewController_animated(std::make_shared<FuzzedList>(), false);
-        settings::Session session(application);
-        session.setInterruption([] { return true; });
+        settings::Session session(application, std::chrono::milliseconds(0));
         std::string_view lines(reinterpret_cast<const char*>(data), size);
         while (!lines.empty()) {
             const std::size_t end = std::min(lines.find('\n'), lines.size());
