@@ -3,25 +3,6 @@ import { html, nothing, render, type TemplateResult } from 'lit-html';
 import type { Attachment, Mail, Social } from './protocol';
 import type { View } from './view';
 
-const keys = ['from', 'keepDraft', 'deleteDraft', 'saveDraft', 'backToMail', 'beginning', 'emptyFile'] as const;
-
-/** The words that only the composers have. */
-const tables: Readonly<Record<string, readonly string[]>> = {
-    en: ['From:', 'Keep this mail as a draft?', 'Delete Draft', 'Save Draft', 'Back to Mail', 'Only the beginning is shown.', 'The file is empty.'],
-    de: ['Von:', 'Diese Mail als Entwurf behalten?', 'Entwurf löschen', 'Entwurf sichern', 'Zurück zur Mail', 'Nur der Anfang wird gezeigt.', 'Die Datei ist leer.'],
-    fr: ['De :', 'Garder ce message comme brouillon ?', 'Supprimer le brouillon', 'Enregistrer le brouillon', 'Revenir au message', 'Seul le début est affiché.', 'Le fichier est vide.'],
-    es: ['De:', '¿Conservar este mensaje como borrador?', 'Eliminar borrador', 'Guardar borrador', 'Volver al mensaje', 'Solo se muestra el principio.', 'El archivo está vacío.'],
-    ja: ['差出人:', 'このメールを下書きとして残しますか？', '下書きを削除', '下書きを保存', 'メールに戻る', '先頭部分のみ表示しています。', 'ファイルは空です。'],
-    'zh-Hans': ['发件人：', '将此邮件保留为草稿吗？', '删除草稿', '存储草稿', '返回邮件', '仅显示开头部分。', '文件为空。'],
-    ar: ['من:', 'هل تريد الاحتفاظ بهذه الرسالة كمسودة؟', 'حذف المسودة', 'حفظ المسودة', 'العودة إلى الرسالة', 'تظهر البداية فقط.', 'الملف فارغ.'],
-};
-
-function words(language: string): Readonly<Record<(typeof keys)[number], string>> {
-    const base = language.split('-')[0] ?? 'en';
-    const table = tables[language] ?? tables[base === 'zh' ? 'zh-Hans' : base] ?? tables['en'];
-    return Object.fromEntries(keys.map((key, at) => [key, table?.[at] ?? ''])) as Record<(typeof keys)[number], string>;
-}
-
 const end = (result: string, view: View) => (): void => { view.act({ do: 'compose', result }); };
 
 function barTemplate(title: string, accept: string, cancel: () => void, view: View): TemplateResult {
@@ -55,9 +36,9 @@ function attachmentTemplate(item: Attachment, view: View): TemplateResult {
                 <span class="small" dir="auto">${item.type}</span>
                 <span class="small">${size(item.bytes, view.language)}</span>
             </p>
-            ${item.bytes === 0 ? html`<p class="small">${words(view.language).emptyFile}</p>` : nothing}
+            ${item.bytes === 0 ? html`<p class="small">${view.texts.emptyFile}</p>` : nothing}
             ${item.preview ? html`<pre class="attachment-text" dir="auto" tabindex="0" role="region" aria-label=${item.name}>${item.preview}</pre>` : nothing}
-            ${item.previewed < item.bytes ? html`<p class="small">${words(view.language).beginning}</p>` : nothing}
+            ${item.previewed < item.bytes ? html`<p class="small">${view.texts.beginning}</p>` : nothing}
         </li>`;
 }
 
@@ -92,29 +73,27 @@ function askKey(event: KeyboardEvent, mail: Mail, view: View): void {
 }
 
 function askTemplate(mail: Mail, view: View): TemplateResult {
-    const own = words(view.language);
     return html`
         <div class="draft-question" @click=${(event: Event) => { if (event.target === event.currentTarget) ask(mail, view); }}>
-            <div class="sheet draft-choice" tabindex="-1" role="alertdialog" aria-modal="true" aria-label=${own.keepDraft} @keydown=${(event: KeyboardEvent) => askKey(event, mail, view)}>
+            <div class="sheet draft-choice" tabindex="-1" role="alertdialog" aria-modal="true" aria-label=${view.texts.keepDraft} @keydown=${(event: KeyboardEvent) => askKey(event, mail, view)}>
                 <div class="sheet-card">
-                    <div class="prompt-words"><p class="prompt-message">${own.keepDraft}</p></div>
-                    <button class="choice destructive" type="button" @click=${end('cancelled', view)}>${own.deleteDraft}</button>
-                    <button class="choice" type="button" @click=${end('saved', view)}>${own.saveDraft}</button>
+                    <div class="prompt-words"><p class="prompt-message">${view.texts.keepDraft}</p></div>
+                    <button class="choice destructive" type="button" @click=${end('cancelled', view)}>${view.texts.deleteDraft}</button>
+                    <button class="choice" type="button" @click=${end('saved', view)}>${view.texts.saveDraft}</button>
                 </div>
-                <div class="sheet-card"><button class="choice cancel" type="button" @click=${() => ask(mail, view)}>${own.backToMail}</button></div>
+                <div class="sheet-card"><button class="choice cancel" type="button" @click=${() => ask(mail, view)}>${view.texts.backToMail}</button></div>
             </div>
         </div>`;
 }
 
 function mailTemplate(mail: Mail, view: View): TemplateResult {
-    const own = words(view.language);
     return html`
         <div class="composer mail" tabindex="-1" role="dialog" aria-modal="true" aria-label=${mail.subject}>
             <div class="composer-main" ?inert=${asking.has(mail)}>
                 ${barTemplate(mail.subject, view.texts.send, () => ask(mail, view), view)}
                 <div class="composer-scroll" tabindex="0" role="group" aria-label=${mail.subject}>
                     <dl class="mail-fields">
-                        ${field(own.from, mail.from)} ${field(view.texts.to, mail.to.join(', '))} ${field(view.texts.subject, mail.subject)}
+                        ${field(view.texts.from, mail.from)} ${field(view.texts.to, mail.to.join(', '))} ${field(view.texts.subject, mail.subject)}
                     </dl>
                     <p class="mail-body" dir="auto">${readable(mail)}</p>
                     ${mail.attachments.length === 0 ? nothing : html`<ul class="attachments" role="list" aria-label=${view.texts.attachments}>

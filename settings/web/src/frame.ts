@@ -80,8 +80,8 @@ export class Frame {
         forgetTheme();
         root.lang = device.language;
         root.dir = device.rightToLeft ? 'rtl' : 'ltr';
-        // A language that the table lacks is spelled in English here; then so is the label's language.
-        const own = textsFor(device.language).darkMode === textsFor('en').darkMode ? 'en' : device.language;
+        // Where the page does not speak the language, the words are English; then so is the label's language.
+        const own = texts === textsFor('en') ? 'en' : device.language;
         render(html`<button class="dark-switch" type="button" lang=${own} aria-pressed=${device.darkMode} title=${texts.darkMode} aria-label=${texts.darkMode}
             @click=${this.toggleDark}>${halfMoon()}</button>`, this.side);
     }

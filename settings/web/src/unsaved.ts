@@ -4,22 +4,6 @@ import type { View } from './view';
 
 interface Loss { label: string; text: string }
 
-/** Words beside those of the screens: that a text could not be saved, and the button that puts the message away. */
-const tables: Readonly<Record<string, readonly [string, string]>> = {
-    en: ['“{text}” could not be saved.', 'OK'],
-    de: ['„{text}“ konnte nicht gesichert werden.', 'OK'],
-    fr: ['« {text} » n’a pas pu être enregistré.', 'OK'],
-    es: ['No se pudo guardar “{text}”.', 'OK'],
-    ja: ['“{text}”を保存できませんでした。', 'OK'],
-    'zh-Hans': ['无法存储“{text}”。', '好'],
-    ar: ['تعذر حفظ “{text}”.', 'حسنًا'],
-};
-
-function words(language: string): readonly [string, string] {
-    const base = language.split('-')[0] ?? 'en';
-    return tables[language] ?? tables[base === 'zh' ? 'zh-Hans' : base] ?? (tables['en'] as readonly [string, string]);
-}
-
 /**
  * Texts that the user typed where they can be kept no longer: the field is gone, with its row or its screen. They stay in sight,
  * to be copied, until the user puts them away.
@@ -42,12 +26,12 @@ export class Unsaved {
 
     /** To be called when the language may have changed. */
     draw(): void {
-        const [sentence, close] = words(this.view.language);
-        const [before, after] = sentence.split('{text}') as [string, string];
+        const { texts } = this.view;
+        const [before, after] = texts.notSaved.split('{text}') as [string, string];
         render(this.losses.length === 0 ? nothing : html`
             <div class="unsaved-card">
                 ${this.losses.map((loss) => html`<div class="unsaved-loss"><p class="unsaved-label" dir="auto">${loss.label}</p><p class="unsaved-text">${before}<bdi>${loss.text}</bdi>${after}</p></div>`)}
-                <button class="choice" type="button" @click=${() => this.close()}>${close}</button>
+                <button class="choice" type="button" @click=${() => this.close()}>${texts.ok}</button>
             </div>`, this.element);
     }
 
