@@ -17,6 +17,14 @@ export async function finger(page) {
             for (let step = 1; step <= steps; step += 1) await send('touchMove', at(from[0] + (to[0] - from[0]) * step / steps, from[1] + (to[1] - from[1]) * step / steps));
             await send('touchEnd', []);
         },
+        /** As fast as a finger goes in so many milliseconds, however fast the machine is. */
+        async flick(from, to, milliseconds) {
+            const start = Date.now() / 1000;
+            const at = (type, touchPoints, part) => devtools.send('Input.dispatchTouchEvent', { type, touchPoints, timestamp: start + part * milliseconds / 1000 });
+            await at('touchStart', [{ x: from[0], y: from[1] }], 0);
+            for (let step = 1; step <= 5; step += 1) await at('touchMove', [{ x: from[0] + (to[0] - from[0]) * step / 5, y: from[1] + (to[1] - from[1]) * step / 5 }], step / 5);
+            await at('touchEnd', [], 1);
+        },
         async tap(x, y) {
             await send('touchStart', at(x, y));
             await send('touchEnd', []);

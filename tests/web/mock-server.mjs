@@ -78,6 +78,10 @@ export async function startMockServer({ dist, port = 0, phone = new MockPhone() 
     const sockets = new WebSocketServer({ server, path: '/ws' });
     const windows = new Map();
     sockets.on('connection', (socket) => {
+        if (api.away) {
+            socket.terminate();
+            return;
+        }
         let letIn = false;
         socket.on('close', () => windows.delete(socket));
         socket.on('message', (data) => {
@@ -122,9 +126,15 @@ export async function startMockServer({ dist, port = 0, phone = new MockPhone() 
         firstMessages: [],
         /** By the tone's identifier. */
         sounds: { 'texttone:Chord': silence(60), 'texttone:Bell': silence(60), 'texttone:Blip': silence(0.05) },
+        /** While set, nobody answers: sockets are closed as soon as they are opened. */
+        away: false,
+        /** Ends all connections, and lets none be made until back(). */
+        leave() { api.away = true; api.dropAll(); },
         /** While set, answers wait in `held`. */
         hold: false,
         held: [],
+        /** Sends what waits, and holds nothing any more. */
+        letGo() { api.hold = false; for (const send of api.held.splice(0)) send(); },
         push() { for (const [socket, window] of windows) socket.send(JSON.stringify({ state: phone.state(window) })); },
         raw(text) { for (const socket of windows.keys()) socket.send(text); },
         dropAll() { for (const socket of windows.keys()) socket.terminate(); },

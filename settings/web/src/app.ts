@@ -3,6 +3,7 @@ import { onContrastChanged } from './colour';
 import { Connection, type Status } from './connection';
 import { rowLabel } from './controls';
 import { setDoorOpen } from './door';
+import { enableEdgeSwipe } from './edgeswipe';
 import { Frame } from './frame';
 import { onImageArrived, retryImages, setImageHint } from './images';
 import { spokenName } from './names';
@@ -15,12 +16,16 @@ import { firstWindow, type Window } from './rowstore';
 import { screenTitle } from './bar';
 import { Stage } from './stage';
 import { textsFor, type Texts } from './texts';
+import { Trail } from './trail';
 import { Unsaved } from './unsaved';
 import type { View } from './view';
 
 /** These stand for the wheel's time and the tone among the keys of rows. */
 const timeKey = 'wheel time';
 const toneKey = 'tone';
+
+/** A text on its way to a row of a screen. */
+interface Sent { screen: number | null; row: Row; label: string; text: string }
 
 /** Carries states to the document and the user's actions to the application; knows nothing of what they mean. */
 export class App implements View {
@@ -33,12 +38,19 @@ export class App implements View {
     private readonly presenter: Presenter;
     private readonly frame: Frame;
     private readonly losses = new Unsaved(this, () => this.stage.page?.focusHeading());
+    private readonly trail = new Trail(() => (this.presenter.presented ? this.presenter.goBack() : this.stage.goBack()));
+    /** How many screens are stacked on each level of forms, as far as they have been seen. */
+    private levels: number[] = [];
     private revision = -1;
     private announced = '';
     /** Values on their way: the row's key (or what stands for one), and the command that carries the last one. */
     private readonly pending = new Map<string, number>();
     /** Texts on their way, by the command that carries each. */
-    private readonly texting = new Map<number, { label: string; text: string }>();
+    private readonly texting = new Map<number, Sent>();
+    /** Those of which no answer came before the connection was lost. */
+    private unsent: Sent[] = [];
+    /** What had the focus then; undefined while the connection holds. */
+    private lostFocus: HTMLElement | null | undefined;
     private readonly fetching = new Set<number>();
     private readonly finding = new Map<number, (found: readonly Found[] | null) => void>();
     private lastFetch = '';
@@ -51,6 +63,7 @@ export class App implements View {
         this.presenter = new Presenter(this, [this.stage.element], this.stage.gate, () => this.stage.page?.focusHeading());
         this.frame.mount(root, this.stage.element, this.presenter.element);
         this.presenter.element.after(this.losses.element);
+        enableEdgeSwipe(this.frame.phone, () => (this.presenter.presented ? this.presenter.pull() : this.stage.pull()));
         this.connection = new Connection(url, secret, {
             opened: () => this.opened(),
             statusChanged: (status) => this.statusChanged(status),
@@ -71,8 +84,9 @@ export class App implements View {
     set(row: Row, value: boolean | number | string): void {
         const id = this.submit(this.ownName(row), { do: 'set', ...target(row), value });
         if (typeof value !== 'string') return;
-        if (id !== null) this.texting.set(id, { label: rowLabel(row, this), text: value });
-        else this.losses.tell(rowLabel(row, this), value);
+        const sent = { screen: this.stage.page?.screen.id ?? null, row, label: rowLabel(row, this), text: value };
+        if (id !== null) this.texting.set(id, sent);
+        else this.unsent.push(sent);
     }
 
     unsaved(label: string, text: string): void { this.losses.tell(label, text); }
@@ -130,22 +144,52 @@ export class App implements View {
     }
 
     private statusChanged(status: Status): void {
-        setDoorOpen(status === 'open');
+        setDoorOpen(status === 'open' || status === 'silent');
         if (status === 'open') retryImages();
         if (status === 'refused' || status === 'uninvited') {
-            this.frame.showEnd(status === 'refused' ? this.texts.restarted : this.texts.uninvited, this.texts);
+            this.end(status === 'refused' ? this.texts.restarted : this.texts.uninvited);
             return;
         }
-        if (status === 'lost') {
-            this.pending.clear();
-            this.texting.clear();
-            const unanswered = [...this.finding.values()];
-            this.finding.clear();
-            for (const answered of unanswered) answered(null);
-            this.stage.page?.fadeHighlight();
-        }
+        if (status === 'lost') this.disconnected();
         this.frame.showStatus(status, this.stage.page !== null, this.texts);
         if (status === 'lost') this.stage.redraw();
+    }
+
+    private disconnected(): void {
+        if (this.lostFocus === undefined) this.lostFocus = document.activeElement instanceof HTMLElement ? document.activeElement : null;
+        this.pending.clear();
+        this.unsent.push(...this.texting.values());
+        this.texting.clear();
+        const unanswered = [...this.finding.values()];
+        this.finding.clear();
+        for (const answered of unanswered) answered(null);
+        this.trail.suspend();
+        this.stage.disconnected();
+        this.presenter.disconnected();
+    }
+
+    /** Takes up again what the loss of the connection has interrupted, on the first screen that is shown after it. */
+    private reconnected({ screen, presented }: State): void {
+        const focus = this.lostFocus;
+        this.lostFocus = undefined;
+        const unsent = this.unsent;
+        this.unsent = [];
+        // Of the texts for one row the last one counts; the row has that, or one before it, unless somebody else has changed it.
+        for (const last of unsent.filter((sent, at) => !unsent.some((later, place) => place > at && later.row.key === sent.row.key))) {
+            const row = screen.id === last.screen ? this.stage.page?.sameRow(last.row) : undefined;
+            const own = unsent.filter((sent) => sent.row.key === last.row.key).flatMap((sent) => [sent.row.value, sent.text]);
+            if (row && row.value === last.text) continue;
+            if (row && presented === null && own.includes(row.value)) this.set(row, last.text);
+            else this.losses.tell(last.label, last.text);
+        }
+        if (presented === null) this.stage.page?.sendTyped();
+        if (focus?.isConnected && !focus.closest('[inert]')) focus.focus({ preventScroll: true });
+    }
+
+    private end(words: string): void {
+        this.stage.release();
+        for (const sent of [...this.unsent, ...this.texting.values()]) this.losses.tell(sent.label, sent.text);
+        this.frame.showEnd(words, this.losses.element, this.texts);
     }
 
     private received(message: Message): void {
@@ -164,7 +208,7 @@ export class App implements View {
         if (!state || state.revision < this.revision) {
             // What was waiting for this answer can be asked for at last, of the revision that is shown.
             if (fetched) this.stage.redraw();
-            if (message.id !== null) this.stage.page?.answered(message.id);
+            this.answered(message.id);
             return;
         }
         if (this.mustFetchFirst(state)) return;
@@ -178,10 +222,28 @@ export class App implements View {
         // Whatever was asked about a row has been answered.
         if (this.presenter.presented && !state.presented) this.stage.page?.uncover(null);
         this.presenter.show(state.presented);
+        this.trail.follow(this.depthOf(state));
         this.frame.showScreen(state.screen, state.presented?.kind === 'mail', this.texts);
         this.announceScreen(state);
         this.losses.draw();
-        if (message.id !== null) this.stage.page?.answered(message.id);
+        if (this.lostFocus !== undefined) this.reconnected(state);
+        this.answered(message.id);
+    }
+
+    private answered(command: number | null): void {
+        if (command === null) return;
+        this.stage.answered(command);
+        this.presenter.answered(command);
+        this.trail.answered(command);
+    }
+
+    /** How many ways back there are. Of screens beneath a form that have not been seen, one is counted. */
+    private depthOf({ screen, presented }: State): number {
+        this.levels[screen.modals] = screen.stack.length;
+        this.levels.length = screen.modals + 1;
+        let depth = screen.stack.length - 1 + (presented ? 1 : 0);
+        for (let level = 0; level < screen.modals; level += 1) depth += this.levels[level] ??= 1;
+        return Math.max(0, depth);
     }
 
     // A text that could not be saved where it belongs is still the user's; what is saved in vain is told by the screen itself.

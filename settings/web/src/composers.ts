@@ -3,7 +3,7 @@ import { html, nothing, render, type TemplateResult } from 'lit-html';
 import type { Attachment, Mail, Social } from './protocol';
 import type { View } from './view';
 
-const end = (result: string, view: View) => (): void => { view.act({ do: 'compose', result }); };
+const end = (result: string, view: View) => (): number | null => view.act({ do: 'compose', result });
 
 function barTemplate(title: string, accept: string, cancel: () => void, view: View): TemplateResult {
     return html`
@@ -118,10 +118,11 @@ function socialTemplate(social: Social, title: string, view: View): TemplateResu
 export const composerTemplate = (presented: Mail | Social, view: View): TemplateResult =>
     presented.kind === 'mail' ? mailTemplate(presented, view) : socialTemplate(presented, serviceName(presented.service), view);
 
-/** What Escape does: a post is dropped, a mail's end is asked for. */
-export function leaveComposer(presented: Mail | Social, view: View): void {
-    if (presented.kind === 'mail') ask(presented, view);
-    else end('cancelled', view)();
+/** What Escape does: a post is dropped, a mail's end is asked for, which sends nothing yet. */
+export function leaveComposer(presented: Mail | Social, view: View): number | null {
+    if (presented.kind === 'social') return end('cancelled', view)();
+    ask(presented, view);
+    return null;
 }
 
 /** The service's own name, from its identifier. */

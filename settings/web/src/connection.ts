@@ -2,8 +2,11 @@
 import { newNonce, proofOf } from './door';
 import { parseMessage, type Command, type Message } from './protocol';
 
-/** The last two are ends: "refused" by an application that has another secret, "uninvited" without any. */
-export type Status = 'connecting' | 'open' | 'lost' | 'refused' | 'uninvited';
+/**
+ * "silent" is an open connection on which an answer is long in coming. The last two are ends: "refused" by an application that has
+ * another secret, "uninvited" without any.
+ */
+export type Status = 'connecting' | 'open' | 'silent' | 'lost' | 'refused' | 'uninvited';
 
 export interface ConnectionEvents {
     opened(): void;
@@ -13,6 +16,8 @@ export interface ConnectionEvents {
 
 const firstPause = 500;
 const longestPause = 15_000;
+/** After this time without an answer the user is told what is being waited for. */
+const longSilence = 1000;
 /** The code with which a socket is closed whose secret is not the application's. */
 const wrongSecret = 4401;
 
@@ -36,6 +41,10 @@ export class Connection {
     private timer = 0;
     private pause = firstPause;
     private lastId = 0;
+    /** The commands that have not been answered yet, and the timer that tells so. */
+    private readonly unanswered = new Set<number>();
+    private silence = 0;
+    private isSilent = false;
 
     constructor(private readonly url: string, private readonly secret: string | null, private readonly events: ConnectionEvents) {
         // Somebody who comes back to the page should not wait out a long pause.
@@ -74,6 +83,7 @@ export class Connection {
                 this.events.statusChanged('open');
             }
             const message = parseMessage(event.data);
+            this.hear(message?.id ?? null);
             if (message) this.events.received(message);
         });
         socket.addEventListener('close', (event) => {
@@ -94,7 +104,36 @@ export class Connection {
         if (!this.letIn || this.socket?.readyState !== WebSocket.OPEN) return null;
         this.lastId += 1;
         this.socket.send(JSON.stringify({ ...command, id: this.lastId }));
+        this.unanswered.add(this.lastId);
+        if (this.silence === 0) this.listen();
         return this.lastId;
+    }
+
+    private listen(): void {
+        this.silence = window.setTimeout(() => {
+            this.isSilent = true;
+            this.events.statusChanged('silent');
+        }, longSilence);
+    }
+
+    private hear(answered: number | null): void {
+        if (answered !== null) this.unanswered.delete(answered);
+        this.stopListening();
+        if (this.unanswered.size > 0) this.listen();
+        if (!this.isSilent) return;
+        this.isSilent = false;
+        this.events.statusChanged('open');
+    }
+
+    private stopListening(): void {
+        window.clearTimeout(this.silence);
+        this.silence = 0;
+    }
+
+    private forgetCommands(): void {
+        this.unanswered.clear();
+        this.stopListening();
+        this.isSilent = false;
     }
 
     /** Gives the secret to whoever has answered the nonce as only the application can. */
@@ -115,6 +154,7 @@ export class Connection {
         this.ended = true;
         this.socket = null;
         this.letIn = false;
+        this.forgetCommands();
         this.events.statusChanged(status);
     }
 
@@ -122,6 +162,7 @@ export class Connection {
         if (this.ended) return;
         this.socket = null;
         this.letIn = false;
+        this.forgetCommands();
         this.events.statusChanged('lost');
         this.timer = window.setTimeout(() => this.open(), this.pause);
         this.pause = Math.min(longestPause, this.pause * 2);

@@ -11,7 +11,10 @@ import { textsFor, type Texts } from './texts';
 
 /** The phone around the screens: frame, status bar, messages about the connection, and the switch beside it. */
 export class Frame {
-    private readonly phone = document.createElement('div');
+    /** The phone itself, in its window. */
+    readonly phone = document.createElement('div');
+    private readonly screens = document.createElement('div');
+    private presenter: HTMLElement | null = null;
     private readonly statusBar = new StatusBar();
     private readonly banner = document.createElement('div');
     private readonly trouble = document.createElement('div');
@@ -33,13 +36,21 @@ export class Frame {
     }
 
     mount(root: HTMLElement, stage: HTMLElement, presenter: HTMLElement): void {
-        this.phone.append(stage, this.trouble, this.statusBar.element, presenter, this.banner);
+        this.screens.className = 'screens';
+        this.screens.append(stage);
+        this.presenter = presenter;
+        this.phone.append(this.screens, this.trouble, this.statusBar.element, presenter, this.banner);
         root.append(this.phone, this.side, this.live);
     }
 
+    /** While the connection is lost, nothing of the phone takes input. It looks so, and the banner says why. */
     showStatus(status: Status, hasScreen: boolean, texts: Texts): void {
         this.phone.dataset['connection'] = status;
-        render(status === 'lost' && hasScreen ? html`<span class="banner-text"><span class="spinner small" aria-hidden="true"></span>${texts.lost}</span>` : nothing, this.banner);
+        const isLost = status === 'lost';
+        for (const part of [this.screens, this.presenter, this.side]) part?.toggleAttribute('inert', isLost);
+        const words = isLost ? texts.lost : status === 'silent' ? texts.silent : null;
+        render(words !== null && hasScreen ? html`<span class="banner-text"><span class="spinner small" aria-hidden="true"></span><span>${words}</span>
+            ${isLost ? html`<button class="banner-button" type="button" @click=${this.retry}>${texts.retry}</button>` : nothing}</span>` : nothing, this.banner);
         if (hasScreen) return;
         render(status === 'lost' ? html`
             <div class="notice"><div role="alert">${broken()}<h1>${texts.unreachable}</h1><p>${texts.unreachableHint}</p></div>
@@ -47,10 +58,10 @@ export class Frame {
             : html`<div class="notice"><span class="spinner" aria-hidden="true"></span><p role="status">${texts.connecting}</p></div>`, this.trouble);
     }
 
-    /** What is left when nothing will come any more: these words, and nothing that could be pressed in vain. */
-    showEnd(words: string, texts: Texts): void {
+    /** What is left when nothing will come any more: these words, the texts that were lost, and nothing that could be pressed in vain. */
+    showEnd(words: string, losses: HTMLElement, texts: Texts): void {
         this.phone.dataset['connection'] = 'ended';
-        this.phone.replaceChildren(this.trouble, this.statusBar.element);
+        this.phone.replaceChildren(this.trouble, this.statusBar.element, losses);
         this.side.replaceChildren();
         this.live.textContent = '';
         render(html`<main class="notice"><div role="alert">${padlock()}<h1 dir="auto">${words}</h1></div></main>`, this.trouble);

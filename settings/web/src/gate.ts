@@ -4,7 +4,7 @@
 const passing: readonly string[] = ['Tab', 'Escape', 'Shift', 'Control', 'Alt', 'Meta'];
 
 /** What keeps the user's input out. */
-export type Reason = 'transit' | 'sheet' | 'presented';
+export type Reason = 'transit' | 'sheet' | 'presented' | 'hand';
 
 /**
  * Keeps input from what does not stand still: nobody means what happens to pass under the pointer. A press that begins while the gate
@@ -19,6 +19,8 @@ export class Gate {
             for (const type of ['click', 'keydown', 'beforeinput'] as const) part.addEventListener(type, (event) => this.filter(event), { capture: true });
         }
     }
+
+    get isShut(): boolean { return this.reasons.size > 0; }
 
     shut(reason: Reason, wayBack: 'open' | 'shut'): void {
         this.reasons.add(reason);

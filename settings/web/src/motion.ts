@@ -10,6 +10,9 @@ export interface Pose { transform: string; opacity: number }
 /** Where everything stands that has arrived. */
 export const inPlace: Pose = { transform: 'none', opacity: 1 };
 
+/** The length of a motion that does not run by itself; any would do. */
+const handTime = 1000;
+
 const running = new WeakMap<Element, Animation>();
 
 /** Whether the user has asked for less motion: then nothing changes its place, and screens fade into each other. */
@@ -68,6 +71,18 @@ function presentPose(element: Element): Pose | null {
  */
 export function glide(element: Element, from: Pose, to: Pose, duration: Duration, done: () => void = () => {}): void {
     animate(element, [{ ...(presentPose(element) ?? from) }, { ...to }], duration, done);
+}
+
+/**
+ * Lets an element be moved by hand from one pose to another, as far as the result is told, from 0 to 1. glide() goes on from where it
+ * then is, and takes it out of the hand.
+ */
+export function hold(element: Element, from: Pose, to: Pose): (share: number) => void {
+    settle(element);
+    const animation = element.animate([{ ...from }, { ...to }], { duration: handTime, easing: 'linear', fill: 'both' });
+    animation.pause();
+    running.set(element, animation);
+    return (share) => { if (running.get(element) === animation) animation.currentTime = share * handTime; };
 }
 
 /** How far an element is drawn from its place sideways at this moment, whatever moves it. */

@@ -15,6 +15,7 @@ import { resultsTemplate } from './results';
 import { arrivals, captureLayout, playChange, type Drawn, type Named } from './rowmotion';
 import { RowStore, type Window } from './rowstore';
 import { FoundRows, Search, searchedFrom, type FindRequest } from './search';
+import { release, restoreControl } from './style';
 import { enableSwipe } from './swipe';
 import { TimeWheel } from './timewheel';
 import { ToneList } from './tones';
@@ -292,6 +293,31 @@ export class PageView implements ListUse {
         (this.searching ? this.foundWindow : this.window).resume();
         if (this.searching) this.foundWindow.update(false);
     }
+
+    /** To be called when the page is put back into the document to be looked at only. */
+    peek(): void { this.body.scrollTop = this.scrollTop; }
+
+    /** To be called when the connection is gone: nothing goes on that waits for an answer, or would end in a command. */
+    disconnected(): void {
+        this.fadeHighlight();
+        this.wheel?.abandon();
+        this.tones.stop();
+    }
+
+    /** Sends what was being typed while nothing could be sent, and lets go of the fields; to be called with the connection back and the state drawn. */
+    sendTyped(): void {
+        const typed = this.typed();
+        for (const field of this.list.querySelectorAll<HTMLInputElement>('.field[data-busy]')) {
+            release(field);
+            const row = this.store.at(Number(field.closest<HTMLElement>('.row')?.dataset['index']));
+            const text = typed.get(field);
+            if (text === undefined) restoreControl(field);
+            else if (row) this.view.set(row, text);
+        }
+    }
+
+    /** The row that an earlier one is by now, whoever has answered then; undefined when it is not drawn. */
+    sameRow(row: Row): Row | undefined { return this.rows.find((each) => each.key === row.key && each.kind === row.kind && each.identifier === row.identifier); }
 
     focusHeading(): void { this.bar.querySelector<HTMLElement>('h1')?.focus({ preventScroll: true }); }
 

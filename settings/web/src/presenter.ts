@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 import { render } from 'lit-html';
+import type { Pull } from './edgeswipe';
 import { Gate } from './gate';
-import { glide, inPlace, motionIsReduced, type Pose } from './motion';
+import { glide, hold, inPlace, motionIsReduced, type Pose } from './motion';
 import { placePopover } from './popover';
-import { cancelByTapOutside, escape, presentedTemplate } from './prompts';
+import { canEscape, cancelByTapOutside, escape, presentedTemplate } from './prompts';
 import type { Presented } from './protocol';
 import { currentShape } from './shape';
 import type { View } from './view';
@@ -20,6 +21,8 @@ export class Presenter {
     private shown: { presented: Presented; text: string; layer: HTMLElement; gate: Gate } | null = null;
     private returnTo: HTMLElement | null = null;
     private readonly leaving = new Set<HTMLElement>();
+    /** What the user has pulled aside by hand, and that is answered or given up yet. */
+    private pulled: { command: number | null; giveUp(): void } | null = null;
 
     /** `rest` is what the user cannot reach meanwhile, nor through `restGate` while the last layer leaves; `fallbackFocus` takes the focus when what had it is gone. */
     constructor(private readonly view: View, private readonly rest: readonly HTMLElement[], private readonly restGate: Gate, private readonly fallbackFocus: () => void) {
@@ -41,6 +44,7 @@ export class Presenter {
             return;
         }
         const wasShown = this.shown !== null;
+        this.pulled = null;
         if (this.shown) this.leave(this.shown.layer);
         this.shown = null;
         if (!presented) {
@@ -61,6 +65,42 @@ export class Presenter {
         const dialog = layer.querySelector<HTMLElement>('[role="dialog"], [role="alertdialog"]');
         dialog?.focus({ preventScroll: true });
     }
+
+    /** Takes what is presented away, as Escape does; null where nothing could be sent. */
+    goBack(): number | null { return this.shown ? escape(this.shown.presented, this.view) : null; }
+
+    /** Lets what is presented be pulled away, where there is a way out of it. */
+    pull(): Pull | null {
+        if (!this.shown || this.shown.gate.isShut || this.element.inert || !canEscape(this.shown.presented)) return null;
+        const { layer, gate } = this.shown;
+        const card = layer.firstElementChild;
+        const away = appears(card) ? magnified() : below();
+        gate.shut('hand', 'shut');
+        const holds = [hold(layer, inPlace, unseen), ...(card ? [hold(card, inPlace, away)] : [])];
+        const pulled = {
+            command: null as number | null,
+            giveUp: () => {
+                this.pulled = null;
+                if (card) glide(card, away, inPlace, '--alert-time');
+                glide(layer, unseen, inPlace, '--alert-time', () => gate.open('hand'));
+            },
+        };
+        this.pulled = pulled;
+        return {
+            move: (share) => { if (this.pulled === pulled) for (const moveTo of holds) moveTo(share); },
+            end: (isMeant) => {
+                if (this.pulled !== pulled) return;
+                pulled.command = isMeant ? this.goBack() : null;
+                if (pulled.command === null) pulled.giveUp();
+            },
+        };
+    }
+
+    /** To be called when a command was answered, after its state. */
+    answered(command: number): void { if (this.pulled?.command === command) this.pulled.giveUp(); }
+
+    /** To be called when the connection is gone: what was on its way will not be answered. */
+    disconnected(): void { this.pulled?.giveUp(); }
 
     /** A pad's sheet stands beside what it was asked for with. */
     private place(): void {
@@ -101,7 +141,7 @@ export class Presenter {
     }
 
     private key(event: KeyboardEvent): void {
-        if (!this.shown) return;
+        if (!this.shown || this.element.inert) return;
         if (event.key === 'Escape') {
             event.preventDefault();
             escape(this.shown.presented, this.view);

@@ -4,7 +4,7 @@ import type { Action, Presented, Prompt } from './protocol';
 import { composerTemplate, leaveComposer, serviceName } from './composers';
 import type { View } from './view';
 
-const choose = (action: Action, view: View) => (): void => { view.act({ do: 'choose', action: action.title }); };
+const choose = (action: Action, view: View) => (): number | null => view.act({ do: 'choose', action: action.title });
 
 const button = (action: Action, view: View): TemplateResult =>
     html`<button class="choice ${action.style}" type="button" dir="auto" @click=${choose(action, view)}>${action.title}</button>`;
@@ -69,12 +69,12 @@ export function cancelByTapOutside(layer: HTMLElement, presented: () => Presente
     });
 }
 
-/** What Escape does: the cancelling way out, where there is one. */
-export function escape(presented: Presented, view: View): void {
-    if (presented.kind === 'mail' || presented.kind === 'social') {
-        leaveComposer(presented, view);
-        return;
-    }
+/** What Escape does: the cancelling way out, where there is one. Gives the command that was sent for it. */
+export function escape(presented: Presented, view: View): number | null {
+    if (presented.kind === 'mail' || presented.kind === 'social') return leaveComposer(presented, view);
     const way = presented.actions.find((action) => action.style === 'cancel');
-    if (way) choose(way, view)();
+    return way ? choose(way, view)() : null;
 }
+
+/** Whether Escape does anything. */
+export const canEscape = (presented: Presented): boolean => presented.kind === 'mail' || presented.kind === 'social' || presented.actions.some((action) => action.style === 'cancel');

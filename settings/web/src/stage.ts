@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 import { systemItem } from './bar';
+import type { Pull } from './edgeswipe';
 import { Gate } from './gate';
-import { direction, glide, inPlace, motionIsReduced, type Pose } from './motion';
+import { direction, glide, hold, inPlace, motionIsReduced, type Pose } from './motion';
 import { PageView, type PageRequests } from './page';
 import type { Screen } from './protocol';
 import { firstWindow, wholeListLimit, type Window } from './rowstore';
@@ -18,6 +19,21 @@ const beneath = (): Pose => (motionIsReduced() ? inPlace : { transform: slide('-
 const below = (): Pose => (motionIsReduced() ? { transform: 'none', opacity: 0 } : { transform: 'translateY(100%)', opacity: 1 });
 const contentAt = (place: 'aside' | 'beneath'): Pose => ({ transform: motionIsReduced() ? 'none' : slide(place === 'aside' ? '20%' : '-20%'), opacity: 0 });
 
+/** An element that moves when one page goes over another, and where it stands while it is not in sight. */
+interface Mover { element: Element; outside: Pose }
+
+/** What moves of the page above, and of the one beneath. */
+function movers(upper: PageView, lower: PageView | null): { above: Mover[]; below: Mover[] } {
+    const part = (page: PageView, selector: string, outside: Pose): Mover[] => [...page.bar.querySelectorAll(selector)].map((element) => ({ element, outside }));
+    return {
+        above: [{ element: upper.body, outside: aside() }, ...part(upper, '.bar-content', contentAt('aside')), ...part(upper, '.bar-fill', { transform: 'none', opacity: 0 })],
+        below: lower ? [{ element: lower.body, outside: beneath() }, ...part(lower, '.bar-content', contentAt('beneath'))] : [],
+    };
+}
+
+/** A way back that the user has pulled out by hand, and that is answered or given up yet. */
+interface Pulled { page: PageView; command: number | null; giveUp(): void }
+
 /** One navigation controller in the document: the pages of its stack, the top one shown. */
 class Navigator {
     readonly element = document.createElement('div');
@@ -29,6 +45,7 @@ class Navigator {
     private stack: readonly string[] = [];
     /** Counts the motions, so that the end of one that was turned around is told from that of the last. */
     private motion = 0;
+    private pulled: Pulled | null = null;
 
     constructor(readonly level: number) {
         this.element.className = level > 0 ? 'navigator modal' : 'navigator';
@@ -54,6 +71,8 @@ class Navigator {
             this.page?.update(screen, revision, covered);
             return;
         }
+        // Whatever the hand holds goes where the state wants it.
+        this.letGo();
         const old = this.page;
         const depth = screen.stack.length;
         const move: Move = !old || depth === this.stack.length ? 'replace' : depth > this.stack.length ? 'push' : 'pop';
@@ -97,18 +116,76 @@ class Navigator {
             return;
         }
         const [upper, lower] = move === 'push' ? [page, old] : [old, page];
-        for (const part of [upper.body, upper.bar]) part.classList.add('above');
-        for (const part of [lower.body, lower.bar]) part.classList.remove('above');
+        this.order(upper, lower);
         // A push can be turned around; a pop that goes on would take the way back of the screen that arrives.
         page.gate.shut('transit', move === 'push' ? 'open' : 'shut');
-        const play = (element: Element | null, outside: Pose, coming: boolean, done?: () => void): void => {
-            if (element) glide(element, coming ? outside : inPlace, coming ? inPlace : outside, '--push-time', done);
+        const { above, below } = movers(upper, lower);
+        const play = (parts: readonly Mover[], coming: boolean): void => {
+            for (const { element, outside } of parts) glide(element, coming ? outside : inPlace, coming ? inPlace : outside, '--push-time', element === upper.body ? arrive : undefined);
         };
-        play(lower.bar.querySelector('.bar-content'), contentAt('beneath'), move === 'pop');
-        play(upper.bar.querySelector('.bar-content'), contentAt('aside'), move === 'push');
-        play(upper.bar.querySelector('.bar-fill'), { transform: 'none', opacity: 0 }, move === 'push');
-        play(lower.body, beneath(), move === 'pop');
-        play(upper.body, aside(), move === 'push', arrive);
+        play(below, move === 'pop');
+        play(above, move === 'push');
+    }
+
+    private order(upper: PageView, lower: PageView | null): void {
+        for (const part of [upper.body, upper.bar]) part.classList.add('above');
+        if (lower) for (const part of [lower.body, lower.bar]) part.classList.remove('above');
+    }
+
+    /** Lets the top page be pulled aside from the one beneath it; `send` asks for the way back once it is meant. */
+    pull(send: () => number | null): Pull | null {
+        const { page } = this;
+        if (!page || page.gate.isShut) return null;
+        const under = this.beneath ?? null;
+        if (under) {
+            this.bars.prepend(under.bar);
+            this.bodies.prepend(under.body);
+            under.bar.inert = under.body.inert = true;
+            under.peek();
+        }
+        this.order(page, under);
+        page.gate.shut('hand', 'shut');
+        const { above, below } = movers(page, under);
+        const holds = [...above.map(({ element, outside }) => hold(element, inPlace, outside)), ...below.map(({ element, outside }) => hold(element, outside, inPlace))];
+        const glideAll = (away: boolean, done?: () => void): void => {
+            for (const { element, outside } of below) glide(element, away ? outside : inPlace, away ? inPlace : outside, '--push-time');
+            for (const { element, outside } of above) glide(element, away ? inPlace : outside, away ? outside : inPlace, '--push-time', element === page.body ? done : undefined);
+        };
+        const pulled: Pulled = {
+            page, command: null,
+            giveUp: () => {
+                this.pulled = null;
+                glideAll(false, () => {
+                    under?.bar.remove();
+                    under?.body.remove();
+                    for (const part of [page.body, page.bar]) part.classList.remove('above');
+                    page.gate.open('hand');
+                });
+            },
+        };
+        this.pulled = pulled;
+        return {
+            move: (share) => { if (this.pulled === pulled) for (const moveTo of holds) moveTo(share); },
+            end: (isMeant) => {
+                if (this.pulled !== pulled) return;
+                pulled.command = isMeant ? send() : null;
+                if (pulled.command === null) pulled.giveUp();
+                else glideAll(true);
+            },
+        };
+    }
+
+    /** To be called when a command was answered, after its state: a way back that was refused is taken back. */
+    answered(command: number): void {
+        if (this.pulled?.command === command) this.pulled.giveUp();
+    }
+
+    /** To be called when no answer will come any more. */
+    giveUpPull(): void { this.pulled?.giveUp(); }
+
+    private letGo(): void {
+        this.pulled = null;
+        this.page?.gate.open('hand');
     }
 }
 
@@ -120,6 +197,8 @@ export class Stage {
     private navigators: Navigator[] = [];
     /** Counts the dismissals, so that the end of one is told from that of the last. */
     private dismissal = 0;
+    /** The form that the user has pulled aside. */
+    private pulled: Pulled | null = null;
 
     constructor(private readonly view: View, private readonly requests: PageRequests) {
         this.element.className = 'stage';
@@ -149,6 +228,8 @@ export class Stage {
 
     /** Shows a state's screen, and gives the focus to a page that comes on top; `covered` tells that something is presented above it. */
     show(screen: Screen, revision: number, covered: boolean): void {
+        // A form that stays for another screen on it goes back to its place.
+        if (this.pulled && screen.modals >= (this.navigators.at(-1)?.level ?? 0) && this.changes(screen)) this.pulled.giveUp();
         const before = this.page;
         const hadFocus = document.activeElement === document.body || this.element.contains(document.activeElement);
         const make = (): PageView => new PageView(screen, this.view, this.requests);
@@ -165,6 +246,39 @@ export class Stage {
         else page.focusHeading();
     }
 
+    /** Takes the one way back that there is, as the user would: to the screen beneath, or out of the form; null where nothing could be sent. */
+    goBack(): number | null {
+        const screen = this.page?.screen;
+        if (screen?.bar.back) return this.view.act({ do: 'back' });
+        return this.cancel();
+    }
+
+    /** Lets what goBack() leaves be pulled aside. */
+    pull(): Pull | null {
+        const navigator = this.navigators.at(-1);
+        const page = navigator?.page;
+        if (!navigator || !page || this.element.closest('[inert]')) return null;
+        if (page.screen.bar.back) return navigator.pull(() => this.goBack());
+        return this.canCancel ? this.pullForm(navigator, page) : null;
+    }
+
+    /** To be called when a command was answered, after its state. */
+    answered(command: number): void {
+        this.navigators.at(-1)?.answered(command);
+        if (this.pulled?.command === command) this.pulled.giveUp();
+        this.page?.answered(command);
+    }
+
+    /** To be called when the connection is gone: what was on its way will not be answered. */
+    disconnected(): void {
+        this.navigators.at(-1)?.giveUpPull();
+        this.pulled?.giveUp();
+        this.page?.disconnected();
+    }
+
+    /** Gives up all pages, and tells what was typed on them and not sent. */
+    release(): void { for (const navigator of this.navigators) navigator.release(); }
+
     /** Sends what is being typed, as if its field had been left; for what the user does without leaving it. */
     commitTyped(): void {
         const field = document.activeElement;
@@ -176,15 +290,54 @@ export class Stage {
 
     // A sheet that can be cancelled is cancelled; nothing else on a screen is pressed by Escape.
     private escape(event: KeyboardEvent): void {
+        if (event.key !== 'Escape' || event.defaultPrevented || event.isComposing || this.element.closest('[inert]') || !this.canCancel) return;
+        event.preventDefault();
+        this.cancel();
+    }
+
+    private get cancelItem(): { side: 'left' | 'right'; item: number } | null {
         const screen = this.page?.screen;
-        if (event.key !== 'Escape' || event.defaultPrevented || event.isComposing || this.element.inert || !screen || screen.modals === 0) return;
+        if (!screen || screen.modals === 0) return null;
         for (const side of ['left', 'right'] as const) {
             const item = screen.bar[side].findIndex((each) => each.system === systemItem.cancel);
-            if (item < 0) continue;
-            event.preventDefault();
-            this.view.act({ do: 'bar', side, item });
-            return;
+            if (item >= 0) return { side, item };
         }
+        return null;
+    }
+
+    private get canCancel(): boolean { return this.cancelItem !== null; }
+
+    private cancel(): number | null {
+        const { cancelItem } = this;
+        return cancelItem ? this.view.act({ do: 'bar', ...cancelItem }) : null;
+    }
+
+    private pullForm(navigator: Navigator, page: PageView): Pull | null {
+        if (page.gate.isShut) return null;
+        const covered = this.navigators.at(-2);
+        covered?.element.classList.remove('covered');
+        page.gate.shut('hand', 'shut');
+        const moveTo = hold(navigator.element, inPlace, aside());
+        const pulled: Pulled = {
+            page, command: null,
+            giveUp: () => {
+                this.pulled = null;
+                glide(navigator.element, aside(), inPlace, '--push-time', () => {
+                    covered?.element.classList.add('covered');
+                    page.gate.open('hand');
+                });
+            },
+        };
+        this.pulled = pulled;
+        return {
+            move: (share) => { if (this.pulled === pulled) moveTo(share); },
+            end: (isMeant) => {
+                if (this.pulled !== pulled) return;
+                pulled.command = isMeant ? this.cancel() : null;
+                if (pulled.command === null) pulled.giveUp();
+                else glide(navigator.element, inPlace, aside(), '--push-time');
+            },
+        };
     }
 
     private present(screen: Screen, covered: PageView | null): Navigator {
@@ -219,6 +372,9 @@ export class Stage {
         revealed.element.classList.remove('covered');
         const { page } = revealed;
         page?.returned();
+        // A form that was pulled aside goes on to there.
+        const away = this.pulled?.command != null ? aside : below;
+        this.pulled = null;
         this.dismissal += 1;
         const { dismissal } = this;
         page?.gate.shut('sheet', 'shut');
@@ -226,7 +382,7 @@ export class Stage {
             navigator.element.inert = true;
             navigator.page?.leave();
             navigator.release();
-            glide(navigator.element, inPlace, below(), '--sheet-time', () => {
+            glide(navigator.element, inPlace, away(), '--sheet-time', () => {
                 navigator.element.remove();
                 // One that came down again meanwhile has a motion of its own.
                 if (dismissal === this.dismissal) page?.gate.open('sheet');

@@ -22,6 +22,7 @@ export const de: Words = {
     untitled: 'Ohne Titel',
     connecting: 'Verbinden …',
     lost: 'Verbindung unterbrochen. Neuer Versuch …',
+    silent: 'Einstellungen antwortet nicht. Bitte warten …',
     unreachable: 'Einstellungen nicht erreichbar',
     unreachableHint: 'Die Verbindung wird von selbst erneut versucht.',
     retry: 'Erneut versuchen',

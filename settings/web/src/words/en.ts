@@ -21,6 +21,7 @@ export const en = {
     untitled: 'Untitled',
     connecting: 'Connecting…',
     lost: 'Connection lost. Reconnecting…',
+    silent: 'Settings is not answering. Waiting…',
     unreachable: 'Settings cannot be reached',
     unreachableHint: 'The connection is tried again by itself.',
     retry: 'Try Again',

@@ -22,6 +22,7 @@ export const es: Words = {
     untitled: 'Sin título',
     connecting: 'Conectando…',
     lost: 'Se perdió la conexión. Reconectando…',
+    silent: 'Ajustes no responde. Esperando…',
     unreachable: 'No se puede acceder a Ajustes',
     unreachableHint: 'Se vuelve a intentar la conexión automáticamente.',
     retry: 'Reintentar',

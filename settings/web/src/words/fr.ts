@@ -22,6 +22,7 @@ export const fr: Words = {
     untitled: 'Sans titre',
     connecting: 'Connexion…',
     lost: 'Connexion perdue. Nouvelle tentative…',
+    silent: 'Réglages ne répond pas. En attente…',
     unreachable: 'Réglages inaccessibles',
     unreachableHint: 'La connexion est retentée automatiquement.',
     retry: 'Réessayer',

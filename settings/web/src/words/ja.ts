@@ -22,6 +22,7 @@ export const ja: Words = {
     untitled: '名称未設定',
     connecting: '接続中…',
     lost: '接続が切れました。再接続中…',
+    silent: '設定が応答していません。お待ちください…',
     unreachable: '設定に接続できません',
     unreachableHint: '自動的に再接続します。',
     retry: '再試行',

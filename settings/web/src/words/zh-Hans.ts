@@ -22,6 +22,7 @@ export const zhHans: Words = {
     untitled: '未命名',
     connecting: '正在连接…',
     lost: '连接已断开，正在重新连接…',
+    silent: '设置没有响应，正在等待…',
     unreachable: '无法连接到设置',
     unreachableHint: '将自动重新连接。',
     retry: '重试',
