@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
-import { accessibilityProblems, deskSize, openPage, phoneSize, settled, startBrowser } from './harness.mjs';
+import { accessibilityProblems, deskSize, openPage, phoneSize, resize, settled, startBrowser } from './harness.mjs';
 import { clipped, overlapping } from './layout-checks.mjs';
 
 let session;
@@ -64,10 +64,10 @@ for (const scene of ['root', 'editor', 'plain', 'deleting', 'posting', 'editing'
             ui.server.push();
             await ui.page.waitForFunction((direction) => document.documentElement.dir === direction, rightToLeft ? 'rtl' : 'ltr');
             for (const [name, size] of Object.entries(sizes)) {
-                await ui.page.setViewportSize(size);
+                await resize(ui.page, size);
                 await check(`${name}, right to left: ${rightToLeft}`);
             }
-            await ui.page.setViewportSize(phoneSize);
+            await resize(ui.page, phoneSize);
             await ui.page.evaluate(() => { document.documentElement.style.fontSize = '200%'; });
             await check(`large type, right to left: ${rightToLeft}`);
             await ui.page.evaluate(() => { document.documentElement.style.fontSize = ''; });

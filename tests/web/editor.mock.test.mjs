@@ -2,7 +2,7 @@
 // What the rows of an editor look like, and how its text is kept.
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
-import { lastCommand, openPage, phoneSize, startBrowser, until } from './harness.mjs';
+import { lastCommand, openPage, phoneSize, resize, startBrowser, until } from './harness.mjs';
 
 let session;
 before(async () => { session = await startBrowser(); });
@@ -28,7 +28,7 @@ async function place(page, text) {
 test('Labels_atAnyWidth_keepTheirDistancesFromTheirEdges', async () => {
     const ui = await openPage(session, { arrange: editor });
     for (const width of [phoneSize.width, 320, 1280]) {
-        await ui.page.setViewportSize({ width, height: 844 });
+        await resize(ui.page, { width, height: 844 });
         for (const [text, middle] of [['From', 20], ['To', 44]]) {
             const at = await place(ui.page, text);
             assert.deepEqual([at.middle, at.fromLeft], [middle, 16], `${text} at ${width}`);

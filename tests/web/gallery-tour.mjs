@@ -5,7 +5,7 @@
 import { mkdir, mkdtemp, rm, writeFile } from 'node:fs/promises';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
-import { openPage, settled } from './harness.mjs';
+import { openPage, resize, settled } from './harness.mjs';
 import { drawnIn, fallbackFonts } from './gallery-drawn.mjs';
 import { silence } from './mock-server.mjs';
 import { profile, startPhone } from './real-phone.mjs';
@@ -191,7 +191,7 @@ async function walk(session, tour, fresh, { pictures, look, last }) {
             await hand.rest();
             for (const appearance of tour.appearances) {
                 if (tour.appearances.length > 1) {
-                    await page.setViewportSize(appearance.viewport);
+                    await resize(page, appearance.viewport);
                     await page.emulateMedia({ forcedColors: appearance.forcedColors ?? 'none' });
                 }
                 await page.evaluate((toTheEnd) => { const all = document.querySelectorAll('.navigator:not([inert]) .page'); const one = all[all.length - 1]; if (one) one.scrollTop = toTheEnd ? one.scrollHeight : 0; }, scrolled);
@@ -199,7 +199,7 @@ async function walk(session, tour, fresh, { pictures, look, last }) {
                 await look(appearance, name, { records: await drawnIn(page), fonts: await fallbackFonts(page), picture: pictures ? await page.screenshot({ animations: 'allow', caret: 'hide' }) : null, page });
             }
             if (tour.appearances.length > 1) {
-                await page.setViewportSize(first.viewport);
+                await resize(page, first.viewport);
                 await page.emulateMedia({ forcedColors: 'none' });
                 await hand.rest();
             }

@@ -114,6 +114,14 @@ export async function settled(page) {
     await page.evaluate(() => new Promise((resolve) => { requestAnimationFrame(() => requestAnimationFrame(resolve)); }));
 }
 
+/** Gives the window another size; resolves when the page has taken it. */
+export async function resize(page, size) {
+    await page.setViewportSize(size);
+    await page.waitForFunction(({ width, height }) => innerWidth === width && innerHeight === height, size);
+    // Whatever follows the window is told with the next frame.
+    await settled(page);
+}
+
 /** Ends at once the animations that run; resolves when what the page does at their end is done. */
 export async function finishAnimations(page) {
     await page.evaluate(() => { for (const animation of document.getAnimations()) if (animation.effect?.getTiming().iterations !== Infinity) animation.finish(); });

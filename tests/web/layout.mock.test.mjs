@@ -2,7 +2,7 @@
 // The page on a pad, on a phone held sideways, and for readers who ask for other colours, more contrast or larger type.
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
-import { accessibilityProblems, openPage, settled, startBrowser } from './harness.mjs';
+import { accessibilityProblems, openPage, resize, settled, startBrowser } from './harness.mjs';
 import { clipped, overlapping } from './layout-checks.mjs';
 import { row, toggle } from './mock-rows.mjs';
 import { differing, openDarkroom, standingOut } from './pictures.mjs';
@@ -123,7 +123,7 @@ test('Shape_windowTurned_followsIt', async () => {
     const ui = await openPage(session, { viewport: { width: 390, height: 844 }, touch: true });
     assert.deepEqual(await shape(ui.page), ['phone', false]);
     assert.equal(await ui.page.locator('.status-bar').isVisible(), true);
-    await ui.page.setViewportSize(phoneSideways);
+    await resize(ui.page, phoneSideways);
     await ui.page.waitForFunction(() => document.documentElement.dataset.shape === 'sideways');
     assert.equal(await ui.page.locator('.status-bar').isVisible(), false);
     assert.equal((await box(ui.page.locator('.bar').last())).height, 44);
@@ -241,7 +241,7 @@ test('Sheet_onAPad_isAPopoverBesideWhatWasPressed', async () => {
         const tip = at.left + await sheet.evaluate((element) => { const { left, width } = getComputedStyle(element, '::before'); return parseFloat(left) + parseFloat(width) / 2; });
         assert.ok(tip > anchor.left && tip < anchor.right, `${tip} between ${anchor.left} and ${anchor.right}`);
         assert.deepEqual(await accessibilityProblems(ui.page), []);
-        await ui.page.setViewportSize(padSideways);
+        await resize(ui.page, padSideways);
         await ui.page.waitForFunction(() => matchMedia('(orientation: landscape)').matches);
         await settled(ui.page);
         const [turned, moved] = [await box(sheet), await box(control)];

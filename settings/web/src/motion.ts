@@ -54,7 +54,8 @@ export function animate(element: Element, keyframes: Keyframe[], duration: Durat
     animation.addEventListener('finish', () => {
         if (running.get(element) !== animation) return;
         done();
-        settle(element);
+        // Unless that has begun something else.
+        if (running.get(element) === animation) settle(element);
     });
 }
 
@@ -83,6 +84,11 @@ export function hold(element: Element, from: Pose, to: Pose): (share: number) =>
     animation.pause();
     running.set(element, animation);
     return (share) => { if (running.get(element) === animation) animation.currentTime = share * handTime; };
+}
+
+/** Moves an element out of its place, where it stays until something else moves it. */
+export function glideAway(element: Element, to: Pose, duration: Duration): void {
+    glide(element, inPlace, to, duration, () => hold(element, inPlace, to)(1));
 }
 
 /** How far an element is drawn from its place sideways at this moment, whatever moves it. */

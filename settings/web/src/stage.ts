@@ -2,7 +2,7 @@
 import { systemItem } from './bar';
 import type { Pull } from './edgeswipe';
 import { Gate } from './gate';
-import { direction, glide, hold, inPlace, motionIsReduced, type Pose } from './motion';
+import { direction, glide, glideAway, hold, inPlace, motionIsReduced, type Pose } from './motion';
 import { PageView, type PageRequests } from './page';
 import type { Screen } from './protocol';
 import { firstWindow, wholeListLimit, type Window } from './rowstore';
@@ -147,20 +147,18 @@ class Navigator {
         page.gate.shut('hand', 'shut');
         const { above, below } = movers(page, under);
         const holds = [...above.map(({ element, outside }) => hold(element, inPlace, outside)), ...below.map(({ element, outside }) => hold(element, outside, inPlace))];
-        const glideAll = (away: boolean, done?: () => void): void => {
-            for (const { element, outside } of below) glide(element, away ? outside : inPlace, away ? inPlace : outside, '--push-time');
-            for (const { element, outside } of above) glide(element, away ? inPlace : outside, away ? outside : inPlace, '--push-time', element === page.body ? done : undefined);
-        };
         const pulled: Pulled = {
             page, command: null,
             giveUp: () => {
                 this.pulled = null;
-                glideAll(false, () => {
+                const arrived = (): void => {
                     under?.bar.remove();
                     under?.body.remove();
                     for (const part of [page.body, page.bar]) part.classList.remove('above');
                     page.gate.open('hand');
-                });
+                };
+                for (const { element, outside } of below) glide(element, inPlace, outside, '--push-time');
+                for (const { element, outside } of above) glide(element, outside, inPlace, '--push-time', element === page.body ? arrived : undefined);
             },
         };
         this.pulled = pulled;
@@ -169,8 +167,12 @@ class Navigator {
             end: (isMeant) => {
                 if (this.pulled !== pulled) return;
                 pulled.command = isMeant ? send() : null;
-                if (pulled.command === null) pulled.giveUp();
-                else glideAll(true);
+                if (pulled.command === null) {
+                    pulled.giveUp();
+                    return;
+                }
+                for (const { element, outside } of below) glide(element, outside, inPlace, '--push-time');
+                for (const { element, outside } of above) glideAway(element, outside, '--push-time');
             },
         };
     }
@@ -335,7 +337,7 @@ export class Stage {
                 if (this.pulled !== pulled) return;
                 pulled.command = isMeant ? this.cancel() : null;
                 if (pulled.command === null) pulled.giveUp();
-                else glide(navigator.element, inPlace, aside(), '--push-time');
+                else glideAway(navigator.element, aside(), '--push-time');
             },
         };
     }
