@@ -56,11 +56,11 @@ export async function startBrowser() {
 }
 
 /**
- * Opens the page. Without an address in `url`, on a made-up application of its own that `arrange` may prepare; `url` may also be a function that makes an address of that one's server. `beforehand` runs in the page before its own code. The page is opened once `ready` is there.
+ * Opens the page. Without an address in `url`, on a made-up application of its own that `arrange` may prepare; `url` may also be a function that makes an address of that one's server. `beforehand` runs in the page before its own code, and `between` gets the page before it is opened. The page is opened once `ready` is there.
  * Under reduced motion screens change at once unless `fades`: what is not about them need not wait for them.
  * The result's close() fails the test if the page has logged an error (but for what `tolerate` matches) or broken its content-security policy.
  */
-export async function openPage(session, { arrange = () => {}, url = null, viewport = phoneSize, reducedMotion = 'reduce', fades = false, colorScheme = 'light', touch = false, scale = 1, tolerate = null, beforehand = null, ready = '.navigator .page' } = {}) {
+export async function openPage(session, { arrange = () => {}, url = null, viewport = phoneSize, reducedMotion = 'reduce', fades = false, colorScheme = 'light', touch = false, scale = 1, tolerate = null, beforehand = null, between = null, ready = '.navigator .page' } = {}) {
     const phone = new MockPhone();
     arrange(phone);
     const server = typeof url === 'string' ? null : await startMockServer({ dist: dist.path, phone });
@@ -70,6 +70,7 @@ export async function openPage(session, { arrange = () => {}, url = null, viewpo
     page.setDefaultTimeout(patience);
     if (beforehand) await page.addInitScript(beforehand);
     if (!fades) await page.addInitScript(endFades);
+    if (between) await between(page);
     const problems = [];
     page.on('pageerror', (error) => problems.push(String(error)));
     page.on('console', (message) => {

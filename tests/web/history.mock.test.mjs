@@ -54,6 +54,7 @@ test('Back_onAPageOpenedDeepInThePhone_goesBackOneScreen', async () => {
 test('Back_twiceAtOnce_goesBackTwoScreensOneAfterTheOther', async () => {
     const ui = await openPage(session, { arrange: deep });
     await depth(ui.page, 2);
+    const entries = await ui.page.evaluate(() => history.length);
     ui.server.hold = true;
     await back(ui.page);
     await until(() => done(ui.phone, 'back') === 1, 'the first was sent');
@@ -64,6 +65,7 @@ test('Back_twiceAtOnce_goesBackTwoScreensOneAfterTheOther', async () => {
     await heading(ui.page, 'Sample Go').waitFor();
     assert.equal(done(ui.phone, 'back'), 2);
     await depth(ui.page, 0);
+    assert.equal(await ui.page.evaluate(() => history.length), entries, 'no entries were made on the way');
     await ui.close();
 });
 
@@ -200,6 +202,29 @@ test('Back_whileAnotherOpensAndClosesScreens_staysInStep', async () => {
     await heading(ui.page, 'Sample Go').waitFor();
     await depth(ui.page, 0);
     assert.equal(done(ui.phone, 'back'), before + 1);
+    await ui.close();
+});
+
+test('Screens_closedAndOpenedByAnotherAtOnce_areNotTakenForTheUsersBack', async () => {
+    const ui = await openPage(session, { arrange: deep });
+    await depth(ui.page, 2);
+    for (let round = 0; round < 5; round += 1) {
+        // Both come before the browser has gone back for the first.
+        ui.phone.perform({ do: 'back' });
+        ui.server.push();
+        ui.phone.push(ui.phone.eventStatus());
+        ui.server.push();
+        ui.phone.alert(`Round ${round}`, null);
+        ui.server.push();
+        await ui.page.getByRole('alertdialog', { name: `Round ${round}` }).waitFor();
+        await depth(ui.page, 3);
+        ui.phone.presented = null;
+        ui.phone.changed();
+        ui.server.push();
+        await depth(ui.page, 2);
+    }
+    assert.equal(ui.phone.commands.filter((command) => command.id !== undefined && command.do !== 'state').length, 0, 'the page has asked for nothing');
+    assert.equal(ui.phone.screens.length, 3);
     await ui.close();
 });
 

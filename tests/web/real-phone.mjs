@@ -125,6 +125,12 @@ export async function startPhone({ device = {}, profiles = [], enabled = true, p
         const status = await ended;
         if (status !== 0) throw new Error(`the application ended with ${status}: ${errors}`);
     };
+    /** Ends the application as nothing lets it end itself; started again with startAgain(). */
+    phone.kill = async () => {
+        child.kill('SIGKILL');
+        await ended;
+    };
+    phone.startAgain = () => start();
     phone.restart = async (...more) => {
         await end();
         await start(more);
