@@ -45,6 +45,14 @@ need_packages() {
     with_progress "Installing packages" install.log apt_install "${missing[@]}"
 }
 
+# want_packages WITHOUT NAME…: installs those of the Debian packages that are not there, where that can be; else says what
+# goes on without them.
+want_packages() {
+    local without=$1
+    shift
+    need_packages "$@" || say "$without"
+}
+
 # packages_of_commands PACKAGE=COMMAND…: the packages of which the command is not there; a newer one that came another
 # way serves as well.
 packages_of_commands() {
@@ -80,6 +88,7 @@ prepare_build() { prepare "${build_packages[@]}" -- "${build_commands[@]}"; }
 prepare_gallery() { prepare "${build_packages[@]}" "${page_packages[@]}" -- "${build_commands[@]}"; }
 
 prepare_tests() {
-    prepare "${build_packages[@]}" "${page_packages[@]}" "${test_packages[@]}" -- "${build_commands[@]}" "${test_commands[@]}" &&
-        prefer_debians_cmake
+    prepare "${build_packages[@]}" "${page_packages[@]}" "${test_packages[@]}" -- "${build_commands[@]}" "${test_commands[@]}" || return
+    want_packages "The page's tests in Firefox are skipped." firefox-esr
+    prefer_debians_cmake
 }

@@ -201,6 +201,15 @@ class Installing(ScriptCase):
         actions = [re.search(r"install|update", call)[0] for call in self.called() if call.startswith("apt-get")]
         self.assertEqual(actions, ["install", "update", "install"])
 
+    def test_secondBrowserCannotBeInstalled_testsGoOnWithoutIt(self):
+        self.missing("firefox-esr")
+        self.tool("sudo", '[ "$1" = -n ] && exit 0; exec "$@"')
+        self.tool("apt-get", "echo 'E: Unable to locate package firefox-esr'; exit 100")
+        done = self.run_bash("prepare_tests")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("Installing Debian packages: firefox-esr\n", done.stderr)
+        self.assertIn("The page's tests in Firefox are skipped.\n", done.stderr)
+
     def test_installFails_saysWhyAndNamesTheWholeOutput(self):
         self.missing("libical-dev")
         self.tool("sudo", '[ "$1" = -n ] && exit 0; exec "$@"')

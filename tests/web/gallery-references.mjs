@@ -3,8 +3,8 @@
 import { isDeepStrictEqual } from 'node:util';
 import { fontNeeded } from './gallery-drawn.mjs';
 
-/** Half a pixel is what the browser's own rounding of a text's width may make; it cannot be seen. */
-const slack = 0.5;
+/** Half a pixel is what the browser's own rounding of a text's width may make; it cannot be seen. Another maker of browsers rounds otherwise. */
+export const slackOf = { same: 0.5, other: 1.5 };
 /** So many elements of one side may have no counterpart before the comparison takes them for changed ones. */
 const lookAhead = 40;
 
@@ -57,7 +57,7 @@ function pairs(wanted, found) {
     return made;
 }
 
-function differencesOf(one, other, withBoxes) {
+function differencesOf(one, other, withBoxes, slack) {
     if (!other) return [`${called(one)} is missing`];
     if (!one) return [`${called(other)} is new`];
     const found = [];
@@ -69,10 +69,10 @@ function differencesOf(one, other, withBoxes) {
 }
 
 /**
- * What two appearances differ in, as lines to be read. Boxes are not compared in a scene with texts for which this machine has
+ * What two appearances differ in, as lines to be read; `slack` is what a side of a box may be off by. Boxes are not compared in a scene with texts for which this machine has
  * another font than that of the references: its letters are wider or narrower, and lines break elsewhere.
  */
-export function differences(wanted, found) {
+export function differences(wanted, found, slack = slackOf.same) {
     const lines = [];
     const names = (scenes) => scenes.map((scene) => scene.name);
     if (!isDeepStrictEqual(names(wanted.scenes), names(found.scenes))) lines.push(`the scenes are ${names(found.scenes)} instead of ${names(wanted.scenes)}`);
@@ -80,7 +80,7 @@ export function differences(wanted, found) {
         const now = found.scenes.find((each) => each.name === scene.name);
         if (!now) continue;
         const withBoxes = [...scene.records, ...now.records].map(fontNeeded).every((font) => font === null || wanted.fonts[font] === found.fonts[font]);
-        for (const [one, other] of pairs(scene.records, now.records)) for (const line of differencesOf(one, other, withBoxes)) lines.push(`${scene.name}: ${line}`);
+        for (const [one, other] of pairs(scene.records, now.records)) for (const line of differencesOf(one, other, withBoxes, slack)) lines.push(`${scene.name}: ${line}`);
     }
     return lines;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What every browser test needs: the built page, a server behind it, a browser in front of it.
 import { spawnSync } from 'node:child_process';
+import { existsSync } from 'node:fs';
 import { mkdtemp, rm } from 'node:fs/promises';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
@@ -9,7 +10,7 @@ import { MockPhone } from './mock-phone.mjs';
 import { startMockServer } from './mock-server.mjs';
 import { requireModule } from './modules.mjs';
 
-const { chromium } = requireModule('playwright-core');
+const { chromium, firefox } = requireModule('playwright-core');
 const axe = requireModule('axe-core');
 
 const flags = [
@@ -36,11 +37,23 @@ async function builtPage() {
     return { path, temporary: true };
 }
 
+/** Where Debian puts its Firefox; null where there is none. */
+export const firefoxPath = [process.env.QUIETRIX_FIREFOX, '/usr/bin/firefox-esr', '/usr/bin/firefox'].find((path) => path && existsSync(path)) ?? null;
+
+/** Scroll bars that take no room, as those of a Chromium without a head, and the reduced motion that its remote protocol has no word for. */
+const likeAPhone = { 'widget.gtk.overlay-scrollbars.enabled': true, 'ui.useOverlayScrollbars': 1, 'ui.prefersReducedMotion': 1 };
+
+/** How each browser is started: Debian's, as it is. Firefox is spoken to over its own remote protocol. */
+const launchers = {
+    chromium: (env) => chromium.launch({ executablePath: process.env.QUIETRIX_CHROMIUM ?? '/usr/bin/chromium', headless: true, args: flags, timeout: patience, env }),
+    firefox: (env) => firefox.launch({ channel: 'moz-firefox', executablePath: firefoxPath, headless: true, timeout: patience, env, firefoxUserPrefs: likeAPhone }),
+};
+
 /** A browser for the tests of one file; close() ends it and removes what it left. */
-export async function startBrowser() {
+export async function startBrowser({ name = 'chromium' } = {}) {
     dist = await builtPage();
     const profile = await mkdtemp(join(tmpdir(), 'quietrix-browser-'));
-    const browser = await chromium.launch({ executablePath: process.env.QUIETRIX_CHROMIUM ?? '/usr/bin/chromium', headless: true, args: flags, timeout: patience, env: { ...process.env, HOME: profile } });
+    const browser = await launchers[name]({ ...process.env, HOME: profile });
     const servers = new Set();
     return {
         browser,
