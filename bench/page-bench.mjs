@@ -2,7 +2,7 @@
 // How fast the page is: node page-bench.mjs, or the target page-bench. The real program with 10 and with 10,000 profiles, the
 // real page in a browser. What the program takes for its answer is told apart from what the page takes, and how even the
 // machine was meanwhile is told beside the figures: on a busy one they mean little.
-import { readFile } from 'node:fs/promises';
+import { readFile, readdir } from 'node:fs/promises';
 import { loadavg } from 'node:os';
 import { join } from 'node:path';
 import { gzipSync } from 'node:zlib';
@@ -165,7 +165,10 @@ if (!dist || !process.env.QUIETRIX_PROGRAM) {
     console.error('page-bench.mjs: QUIETRIX_WEB_DIST and QUIETRIX_PROGRAM name the built page and the program');
     process.exit(2);
 }
-const sizes = await Promise.all(['index.html', 'app.js', 'app.css'].map(async (name) => [name, gzipSync(await readFile(join(dist, name)), { level: 9 }).length]));
+// A reader's page loads the words of one language beside those that are always there; the largest count.
+const compressed = async (name) => gzipSync(await readFile(join(dist, name)), { level: 9 }).length;
+const words = Math.max(...await Promise.all((await readdir(join(dist, 'words'))).map((name) => compressed(join('words', name)))));
+const sizes = [...await Promise.all(['index.html', 'app.js', 'app.css'].map(async (name) => [name, await compressed(name)])), ['words', words]];
 console.log(`code: ${(sizes.reduce((sum, [, size]) => sum + size, 0) / 1000).toFixed(1)} kB compressed (limit 60 kB): ${sizes.map(([name, size]) => `${name} ${(size / 1000).toFixed(1)}`).join(', ')}`);
 const session = await startBrowser();
 try {

@@ -36,12 +36,15 @@ try {
         bundle: true,
         minify: true,
         format: 'esm',
+        splitting: true,
+        chunkNames: 'words/[name]',
         target: ['chrome114', 'firefox115', 'safari16.4'],
         outdir,
         assetNames: 'fonts/[name]',
         publicPath: '/',
         loader: { '.woff2': 'file' },
         legalComments: 'none',
+        charset: 'utf8',
         logLevel: 'warning',
     });
 } catch {

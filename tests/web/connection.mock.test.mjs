@@ -178,6 +178,35 @@ test('Secret_refusedInOtherLanguages_isSaidInThem', async () => {
     }
 });
 
+test('Words_ofALanguageThatIsLate_areWaitedForWithWhatIsSaidInThem', async () => {
+    let release;
+    const asked = new Promise((resolve) => { release = resolve; });
+    let reached;
+    const loading = new Promise((resolve) => { reached = resolve; });
+    const ui = await openPage(session, { between: (page) => page.route('**/words/de.js', async (route) => { reached(); await asked; await route.continue(); }) });
+    ui.phone.device = { ...ui.phone.device, language: 'de' };
+    ui.phone.push(ui.phone.plain('Verschiedenes'));
+    ui.server.push();
+    await loading;
+    ui.phone.alert('Danach', null);
+    ui.server.push();
+    assert.equal(await ui.page.evaluate(() => document.documentElement.lang), 'en', 'nothing is said half in one language');
+    release();
+    await ui.page.getByRole('alertdialog', { name: 'Danach' }).waitFor();
+    assert.equal(await ui.page.getByRole('button', { name: /^Zurück/, includeHidden: true }).count(), 1);
+    await ui.close();
+});
+
+test('Words_thatCannotBeFetched_areInEnglish', async () => {
+    const ui = await openPage(session, { tolerate: /Failed to load|ERR_FAILED/, between: (page) => page.route('**/words/fr.js', (route) => route.abort()) });
+    ui.phone.device = { ...ui.phone.device, language: 'fr' };
+    ui.phone.push(ui.phone.plain('Divers'));
+    ui.server.push();
+    await ui.page.getByRole('heading', { level: 1, name: 'Divers' }).waitFor();
+    assert.equal(await ui.page.getByRole('button', { name: /^Back/ }).count(), 1);
+    await ui.close();
+});
+
 test('Images_areAskedForWithTheSecretAndDrawnFromTheDocumentsOwnAddresses', async () => {
     const asked = [];
     const ui = await openPage(session, { url: (server) => server.url, beforehand: () => {

@@ -182,6 +182,9 @@ test('Pull_whoseAnswerIsLate_staysAsideAndTakesNoInputUntilThen', async () => {
     const box = await ui.page.locator('.bodies > .page').first().locator('.switch').boundingBox();
     await ui.page.mouse.click(box.x + box.width / 2, box.y + box.height / 2);
     assert.equal(done(ui.phone, 'set'), 0);
+    // Nor does the screen that is on its way out.
+    await ui.page.locator('.bar .back').last().evaluate((button) => button.click());
+    assert.equal(done(ui.phone, 'back'), 1);
     ui.server.letGo();
     await ui.page.waitForFunction(() => document.title === 'Sample Go');
     await finishAnimations(ui.page);
@@ -265,6 +268,36 @@ test('Pull_byAMouse_onADrawnPhone_countsFromThePhonesEdge', async () => {
     assert.ok(Math.abs((await drawn(top(ui.page))).left - box.x - 295) < 2);
     await ui.page.mouse.up();
     await ui.page.waitForFunction(() => document.title === 'Sample Go');
+    await ui.close();
+});
+
+test('Pull_byAMouse_ofARowGivenUp_leavesNothingInTheHand', async () => {
+    const ui = await openPage(session, { reducedMotion: 'no-preference', arrange: (phone) => phone.show(phone.root(), { ...phone.root(), class: 'SampleOther', title: 'Other' }) });
+    await settled(ui.page);
+    const box = await ui.page.locator('.row[data-deletable]').first().boundingBox();
+    const y = box.y + box.height / 2;
+    await ui.page.mouse.move(box.x + 1, y);
+    await ui.page.mouse.down();
+    // Up and down first: that is none, whatever comes then.
+    await ui.page.mouse.move(box.x + 2, y + 40, { steps: 4 });
+    await ui.page.mouse.move(box.x + 200, y + 40, { steps: 4 });
+    await frame(ui.page);
+    assert.equal((await drawn(top(ui.page))).left, 0);
+    await ui.page.mouse.up();
+    await ui.page.mouse.move(box.x + 1, y);
+    await ui.page.mouse.down();
+    await ui.page.mouse.move(box.x + 60, y, { steps: 4 });
+    // It rests, so that it is not flicked.
+    await ui.page.waitForFunction((start) => performance.now() - start > 200, await ui.page.evaluate(() => performance.now()));
+    await ui.page.mouse.move(box.x + 50, y);
+    await ui.page.mouse.up();
+    await finishAnimations(ui.page);
+    // Without a button down it only passes over the row.
+    await ui.page.mouse.move(box.x + 300, y);
+    await ui.page.mouse.move(box.x + 100, y, { steps: 6 });
+    await frame(ui.page);
+    assert.equal(await ui.page.locator('.row.swiping').count(), 0);
+    assert.equal((await drawn(ui.page.locator('.row[data-deletable] .cell').first())).left, box.x);
     await ui.close();
 });
 

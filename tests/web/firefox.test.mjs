@@ -7,7 +7,7 @@ import { fileURLToPath } from 'node:url';
 import { after, before, test } from 'node:test';
 import { differences, read, slackOf } from './gallery-references.mjs';
 import { scenesOfATour, takeTour, tours } from './gallery-tour.mjs';
-import { accessibilityProblems, firefoxPath, lastCommand, openPage, settled, startBrowser, until } from './harness.mjs';
+import { accessibilityProblems, firefoxPath, lastCommand, openPage, settled, startBrowser, tryAgain, until } from './harness.mjs';
 
 const skip = firefoxPath === null ? 'there is no Firefox on this machine; install firefox-esr' : false;
 let session;
@@ -129,7 +129,7 @@ test('Firefox_lostConnection_isSaidAndTheTextSentAfterwards', { skip }, async ()
     await ui.page.getByRole('button', { name: 'Try Again' }).waitFor();
     assert.equal(await ui.page.locator('.screens').evaluate((element) => element.inert), true);
     ui.server.away = false;
-    await ui.page.getByRole('button', { name: 'Try Again' }).click();
+    await tryAgain(ui.page);
     await until(() => sets(ui.phone).length === 1, 'the text was sent');
     assert.deepEqual(sets(ui.phone), ['Theatre']);
     await ui.close();

@@ -136,6 +136,9 @@ export async function resize(page, size) {
     await settled(page);
 }
 
+/** Has the page try at once to connect again, as when the machine is back on its network; it may have done so by itself. */
+export const tryAgain = (page) => page.evaluate(() => { window.dispatchEvent(new Event('online')); });
+
 /** Ends at once the animations that run; resolves when what the page does at their end is done. */
 export async function finishAnimations(page) {
     await page.evaluate(() => { for (const animation of document.getAnimations()) if (animation.effect?.getTiming().iterations !== Infinity) animation.finish(); });

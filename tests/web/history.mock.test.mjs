@@ -2,7 +2,7 @@
 // The browser's Back and Forward, which are the phone's as far as it has a way back.
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
-import { lastCommand, openPage, settled, startBrowser, until } from './harness.mjs';
+import { lastCommand, openPage, settled, startBrowser, tryAgain, until } from './harness.mjs';
 
 let session;
 before(async () => { session = await startBrowser(); });
@@ -236,7 +236,7 @@ test('Back_whileTheConnectionIsLost_isTheBrowsersOwn', async () => {
     await back(ui.page);
     await depth(ui.page, 0);
     ui.server.away = false;
-    await ui.page.getByRole('button', { name: 'Try Again' }).click();
+    await tryAgain(ui.page);
     await depth(ui.page, 1);
     await settled(ui.page);
     assert.equal(done(ui.phone, 'back'), 0, 'nobody has gone back on the phone');

@@ -3,7 +3,7 @@
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
 import { finger, middle } from './gestures.mjs';
-import { accessibilityProblems, lastCommand, openPage, settled, startBrowser, until } from './harness.mjs';
+import { accessibilityProblems, lastCommand, openPage, settled, startBrowser, tryAgain, until } from './harness.mjs';
 
 let session;
 before(async () => { session = await startBrowser(); });
@@ -22,8 +22,7 @@ async function lose(ui) {
 
 async function comeBack(ui) {
     ui.server.away = false;
-    // As somebody does who does not wait for the next attempt.
-    await ui.page.getByRole('button', { name: 'Try Again' }).click();
+    await tryAgain(ui.page);
     await status(ui.page, 'open');
 }
 
@@ -94,7 +93,7 @@ test('Lost_whileTyping_theTextStaysAndIsSentWithTheConnectionBack', async () => 
     await ui.page.keyboard.type('x');
     assert.equal(await field(ui.page).inputValue(), 'Theatre');
     ui.server.away = false;
-    await ui.page.evaluate(() => window.dispatchEvent(new Event('online')));
+    await tryAgain(ui.page);
     await until(() => lastCommand(ui.phone, 'set'), 'the text was sent');
     assert.equal(lastCommand(ui.phone, 'set').value, 'Theatre');
     await ui.page.waitForFunction(() => document.activeElement.classList.contains('field'));
@@ -222,6 +221,21 @@ test('Lost_whileASliderIsHeld_itGoesBackToWhatIsStored', async () => {
     await comeBack(ui);
     await ui.page.waitForFunction(([input, was]) => input.value === was, [await slider.elementHandle(), before]);
     assert.equal(sets(ui.phone).length, 0);
+    await ui.close();
+});
+
+test('TryAgain_pressed_connectsWithoutWaitingForTheNextAttempt', async () => {
+    // No attempt of the page's own comes in between.
+    const ui = await openPage(session, { beforehand: () => {
+        const later = globalThis.setTimeout;
+        globalThis.setTimeout = (act, delay, ...rest) => (delay >= 500 ? 1_000_000_000 : later(act, delay, ...rest));
+    } });
+    await lose(ui);
+    ui.server.away = false;
+    const button = ui.page.getByRole('button', { name: 'Try Again' });
+    assert.ok((await button.boundingBox()).height >= 44, 'it is as large as a finger needs');
+    await button.click();
+    await status(ui.page, 'open');
     await ui.close();
 });
 

@@ -2,7 +2,7 @@
 // A page whose way to a real application is cut, or whose application is killed: what was typed is in the profiles file or in sight.
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
-import { startBrowser } from './harness.mjs';
+import { startBrowser, tryAgain } from './harness.mjs';
 import { freePort, openPhone, profile, row } from './real-phone.mjs';
 
 let session;
@@ -11,7 +11,6 @@ after(async () => { await session.close(); });
 
 const status = (page, wanted) => page.waitForFunction((name) => document.querySelector('.phone').dataset.connection === name, wanted);
 const field = (page) => page.locator('.field');
-const retry = (page) => page.getByRole('button', { name: 'Try Again' }).click();
 
 /** A way between page and application that can be cut: whole, or only the one to the application. */
 function way() {
@@ -57,7 +56,7 @@ test('Text_beingTypedWhenTheWayIsCut_isStoredOnceItIsMended', async () => {
     await status(ui.page, 'lost');
     assert.deepEqual(titles(ui), ['Night', 'Work']);
     path.mend();
-    await retry(ui.page);
+    await tryAgain(ui.page);
     await ui.page.waitForFunction(() => document.querySelector('h1')?.textContent.includes('Theatre'));
     assert.deepEqual(titles(ui), ['Night', 'Theatre']);
     assert.equal(await ui.page.locator('.unsaved').textContent(), '');
@@ -73,7 +72,7 @@ test('Text_lostOnTheWay_isStoredOnceItIsMended', async () => {
     path.cut();
     await status(ui.page, 'lost');
     path.mend();
-    await retry(ui.page);
+    await tryAgain(ui.page);
     await ui.page.waitForFunction(() => document.querySelector('h1')?.textContent.includes('Theatre'));
     assert.deepEqual(titles(ui), ['Night', 'Theatre']);
     await ui.close();
@@ -87,7 +86,7 @@ test('Text_beingTypedWhenTheApplicationIsKilled_isShownAsNotSavedByTheNextOne', 
     assert.equal(await field(ui.page).inputValue(), 'Theatre');
     assert.equal(await ui.page.locator('.screens').evaluate((element) => element.inert), true);
     await ui.phone.startAgain();
-    await retry(ui.page);
+    await tryAgain(ui.page);
     await ui.page.getByText('“Theatre” could not be saved.').waitFor();
     await row(ui.page, 'Night').waitFor();
     assert.deepEqual(titles(ui), ['Night', 'Work']);

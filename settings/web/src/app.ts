@@ -15,7 +15,7 @@ import { target, type Command, type Device, type Found, type Message, type Row, 
 import { firstWindow, type Window } from './rowstore';
 import { screenTitle } from './bar';
 import { Stage } from './stage';
-import { textsFor, type Texts } from './texts';
+import { loadTexts, textsFor, type Texts } from './texts';
 import { Trail } from './trail';
 import { Unsaved } from './unsaved';
 import type { View } from './view';
@@ -53,6 +53,8 @@ export class App implements View {
     private lostFocus: HTMLElement | null | undefined;
     private readonly fetching = new Set<number>();
     private readonly finding = new Map<number, (found: readonly Found[] | null) => void>();
+    /** Messages that have arrived and wait for the words of their language. */
+    private readonly waiting: Message[] = [];
     private lastFetch = '';
     private fetchedFor = '';
     private darkMode = false;
@@ -67,13 +69,20 @@ export class App implements View {
         this.connection = new Connection(url, secret, {
             opened: () => this.opened(),
             statusChanged: (status) => this.statusChanged(status),
-            received: (message) => this.received(message),
+            received: (message) => this.arrived(message),
         });
         onPatternMeasured(() => this.stage.redraw());
         onImageArrived(() => this.stage.redraw());
         onContrastChanged(() => this.stage.redraw());
         this.statusChanged('connecting');
         this.connection.open();
+        void loadTexts(this.language)?.then(() => this.speak(this.language));
+    }
+
+    // Before the first state it is the browser's own language that is spoken.
+    private speak(language: string): void {
+        this.texts = textsFor(language);
+        if (!this.stage.page) this.statusChanged(this.connection.status);
     }
 
     act(command: Command): number | null {
@@ -136,6 +145,7 @@ export class App implements View {
     private opened(): void {
         // Another application may answer now, and it counts its revisions from the start.
         this.revision = -1;
+        this.waiting.length = 0;
         this.pending.clear();
         this.texting.clear();
         this.fetching.clear();
@@ -157,6 +167,7 @@ export class App implements View {
 
     private disconnected(): void {
         if (this.lostFocus === undefined) this.lostFocus = document.activeElement instanceof HTMLElement ? document.activeElement : null;
+        this.waiting.length = 0;
         this.pending.clear();
         this.unsent.push(...this.texting.values());
         this.texting.clear();
@@ -190,6 +201,17 @@ export class App implements View {
         this.stage.release();
         for (const sent of [...this.unsent, ...this.texting.values()]) this.losses.tell(sent.label, sent.text);
         this.frame.showEnd(words, this.losses.element, this.texts);
+    }
+
+    /** A state in a language that is not there yet waits for its words, and all that comes after it with it. */
+    private arrived(message: Message): void {
+        const coming = this.waiting.length === 0 && message.state?.device ? loadTexts(message.state.device.language) : null;
+        if (!coming && this.waiting.length === 0) {
+            this.received(message);
+            return;
+        }
+        this.waiting.push(message);
+        void coming?.then(() => { for (const each of this.waiting.splice(0)) this.received(each); });
     }
 
     private received(message: Message): void {

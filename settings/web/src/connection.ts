@@ -45,6 +45,8 @@ export class Connection {
     private readonly unanswered = new Set<number>();
     private silence = 0;
     private isSilent = false;
+    /** What statusChanged() has told last. */
+    status: Status = 'connecting';
 
     constructor(private readonly url: string, private readonly secret: string | null, private readonly events: ConnectionEvents) {
         // Somebody who comes back to the page should not wait out a long pause.
@@ -80,7 +82,7 @@ export class Connection {
             if (!heard) {
                 heard = true;
                 this.pause = firstPause;
-                this.events.statusChanged('open');
+                this.tell('open');
             }
             const message = parseMessage(event.data);
             this.hear(message?.id ?? null);
@@ -112,7 +114,7 @@ export class Connection {
     private listen(): void {
         this.silence = window.setTimeout(() => {
             this.isSilent = true;
-            this.events.statusChanged('silent');
+            this.tell('silent');
         }, longSilence);
     }
 
@@ -122,7 +124,7 @@ export class Connection {
         if (this.unanswered.size > 0) this.listen();
         if (!this.isSilent) return;
         this.isSilent = false;
-        this.events.statusChanged('open');
+        this.tell('open');
     }
 
     private stopListening(): void {
@@ -150,12 +152,17 @@ export class Connection {
         this.events.opened();
     }
 
+    private tell(status: Status): void {
+        this.status = status;
+        this.events.statusChanged(status);
+    }
+
     private end(status: Status): void {
         this.ended = true;
         this.socket = null;
         this.letIn = false;
         this.forgetCommands();
-        this.events.statusChanged(status);
+        this.tell(status);
     }
 
     private lost(): void {
@@ -163,7 +170,7 @@ export class Connection {
         this.socket = null;
         this.letIn = false;
         this.forgetCommands();
-        this.events.statusChanged('lost');
+        this.tell('lost');
         this.timer = window.setTimeout(() => this.open(), this.pause);
         this.pause = Math.min(longestPause, this.pause * 2);
     }

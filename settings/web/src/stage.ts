@@ -140,7 +140,6 @@ class Navigator {
         if (under) {
             this.bars.prepend(under.bar);
             this.bodies.prepend(under.body);
-            under.bar.inert = under.body.inert = true;
             under.peek();
         }
         this.order(page, under);
