@@ -7,6 +7,7 @@
 
 #include "settings/Front.h"
 #include "settings/PhoneCommands.h"
+#include "settings/PickerCommands.h"
 #include "settings/RowCommands.h"
 #include "settings/RowSearch.h"
 #include "settings/ScreenCommands.h"
@@ -47,9 +48,9 @@ constexpr std::array commands{
     Command{"bar", WhilePresented::Refused, done<pressBarButton>},
     Command{"back", WhilePresented::Refused, done<goBack>},
     Command{"choose", WhilePresented::Acts, done<chooseAction>},
-    Command{"pickTimeRow", WhilePresented::Refused, done<selectTimeRow>},
-    Command{"pickTime", WhilePresented::Refused, done<moveTimePicker>},
-    Command{"pickTone", WhilePresented::Refused, done<selectTone>},
+    Command{"pickTimeRow", WhilePresented::Refused, done<pickTimeRow>},
+    Command{"pickTime", WhilePresented::Refused, done<pickTime>},
+    Command{"pickTone", WhilePresented::Refused, done<pickTone>},
     Command{"compose", WhilePresented::Acts, done<endComposer>},
     Command{"post", WhilePresented::Acts, done<postNotification>},
     Command{"dark", WhilePresented::Acts, done<switchDarkMode>},

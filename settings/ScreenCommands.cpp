@@ -12,7 +12,6 @@
 #include "platform/uikit/UIAlertController.h"
 #include "settings/Front.h"
 #include "settings/LinkedScreens.h"
-#include "settings/SpecialScreens.h"
 
 namespace settings {
 
@@ -122,26 +121,6 @@ Outcome<void> openLink(Application& application, const CommandFields& fields) {
     screen->setSpecifier(links[position].specifier);
     front.navigation->pushViewController_animated(screen, true);
     return {};
-}
-
-Outcome<void> selectTimeRow(Application& /*application*/, const CommandFields& fields) {
-    const Result<std::int64_t> row = fields.integer("row");
-    if (!row) return std::unexpected(row.error());
-    return pickTimeRow(Front::now().screen, *row);
-}
-
-Outcome<void> moveTimePicker(Application& /*application*/, const CommandFields& fields) {
-    const Result<std::string> time = fields.text("time");
-    if (!time) return std::unexpected(time.error());
-    return pickTime(Front::now().screen, *time);
-}
-
-Outcome<void> selectTone(Application& /*application*/, const CommandFields& fields) {
-    if (!fields.has("identifier")) return failure("\"identifier\" must be a text or null.");
-    if (fields.value("identifier").isNil()) return pickTone(Front::now().screen, std::nullopt);
-    const Result<std::string> identifier = fields.text("identifier");
-    if (!identifier) return failure("\"identifier\" must be a text or null.");
-    return pickTone(Front::now().screen, *identifier);
 }
 
 }  // namespace settings

@@ -20,11 +20,5 @@ Outcome<void> chooseAction(Application& application, const CommandFields& fields
 Outcome<void> endComposer(Application& application, const CommandFields& fields);
 /// Opens link "item" of the screen.
 Outcome<void> openLink(Application& application, const CommandFields& fields);
-/// Selects the time picker's row "row".
-Outcome<void> selectTimeRow(Application& application, const CommandFields& fields);
-/// Moves the time picker to "time".
-Outcome<void> moveTimePicker(Application& application, const CommandFields& fields);
-/// Picks the tone "identifier", null for none.
-Outcome<void> selectTone(Application& application, const CommandFields& fields);
 
 }  // namespace settings

@@ -7,9 +7,9 @@
 
 #include "platform/uikit/UIApplication.h"
 #include "settings/LinkedScreens.h"
+#include "settings/PickerWriter.h"
 #include "settings/PresentedWriter.h"
 #include "settings/RowWriter.h"
-#include "settings/SpecialScreens.h"
 
 namespace settings {
 
@@ -67,8 +67,8 @@ Value StateWriter::screen(const Front& front, RowWindow window) const {
                       {"editing", screen.isEditing()},
                       {"count", count},
                       {"rows", std::move(rows)},
-                      {"pane", timePane(front.screen)},
-                      {"tones", tonePicker(front.screen)}};
+                      {"pane", timePickerValue(front.screen)},
+                      {"tones", tonePickerValue(front.screen)}};
 }
 
 Value StateWriter::links(const Front& front) const {
