@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "settings/RowCommands.h"
 
-#include <charconv>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,6 +8,7 @@
 #include "platform/preferences/PSEditableListController.h"
 #include "platform/uikit/UIControl.h"
 #include "settings/Front.h"
+#include "settings/RowKeyText.h"
 
 namespace settings {
 
@@ -26,13 +26,6 @@ struct Row {
     std::shared_ptr<platform::PSSpecifier> specifier;
 };
 
-/// The number of a key as a state spells it; 0, which is no row's key, for any other text.
-platform::RowKey keyNumber(const std::string& text) {
-    platform::RowKey number = 0;
-    std::from_chars(text.data(), text.data() + text.size(), number);
-    return std::to_string(number) == text ? number : 0;
-}
-
 /// The index of the row that is meant.
 Outcome<std::int64_t> indexOf(const CommandFields& fields, platform::PSListController* list) {
     const Result<std::optional<std::string>> key = fields.optionalText("key");
@@ -42,7 +35,7 @@ Outcome<std::int64_t> indexOf(const CommandFields& fields, platform::PSListContr
         if (!index) return std::unexpected(index.error());
         if (!*key) return *index;
     }
-    const std::int64_t index = list != nullptr ? list->indexOfKey(keyNumber(**key)) : -1;
+    const std::int64_t index = list != nullptr ? list->indexOfKey(rowKeyOf(**key)) : -1;
     if (index < 0) return stale("This screen has no row with the key \"" + **key + "\" (any more).");
     return index;
 }

@@ -6,7 +6,7 @@
 
 #include "platform/foundation/CaseInsensitive.h"
 #include "settings/Front.h"
-#include "settings/RowWriter.h"
+#include "settings/RowKeyText.h"
 
 namespace settings {
 
@@ -32,7 +32,7 @@ Outcome<Dictionary> findRows(Application& /*application*/, const CommandFields& 
         if (!name || !platform::containsIgnoringCase(*name, *text)) continue;
         const auto index = static_cast<std::int64_t>(at);
         const auto path = list->indexPathForIndex(index);
-        found.emplace_back(Dictionary{{"key", RowWriter::key(*list, index)},
+        found.emplace_back(Dictionary{{"key", rowKeyText(list->keyAtIndex(index))},
                                       {"index", index},
                                       {"name", *name},
                                       {"row", path ? Value(path->row) : Value()}});

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/uikit/UISwitch.h"
+#include "settings/RowKeyText.h"
 
 namespace settings {
 
@@ -44,7 +45,7 @@ Value RowWriter::row(std::int64_t index) const {
     if (!specifier) return nullptr;
     const auto path = list_.indexPathForIndex(index);
     Dictionary row = withoutCell();
-    row["key"] = key(list_, index);
+    row["key"] = rowKeyText(list_.keyAtIndex(index));
     row["index"] = index;
     row["section"] = list_.sectionForIndex(index);
     row["row"] = path ? Value(path->row) : Value();
@@ -64,10 +65,6 @@ Value RowWriter::row(std::int64_t index) const {
     row["editingStyle"] = list_.tableView_editingStyleForRowAtIndexPath(list_.table(), *path);
     row["tappable"] = list_.rowCanBeSelected(*path);
     return row;
-}
-
-Value RowWriter::key(platform::PSListController& list, std::int64_t index) {
-    return std::to_string(list.keyAtIndex(index));
 }
 
 void RowWriter::writeSpecifier(platform::PSSpecifier& specifier, Dictionary& row) const {

@@ -14,8 +14,6 @@ class RowWriter {
 
     /// The row of that index of the row list; nil out of range.
     platform::Value row(std::int64_t index) const;
-    /// What a state and a search call a row by.
-    static platform::Value key(platform::PSListController& list, std::int64_t index);
 
   private:
     void writeSpecifier(platform::PSSpecifier& specifier, platform::Dictionary& row) const;

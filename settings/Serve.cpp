@@ -14,7 +14,6 @@
 
 #include "platform/foundation/Device.h"
 #include "platform/foundation/RunLoop.h"
-#include "settings/ProgramPaths.h"
 
 namespace settings {
 
@@ -78,8 +77,7 @@ Result<void> Serve::run(const ServeOptions& options) {
     // No page can be waiting at a port that is another one with each start.
     if (options.port != 0) {
         serverOptions.secret = [&](std::uint16_t port) {
-            return keptSecret({runtimeDirectory().value_or(""), options.rootDirectory, port},
-                              options.oldSecret);
+            return keptSecret({options.runtimeDirectory, options.rootDirectory, port}, options.oldSecret);
         };
     }
     Result<std::unique_ptr<Server>> server = Server::start(std::move(serverOptions), *this);

@@ -26,6 +26,8 @@ struct ServeOptions {
     std::string pageDirectory;
     /// The root that the application works on.
     std::string rootDirectory;
+    /// Where the secret outlives the program; "": nowhere.
+    std::string runtimeDirectory;
     /// Whether pages that a program before on that root and port has left open may go on.
     OldSecret oldSecret = OldSecret::TakeOver;
 };

@@ -39,9 +39,9 @@ int serve(settings::Application& application, const settings::PhoneSetup& phone,
           const settings::ProgramPaths& paths, const settings::CommandLine& line) {
     settings::Serve channel(application, phone.files());
     // Without the page there still is the protocol; the server answers "not found" for the files.
-    const auto served =
-        channel.run({line.port, paths.page().value_or(""), line.rootDirectory,
-                     line.newSecret ? settings::OldSecret::Forget : settings::OldSecret::TakeOver});
+    const auto served = channel.run(
+        {line.port, paths.page().value_or(""), line.rootDirectory, settings::runtimeDirectory().value_or(""),
+         line.newSecret ? settings::OldSecret::Forget : settings::OldSecret::TakeOver});
     return served ? 0 : complain(served.error().localizedDescription);
 }
 
