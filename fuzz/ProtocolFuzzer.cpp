@@ -13,10 +13,10 @@
 #include "platform/foundation/Device.h"
 #include "platform/foundation/RunLoop.h"
 #include "platform/preferences/PSEditableListController.h"
-#include "settings/Application.h"
-#include "settings/Front.h"
-#include "settings/JSON.h"
-#include "settings/Session.h"
+#include "settings/application/Application.h"
+#include "settings/application/Front.h"
+#include "settings/channels/JSON.h"
+#include "settings/channels/Session.h"
 
 namespace {
 

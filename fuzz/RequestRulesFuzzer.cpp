@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "settings/server/FirstMessage.h"
-#include "settings/server/RequestRules.h"
+#include "settings/channels/server/FirstMessage.h"
+#include "settings/channels/server/RequestRules.h"
 
 namespace {
 
@@ -54,33 +54,33 @@ std::string escaped(std::string_view path) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string_view rest(reinterpret_cast<const char*>(data), size);
-    if (const auto message = settings::parseFirstMessage(rest)) {
-        require(rest.size() <= settings::FirstMessage::longest);
-        const char* word = message->kind == settings::FirstMessage::Kind::Secret ? "secret" : "prove";
+    if (const auto message = settings::server::parseFirstMessage(rest)) {
+        require(rest.size() <= settings::server::FirstMessage::longest);
+        const char* word = message->kind == settings::server::FirstMessage::Kind::Secret ? "secret" : "prove";
         // A letter may be spelled as an escape.
         require(rest.find(word) != std::string_view::npos || rest.find('\\') != std::string_view::npos);
         require(message->text.size() < rest.size());
     }
     const std::string_view line = takeLine(rest);
-    if (const auto target = settings::splitTarget(line)) {
+    if (const auto target = settings::server::splitTarget(line)) {
         require(target->path.starts_with('/') && isWithin(target->path, line));
         require(target->path.size() + target->query.size() <= line.size());
-        if (const auto path = settings::decodePath(target->path)) {
+        if (const auto path = settings::server::decodePath(target->path)) {
             requireHarmless(*path);
-            require(settings::decodePath(escaped(*path)) == path);
+            require(settings::server::decodePath(escaped(*path)) == path);
         }
     }
     const std::string_view authorization = takeLine(rest);
-    if (const auto token = settings::bearerToken(authorization)) {
+    if (const auto token = settings::server::bearerToken(authorization)) {
         require(isWithin(*token, authorization) && !token->empty());
         require(token->find_first_of(" \t") == std::string_view::npos);
     }
     const std::string_view host = takeLine(rest);
-    if (settings::isOwnHost(host, 8123)) {
+    if (settings::server::isOwnHost(host, 8123)) {
         require(host == "127.0.0.1:8123" || host == "localhost:8123");
-        require(settings::isOwnOrigin("http://" + std::string(host), host));
+        require(settings::server::isOwnOrigin("http://" + std::string(host), host));
     }
-    if (settings::listsEntityTag(rest, "\"tag\""))
+    if (settings::server::listsEntityTag(rest, "\"tag\""))
         require(rest.find("\"tag\"") != std::string_view::npos || rest.find('*') != std::string_view::npos);
     return 0;
 }

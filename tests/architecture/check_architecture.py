@@ -8,7 +8,8 @@ Usage: check_architecture.py SOURCE_TREE SHARED_OBJECT...
    and their shared objects need nothing but each other and the compiler's run time.
 2. settings/ includes no header of the plug-in or of velmora/.
 3. The plug-in includes no header of the operating system: it reaches the machine through platform/.
-4. Nothing depends upwards, and there are no cycles between files or between folders.
+4. Nothing depends upwards, and there are no cycles between files or between folders. The rooms of settings/ and the
+   screens of the plug-in depend on each other only as far as the tables below say.
 
 Prints one line for each breach; the exit status is 1 when there is one.
 """
@@ -20,19 +21,36 @@ from pathlib import Path
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
 
-# From the bottom. A folder may include its own headers and those of the folders that stand before it, as far as its
-# row in MAY_INCLUDE allows.
+# From the bottom. A folder may include its own headers and those of the folders that stand before it, as far as SCREENS
+# and its row in MAY_INCLUDE allow.
 LAYERS = (
     "platform/foundation", "platform/uikit", "platform/preferences", "platform/eventkit", "platform/tonekit",
     "platform/messageui", "platform/social", "velmora",
     "shell/base", "profile/model", "support/sharing", "shell/chrome", "profile/cells",
-    "profile/hours", "profile/editor", "conditions", "support/misc", "shell/root",
-    "device", "springboard", "settings/server", "settings",
+    "profile/hours", "profile/editor", "conditions", "conditions/calendars", "conditions/eventstatus",
+    "conditions/networks", "conditions/tone", "support/misc", "shell/root",
+    "device", "springboard",
+    "settings/application", "settings/commands", "settings/state", "settings/channels/server", "settings/channels",
+    "settings/program",
 )
 PLUGIN = ("shell/", "profile/", "conditions/", "support/")
 CORE = PLUGIN + ("velmora/", "platform/")
-# Folders of one height: screens, which open each other by name only.
-SCREENS = ("profile/hours", "profile/editor", "conditions", "support/misc")
+# Folders of one height: screens, which open each other by name only, the editor's four pickers among them. What the
+# pickers share stands in the folder around theirs.
+SCREENS = ("profile/hours", "profile/editor", "conditions", "conditions/calendars", "conditions/eventstatus",
+           "conditions/networks", "conditions/tone", "support/misc")
+# What these may include beside their own headers and those of platform/: neither the plug-in nor velmora/, and of each
+# other no more than this.
+MAY_INCLUDE = {
+    "device": (),
+    "springboard": ("device",),
+    "settings/application": ("device",),
+    "settings/commands": ("device", "settings/application"),
+    "settings/state": ("settings/application",),
+    "settings/channels/server": (),
+    "settings/channels": ("settings/application", "settings/commands", "settings/state", "settings/channels/server"),
+    "settings/program": ("device", "settings/application", "settings/channels"),
+}
 
 CPP_HEADERS = set("""
 algorithm any array atomic bit bitset charconv chrono cmath compare complex concepts condition_variable cstddef cstdint
@@ -78,6 +96,14 @@ def check_system_header(source, where, header):
         yield f"{where}: the plug-in includes the operating system's <{header}>"
 
 
+def may_depend(own, other):
+    if own in MAY_INCLUDE:
+        return other.startswith("platform/") or other in MAY_INCLUDE[own]
+    if own in SCREENS and other in SCREENS and not own.startswith(other + "/"):
+        return False
+    return LAYERS.index(other) < LAYERS.index(own)
+
+
 def check_own_header(tree, source, where, header):
     if not (tree / header).is_file():
         yield f'{where}: "{header}" is no file of this tree'
@@ -88,10 +114,7 @@ def check_own_header(tree, source, where, header):
     own, other = layer_of(source), layer_of(header)
     if other is None:
         yield f'{where}: "{header}" is in no layer'
-    elif own != other and (LAYERS.index(other) > LAYERS.index(own)
-                           or (other in SCREENS and own in SCREENS)
-                           or (own in ("device", "springboard", "settings", "settings/server")
-                               and not other.startswith(("platform/", "device", "settings")))):
+    elif own != other and not may_depend(own, other):
         yield f'{where}: {own} may not depend on {other} ("{header}")'
 
 

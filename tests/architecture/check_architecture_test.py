@@ -39,7 +39,7 @@ class ArchitectureRules(unittest.TestCase):
 
     def test_settingsIncludingThePlugin_isNamed(self):
         self.write("shell/base/A.h", "#pragma once\n")
-        self.write("settings/A.cpp", '#include "shell/base/A.h"\n')
+        self.write("settings/program/A.cpp", '#include "shell/base/A.h"\n')
         self.assertIn("settings/ includes", self.breaches())
 
     def test_upwardDependency_isNamed(self):
@@ -51,6 +51,54 @@ class ArchitectureRules(unittest.TestCase):
         self.write("profile/hours/A.h", "#pragma once\n")
         self.write("profile/editor/A.cpp", '#include "profile/hours/A.h"\n')
         self.assertIn("profile/editor may not depend on profile/hours", self.breaches())
+
+    def test_pickersOfTheEditor_includeNothingOfEachOther(self):
+        pickers = ("calendars", "eventstatus", "networks", "tone")
+        for picker in pickers:
+            self.write(f"conditions/{picker}/A.h", "#pragma once\n")
+        for own in pickers:
+            for other in pickers:
+                self.write(f"conditions/{own}/B.cpp", f'#include "conditions/{other}/A.h"\n')
+                breach = f"conditions/{own} may not depend on conditions/{other}"
+                (self.assertNotIn if own == other else self.assertIn)(breach, self.breaches())
+
+    def test_pickersAndWhatTheyShare_dependOneWay(self):
+        self.write("conditions/A.h", "#pragma once\n")
+        self.write("conditions/tone/A.cpp", '#include "conditions/A.h"\n')
+        self.assertEqual("", self.breaches())
+        self.write("conditions/tone/B.h", "#pragma once\n")
+        self.write("conditions/B.cpp", '#include "conditions/tone/B.h"\n')
+        self.assertIn("conditions may not depend on conditions/tone", self.breaches())
+
+    def test_sourceBesideTheRoomsOfSettings_isNamed(self):
+        self.write("settings/A.cpp", "#include <string>\n")
+        self.assertIn("settings/A.cpp: is in no layer", self.breaches())
+
+    def test_roomsOfSettings_includeNoMoreThanTheirs(self):
+        rooms = {
+            "program": {"channels", "application"},
+            "channels": {"channels/server", "commands", "state", "application"},
+            "channels/server": set(),
+            "commands": {"application"},
+            "state": {"application"},
+            "application": set(),
+        }
+        for room in rooms:
+            self.write(f"settings/{room}/A.h", "#pragma once\n")
+        for own, allowed in rooms.items():
+            for other in rooms:
+                source = f"settings/{own}/B.cpp"
+                self.write(source, f'#include "settings/{other}/A.h"\n')
+                breach = f"settings/{own} may not depend on settings/{other} ("
+                (self.assertNotIn if other in allowed | {own} else self.assertIn)(breach, self.breaches())
+                (self.tree / source).unlink()
+
+    def test_roomWithoutADeviceOfItsOwn_mayNotIncludeDevice(self):
+        self.write("device/A.h", "#pragma once\n")
+        self.write("settings/state/A.cpp", '#include "device/A.h"\n')
+        self.assertIn("settings/state may not depend on device", self.breaches())
+        self.write("settings/state/A.cpp", '#include "platform/foundation/Filler1.h"\n')
+        self.assertEqual("", self.breaches())
 
     def test_pluginIncludingDevice_isNamed(self):
         self.write("device/A.h", "#pragma once\n")

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "settings/Front.h"
+#include "settings/application/Front.h"
 
 namespace fixtures {
 

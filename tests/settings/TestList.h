@@ -6,9 +6,9 @@
 
 #include "platform/preferences/PSListController.h"
 #include "platform/uikit/UINavigationController.h"
-#include "settings/Application.h"
-#include "settings/JSON.h"
-#include "settings/Session.h"
+#include "settings/application/Application.h"
+#include "settings/channels/JSON.h"
+#include "settings/channels/Session.h"
 #include "tests/doubles/Phone.h"
 
 namespace fixtures {

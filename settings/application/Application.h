@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "device/VirtualClock.h"
+#include "platform/foundation/Bundle.h"
+#include "platform/uikit/UINavigationController.h"
+#include "settings/application/EventLog.h"
+#include "settings/application/ImageCatalog.h"
+
+namespace settings {
+
+/// The Settings application on the installed device: its list of bundles, and above it the screens of the
+/// bundle that is open. One at a time; main thread. All sessions act on the same one.
+class Application {
+  public:
+    /// `bundlePath` is the phone path of the bundle that start() opens. `clock` is the device's clock when
+    /// that is one that can be moved, else null.
+    explicit Application(std::string bundlePath, std::shared_ptr<device::VirtualClock> clock = nullptr);
+    /// Closes the window, with everything that is shown.
+    ~Application();
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+    /// Begins keeping the journal, shows the list of bundles and opens the given one above it.
+    void start();
+    /// Leaves every screen above the list and opens the bundle that was open last anew, in the same process.
+    void reopen();
+
+    /// Takes over what the journal holds and forgets what no session has asked for in a long time, so that an
+    /// idle application does not grow. The main run loop calls it before it sleeps, unless a channel does as
+    /// much.
+    void keepUp();
+
+    /// The bundle whose screens are above the list, or were last; null before start().
+    const std::shared_ptr<platform::Bundle>& bundle() const { return bundle_; }
+    const std::shared_ptr<device::VirtualClock>& clock() const { return clock_; }
+    EventLog& events() { return events_; }
+    ImageCatalog& images() { return images_; }
+
+    /// Grows with every change that a session has seen.
+    std::uint64_t revision() const { return revision_; }
+    void raiseRevision() { ++revision_; }
+
+  private:
+    void openBundle(const std::string& path);
+
+    std::string bundlePath_;
+    std::shared_ptr<device::VirtualClock> clock_;
+    std::shared_ptr<platform::UINavigationController> navigation_;
+    std::shared_ptr<platform::Bundle> bundle_;
+    EventLog events_;
+    ImageCatalog images_;
+    std::uint64_t revision_ = 0;
+};
+
+}  // namespace settings

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#include "settings/program/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <filesystem>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+namespace settings {
+
+namespace {
+
+constexpr const char* programName = "quietrix-settings";
+constexpr const char* versionText = "quietrix-settings " QUIETRIX_VERSION;
+
+/// What was written, before it is checked.
+struct Given {
+    std::optional<std::string> root;
+    std::optional<std::string> bundle;
+    std::vector<std::string> device;
+    std::uint16_t port = 0;
+    bool newSecret = false;
+};
+
+void addOptions(CLI::App& channel, Given& given) {
+    channel
+        .add_option("--root", given.root,
+                    "The phone's files: a directory, made and filled when it is not there")
+        ->type_name("DIR");
+    channel
+        .add_option("--bundle", given.bundle,
+                    "The bundle to open; without this the one that came with the program")
+        ->type_name("DIR");
+    channel.add_option("--device", given.device, "How the phone is equipped; may be given again")
+        ->type_name("KEY=VALUE")
+        ->allow_extra_args(false);
+    channel.set_version_flag("--version", versionText);
+}
+
+EarlyEnd wrongUse(std::string reason) {
+    std::ranges::replace(reason, '\n', ' ');
+    return {2, std::string(programName) + ": " + reason + "\n"};
+}
+
+std::expected<CommandLine, EarlyEnd> checked(Channel channel, const Given& given, const ProgramPaths& paths) {
+    CommandLine line;
+    line.channel = channel;
+    line.port = given.port;
+    line.newSecret = given.newSecret;
+
+    const auto root = given.root ? given.root : defaultRootDirectory();
+    if (!root || root->empty())
+        return std::unexpected(wrongUse("There is no root directory: give one with --root."));
+    line.rootDirectory = *root;
+
+    const auto bundle = given.bundle ? given.bundle : paths.bundle();
+    if (!bundle) return std::unexpected(wrongUse("No bundle came with the program: give one with --bundle."));
+    std::error_code error;
+    if (!std::filesystem::is_directory(*bundle, error)) {
+        return std::unexpected(wrongUse("The bundle \"" + *bundle + "\" is not a directory."));
+    }
+    line.bundleDirectory = *bundle;
+
+    auto options = device::DeviceOptions::parse(given.device);
+    if (!options) return std::unexpected(wrongUse(options.error().localizedDescription));
+    line.device = std::move(*options);
+    return line;
+}
+
+}  // namespace
+
+std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> arguments,
+                                                      const ProgramPaths& paths) {
+    Given given;
+    CLI::App program("The phone's Settings application, with a bundle opened in it.", programName);
+    program.require_subcommand(1);
+    program.set_version_flag("--version", versionText);
+    CLI::App& drive =
+        *program.add_subcommand("drive", "Takes commands as lines of JSON and answers each with a line");
+    CLI::App& serve =
+        *program.add_subcommand("serve", "Shows the screens in a browser, on this machine only");
+    for (CLI::App* channel : {&drive, &serve}) addOptions(*channel, given);
+    for (CLI::App* each : {&program, &drive, &serve})
+        each->footer("Device keys:\n" + device::DeviceOptions::help());
+    serve.add_option("--port", given.port, "The port to listen on; without this any free one")
+        ->type_name("N");
+    serve.add_flag("--new-secret", given.newSecret,
+                   "Shuts out pages that are still open from an earlier start with the same root and port");
+
+    // The library takes them from the end.
+    std::ranges::reverse(arguments);
+    try {
+        program.parse(std::move(arguments));
+    } catch (const CLI::CallForVersion& version) {
+        return std::unexpected(EarlyEnd{0, std::string(version.what()) + "\n"});
+    } catch (const CLI::CallForHelp&) {
+        const auto chosen = program.get_subcommands();
+        return std::unexpected(
+            EarlyEnd{0, chosen.empty() ? program.help("", CLI::AppFormatMode::All) : chosen.front()->help()});
+    } catch (const CLI::RequiredError& error) {
+        const auto unknown = program.remaining();
+        return std::unexpected(
+            wrongUse(unknown.empty() ? error.what()
+                                     : "There is no command \"" + unknown.front() + "\": drive or serve."));
+    } catch (const CLI::Error& error) {
+        return std::unexpected(wrongUse(error.what()));
+    }
+    return checked(serve.parsed() ? Channel::Serve : Channel::Drive, given, paths);
+}
+
+}  // namespace settings

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#include <unistd.h>
+
+#include <exception>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "device/ProgramStart.h"
+#include "platform/foundation/RunLoop.h"
+#include "settings/application/Application.h"
+#include "settings/channels/Drive.h"
+#include "settings/channels/Serve.h"
+#include "settings/channels/Session.h"
+#include "settings/program/CommandLine.h"
+#include "settings/program/PhoneSetup.h"
+#include "settings/program/ProgramPaths.h"
+
+namespace {
+
+constexpr const char* programName = "quietrix-settings";
+constexpr int cannotBegin = 2;
+/// More than a start has open at the same time, a page's first connections included.
+constexpr int neededDescriptors = 40;
+/// Address space for the bundle, the threads' stacks and a first screen.
+constexpr std::size_t neededMemory = std::size_t{64} << 20;
+
+int complain(const std::string& reason) {
+    std::cerr << programName << ": " << reason << '\n';
+    return cannotBegin;
+}
+
+int drive(settings::Application& application) {
+    settings::Session session(application);
+    return settings::Drive(session, STDIN_FILENO, STDOUT_FILENO).run();
+}
+
+int serve(settings::Application& application, const settings::PhoneSetup& phone,
+          const settings::ProgramPaths& paths, const settings::CommandLine& line) {
+    settings::Serve channel(application, phone.files());
+    // Without the page there still is the protocol; the server answers "not found" for the files.
+    const auto served = channel.run(
+        {line.port, paths.page().value_or(""), line.rootDirectory, settings::runtimeDirectory().value_or(""),
+         line.newSecret ? settings::server::OldSecret::Forget : settings::server::OldSecret::TakeOver});
+    return served ? 0 : complain(served.error().localizedDescription);
+}
+
+int run(int argumentCount, char** argumentValues) {
+    const auto paths = settings::ProgramPaths::ofThisProgram();
+    const auto line = settings::parseCommandLine(
+        std::vector<std::string>(argumentValues + 1, argumentValues + argumentCount), paths);
+    if (!line) {
+        (line.error().status == 0 ? std::cout : std::cerr) << line.error().text;
+        return line.error().status;
+    }
+    if (const auto enough = device::checkDescriptors(neededDescriptors); !enough)
+        return complain(enough.error().localizedDescription);
+    if (const auto enough = device::checkMemory(neededMemory); !enough)
+        return complain(enough.error().localizedDescription);
+    const auto resources = paths.resources();
+    if (!resources) return complain("The application's own files are missing beside the program.");
+
+    const auto phone = settings::PhoneSetup::create(
+        {line->rootDirectory, line->bundleDirectory, *resources, line->device, paths.systemShell()});
+    if (!phone) return complain(phone.error().localizedDescription);
+    settings::Application application((*phone)->bundlePath(), (*phone)->clock());
+    application.start();
+    // The start is over when the channel's loop runs.
+    platform::dispatchMain(device::goOnWhenMemoryIsOut);
+    return line->channel == settings::Channel::Drive ? drive(application)
+                                                     : serve(application, **phone, paths, *line);
+}
+
+}  // namespace
+
+int main(int argumentCount, char** argumentValues) {
+    device::holdStandardDescriptors();
+    device::endWhenMemoryIsOut(programName, cannotBegin);
+    try {
+        return run(argumentCount, argumentValues);
+    } catch (const std::exception& error) {
+        return complain("The program cannot go on: " + std::string(error.what()) + ".");
+    }
+}

@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+#include "settings/state/StateWriter.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "platform/uikit/UIApplication.h"
+#include "settings/application/LinkedScreens.h"
+#include "settings/state/PickerWriter.h"
+#include "settings/state/PresentedWriter.h"
+#include "settings/state/RowWriter.h"
+
+namespace settings {
+
+using platform::Array;
+using platform::Dictionary;
+using platform::UIViewController;
+using platform::Value;
+
+namespace {
+
+Value titleOf(UIViewController& screen) {
+    const auto& title = screen.navigationItem()->title();
+    return ScreenValues::text(title ? title : screen.title());
+}
+
+Value specifierOf(const UIViewController& screen) {
+    const auto* opened = dynamic_cast<const platform::PSViewController*>(&screen);
+    return opened ? ScreenValues::specifier(opened->specifier()) : Value();
+}
+
+}  // namespace
+
+Dictionary StateWriter::state(RowWindow window) const {
+    const Front front = Front::now();
+    return {{"screen", screen(front, window)}, {"presented", presentedValue(front.presented)}};
+}
+
+Value StateWriter::screen(const Front& front, RowWindow window) const {
+    if (!front.screen) return nullptr;
+    UIViewController& screen = *front.screen;
+    // A screen's view is loaded before it is looked at: that is when a screen builds its rows.
+    screen.view();
+    Array stack;
+    for (const auto& below : front.navigation->viewControllers())
+        stack.emplace_back(below->getClass().name());
+
+    std::int64_t count = 0;
+    Array rows;
+    if (const auto list = front.list()) {
+        count = static_cast<std::int64_t>(list->specifiers()->size());
+        const RowWriter writer(values_, *list);
+        const std::int64_t from = std::min(window.from, count);
+        const std::int64_t end = from + std::min(window.count, count - from);
+        rows.reserve(static_cast<std::size_t>(end - from));
+        for (std::int64_t index = from; index < end; ++index) rows.push_back(writer.row(index));
+    }
+    return Dictionary{{"id", screen.number()},
+                      {"class", screen.getClass().name()},
+                      {"title", titleOf(screen)},
+                      {"specifier", specifierOf(screen)},
+                      {"links", links(front)},
+                      {"stack", std::move(stack)},
+                      {"modals", front.modals},
+                      {"bar", bar(front)},
+                      {"editing", screen.isEditing()},
+                      {"count", count},
+                      {"rows", std::move(rows)},
+                      {"pane", timePickerValue(front.screen)},
+                      {"tones", tonePickerValue(front.screen)}};
+}
+
+Value StateWriter::links(const Front& front) const {
+    Array links;
+    for (const LinkedScreen& link : linkedScreens(application_.bundle(), front)) {
+        links.emplace_back(Dictionary{{"title", link.title}, {"class", link.className}});
+    }
+    return links;
+}
+
+Value StateWriter::bar(const Front& front) const {
+    const auto& bar = *front.navigation->navigationBar();
+    const auto& item = *front.screen->navigationItem();
+    return Dictionary{{"tint", values_.colour(bar.tintColor())},
+                      {"barTint", values_.colour(bar.barTintColor())},
+                      {"statusBarStyle", platform::UIApplication::sharedApplication().statusBarStyle()},
+                      {"titleView", titleView(item.titleView().get())},
+                      {"titleFade", titleFade(item.titleView().get())},
+                      {"back", backButton(front)},
+                      {"left", barItems(item.leftBarButtonItems())},
+                      {"right", barItems(item.rightBarButtonItems())}};
+}
+
+Value StateWriter::titleView(const platform::UIView* view) const {
+    if (const auto* picture = dynamic_cast<const platform::UIImageView*>(view); picture && picture->image()) {
+        return Dictionary{{"image", values_.image(picture->image())}};
+    }
+    if (const auto* label = dynamic_cast<const platform::UILabel*>(view)) {
+        return Dictionary{{"label", label->text().value_or("")}};
+    }
+    return nullptr;
+}
+
+double StateWriter::titleFade(const platform::UIView* view) {
+    return view && view->fade() ? view->fade()->seconds : 0;
+}
+
+Value StateWriter::backButton(const Front& front) const {
+    const auto& stack = front.navigation->viewControllers();
+    if (stack.size() < 2) return nullptr;
+    UIViewController& beneath = *stack[stack.size() - 2];
+    const auto& item = beneath.navigationItem()->backBarButtonItem();
+    Value title = item && item->title() ? Value(*item->title()) : titleOf(beneath);
+    if (title.isNil()) title = "";
+    return Dictionary{{"title", title}, {"image", item ? values_.image(item->image()) : Value()}};
+}
+
+Value StateWriter::barItems(const platform::UINavigationItem::Items& items) const {
+    Array array;
+    for (const auto& item : items) array.push_back(values_.barItem(*item));
+    return array;
+}
+
+}  // namespace settings
