@@ -14,7 +14,7 @@
 #include "platform/foundation/RunLoop.h"
 #include "platform/preferences/PSEditableListController.h"
 #include "settings/application/Application.h"
-#include "settings/application/Front.h"
+#include "settings/application/TopScreen.h"
 #include "settings/channels/JSON.h"
 #include "settings/channels/Session.h"
 
@@ -73,7 +73,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     {
         settings::Application application("/Library/PreferenceBundles/Absent.bundle", clock);
         application.start();
-        settings::Front::now().navigation->pushViewController_animated(std::make_shared<FuzzedList>(), false);
+        settings::TopScreen::now().navigation->pushViewController_animated(std::make_shared<FuzzedList>(),
+                                                                           false);
         settings::Session session(application, std::chrono::milliseconds(0));
         std::string_view lines(reinterpret_cast<const char*>(data), size);
         while (!lines.empty()) {

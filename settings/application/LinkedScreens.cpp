@@ -10,9 +10,10 @@ using platform::Array;
 using platform::PSCellType;
 using platform::PSSpecifier;
 
-std::vector<LinkedScreen> linkedScreens(const std::shared_ptr<platform::Bundle>& bundle, const Front& front) {
+std::vector<LinkedScreen> linkedScreens(const std::shared_ptr<platform::Bundle>& bundle,
+                                        const TopScreen& top) {
     std::vector<LinkedScreen> links;
-    const auto list = front.list();
+    const auto list = top.list();
     if (!bundle || !list) return links;
     const auto entries = bundle->infoDictionary().find("LinkedScreens");
     if (entries == bundle->infoDictionary().end() || entries->second.array() == nullptr) return links;

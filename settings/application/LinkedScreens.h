@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/foundation/Bundle.h"
-#include "settings/application/Front.h"
+#include "settings/application/TopScreen.h"
 
 namespace settings {
 
@@ -21,8 +21,9 @@ struct LinkedScreen {
     std::shared_ptr<platform::PSSpecifier> specifier;
 };
 
-/// The links of the screen in front: those that name its class and whose row is in its row list just now. An
+/// The links of the screen on top: those that name its class and whose row is in its row list just now. An
 /// entry that lacks one of the four texts is none. `bundle` may be null.
-std::vector<LinkedScreen> linkedScreens(const std::shared_ptr<platform::Bundle>& bundle, const Front& front);
+std::vector<LinkedScreen> linkedScreens(const std::shared_ptr<platform::Bundle>& bundle,
+                                        const TopScreen& top);
 
 }  // namespace settings

@@ -8,7 +8,7 @@
 
 #include "platform/foundation/Journal.h"
 #include "platform/foundation/RunLoop.h"
-#include "settings/application/Front.h"
+#include "settings/application/TopScreen.h"
 #include "settings/channels/JSON.h"
 #include "settings/commands/CommandAim.h"
 #include "settings/commands/Commands.h"
@@ -43,9 +43,9 @@ Result<RowWindow> windowOf(const CommandFields& fields, RowWindow window) {
 }
 
 std::optional<std::uint64_t> numberOnTop() {
-    const Front front = Front::now();
-    if (!front.screen) return std::nullopt;
-    return front.screen->number();
+    const TopScreen top = TopScreen::now();
+    if (!top.screen) return std::nullopt;
+    return top.screen->number();
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "settings/application/Front.h"
+#include "settings/application/TopScreen.h"
 
 namespace settings {
 
@@ -24,10 +24,10 @@ Outcome<void> checkAim(const CommandFields& fields) {
     if (!screen) return std::unexpected(screen.error());
     const auto presented = fields.optionalIndex("presented");
     if (!presented) return std::unexpected(presented.error());
-    const Front front = Front::now();
-    if (*screen && !isNumbered(front.screen, **screen))
+    const TopScreen top = TopScreen::now();
+    if (*screen && !isNumbered(top.screen, **screen))
         return stale("The screen " + std::to_string(**screen) + " is not on top any more.");
-    if (*presented && !isNumbered(front.presented, **presented))
+    if (*presented && !isNumbered(top.presented, **presented))
         return stale("What was presented as " + std::to_string(**presented) + " is not presented any more.");
     return {};
 }

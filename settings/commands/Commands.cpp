@@ -5,7 +5,7 @@
 #include <array>
 #include <string>
 
-#include "settings/application/Front.h"
+#include "settings/application/TopScreen.h"
 #include "settings/commands/PhoneCommands.h"
 #include "settings/commands/PickerCommands.h"
 #include "settings/commands/RowCommands.h"
@@ -74,7 +74,7 @@ Outcome<Dictionary> performCommand(Application& application, std::string_view na
                                    const CommandFields& fields) {
     const Command* command = find(name);
     if (!command) return platform::failure("There is no command \"" + std::string(name) + "\".");
-    if (command->whilePresented == WhilePresented::Refused && Front::now().presented) {
+    if (command->whilePresented == WhilePresented::Refused && TopScreen::now().presented) {
         return platform::failure("\"" + std::string(name) +
                                  "\" cannot be done while something is presented.");
     }

@@ -6,7 +6,7 @@
 #include "device/DatagramTransport.h"
 #include "platform/foundation/DarwinNotificationCenter.h"
 #include "platform/foundation/Device.h"
-#include "settings/application/Front.h"
+#include "settings/application/TopScreen.h"
 
 namespace settings {
 

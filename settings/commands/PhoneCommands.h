@@ -7,7 +7,7 @@
 
 namespace settings {
 
-/// What happens to the phone as a whole, whatever screen is in front.
+/// What happens to the phone as a whole, whatever screen is on top.
 
 /// Posts the Darwin notification "name", as another process would.
 Outcome<void> postNotification(Application& application, const CommandFields& fields);

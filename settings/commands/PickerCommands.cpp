@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "settings/application/Front.h"
 #include "settings/application/Pickers.h"
+#include "settings/application/TopScreen.h"
 
 namespace settings {
 
@@ -24,7 +24,7 @@ constexpr const char* noIdentifier = "\"identifier\" must be a text or null.";
 Outcome<void> pickTimeRow(Application& /*application*/, const CommandFields& fields) {
     const Result<std::int64_t> row = fields.integer("row");
     if (!row) return std::unexpected(row.error());
-    const auto picker = timePickerOf(Front::now().screen);
+    const auto picker = timePickerOf(TopScreen::now().screen);
     if (!picker) return failure(noTimePicker);
     if (!picker->rows->userTappedRowAtIndexPath({0, *row}))
         return failure("There is no row " + std::to_string(*row) + " to edit a time of.");
@@ -34,7 +34,7 @@ Outcome<void> pickTimeRow(Application& /*application*/, const CommandFields& fie
 Outcome<void> pickTime(Application& /*application*/, const CommandFields& fields) {
     const Result<std::string> time = fields.text("time");
     if (!time) return std::unexpected(time.error());
-    const auto picker = timePickerOf(Front::now().screen);
+    const auto picker = timePickerOf(TopScreen::now().screen);
     if (!picker) return failure(noTimePicker);
     const auto date = timeOfDayFormatter().dateFromString(*time);
     if (!date) return failure("\"" + *time + "\" is no time of day as \"5:00 PM\".");
@@ -50,7 +50,7 @@ Outcome<void> pickTone(Application& /*application*/, const CommandFields& fields
         if (!text) return failure(noIdentifier);
         identifier = std::move(*text);
     }
-    const auto picker = tonePickerOf(Front::now().screen);
+    const auto picker = tonePickerOf(TopScreen::now().screen);
     if (!picker) return failure(noTonePicker);
     return picker->userChoseTone(identifier);
 }

@@ -7,7 +7,7 @@
 
 namespace settings {
 
-/// What the user does to the picker of the screen in front. On a screen without that picker each is an error
+/// What the user does to the picker of the screen on top. On a screen without that picker each is an error
 /// that changes nothing.
 
 /// Selects the time picker's row "row", the time that the wheel moves from then on.

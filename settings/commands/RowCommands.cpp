@@ -7,8 +7,8 @@
 
 #include "platform/preferences/PSEditableListController.h"
 #include "platform/uikit/UIControl.h"
-#include "settings/application/Front.h"
 #include "settings/application/RowKeyText.h"
+#include "settings/application/TopScreen.h"
 
 namespace settings {
 
@@ -18,7 +18,7 @@ using platform::Result;
 
 namespace {
 
-/// A row of the list in front that is no group row.
+/// A row of the list on top that is no group row.
 struct Row {
     std::shared_ptr<platform::PSListController> list;
     std::int64_t index = 0;
@@ -41,7 +41,7 @@ Outcome<std::int64_t> indexOf(const CommandFields& fields, platform::PSListContr
 }
 
 Outcome<Row> rowOf(const CommandFields& fields) {
-    Row row{Front::now().list(), 0, {}, nullptr};
+    Row row{TopScreen::now().list(), 0, {}, nullptr};
     const Outcome<std::int64_t> index = indexOf(fields, row.list.get());
     if (!index) return std::unexpected(index.error());
     row.index = *index;
@@ -104,7 +104,8 @@ Outcome<void> deleteRow(Application& /*application*/, const CommandFields& field
 Outcome<void> editRows(Application& /*application*/, const CommandFields& fields) {
     const Result<bool> on = fields.boolean("on");
     if (!on) return std::unexpected(on.error());
-    const auto editable = std::dynamic_pointer_cast<platform::PSEditableListController>(Front::now().list());
+    const auto editable =
+        std::dynamic_pointer_cast<platform::PSEditableListController>(TopScreen::now().list());
     if (!editable) return failure("The rows of this screen cannot be edited.");
     editable->setEditing(*on);
     return {};

@@ -7,7 +7,7 @@
 
 namespace settings {
 
-/// What the user does to a row of the list in front. "row" is the row's index in the row list, "key" its key;
+/// What the user does to a row of the list on top. "row" is the row's index in the row list, "key" its key;
 /// with both the key decides. An index out of range, and a row that cannot be acted on so, are errors that
 /// change nothing; a key that no row has is stale.
 

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "platform/foundation/CaseInsensitive.h"
-#include "settings/application/Front.h"
 #include "settings/application/RowKeyText.h"
+#include "settings/application/TopScreen.h"
 
 namespace settings {
 
@@ -21,7 +21,7 @@ Outcome<Dictionary> findRows(Application& /*application*/, const CommandFields& 
     if (!text) return std::unexpected(text.error());
     // Every name holds it: whoever asks for that wants the list itself.
     if (text->empty()) return failure("\"text\" must not be empty.");
-    const auto list = Front::now().list();
+    const auto list = TopScreen::now().list();
     if (!list) return failure("This screen has no rows.");
 
     Array found;

@@ -10,8 +10,8 @@
 #include "platform/preferences/PSPlaceholderController.h"
 #include "platform/social/SLComposeViewController.h"
 #include "platform/uikit/UIAlertController.h"
-#include "settings/application/Front.h"
 #include "settings/application/LinkedScreens.h"
+#include "settings/application/TopScreen.h"
 
 namespace settings {
 
@@ -28,9 +28,9 @@ Outcome<void> pressBarButton(Application& /*application*/, const CommandFields& 
     if (*side != "left" && *side != "right") return failure(R"("side" must be "left" or "right".)");
     const Result<std::int64_t> number = fields.index("item");
     if (!number) return std::unexpected(number.error());
-    const Front front = Front::now();
-    if (!front.screen) return failure("There is no screen.");
-    const auto& navigationItem = *front.screen->navigationItem();
+    const TopScreen top = TopScreen::now();
+    if (!top.screen) return failure("There is no screen.");
+    const auto& navigationItem = *top.screen->navigationItem();
     const auto& items =
         *side == "left" ? navigationItem.leftBarButtonItems() : navigationItem.rightBarButtonItems();
     const auto position = static_cast<std::uint64_t>(*number);
@@ -48,8 +48,8 @@ Outcome<void> pressBarButton(Application& /*application*/, const CommandFields& 
 }
 
 Outcome<void> goBack(Application& /*application*/, const CommandFields& /*fields*/) {
-    const Front front = Front::now();
-    if (!front.navigation || !front.navigation->popViewControllerAnimated(true)) {
+    const TopScreen top = TopScreen::now();
+    if (!top.navigation || !top.navigation->popViewControllerAnimated(true)) {
         return failure("This screen has no back button.");
     }
     return {};
@@ -58,7 +58,7 @@ Outcome<void> goBack(Application& /*application*/, const CommandFields& /*fields
 Outcome<void> chooseAction(Application& /*application*/, const CommandFields& fields) {
     const Result<std::string> title = fields.text("action");
     if (!title) return std::unexpected(title.error());
-    const auto alert = std::dynamic_pointer_cast<UIAlertController>(Front::now().presented);
+    const auto alert = std::dynamic_pointer_cast<UIAlertController>(TopScreen::now().presented);
     if (!alert) return failure("No alert or sheet is presented.");
     const auto& actions = alert->actions();
     const auto action = std::ranges::find(actions, *title, &platform::UIAlertAction::title);
@@ -102,7 +102,7 @@ Result<void> endMail(MFMailComposeViewController& composer, const std::string& r
 Outcome<void> endComposer(Application& /*application*/, const CommandFields& fields) {
     const Result<std::string> result = fields.text("result");
     if (!result) return std::unexpected(result.error());
-    const auto presented = Front::now().presented;
+    const auto presented = TopScreen::now().presented;
     if (const auto mail = std::dynamic_pointer_cast<MFMailComposeViewController>(presented))
         return endMail(*mail, *result);
     if (const auto post = std::dynamic_pointer_cast<SLComposeViewController>(presented))
@@ -113,13 +113,13 @@ Outcome<void> endComposer(Application& /*application*/, const CommandFields& fie
 Outcome<void> openLink(Application& application, const CommandFields& fields) {
     const Result<std::int64_t> number = fields.index("item");
     if (!number) return std::unexpected(number.error());
-    const Front front = Front::now();
-    const auto links = linkedScreens(application.bundle(), front);
+    const TopScreen top = TopScreen::now();
+    const auto links = linkedScreens(application.bundle(), top);
     const auto position = static_cast<std::uint64_t>(*number);
     if (position >= links.size()) return failure("This screen has no link " + std::to_string(*number) + ".");
     const auto screen = platform::makeViewController(links[position].className);
     screen->setSpecifier(links[position].specifier);
-    front.navigation->pushViewController_animated(screen, true);
+    top.navigation->pushViewController_animated(screen, true);
     return {};
 }
 

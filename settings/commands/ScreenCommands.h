@@ -7,7 +7,7 @@
 
 namespace settings {
 
-/// What the user does to the screen in front outside its rows, and to what is presented above it. A button
+/// What the user does to the screen on top outside its rows, and to what is presented above it. A button
 /// that is not there is an error that changes nothing.
 
 /// Presses the bar button "item" (0 the outermost) of "side", "left" or "right".

@@ -24,19 +24,19 @@ struct Given {
     bool newSecret = false;
 };
 
-void addOptions(CLI::App& channel, Given& given) {
-    channel
+void addOptions(CLI::App& subcommand, Given& given) {
+    subcommand
         .add_option("--root", given.root,
                     "The phone's files: a directory, made and filled when it is not there")
         ->type_name("DIR");
-    channel
+    subcommand
         .add_option("--bundle", given.bundle,
                     "The bundle to open; without this the one that came with the program")
         ->type_name("DIR");
-    channel.add_option("--device", given.device, "How the phone is equipped; may be given again")
+    subcommand.add_option("--device", given.device, "How the phone is equipped; may be given again")
         ->type_name("KEY=VALUE")
         ->allow_extra_args(false);
-    channel.set_version_flag("--version", versionText);
+    subcommand.set_version_flag("--version", versionText);
 }
 
 EarlyEnd wrongUse(std::string reason) {
@@ -44,9 +44,10 @@ EarlyEnd wrongUse(std::string reason) {
     return {2, std::string(programName) + ": " + reason + "\n"};
 }
 
-std::expected<CommandLine, EarlyEnd> checked(Channel channel, const Given& given, const ProgramPaths& paths) {
+std::expected<CommandLine, EarlyEnd> checked(Subcommand subcommand, const Given& given,
+                                             const ProgramPaths& paths) {
     CommandLine line;
-    line.channel = channel;
+    line.subcommand = subcommand;
     line.port = given.port;
     line.newSecret = given.newSecret;
 
@@ -81,7 +82,7 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
         *program.add_subcommand("drive", "Takes commands as lines of JSON and answers each with a line");
     CLI::App& serve =
         *program.add_subcommand("serve", "Shows the screens in a browser, on this machine only");
-    for (CLI::App* channel : {&drive, &serve}) addOptions(*channel, given);
+    for (CLI::App* subcommand : {&drive, &serve}) addOptions(*subcommand, given);
     for (CLI::App* each : {&program, &drive, &serve})
         each->footer("Device keys:\n" + device::DeviceOptions::help());
     serve.add_option("--port", given.port, "The port to listen on; without this any free one")
@@ -107,7 +108,7 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
     } catch (const CLI::Error& error) {
         return std::unexpected(wrongUse(error.what()));
     }
-    return checked(serve.parsed() ? Channel::Serve : Channel::Drive, given, paths);
+    return checked(serve.parsed() ? Subcommand::Serve : Subcommand::Drive, given, paths);
 }
 
 }  // namespace settings

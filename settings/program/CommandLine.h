@@ -11,19 +11,19 @@
 
 namespace settings {
 
-/// The ways in which the program talks the screen protocol.
-enum class Channel { Drive, Serve };
+/// What the program is told to do: each talks the screen protocol over another channel.
+enum class Subcommand { Drive, Serve };
 
 /// What the command line asks for, checked.
 struct CommandLine {
-    Channel channel = Channel::Drive;
+    Subcommand subcommand = Subcommand::Drive;
     std::string rootDirectory;
     /// A directory that exists.
     std::string bundleDirectory;
     device::DeviceOptions device;
-    /// For Channel::Serve; 0 for any free one.
+    /// For Subcommand::Serve; 0 for any free one.
     std::uint16_t port = 0;
-    /// For Channel::Serve: whether pages that are still open from an earlier start are shut out.
+    /// For Subcommand::Serve: whether pages that are still open from an earlier start are shut out.
     bool newSecret = false;
 };
 

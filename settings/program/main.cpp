@@ -67,8 +67,8 @@ int run(int argumentCount, char** argumentValues) {
     application.start();
     // The start is over when the channel's loop runs.
     platform::dispatchMain(device::goOnWhenMemoryIsOut);
-    return line->channel == settings::Channel::Drive ? drive(application)
-                                                     : serve(application, **phone, paths, *line);
+    return line->subcommand == settings::Subcommand::Drive ? drive(application)
+                                                           : serve(application, **phone, paths, *line);
 }
 
 }  // namespace

@@ -33,22 +33,21 @@ Value specifierOf(const UIViewController& screen) {
 }  // namespace
 
 Dictionary StateWriter::state(RowWindow window) const {
-    const Front front = Front::now();
-    return {{"screen", screen(front, window)}, {"presented", presentedValue(front.presented)}};
+    const TopScreen top = TopScreen::now();
+    return {{"screen", screen(top, window)}, {"presented", presentedValue(top.presented)}};
 }
 
-Value StateWriter::screen(const Front& front, RowWindow window) const {
-    if (!front.screen) return nullptr;
-    UIViewController& screen = *front.screen;
+Value StateWriter::screen(const TopScreen& top, RowWindow window) const {
+    if (!top.screen) return nullptr;
+    UIViewController& screen = *top.screen;
     // A screen's view is loaded before it is looked at: that is when a screen builds its rows.
     screen.view();
     Array stack;
-    for (const auto& below : front.navigation->viewControllers())
-        stack.emplace_back(below->getClass().name());
+    for (const auto& below : top.navigation->viewControllers()) stack.emplace_back(below->getClass().name());
 
     std::int64_t count = 0;
     Array rows;
-    if (const auto list = front.list()) {
+    if (const auto list = top.list()) {
         count = static_cast<std::int64_t>(list->specifiers()->size());
         const RowWriter writer(values_, *list);
         const std::int64_t from = std::min(window.from, count);
@@ -60,34 +59,34 @@ Value StateWriter::screen(const Front& front, RowWindow window) const {
                       {"class", screen.getClass().name()},
                       {"title", titleOf(screen)},
                       {"specifier", specifierOf(screen)},
-                      {"links", links(front)},
+                      {"links", links(top)},
                       {"stack", std::move(stack)},
-                      {"modals", front.modals},
-                      {"bar", bar(front)},
+                      {"modals", top.modals},
+                      {"bar", bar(top)},
                       {"editing", screen.isEditing()},
                       {"count", count},
                       {"rows", std::move(rows)},
-                      {"pane", timePickerValue(front.screen)},
-                      {"tones", tonePickerValue(front.screen)}};
+                      {"pane", timePickerValue(top.screen)},
+                      {"tones", tonePickerValue(top.screen)}};
 }
 
-Value StateWriter::links(const Front& front) const {
+Value StateWriter::links(const TopScreen& top) const {
     Array links;
-    for (const LinkedScreen& link : linkedScreens(application_.bundle(), front)) {
+    for (const LinkedScreen& link : linkedScreens(application_.bundle(), top)) {
         links.emplace_back(Dictionary{{"title", link.title}, {"class", link.className}});
     }
     return links;
 }
 
-Value StateWriter::bar(const Front& front) const {
-    const auto& bar = *front.navigation->navigationBar();
-    const auto& item = *front.screen->navigationItem();
+Value StateWriter::bar(const TopScreen& top) const {
+    const auto& bar = *top.navigation->navigationBar();
+    const auto& item = *top.screen->navigationItem();
     return Dictionary{{"tint", values_.colour(bar.tintColor())},
                       {"barTint", values_.colour(bar.barTintColor())},
                       {"statusBarStyle", platform::UIApplication::sharedApplication().statusBarStyle()},
                       {"titleView", titleView(item.titleView().get())},
                       {"titleFade", titleFade(item.titleView().get())},
-                      {"back", backButton(front)},
+                      {"back", backButton(top)},
                       {"left", barItems(item.leftBarButtonItems())},
                       {"right", barItems(item.rightBarButtonItems())}};
 }
@@ -106,8 +105,8 @@ double StateWriter::titleFade(const platform::UIView* view) {
     return view && view->fade() ? view->fade()->seconds : 0;
 }
 
-Value StateWriter::backButton(const Front& front) const {
-    const auto& stack = front.navigation->viewControllers();
+Value StateWriter::backButton(const TopScreen& top) const {
+    const auto& stack = top.navigation->viewControllers();
     if (stack.size() < 2) return nullptr;
     UIViewController& beneath = *stack[stack.size() - 2];
     const auto& item = beneath.navigationItem()->backBarButtonItem();

@@ -6,7 +6,7 @@
 
 #include "platform/foundation/Value.h"
 #include "settings/application/Application.h"
-#include "settings/application/Front.h"
+#include "settings/application/TopScreen.h"
 #include "settings/state/ScreenValues.h"
 
 namespace settings {
@@ -31,13 +31,13 @@ class StateWriter {
     platform::Dictionary state(RowWindow window) const;
 
   private:
-    platform::Value screen(const Front& front, RowWindow window) const;
-    platform::Value links(const Front& front) const;
-    platform::Value bar(const Front& front) const;
+    platform::Value screen(const TopScreen& top, RowWindow window) const;
+    platform::Value links(const TopScreen& top) const;
+    platform::Value bar(const TopScreen& top) const;
     platform::Value titleView(const platform::UIView* view) const;
     /// The seconds that it takes to fade in, 0 without a fade.
     static double titleFade(const platform::UIView* view);
-    platform::Value backButton(const Front& front) const;
+    platform::Value backButton(const TopScreen& top) const;
     platform::Value barItems(const platform::UINavigationItem::Items& items) const;
 
     Application& application_;

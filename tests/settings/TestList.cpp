@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "settings/application/Front.h"
+#include "settings/application/TopScreen.h"
 
 namespace fixtures {
 
@@ -32,7 +32,7 @@ std::shared_ptr<PSSpecifier> plainRow(const std::string& name, platform::PSCellT
 Desk::Desk() : list(std::make_shared<TestList>()) {
     list->setRows({});
     application.start();
-    settings::Front::now().navigation->pushViewController_animated(list, false);
+    settings::TopScreen::now().navigation->pushViewController_animated(list, false);
 }
 
 Value Desk::answer(settings::Session& by, const std::string& line) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The only translation unit that includes the HTTP and WebSocket library, which costs each one many seconds
-// to compile; Channel.h, HTTPMessages.h, PageStream.h and SoundRequests.h are parts of it.
+// to compile; WebSocketConnection.h, HTTPMessages.h, PageStream.h and SoundRequests.h are parts of it.
 #include "settings/channels/server/Server.h"
 
 #include <fcntl.h>
@@ -31,7 +31,6 @@
 #include <utility>
 #include <variant>
 
-#include "settings/channels/server/Channel.h"
 #include "settings/channels/server/Descriptors.h"
 #include "settings/channels/server/FirstMessage.h"
 #include "settings/channels/server/HTTPMessages.h"
@@ -40,6 +39,7 @@
 #include "settings/channels/server/Responder.h"
 #include "settings/channels/server/Secret.h"
 #include "settings/channels/server/SoundRequests.h"
+#include "settings/channels/server/WebSocketConnection.h"
 
 namespace settings::server {
 
@@ -107,12 +107,12 @@ class Server::Core {
     std::uint16_t port() const { return port_; }
     const std::string& secret() const { return secret_; }
 
-    /// Runs an action on a channel on the server's thread, if it is still there by then.
+    /// Runs an action on a socket on the server's thread, if it is still there by then.
     template <class Action>
-    void withChannel(ConnectionId connection, Action action) {
+    void withSocket(ConnectionId connection, Action action) {
         asio::post(io_, [this, connection, action = std::move(action)]() mutable {
-            const auto found = channels_.find(connection);
-            if (found != channels_.end()) action(*found->second);
+            const auto found = sockets_.find(connection);
+            if (found != sockets_.end()) action(*found->second);
         });
     }
 
@@ -152,7 +152,7 @@ class Server::Core {
                 ended = io_.stopped();
             }
         }
-        for (const auto& [connection, channel] : std::exchange(channels_, {})) {
+        for (const auto& [connection, socket] : std::exchange(sockets_, {})) {
             if (!closed_.erase(connection)) tellClosed(connection);
         }
     }
@@ -161,10 +161,10 @@ class Server::Core {
         stopping_ = true;
         error_code ignored;
         acceptor_.close(ignored);
-        if (channels_.empty()) return io_.stop();
-        for (const auto& [connection, channel] : channels_) {
-            channel->close(websocket::close_code::going_away);
-            channel->forgetUntaken();
+        if (sockets_.empty()) return io_.stop();
+        for (const auto& [connection, socket] : sockets_) {
+            socket->close(websocket::close_code::going_away);
+            socket->forgetUntaken();
         }
         stopDeadline_.expires_after(options_.limits.closeTimeout);
         stopDeadline_.async_wait([this](error_code error) {
@@ -233,8 +233,8 @@ class Server::Core {
             if (std::holds_alternative<AcceptWebSocket>(answer)) {
                 const Message request = parser.release();
                 stream.expires_never();
-                const auto channel = std::make_shared<Channel>(std::move(stream), options_.limits);
-                co_await converse(channel, request, place);
+                const auto socket = std::make_shared<WebSocketConnection>(std::move(stream), options_.limits);
+                co_await converse(socket, request, place);
                 co_return;
             }
             if (const auto* wanted = std::get_if<AskForSound>(&answer))
@@ -261,49 +261,50 @@ class Server::Core {
         }
     }
 
-    asio::awaitable<void> converse(std::shared_ptr<Channel> channel, const Message& request,
+    asio::awaitable<void> converse(std::shared_ptr<WebSocketConnection> socket, const Message& request,
                                    Places::Place& place) {
-        place.setLeave([leaving = std::weak_ptr(channel)] {
+        place.setLeave([leaving = std::weak_ptr(socket)] {
             if (const auto self = leaving.lock()) self->cutOff();
         });
-        if (!co_await channel->accept(request) || stopping_) co_return;
+        if (!co_await socket->accept(request) || stopping_) co_return;
         place.set(Activity::Idle);
-        channel->expectSecret(options_.limits.strangerTimeout);
-        if (const auto refusal = co_await letIn(*channel, place)) {
-            channel->close(*refusal);
-            co_await channel->readAll([](const std::string&) {});
-            channel->cutOff();
+        socket->expectSecret(options_.limits.strangerTimeout);
+        if (const auto refusal = co_await letIn(*socket, place)) {
+            socket->close(*refusal);
+            co_await socket->readAll([](const std::string&) {});
+            socket->cutOff();
             co_return;
         }
-        if (stopping_) co_return channel->cutOff();
-        channel->isLetIn();
+        if (stopping_) co_return socket->cutOff();
+        socket->isLetIn();
         const ConnectionId connection = ++lastConnection_;
-        channels_.emplace(connection, channel);
+        sockets_.emplace(connection, socket);
         try {
             handler_.opened(connection);
-            co_await channel->readAll(
+            co_await socket->readAll(
                 [this, connection](std::string text) { handler_.received(connection, std::move(text)); });
-            channel->cutOff();
+            socket->cutOff();
         } catch (...) {
-            channel->cutOff();
-            channel->forgetUntaken();
+            socket->cutOff();
+            socket->forgetUntaken();
         }
         closed_.insert(connection);
         tellClosed(connection);
         // What it has left behind keeps its place, or coming and going would be a way around the bound.
-        co_await channel->untilAllTaken();
+        co_await socket->untilAllTaken();
         closed_.erase(connection);
-        channels_.erase(connection);
-        if (stopping_ && channels_.empty()) io_.stop();
+        sockets_.erase(connection);
+        if (stopping_ && sockets_.empty()) io_.stop();
     }
 
     /// Nothing once the client has shown the secret, else why it has to go.
-    asio::awaitable<std::optional<websocket::close_reason>> letIn(Channel& channel, Places::Place& place) {
+    asio::awaitable<std::optional<websocket::close_reason>> letIn(WebSocketConnection& socket,
+                                                                  Places::Place& place) {
         const websocket::close_reason wrongSecret(4401);
-        auto message = parseFirstMessage(co_await channel.readFirst(FirstMessage::longest));
+        auto message = parseFirstMessage(co_await socket.readFirst(FirstMessage::longest));
         if (message && message->kind == FirstMessage::Kind::Prove) {
-            channel.send("{\"proof\":\"" + proofOf(secret_, message->text) + "\"}");
-            message = parseFirstMessage(co_await channel.readFirst(FirstMessage::longest));
+            socket.send("{\"proof\":\"" + proofOf(secret_, message->text) + "\"}");
+            message = parseFirstMessage(co_await socket.readFirst(FirstMessage::longest));
         }
         if (!message || message->kind != FirstMessage::Kind::Secret || !isSecret(message->text, secret_))
             co_return wrongSecret;
@@ -330,8 +331,8 @@ class Server::Core {
     asio::io_context io_{1};
     tcp::acceptor acceptor_{io_};
     asio::steady_timer stopDeadline_{io_};
-    std::map<ConnectionId, std::shared_ptr<Channel>> channels_;
-    /// Those of the channels that have ended, with messages that were not taken yet.
+    std::map<ConnectionId, std::shared_ptr<WebSocketConnection>> sockets_;
+    /// Those of the sockets that have ended, with messages that were not taken yet.
     std::set<ConnectionId> closed_;
     SoundRequests sounds_{io_, handler_, options_.limits.soundTimeout};
     std::thread thread_;
@@ -356,12 +357,13 @@ std::uint16_t Server::port() const {
 }
 
 void Server::send(ConnectionId connection, std::string text) {
-    core_->withChannel(connection,
-                       [text = std::move(text)](Channel& channel) mutable { channel.send(std::move(text)); });
+    core_->withSocket(connection, [text = std::move(text)](WebSocketConnection& socket) mutable {
+        socket.send(std::move(text));
+    });
 }
 
 void Server::taken(ConnectionId connection, std::size_t bytes) {
-    core_->withChannel(connection, [bytes](Channel& channel) { channel.taken(bytes); });
+    core_->withSocket(connection, [bytes](WebSocketConnection& socket) { socket.taken(bytes); });
 }
 
 void Server::giveSound(SoundRequestId request, platform::Result<platform::ToneSound> sound) {
@@ -369,7 +371,8 @@ void Server::giveSound(SoundRequestId request, platform::Result<platform::ToneSo
 }
 
 void Server::close(ConnectionId connection) {
-    core_->withChannel(connection, [](Channel& channel) { channel.close(websocket::close_code::normal); });
+    core_->withSocket(connection,
+                      [](WebSocketConnection& socket) { socket.close(websocket::close_code::normal); });
 }
 
 }  // namespace settings::server

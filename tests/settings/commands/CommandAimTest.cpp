@@ -5,7 +5,7 @@
 
 #include "platform/preferences/PSEditableListController.h"
 #include "platform/uikit/UIAlertController.h"
-#include "settings/application/Front.h"
+#include "settings/application/TopScreen.h"
 #include "tests/settings/TestList.h"
 
 namespace {
@@ -83,7 +83,7 @@ TEST_F(CommandAim, screens_haveANumberOfTheirOwnEachTime) {
     EXPECT_EQ(screen(), first);
     const auto other = std::make_shared<fixtures::TestList>();
     other->setRows({});
-    settings::Front::now().navigation->pushViewController_animated(other, false);
+    settings::TopScreen::now().navigation->pushViewController_animated(other, false);
     const Value second = screen();
     EXPECT_NE(second, first);
     send("back");
@@ -130,7 +130,7 @@ TEST_F(CommandAim, screenThatWasLeft_isStaleAndTheOneBeneathIsNot) {
     const Value beneath = screen();
     const auto other = std::make_shared<fixtures::TestList>();
     other->setRows({});
-    settings::Front::now().navigation->pushViewController_animated(other, false);
+    settings::TopScreen::now().navigation->pushViewController_animated(other, false);
     const Value left = screen();
     EXPECT_EQ(send("back", {{"screen", left}})["ok"], Value(true));
     EXPECT_TRUE(isStale("back", {{"screen", left}})) << "the second of two quick presses";
@@ -210,7 +210,7 @@ TEST_F(CommandAim, keyThatNoRowHas_isStale) {
 }
 
 TEST_F(CommandAim, keyOnAScreenWithoutRows_isStale) {
-    settings::Front::now().navigation->pushViewController_animated(
+    settings::TopScreen::now().navigation->pushViewController_animated(
         std::make_shared<platform::UIViewController>(), false);
     EXPECT_TRUE(isStale("tap", {{"key", "1"}}));
     EXPECT_TRUE(isMistake("tap", {{"row", 1}}));
@@ -231,7 +231,7 @@ TEST_F(CommandAim, keyOfAnotherScreensRow_isStale) {
     const Value beneath = keyOf("A");
     const auto other = std::make_shared<fixtures::TestList>();
     other->setRows({button("A")});
-    settings::Front::now().navigation->pushViewController_animated(other, false);
+    settings::TopScreen::now().navigation->pushViewController_animated(other, false);
     EXPECT_NE(keyOf("A"), beneath);
     EXPECT_TRUE(isStale("tap", {{"key", beneath}}));
 }

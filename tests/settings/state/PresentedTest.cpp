@@ -4,7 +4,7 @@
 #include "platform/messageui/MFMailComposeViewController.h"
 #include "platform/social/SLComposeViewController.h"
 #include "platform/uikit/UIAlertView.h"
-#include "settings/application/Front.h"
+#include "settings/application/TopScreen.h"
 #include "settings/state/PresentedWriter.h"
 #include "tests/settings/TestList.h"
 
@@ -109,7 +109,7 @@ TEST(Presented, alertWithoutButtons_isAnActivityThatOnlyTheProgramCloses) {
     platform::UIAlertView activity("Resetting", "Wait.", nullptr, std::nullopt, {});
     activity.show();
     EXPECT_EQ(desk.answer(R"({"do":"state"})")["state"]["presented"],
-              Value(Dictionary{{"id", settings::Front::now().presented->number()},
+              Value(Dictionary{{"id", settings::TopScreen::now().presented->number()},
                                {"kind", "activity"},
                                {"title", "Resetting"},
                                {"message", "Wait."},

@@ -10,9 +10,9 @@
 
 namespace settings {
 
-/// What the user has before him just now. Holds what it names, so it is asked for anew with each use and
-/// never kept.
-struct Front {
+/// The screen that the user has before him just now, with what is presented above it and the navigation that
+/// it stands in. Holds what it names, so it is asked for anew with each use and never kept. Main thread.
+struct TopScreen {
     /// The topmost navigation controller; null before the window has one.
     std::shared_ptr<platform::UINavigationController> navigation;
     /// The screen on top of its stack; null when the stack is empty.
@@ -22,7 +22,7 @@ struct Front {
     /// How many of the navigation controllers are presented ones.
     std::size_t modals = 0;
 
-    static Front now();
+    static TopScreen now();
     /// The screen as a list of rows; null for a screen of another kind.
     std::shared_ptr<platform::PSListController> list() const;
 };

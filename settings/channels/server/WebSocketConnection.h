@@ -23,9 +23,9 @@ namespace settings::server {
 
 /// One WebSocket: what it takes in and no faster than that is dealt with, its queue of messages to send, and
 /// its end. Lives on the server's thread.
-class Channel : public std::enable_shared_from_this<Channel> {
+class WebSocketConnection : public std::enable_shared_from_this<WebSocketConnection> {
   public:
-    Channel(beast::tcp_stream stream, const ServerLimits& limits)
+    WebSocketConnection(beast::tcp_stream stream, const ServerLimits& limits)
         : stream_(std::move(stream), limits.closeTimeout),
           deadline_(stream_.get_executor()),
           silence_(stream_.get_executor()),
@@ -53,8 +53,8 @@ class Channel : public std::enable_shared_from_this<Channel> {
     /// Begins the time that the client has to show the secret; isLetIn() ends it.
     void expectSecret(std::chrono::milliseconds patience) {
         deadline_.expires_after(patience);
-        deadline_.async_wait([channel = weak_from_this()](error_code error) {
-            const auto self = channel.lock();
+        deadline_.async_wait([weak = weak_from_this()](error_code error) {
+            const auto self = weak.lock();
             if (!error && self && !self->letIn_) self->close(websocket::close_code::policy_error);
         });
     }
@@ -130,8 +130,8 @@ class Channel : public std::enable_shared_from_this<Channel> {
         taken_.cancel();
         closeReason_ = reason;
         deadline_.expires_after(limits_.closeTimeout);
-        deadline_.async_wait([channel = weak_from_this()](error_code error) {
-            const auto self = channel.lock();
+        deadline_.async_wait([weak = weak_from_this()](error_code error) {
+            const auto self = weak.lock();
             if (!error && self) self->cutOff();
         });
         if (queue_.empty()) sendClose();
@@ -154,8 +154,8 @@ class Channel : public std::enable_shared_from_this<Channel> {
 
     void watchSilence() {
         silence_.expires_after(limits_.idleTimeout / 2);
-        silence_.async_wait([channel = weak_from_this()](error_code error) {
-            const auto self = channel.lock();
+        silence_.async_wait([weak = weak_from_this()](error_code error) {
+            const auto self = weak.lock();
             if (!error && self && !self->closing_) self->wasSilent();
         });
     }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "settings/application/Front.h"
+#include "settings/application/TopScreen.h"
 
 #include "platform/uikit/UIApplication.h"
 
@@ -27,22 +27,22 @@ std::vector<std::shared_ptr<UIViewController>> presentationChain() {
 
 }  // namespace
 
-Front Front::now() {
-    Front front;
+TopScreen TopScreen::now() {
+    TopScreen top;
     for (const auto& shown : presentationChain()) {
         const auto navigation = std::dynamic_pointer_cast<UINavigationController>(shown);
-        if (!front.navigation && !navigation && !front.presented) front.presented = shown;
+        if (!top.navigation && !navigation && !top.presented) top.presented = shown;
         if (!navigation) continue;
-        if (!front.navigation) {
-            front.navigation = navigation;
-            front.screen = navigation->topViewController();
+        if (!top.navigation) {
+            top.navigation = navigation;
+            top.screen = navigation->topViewController();
         }
-        if (navigation->presentingViewController()) ++front.modals;
+        if (navigation->presentingViewController()) ++top.modals;
     }
-    return front;
+    return top;
 }
 
-std::shared_ptr<PSListController> Front::list() const {
+std::shared_ptr<PSListController> TopScreen::list() const {
     return std::dynamic_pointer_cast<PSListController>(screen);
 }
 
