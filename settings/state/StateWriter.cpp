@@ -7,6 +7,7 @@
 
 #include "platform/uikit/UIApplication.h"
 #include "settings/application/LinkedScreens.h"
+#include "settings/application/ListedServices.h"
 #include "settings/state/PickerWriter.h"
 #include "settings/state/PresentedWriter.h"
 #include "settings/state/RowWriter.h"
@@ -28,6 +29,20 @@ Value titleOf(UIViewController& screen) {
 Value specifierOf(const UIViewController& screen) {
     const auto* opened = dynamic_cast<const platform::PSViewController*>(&screen);
     return opened ? ScreenValues::specifier(opened->specifier()) : Value();
+}
+
+Value nameOf(ListedService service) {
+    switch (service) {
+        case ListedService::Calendars:
+            return "calendars";
+        case ListedService::Networks:
+            return "networks";
+        case ListedService::Tones:
+            return "tones";
+        case ListedService::None:
+            break;
+    }
+    return nullptr;
 }
 
 }  // namespace
@@ -60,6 +75,7 @@ Value StateWriter::screen(const TopScreen& top, RowWindow window) const {
                       {"title", titleOf(screen)},
                       {"specifier", specifierOf(screen)},
                       {"links", links(top)},
+                      {"missing", nameOf(missingService(application_.bundle(), top))},
                       {"stack", std::move(stack)},
                       {"modals", top.modals},
                       {"bar", bar(top)},

@@ -102,6 +102,7 @@ class Calendars(ConditionsTest):
         self.assertEqual(home["identifier"], "Home/family")
         self.assertNotEqual(home["identifier"], cloud["identifier"])
         self.assertEqual(drive.rows[8]["identifier"], "CopyRightHeader")
+        self.assertIsNone(drive.screen["missing"])
 
     def test_identifiers_outliveARestartAndARenaming(self):
         first = [row["identifier"] for row in self.open_picker().rows]
@@ -159,6 +160,7 @@ class Calendars(ConditionsTest):
         drive.tap(drive.row(name="Work"))
         drive.tap(drive.row(name="Calendar"))
         self.assertEqual([row["identifier"] for row in drive.rows if row["kind"] != 0], ["allDayEventsIgnored"])
+        self.assertEqual(drive.screen["missing"], "calendars")
         self.assertIn(self.calendars, drive.errors())
 
     def test_newProfile_isNotStored(self):
@@ -233,11 +235,13 @@ class Networks(ConditionsTest):
         drive.tap(drive.row(name="Work"))
         drive.tap(drive.row(identifier="wifiNetworks"))
         self.assertEqual([row["identifier"] for row in drive.rows], ["CopyRightHeader"])
+        self.assertEqual(drive.screen["missing"], "networks")
         self.assertNotIn(os.path.basename(KNOWN_NETWORKS), drive.errors())
         self.write(drive, KNOWN_NETWORKS, [{"SSID": "Attic"}, {"SSID": b"caf\xe9"}])
         drive.back()
         drive.tap(drive.row(identifier="wifiNetworks"))
         self.assertEqual(drive.names()[:-1], ["Attic", "caf\\xE9"])
+        self.assertIsNone(drive.screen["missing"])
         drive.set(drive.row(name="caf\\xE9"), True)
         self.assertEqual(self.saved(drive)["wifiNetworks"], ["caf\\xE9"])
 
@@ -288,6 +292,9 @@ class Tones(ConditionsTest):
         self.assertEqual(names, {"texttone:Calendar Alert": "Calendar Alert", "texttone:Chord": "Chord",
                                  "texttone:message-new-instant": "Message New Instant"})
 
+    def test_tonesThatAreThere_areNotMissing(self):
+        self.assertIsNone(self.open_picker().screen["missing"])
+
     def test_withoutATone_theCalendarAlertIsSelected(self):
         self.assertEqual(self.open_picker().screen["tones"]["selected"], "texttone:Calendar Alert")
 
@@ -335,6 +342,7 @@ class Tones(ConditionsTest):
     def test_noSuperclass_isLoggedAndLeavesAnEmptyScreen(self):
         drive = self.open_picker({"toneController": "none"})
         self.assertIsNone(drive.screen["tones"])
+        self.assertEqual(drive.screen["missing"], "tones")
         self.assertFalse(drive.attempt("pickTone", identifier="texttone:Chord")["ok"])
         self.assertIn("############ ALERT NO SUPER TONE CONTROLLER CLASS #################", drive.errors())
         drive.back()

@@ -137,12 +137,13 @@ export class MockPhone {
         const calendar = (name) => row(1, name, { ...each, properties: { iconImage: { swatch: colours[name.length % 4] } } });
         const ahead = toggle('Ignore All Day Events', true, { ...each, cellClass: 'SampleSwitchCell', properties: { footerText: 'When turned on, all-day events do not count.' } });
         const rows = [ahead, ...Object.entries(groups).flatMap(([title, names]) => [group(title), ...names.map(calendar)]), group(null, 'Version 1.0. Sample Go © 2026 Sample')];
-        return { class: 'QuietrixCalendarsController', title: 'Calendar', bar: () => bar({ titleView: null, right: [] }), rows: () => rows };
+        const missing = Object.values(groups).flat().length === 0 ? 'calendars' : null;
+        return { class: 'SampleCalendarsController', title: 'Calendar', bar: () => bar({ titleView: null, right: [] }), rows: () => rows, missing };
     }
 
     networks(names = ['Office', 'Home 5 GHz']) {
         const rows = [...names.map((name) => toggle(name, false)), group(null, 'Version 1.0. Sample Go © 2026 Sample')];
-        return { class: 'QuietrixWifiController', title: 'WiFi Networks', bar: () => bar({ titleView: null, right: [] }), rows: () => rows };
+        return { class: 'SampleNetworksController', title: 'WiFi Networks', bar: () => bar({ titleView: null, right: [] }), rows: () => rows, missing: names.length === 0 ? 'networks' : null };
     }
 
     /** The event-status picker: rows that a label of their own says in the colour of the product. */
@@ -156,7 +157,7 @@ export class MockPhone {
     }
 
     /** A tone screen whose system has none to show. */
-    toneless() { return { class: 'QuietrixAlertToneController', title: 'Alert Tone', bar: () => bar({ titleView: null, right: [] }), rows: () => [] }; }
+    toneless() { return { class: 'SampleToneController', title: 'Alert Tone', bar: () => bar({ titleView: null, right: [] }), rows: () => [], missing: 'tones' }; }
 
     /** Puts other screens in place of the stack, as the start of a scene. */
     show(...screens) { this.levels = [screens]; this.presented = null; this.changed(); }
@@ -209,7 +210,7 @@ export class MockPhone {
             protocol: 1, revision: this.revision, events: [], device: this.device, presented: this.presented && { id: this.number(this.presented), ...this.presented },
             screen: {
                 id: this.number(screen), class: screen.class, title: screen.title, specifier: null, links: screen.links ?? [], stack: screens.map((entry) => entry.class), modals: this.levels.length - 1,
-                bar: fullBar, editing: this.editing, count: rows.length, rows: rows.slice(from, from + count), pane: screen.pane ?? null, tones: screen.tones ?? null,
+                bar: fullBar, editing: this.editing, count: rows.length, rows: rows.slice(from, from + count), pane: screen.pane ?? null, tones: screen.tones ?? null, missing: screen.missing ?? null,
             },
         };
     }

@@ -55,6 +55,10 @@ export interface Bar {
 export interface Pane { rows: readonly string[]; selected: number; tag: number; time: string | null }
 export interface Tones { selected: string | null; noneAtTop: boolean; list: readonly { identifier: string; name: string }[] }
 
+/** What a screen may list that comes from the device. */
+export const services = ['calendars', 'networks', 'tones'] as const;
+export type Service = typeof services[number];
+
 export interface Screen {
     /** Tells this screen from every other one; null where the application does not number them. */
     id: number | null;
@@ -69,6 +73,8 @@ export interface Screen {
     rows: readonly Row[];
     pane: Pane | null;
     tones: Tones | null;
+    /** What the screen lists of the device's and has nothing of; null where it lacks nothing. */
+    missing: Service | null;
 }
 
 export interface Action { title: string; style: string }
@@ -219,6 +225,7 @@ function screen(value: unknown): Screen | null {
         rows,
         pane: pane(source['pane']),
         tones: tones(source['tones']),
+        missing: services.find((service) => service === source['missing']) ?? null,
     };
 }
 

@@ -188,6 +188,12 @@ class Screens(DriveTest):
         self.assertEqual(drive.names(), ["carried"])
         self.assertEqual(drive.screen["links"], [])
 
+    def test_missing_isWhatThisScreenListsAndHasNothingOf(self):
+        drive = self.open()
+        self.assertIsNone(drive.screen["missing"])
+        drive.do("link", item=0)
+        self.assertEqual(drive.screen["missing"], "networks")
+
     def test_alert_holdsEverythingElseBack(self):
         drive = self.open()
         drive.tap(drive.row(identifier="alert"))
