@@ -28,6 +28,11 @@ class QuietrixTest(unittest.TestCase):
     PROGRAM = ""
     BUNDLE = ""
 
+    def version_notice(self):
+        """What the footers begin with: the version that the bundle tells, and the product's name."""
+        with open(os.path.join(self.BUNDLE, "Quietrix.plist"), "rb") as file:
+            return f"Version {plistlib.load(file)['Version']}. Quietrix Go "
+
     def start(self, **options):
         """A phone as it is found at its root."""
         drive = Drive(self.PROGRAM, self.BUNDLE, **options)

@@ -90,7 +90,7 @@ class Rows(EditorTest):
         self.assertEqual(rows[21]["userInfo"], {"keys": ["profile"]})
         self.assertEqual(rows[23]["userInfo"], {"keys": ["calendars", "profile"]})
         self.assertEqual(rows[13]["detailText"], "Calendar Alert")
-        self.assertTrue(rows[24]["properties"]["footerText"].startswith("Version 1.4.2. Quietrix Go "))
+        self.assertTrue(rows[24]["properties"]["footerText"].startswith(self.version_notice()))
 
     def test_hoursRow_hasItsFourLabels(self):
         drive = self.edit(work())

@@ -42,7 +42,7 @@ class Rows(MiscTest):
                           ("Report Problem", 13, "report", "emailLogFile:")])
         self.assertEqual(drive.rows[1]["properties"], {"isDestructive": True})
         self.assertEqual(drive.rows[3]["properties"], {"iconImage": "email", "isDestructive": False})
-        self.assertTrue(drive.rows[2]["properties"]["footerText"].startswith("Version 1.4.2. Quietrix Go "))
+        self.assertTrue(drive.rows[2]["properties"]["footerText"].startswith(self.version_notice()))
 
     def test_questions_areAsDeclared(self):
         drive = self.misc()
@@ -168,7 +168,7 @@ class Report(MiscTest):
         self.assertEqual(mail["to"], ["support@velmora.com"])
         lines = mail["body"].split("\n")
         self.assertEqual(lines[:3], [FIRST_LINE, "Serial number: F17", "Phone9,1 with iOS:11.4, UDID:00aa."])
-        self.assertTrue(lines[3].startswith("Version 1.4.2. Quietrix Go "))
+        self.assertTrue(lines[3].startswith(self.version_notice()))
         self.assertEqual(len(lines), 4)
         self.assertEqual([(entry["name"], entry["type"], entry["bytes"]) for entry in mail["attachments"]],
                          [("velmora.log", "mime", 23)])

@@ -54,7 +54,7 @@ class RootList(QuietrixTest):
                          (SWITCH, "setPreferenceValue:specifier:", "preferenceValue:", "QXSwitchCell", None))
         self.assertEqual(switch["onTint"], {"pattern": "nav", "alpha": 1})
         self.assertEqual(about["identifier"], "CopyRightHeader")
-        self.assertTrue(about["properties"]["footerText"].startswith("Version 1.4.2. Quietrix Go "))
+        self.assertTrue(about["properties"]["footerText"].startswith(self.version_notice()))
         self.assertEqual((misc["identifier"], misc["detail"], misc["properties"], misc["accessory"]),
                          ("Miscellaneous", "QuietrixMiscController", {"iconImage": "Misc"}, 1))
 

@@ -203,7 +203,7 @@ def load_property_list(path: Path, report: Report) -> dict:
 
 def check_property_lists(bundles: dict[str, Path], report: Report) -> None:
     expected = {
-        bundles["plug-in"] / "Quietrix.plist": {"Version": "1.4.2"},
+        bundles["plug-in"] / "Quietrix.plist": {},
         bundles["plug-in"] / "Info.plist": {
             "CFBundleIdentifier": "com.velmora.QuietrixPreferences",
             "CFBundleName": "QuietrixPreferences",
@@ -225,6 +225,13 @@ def check_property_lists(bundles: dict[str, Path], report: Report) -> None:
             found = content.get(key)
             report.check(
                 type(found) is type(value) and found == value, f"{path}: {key} is {found!r}, not {value!r}"
+            )
+        if path.name == "Quietrix.plist":
+            # The one place where it stands: every other takes it from there.
+            version = content.get("Version")
+            report.check(
+                isinstance(version, str) and re.fullmatch(r"\d+\.\d+\.\d+", version) is not None,
+                f"{path}: Version is {version!r}, not a text of three numbers",
             )
         if path.name == "Info.plist":
             declared = content.get("CFBundleLocalizations", [])

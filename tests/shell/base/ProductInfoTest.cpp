@@ -17,8 +17,8 @@ class ProductInfo : public testing::Test {
 };
 
 TEST_F(ProductInfo, askedTwice_readsTheFileOnce) {
-    EXPECT_EQ("1.4.2", getProductInfoDict()["Version"].stringOr());
-    EXPECT_EQ("1.4.2", getProductInfoDict()["Version"].stringOr());
+    EXPECT_EQ(doubles::productVersion(), getProductInfoDict()["Version"].stringOr());
+    EXPECT_EQ(doubles::productVersion(), getProductInfoDict()["Version"].stringOr());
     EXPECT_EQ(1, phone_.files->reads(productFile));
 }
 

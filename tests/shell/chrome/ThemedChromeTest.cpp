@@ -133,8 +133,9 @@ TEST_F(ThemedChrome, loaded_putsTheVersionNoticeUnderTheCopyrightRow) {
     const auto row = addCopyRightRow();
     currentYear() = 2031;
     phone_.show(screen_);
-    EXPECT_EQ("Version 1.4.2. Quietrix Go \u00A9 2031 Velmora. All rights reserved.",
-              row->propertyForKey("footerText").stringOr());
+    EXPECT_EQ(
+        "Version " + doubles::productVersion() + ". Quietrix Go \u00A9 2031 Velmora. All rights reserved.",
+        row->propertyForKey("footerText").stringOr());
 }
 
 TEST_F(ThemedChrome, versionThatCannotBeRead_isPrintedAsNil) {

@@ -78,6 +78,10 @@ std::shared_ptr<platform::UINavigationController> PluginPhone::show(
     return navigation;
 }
 
+std::string productVersion() {
+    return QUIETRIX_VERSION;
+}
+
 std::shared_ptr<platform::UIAlertController> shownAlert() {
     return std::dynamic_pointer_cast<platform::UIAlertController>(
         platform::UIApplication::sharedApplication().topmostPresented());

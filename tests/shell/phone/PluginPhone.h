@@ -33,6 +33,9 @@ class PluginPhone : public Phone {
     std::vector<std::string> pluginFiles_;
 };
 
+/// The product's version, as the build knows it.
+std::string productVersion();
+
 /// The alert or sheet on top of everything; null when something else is.
 std::shared_ptr<platform::UIAlertController> shownAlert();
 

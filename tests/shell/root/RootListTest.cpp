@@ -200,7 +200,8 @@ TEST_F(RootList, footer_isTheVersionNoticeUntilTheRowsAreRebuilt) {
     switchProductBefore(false);
     open();
     const std::string year = std::to_string(yearOfPresentDate());
-    EXPECT_EQ("Version 1.4.2. Quietrix Go \u00A9 " + year + " Velmora. All rights reserved.",
+    EXPECT_EQ("Version " + doubles::productVersion() + ". Quietrix Go \u00A9 " + year +
+                  " Velmora. All rights reserved.",
               rowNamed("About")->propertyForKey("footerText").stringOr());
     screen_->reloadSpecifiers();
     EXPECT_EQ("Quietrix Go \u00A9 " + year + " Velmora. All rights reserved.",

@@ -23,7 +23,7 @@ TEST_F(MiscReport, confirmed_composesTheMailWithTheLog) {
     EXPECT_EQ("Quietrix Go - velmora.log", draft.subject);
     EXPECT_EQ(1U, draft.to.size());
     EXPECT_EQ(std::string(deviceLines) + "\n" + footer(2), draft.body);
-    EXPECT_TRUE(footer(2).starts_with("Version 1.4.2. Quietrix Go "));
+    EXPECT_TRUE(footer(2).starts_with("Version " + doubles::productVersion() + ". Quietrix Go "));
     EXPECT_TRUE(draft.isHTML);
     ASSERT_EQ(1U, draft.attachments.size());
     EXPECT_EQ("velmora.log", draft.attachments[0].name);
@@ -112,7 +112,7 @@ TEST_F(MiscReport, footer_isCountedFromTheEndOfTheRows) {
     screen_->insertSpecifier_atIndex_animated(extra, 0, false);
     screen_->emailLogFile(nullptr);
     ASSERT_NE(nullptr, composer());
-    EXPECT_NE(std::string::npos, composer()->draft().body.find("Version 1.4.2"));
+    EXPECT_NE(std::string::npos, composer()->draft().body.find("Version " + doubles::productVersion()));
     composer()->finish(platform::MFMailComposeResult::Cancelled);
     screen_->insertSpecifier_atIndex_animated(platform::PSSpecifier::groupSpecifierWithName("Last"), 5,
                                               false);

@@ -77,7 +77,7 @@ TEST_F(Misc, footer_isTheCopyrightUntilTheViewHasLoadedAndThenTheVersion) {
     EXPECT_EQ(std::string::npos, before.find("Version"));
     EXPECT_NE(std::string::npos, before.find("2026"));
     screen_->view();
-    EXPECT_EQ("Version 1.4.2. Quietrix Go " + before, footer(2));
+    EXPECT_EQ("Version " + doubles::productVersion() + ". Quietrix Go " + before, footer(2));
 }
 
 TEST_F(Misc, confirmed_showsTheProgressAndResetsTwoSecondsLater) {
