@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "device/HostFile.h"
+#include "device/PhonePaths.h"
 #include "platform/foundation/LogSink.h"
 
 namespace device {
@@ -38,7 +39,7 @@ bool isDirectory(const std::string& path) {
 }  // namespace
 
 DatagramTransport::DatagramTransport(const std::string& rootDirectory)
-    : rootDirectory_(rootDirectory), directoryPath_(rootDirectory + "/private/var/run/notifications") {}
+    : rootDirectory_(rootDirectory), directoryPath_(rootDirectory + std::string(phonePaths::notifications)) {}
 
 DatagramTransport::~DatagramTransport() {
     if (!thread_.joinable()) return;

@@ -3,26 +3,26 @@
 
 #include <algorithm>
 
+#include "platform/foundation/Hexadecimal.h"
 #include "platform/foundation/Unicode.h"
 
 namespace device {
 
 namespace {
 
-constexpr std::string_view digits = "0123456789ABCDEF";
-
 bool looksEscaped(std::string_view text) {
     for (std::size_t at = text.find("\\x"); at != std::string_view::npos; at = text.find("\\x", at + 1)) {
         const std::string_view pair = text.substr(at + 2, 2);
-        if (pair.size() == 2 && std::ranges::all_of(pair, [](char c) { return digits.contains(c); }))
+        if (pair.size() == 2 &&
+            std::ranges::all_of(pair, [](char c) { return platform::capitalHexadecimalDigits.contains(c); }))
             return true;
     }
     return false;
 }
 
 void appendEscape(std::string& text, char byte) {
-    const auto value = static_cast<unsigned char>(byte);
-    text.append("\\x").append(1, digits[value >> 4]).append(1, digits[value & 15]);
+    text += "\\x";
+    platform::appendHexadecimal(text, static_cast<unsigned char>(byte), platform::capitalHexadecimalDigits);
 }
 
 }  // namespace
@@ -41,6 +41,10 @@ std::string escapedText(std::string_view bytes) {
         }
     }
     return text;
+}
+
+std::string quotedText(std::string_view bytes) {
+    return '"' + escapedText(bytes) + '"';
 }
 
 }  // namespace device

@@ -12,4 +12,7 @@ namespace device {
 /// the text can stand for the bytes.
 std::string escapedText(std::string_view bytes);
 
+/// The same between quotation marks, as sentences name a file or a tone.
+std::string quotedText(std::string_view bytes);
+
 }  // namespace device

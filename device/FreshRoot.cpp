@@ -8,8 +8,10 @@
 #include <filesystem>
 #include <utility>
 
+#include "device/EscapedText.h"
 #include "device/HostFile.h"
 #include "device/MainSettingsFile.h"
+#include "device/PhonePaths.h"
 #include "device/PrivateLock.h"
 #include "device/RootFileSystem.h"
 #include "device/RootLink.h"
@@ -22,17 +24,11 @@ namespace fs = std::filesystem;
 using platform::failure;
 using platform::Result;
 
-constexpr const char* imagesDirectory = "/System/Library/PrivateFrameworks/PreferencesUI.framework";
-constexpr const char* calendarsDirectory = "/var/mobile/Library/Calendars";
-constexpr const char* preferencesDirectory = "/var/mobile/Library/Preferences";
-constexpr const char* bundlesDirectory = "/Library/PreferenceBundles";
-constexpr const char* temporaryDirectory = "/tmp";
 constexpr const char* fillingFile = ".filling";
 
 std::unexpected<platform::Error> failed(const fs::path& path, const std::string& action, int errorNumber) {
-    std::string sentence = '"' + path.string();
-    sentence += "\" could not be " + action + ": " + host::message(errorNumber) + ".";
-    return failure(std::move(sentence));
+    return failure(quotedText(path.native()) + " could not be " + action + ": " + host::message(errorNumber) +
+                   ".");
 }
 
 Result<void> makeDirectory(const fs::path& path) {
@@ -83,24 +79,27 @@ Result<void> copyTree(const fs::path& from, const fs::path& to) {
 Result<void> fill(const std::string& root, const fs::path& resources) {
     const RootFileSystem files(root);
     const fs::path pictures = resources / "root";
-    if (Result<void> copied = copyImages(pictures, files.hostPath(imagesDirectory)); !copied) return copied;
-    if (Result<void> copied = copyTree(pictures / "calendars", files.hostPath(calendarsDirectory)); !copied)
+    if (Result<void> copied = copyImages(pictures, files.hostPath(phonePaths::systemImages)); !copied)
         return copied;
-    if (Result<void> made = makeDirectory(files.hostPath(temporaryDirectory)); !made) return made;
-    if (Result<void> made = makeDirectory(files.hostPath(preferencesDirectory)); !made) return made;
+    if (Result<void> copied = copyTree(pictures / "calendars", files.hostPath(phonePaths::calendars));
+        !copied)
+        return copied;
+    if (Result<void> made = makeDirectory(files.hostPath(phonePaths::temporaryFiles)); !made) return made;
+    if (Result<void> made = makeDirectory(files.hostPath(phonePaths::preferences)); !made) return made;
     return MainSettingsFile(root).makeFresh();
 }
 
 enum class Contents { Nothing, BeingFilled, Something };
 
-/// Whether nothing is there but the way to the notifications: a program that goes on in a root that was taken
-/// away and made anew listens there before anybody has filled it.
+/// Whether the entry of a root is nothing but the way to the notifications: a program that goes on in a root
+/// that was taken away and made anew listens there before anybody has filled it.
 bool holdsOnlyNotifications(const fs::path& directory) {
-    const fs::path way = fs::path("var/run/notifications");
+    const fs::path way = fs::path(phonePaths::notifications).relative_path();
+    if (directory.filename() != *way.begin()) return false;
     std::error_code error;
     for (fs::recursive_directory_iterator entry(directory, error);
          !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
-        const fs::path path = entry->path().lexically_relative(directory);
+        const fs::path path = entry->path().lexically_relative(directory.parent_path());
         const auto [end, rest] = std::ranges::mismatch(path, way);
         if (end != path.end() && rest != way.end()) return false;
     }
@@ -114,7 +113,7 @@ Result<Contents> contents(const std::string& root) {
          entry.increment(error)) {
         const fs::path name = entry->path().filename();
         if (name == PrivateLock::folderName) continue;
-        if (name != "private" || !holdsOnlyNotifications(entry->path())) return Contents::Something;
+        if (!holdsOnlyNotifications(entry->path())) return Contents::Something;
     }
     if (error) return failed(root, "read", error.value());
     return Contents::Nothing;
@@ -155,7 +154,8 @@ Result<void> prepareRoot(const std::string& rootDirectory, const std::string& re
     if (Result<void> made = makeDirectory(root); !made) return made;
     if (Result<void> filled = fillOnce(root, resourceDirectory); !filled) return filled;
     MainSettingsFile(root).mend();
-    return linkDirectory(root, std::string(bundlesDirectory) + "/" + bundle.filename().string(), bundle);
+    return linkDirectory(root, std::string(phonePaths::preferenceBundles) + "/" + bundle.filename().string(),
+                         bundle);
 }
 
 }  // namespace device

@@ -6,8 +6,11 @@
 #include <ctime>
 #include <utility>
 
+#include "device/EscapedText.h"
 #include "device/FileReplacement.h"
+#include "device/PhonePaths.h"
 #include "device/PrivateLock.h"
+#include "device/UniversalTime.h"
 #include "platform/foundation/LogSink.h"
 #include "platform/foundation/PropertyList.h"
 #include "platform/foundation/RunLoop.h"
@@ -30,11 +33,7 @@ Result<Data> freshBytes() {
 }
 
 std::string today() {
-    const std::time_t now = std::time(nullptr);
-    std::tm parts{};
-    gmtime_r(&now, &parts);
-    std::array<char, 32> text{};
-    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d", &parts)};
+    return universalTimeText(std::time(nullptr), "%Y-%m-%d");
 }
 
 /// Keeps the bytes under the first name behind the prefix that is free, and gives that name.
@@ -46,7 +45,7 @@ host::Explained<std::string> keep(const std::string& prefix, const Data& bytes) 
         if (made.error() != EEXIST) return std::unexpected(host::message(made.error()));
         path = prefix + "-" + std::to_string(number);
     }
-    return std::unexpected('"' + path + "\" and all names before it are taken");
+    return std::unexpected(quotedText(path) + " and all names before it are taken");
 }
 
 }  // namespace
@@ -54,12 +53,12 @@ host::Explained<std::string> keep(const std::string& prefix, const Data& bytes) 
 Result<void> MainSettingsFile::makeFresh() {
     const Result<Data> bytes = freshBytes();
     if (!bytes) return std::unexpected(bytes.error());
-    return files_.write(path, *bytes, platform::Write::Atomically);
+    return files_.write(phonePaths::mainSettings, *bytes, platform::Write::Atomically);
 }
 
 bool MainSettingsFile::isDamaged() const {
-    if (!files_.exists(path)) return false;
-    const Result<Data> bytes = files_.read(path);
+    if (!files_.exists(phonePaths::mainSettings)) return false;
+    const Result<Data> bytes = files_.read(phonePaths::mainSettings);
     return bytes && (bytes->empty() || !PropertyListSerialization::propertyListWithData(*bytes));
 }
 
@@ -67,7 +66,7 @@ void MainSettingsFile::mend() {
     if (!isDamaged()) return;
     const auto aside = putAside();
     if (aside && aside->empty()) return;
-    std::string line = "The settings file \"" + std::string(path) + "\" is damaged";
+    std::string line = "The settings file \"" + std::string(phonePaths::mainSettings) + "\" is damaged";
     if (aside) {
         line += ". It was put aside as \"" + *aside +
                 "\", and a fresh one with the product switched off is in its place.";
@@ -80,14 +79,14 @@ void MainSettingsFile::mend() {
 
 /// The new name of what was damaged; empty when it no longer is, since another process was ahead.
 host::Explained<std::string> MainSettingsFile::putAside() {
-    const std::string hostPath = files_.hostPath(path);
+    const std::string hostPath = files_.hostPath(phonePaths::mainSettings);
     const auto location = host::followLinks(hostPath);
     if (!location) return std::unexpected(host::message(location.error()));
     // The lock of those who write it in place, too: what one of them is at is not damaged.
     const auto lock = PrivateLock::take(*location, lockSeconds);
     if (!lock) return std::unexpected(lock.error());
     if (!isDamaged()) return std::string();
-    const Result<Data> damaged = files_.read(path);
+    const Result<Data> damaged = files_.read(phonePaths::mainSettings);
     const Result<Data> fresh = freshBytes();
     if (!damaged || !fresh) return std::unexpected((damaged ? fresh : damaged).error().localizedDescription);
     // A copy first, and then one rename: killed at any instant, there is a file.

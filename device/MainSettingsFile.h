@@ -11,8 +11,6 @@ namespace device {
 /// The product's main settings file, as far as a phone has it before the product runs.
 class MainSettingsFile {
   public:
-    static constexpr std::string_view path = "/var/mobile/Library/Preferences/com.velmora.quietrix.plist";
-
     /// The root is a host path.
     explicit MainSettingsFile(const std::string& rootDirectory) : files_(rootDirectory) {}
 

@@ -14,6 +14,8 @@
 #include <thread>
 #include <utility>
 
+#include "device/EscapedText.h"
+
 namespace device {
 
 using host::Explained;
@@ -92,16 +94,12 @@ int lockByte(int descriptor, off_t byte, Instant deadline) {
         deadline);
 }
 
-std::string quoted(const std::string& path) {
-    return '"' + path + '"';
-}
-
 std::unexpected<std::string> about(const std::string& path, const std::string& reason) {
-    return std::unexpected(quoted(path) + ": " + reason);
+    return std::unexpected(quotedText(path) + ": " + reason);
 }
 
 std::unexpected<std::string> foreign(const std::string& path, uid_t owner) {
-    return std::unexpected(quoted(path) + " belongs to another user (" + std::to_string(owner) + ")");
+    return std::unexpected(quotedText(path) + " belongs to another user (" + std::to_string(owner) + ")");
 }
 
 struct Folder {
@@ -201,7 +199,7 @@ Explained<PrivateLock> PrivateLock::take(const host::Location& file, double seco
         if (error == EPERM && isCurrent) {
             unlink(path.c_str());
         } else if (isLate) {
-            return std::unexpected(holder(lockFile) + " still held " + quoted(path) + " after " +
+            return std::unexpected(holder(lockFile) + " still held " + quotedText(path) + " after " +
                                    secondsText(seconds));
         }
     }

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "device/EscapedText.h"
 #include "device/HostFile.h"
 #include "device/RootFileSystem.h"
 
@@ -21,10 +22,6 @@ namespace {
 
 constexpr double lockSeconds = 30.0;
 constexpr int maximumTemporaries = 1000;
-
-std::string inQuotes(const fs::path& path) {
-    return '"' + path.string() + '"';
-}
 
 bool isLink(const fs::path& link, const fs::path& target) {
     std::error_code error;
@@ -44,7 +41,7 @@ host::Explained<fs::path> temporaryLink(const fs::path& link, const fs::path& ta
         if (symlink(target.c_str(), candidate.c_str()) == 0) return candidate;
         if (errno != EEXIST) return std::unexpected(host::message(errno));
     }
-    return std::unexpected(inQuotes(candidate) + " and all names before it are taken");
+    return std::unexpected(quotedText(candidate.native()) + " and all names before it are taken");
 }
 
 host::Explained<void> replaceLink(const fs::path& link, const fs::path& target) {
@@ -60,7 +57,7 @@ host::Explained<void> replaceLink(const fs::path& link, const fs::path& target) 
 
 Result<PrivateLock> lockRoot(const std::string& rootDirectory) {
     auto lock = PrivateLock::take({rootDirectory + "/", "root"}, lockSeconds);
-    if (!lock) return failure(inQuotes(rootDirectory) + " could not be locked: " + lock.error() + ".");
+    if (!lock) return failure(quotedText(rootDirectory) + " could not be locked: " + lock.error() + ".");
     return *std::move(lock);
 }
 
@@ -70,13 +67,14 @@ Result<void> linkDirectory(const std::string& rootDirectory, std::string_view pa
     if (isLink(link, target)) return {};
     const fs::path directory = link.parent_path();
     if (const auto made = host::createDirectories(directory.string()); !made)
-        return failure(inQuotes(directory) + " could not be created: " + host::message(made.error()) + ".");
+        return failure(quotedText(directory.native()) +
+                       " could not be created: " + host::message(made.error()) + ".");
     const auto lock = lockRoot(files.rootDirectory());
     if (!lock) return std::unexpected(lock.error());
     if (isLink(link, target)) return {};
     if (const auto replaced = replaceLink(link, target); !replaced) {
-        return failure(inQuotes(link) + " could not be linked to " + inQuotes(target) + ": " +
-                       replaced.error() + ".");
+        return failure(quotedText(link.native()) + " could not be linked to " + quotedText(target.native()) +
+                       ": " + replaced.error() + ".");
     }
     return {};
 }

@@ -5,6 +5,8 @@
 #include <random>
 #include <string_view>
 
+#include "device/PhonePaths.h"
+#include "platform/foundation/Hexadecimal.h"
 #include "platform/foundation/LogSink.h"
 #include "platform/foundation/PropertyList.h"
 #include "platform/foundation/RunLoop.h"
@@ -29,7 +31,7 @@ std::string randomText(std::string_view letters, std::size_t length) {
 Dictionary makeUp(Idiom idiom) {
     // Serial numbers leave out the letters that are easily taken for digits.
     return {{"serialNumber", randomText("0123456789CDFGHJKLMNPQRTVWXY", 12)},
-            {"UDID", randomText("0123456789abcdef", 40)},
+            {"UDID", randomText(platform::hexadecimalDigits, 40)},
             {"model",
              (idiom == Idiom::Pad ? "Pad" : "Phone") + randomText("6789", 1) + "," + randomText("1234", 1)}};
 }
@@ -82,7 +84,7 @@ SettableDeviceFacts::SettableDeviceFacts(const DeviceOptions& options,
     Dictionary facts;
     if (!options.serialNumber || !options.UDID || !options.model) {
         facts = makeUp(idiom_);
-        if (Result<Dictionary> kept = keptFacts(*files, factsPath, facts)) {
+        if (Result<Dictionary> kept = keptFacts(*files, phonePaths::deviceFacts, facts)) {
             facts = std::move(*kept);
         } else {
             // Later: the device that these facts are of has the log.

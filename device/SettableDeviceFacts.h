@@ -10,12 +10,10 @@
 namespace device {
 
 /// What the device says of itself: what the options say, and where they leave out the serial number, the UDID
-/// or the model, what was made up once for the root and is kept in its file factsPath.
+/// or the model, what was made up once for the root and is kept in its file phonePaths::deviceFacts:
+/// a binary property list, a dictionary of the texts "serialNumber", "UDID" and "model".
 class SettableDeviceFacts : public platform::DeviceFacts {
   public:
-    /// A binary property list: a dictionary of the texts "serialNumber", "UDID" and "model".
-    static constexpr const char* factsPath = "/private/var/root/device-facts.plist";
-
     /// Reads the root's file, or makes it. If it can be neither, or holds something else, it is left alone,
     /// the made-up values last as long as this object, and one log line says why.
     SettableDeviceFacts(const DeviceOptions& options, const std::shared_ptr<platform::FileSystem>& files);

@@ -14,6 +14,7 @@
 
 #include "device/Descriptor.h"
 #include "device/HostFile.h"
+#include "device/UniversalTime.h"
 #include "platform/foundation/LogSink.h"
 
 namespace springboard {
@@ -21,12 +22,8 @@ namespace springboard {
 namespace {
 
 std::string line(std::chrono::system_clock::time_point time, std::string_view name) {
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
-    std::tm parts{};
-    gmtime_r(&seconds, &parts);
-    std::array<char, 32> text{};
-    const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ ", &parts);
-    return std::string(text.data(), length).append(name).append("\n");
+    const std::time_t moment = std::chrono::system_clock::to_time_t(time);
+    return device::universalTimeText(moment, "%Y-%m-%dT%H:%M:%SZ ").append(name).append("\n");
 }
 
 /// Appending and never waiting, also where something other than a file is in the way.

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "device/DatagramTransport.h"
+#include "device/PhonePaths.h"
 #include "device/ProgramStart.h"
 #include "device/RootFileSystem.h"
 #include "device/StandardErrorLog.h"
@@ -59,7 +60,7 @@ int live(std::string_view option) {
     const auto& files = *platform::Device::current().files;
     if (const auto connected = platform::DarwinNotificationCenter::shared().connect(); !connected)
         return complain(connected.error().localizedDescription);
-    springboard::NotificationLog log(files.hostPath("/tmp/velmora.log"));
+    springboard::NotificationLog log(files.hostPath(device::phonePaths::shellLog));
     springboard::SpringBoard shell(log);
     shell.observe();
     if (option == "--restarted") springboard::SpringBoard::postAppliedStateChanged();
@@ -74,7 +75,7 @@ int run(const std::vector<std::string>& arguments) {
     if (arguments.empty() || arguments.size() > 2 || (arguments.size() == 2 && arguments[1] != "--restarted"))
         return complain("usage: SpringBoard ROOT [--restarted]");
     platform::Device::install(phone(arguments[0]));
-    static_cast<void>(platform::Device::current().files->createDirectory("/tmp"));
+    static_cast<void>(platform::Device::current().files->createDirectory(device::phonePaths::temporaryFiles));
     const int status = live(arguments.size() == 2 ? arguments[1] : std::string_view());
     platform::Device::install({});
     return status;

@@ -17,6 +17,7 @@
 #include "device/HostFile.h"
 #include "device/calendars/CalendarHead.h"
 #include "device/calendars/ColourText.h"
+#include "platform/foundation/Hexadecimal.h"
 #include "platform/foundation/Unicode.h"
 
 namespace device {
@@ -35,10 +36,6 @@ namespace {
 
 /// Of the files "displayname" and "color"; what is longer is no name.
 constexpr std::size_t maximumShortText = 4096;
-
-std::string quoted(const fs::path& path) {
-    return "\"" + escapedText(path.native()) + "\"";
-}
 
 /// One line for a row: control characters and line breaks become blanks. Empty where nothing would show.
 std::string titleFrom(std::string_view bytes) {
@@ -70,12 +67,10 @@ std::uint32_t colourFor(std::string_view identifier) {
 bool isMadeUpName(std::string_view name) {
     constexpr std::string_view shape = "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX";
     constexpr std::size_t fewestDigits = 16;
-    const auto isDigit = [](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-    };
-    const bool isUUID = std::ranges::equal(
-        name, shape, [&](char c, char place) { return place == '-' ? c == '-' : isDigit(c); });
-    return isUUID || (name.size() >= fewestDigits && std::ranges::all_of(name, isDigit));
+    const bool isUUID = std::ranges::equal(name, shape, [&](char c, char place) {
+        return place == '-' ? c == '-' : platform::isHexadecimalDigit(c);
+    });
+    return isUUID || (name.size() >= fewestDigits && std::ranges::all_of(name, platform::isHexadecimalDigit));
 }
 
 /// So many bytes at most from where the file ends now; fewer when it shrinks meanwhile.
@@ -124,11 +119,11 @@ std::vector<fs::directory_entry> CalendarFolders::visibleEntries(const fs::path&
     }
     const bool isMissing = error == std::errc::no_such_file_or_directory;
     if (isMissing && missing_ == Missing::IsAFault && directory == directory_) {
-        faults_.report("The calendars directory " + quoted(directory) +
+        faults_.report("The calendars directory " + quotedText(directory.native()) +
                        " cannot be used: " + error.message() + ".");
     } else if (error && !isMissing) {
-        faults_.report("The calendars in " + quoted(directory) + " could not be listed: " + error.message() +
-                       ".");
+        faults_.report("The calendars in " + quotedText(directory.native()) +
+                       " could not be listed: " + error.message() + ".");
     }
     std::ranges::sort(entries, {}, [](const fs::directory_entry& entry) { return entry.path().native(); });
     return entries;
@@ -162,7 +157,8 @@ CalendarFolders::Description CalendarFolders::describeFolder(const fs::path& fol
 std::optional<CalendarFolders::Description> CalendarFolders::describeFile(const fs::path& file) {
     const auto head = host::readHead(file.native(), CalendarHead::maximumSize);
     const auto couldNotBeRead = [&](int error) {
-        faults_.report("The calendar " + quoted(file) + " could not be read: " + host::message(error) + ".");
+        faults_.report("The calendar " + quotedText(file.native()) +
+                       " could not be read: " + host::message(error) + ".");
         return std::nullopt;
     };
     if (!head) return couldNotBeRead(head.error());
@@ -175,8 +171,9 @@ std::optional<CalendarFolders::Description> CalendarFolders::describeFile(const 
             parsed = platform::failure("is cut short: it does not end with END:VCALENDAR");
     }
     if (!parsed) {
-        faults_.report("The calendar " + quoted(file) + " " + parsed.error().localizedDescription + ".",
-                       head->state);
+        faults_.report(
+            "The calendar " + quotedText(file.native()) + " " + parsed.error().localizedDescription + ".",
+            head->state);
         return std::nullopt;
     }
     return Description{file.stem().native(), std::move(parsed->name), std::move(parsed->colour), file};
@@ -187,12 +184,12 @@ std::optional<std::string> CalendarFolders::shortText(const fs::path& file) {
     auto head = host::readHead(file.native(), maximumShortText);
     if (!head) {
         if (head.error() != ENOENT)
-            faults_.report("The file " + quoted(file) + " could not be read: " + host::message(head.error()) +
-                           ".");
+            faults_.report("The file " + quotedText(file.native()) +
+                           " could not be read: " + host::message(head.error()) + ".");
         return std::nullopt;
     }
     if (!head->whole) {
-        faults_.report("The file " + quoted(file) + " is too long for one line.", head->state);
+        faults_.report("The file " + quotedText(file.native()) + " is too long for one line.", head->state);
         return std::nullopt;
     }
     return std::move(head->bytes);
@@ -217,7 +214,7 @@ platform::CalendarEntry CalendarFolders::entry(const fs::path& path, const Descr
         calendar.colour = *colour;
     } else {
         faults_.report("The colour \"" + titleFrom(*description.colour) + "\" in " +
-                       quoted(description.colourFile) + " is none.");
+                       quotedText(description.colourFile.native()) + " is none.");
     }
     return calendar;
 }

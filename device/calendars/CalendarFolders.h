@@ -29,9 +29,6 @@ class CalendarFolders : public platform::CalendarSource {
     /// What it means that the directory is not there.
     enum class Missing { IsEmpty, IsAFault };
 
-    /// Where the phone has its calendars, as one of its own paths.
-    static constexpr const char* phonePath = "/var/mobile/Library/Calendars";
-
     CalendarFolders(std::filesystem::path directory, Missing missing);
 
     std::vector<platform::CalendarEntry> calendars() override;

@@ -1,17 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "device/mail/DesktopMail.h"
 
-#include <array>
 #include <cmath>
 #include <cstdint>
 #include <ctime>
 #include <random>
 
 #include "device/DesktopProgram.h"
+#include "device/PhonePaths.h"
+#include "device/UniversalTime.h"
 #include "device/mail/MailMessage.h"
 #include "platform/foundation/Calendar.h"
 #include "platform/foundation/Device.h"
 #include "platform/foundation/FileManager.h"
+#include "platform/foundation/Hexadecimal.h"
 #include "platform/foundation/LogSink.h"
 
 namespace device {
@@ -28,13 +30,9 @@ constexpr double referenceSince1970 = 978'307'200;
 std::string newFileName(platform::Date date) {
     const auto seconds =
         static_cast<std::time_t>(std::floor(date.secondsSinceReference + referenceSince1970));
-    std::tm parts{};
-    gmtime_r(&seconds, &parts);
-    std::array<char, 64> time{};
-    const std::size_t length = std::strftime(time.data(), time.size(), "%Y%m%dT%H%M%SZ-", &parts);
-    std::string name(time.data(), length);
+    std::string name = universalTimeText(seconds, "%Y%m%dT%H%M%SZ-");
     std::random_device chance;
-    for (int digit = 0; digit < 16; ++digit) name += "0123456789abcdef"[chance() % 16];
+    for (int digit = 0; digit < 16; ++digit) name += platform::hexadecimalDigits[chance() % 16];
     return name + ".eml";
 }
 
@@ -47,7 +45,7 @@ std::string hostPath(const std::string& path) {
 
 Result<void> DesktopMail::send(const MailDraft& draft) {
     if (!canSend()) return platform::failure("No mail account is set up.");
-    const Result<std::string> path = keep(draft, outboxPath);
+    const Result<std::string> path = keep(draft, phonePaths::mailOutbox);
     if (!path) return std::unexpected(path.error());
     const std::string file = hostPath(*path);
     const bool offered = startDesktopProgram("xdg-open", file, [file] {
@@ -61,7 +59,7 @@ Result<void> DesktopMail::send(const MailDraft& draft) {
 }
 
 Result<void> DesktopMail::save(const MailDraft& draft) {
-    const Result<std::string> path = keep(draft, draftsPath);
+    const Result<std::string> path = keep(draft, phonePaths::mailDrafts);
     if (!path) return std::unexpected(path.error());
     platform::log("Mail: The draft is in " + *path + " (" + hostPath(*path) + ").");
     return {};

@@ -14,9 +14,6 @@ namespace device {
 /// line tells where each file is, on the phone and on this machine, another one when no program took it.
 class DesktopMail : public platform::MailService {
   public:
-    static constexpr std::string_view outboxPath = "/var/mobile/Library/Mail/Outbox";
-    static constexpr std::string_view draftsPath = "/var/mobile/Library/Mail/Drafts";
-
     /// `account` is the sender's address, "" for no account.
     explicit DesktopMail(std::string account) : account_(std::move(account)) {}
 

@@ -18,7 +18,7 @@ namespace {
 constexpr std::size_t maximumSize = std::size_t{4} << 20;
 
 std::vector<std::string> cannotBeUsed(const std::string& path, const std::string& reason) {
-    platform::log("The networks file \"" + escapedText(path) + "\" cannot be used: " + reason);
+    platform::log("The networks file " + quotedText(path) + " cannot be used: " + reason);
     return {};
 }
 
@@ -66,8 +66,8 @@ std::vector<std::string> NetworkListFile::knownSSIDs() {
         if (std::string name = nameOf(network["SSID"]); !name.empty()) names.push_back(std::move(name));
     }
     if (const std::size_t nameless = networks->size() - names.size(); nameless > 0) {
-        platform::log("In the networks file \"" + escapedText(path_) + "\", " + std::to_string(nameless) +
-                      " of " + std::to_string(networks->size()) + " entries have no \"SSID\".");
+        platform::log("In the networks file " + quotedText(path_) + ", " + std::to_string(nameless) + " of " +
+                      std::to_string(networks->size()) + " entries have no \"SSID\".");
     }
     return names;
 }

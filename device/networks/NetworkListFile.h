@@ -14,9 +14,6 @@ class NetworkListFile : public platform::NetworkSource {
     /// What it means that the file is not there.
     enum class Missing { IsEmpty, IsAFault };
 
-    /// Where the phone has the file, as one of its own paths.
-    static constexpr const char* phonePath = "/var/mobile/Library/Preferences/known-networks.plist";
-
     NetworkListFile(std::string path, Missing missing);
 
     /// A file that is no such list is logged at each call, and gives nothing; so is, once for all of them,

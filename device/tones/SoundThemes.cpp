@@ -31,10 +31,6 @@ constexpr const char* theDirectoryItself = ".";
 /// What decides about a name, the first of them if there are several.
 constexpr std::array<std::string_view, 4> extensions{".disabled", ".oga", ".ogg", ".wav"};
 
-std::string quoted(const fs::path& path) {
-    return "\"" + escapedText(path.native()) + "\"";
-}
-
 std::string environment(const char* name, const std::string& fallback) {
     const char* value = std::getenv(name);
     return value && *value ? value : fallback;
@@ -106,8 +102,8 @@ std::set<std::string> SoundThemes::themeNames() {
             if (!name.starts_with('.') && entry->is_directory(ignored)) names.insert(name);
         }
         if (error && !isMissing(error))
-            faults_.report("The sounds in " + quoted(directory) + " could not be listed: " + error.message() +
-                           ".");
+            faults_.report("The sounds in " + quotedText(directory.native()) +
+                           " could not be listed: " + error.message() + ".");
     }
     return names;
 }
@@ -119,14 +115,15 @@ std::optional<SoundThemeIndex> SoundThemes::index(const std::string& theme) {
         const auto head = host::readHead(file.native(), SoundThemeIndex::maximumSize);
         if (!head && (head.error() == ENOENT || head.error() == ENOTDIR)) continue;
         if (!head) {
-            faults_.report("The file " + quoted(file) + " could not be read: " + host::message(head.error()) +
-                           ".");
+            faults_.report("The file " + quotedText(file.native()) +
+                           " could not be read: " + host::message(head.error()) + ".");
             return std::nullopt;
         }
         auto index = head->whole ? SoundThemeIndex::parse(head->bytes) : platform::failure("is too large");
         if (!index) {
-            faults_.report("The file " + quoted(file) + " " + index.error().localizedDescription + ".",
-                           head->state);
+            faults_.report(
+                "The file " + quotedText(file.native()) + " " + index.error().localizedDescription + ".",
+                head->state);
             return std::nullopt;
         }
         return std::move(*index);
@@ -167,7 +164,8 @@ void SoundThemes::addFolder(const fs::path& folder, Search& search) {
         if (!isNew && rank < rankOf(known->second)) known->second = file;
     }
     if (error && !isMissing(error))
-        faults_.report("The sounds in " + quoted(folder) + " could not be listed: " + error.message() + ".");
+        faults_.report("The sounds in " + quotedText(folder.native()) +
+                       " could not be listed: " + error.message() + ".");
     for (const auto& [name, file] : found)
         search.decided.emplace(name, rankOf(file) == disabled ? fs::path() : file);
 }

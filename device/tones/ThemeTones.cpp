@@ -70,7 +70,7 @@ std::vector<ToneEntry> ThemeTones::tones() {
 }
 
 Result<ToneSound> ThemeTones::sound(std::string_view identifier) {
-    const std::string quoted = "The tone \"" + escapedText(identifier) + "\"";
+    const std::string quoted = "The tone " + quotedText(identifier);
     if (!identifier.starts_with(kind))
         return platform::failure(quoted + " is of no kind that is known here.");
     const std::string_view name = identifier.substr(kind.size());

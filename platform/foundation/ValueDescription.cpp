@@ -7,13 +7,12 @@
 #include <cmath>
 #include <cstdio>
 
+#include "platform/foundation/Hexadecimal.h"
 #include "platform/foundation/Object.h"
 
 namespace platform {
 
 namespace {
-
-constexpr char hexDigits[] = "0123456789abcdef";
 
 void appendQuoted(std::string& text, std::string_view content) {
     text += '"';
@@ -30,8 +29,7 @@ void appendQuoted(std::string& text, std::string_view content) {
             text += "\\r";
         } else if (code < 0x20 || code == 0x7F) {
             text += "\\U00";
-            text += hexDigits[code >> 4];
-            text += hexDigits[code & 0xF];
+            appendHexadecimal(text, code);
         } else {
             text += character;
         }
@@ -43,8 +41,7 @@ void appendData(std::string& text, const Data& data) {
     text += '<';
     for (std::size_t i = 0; i < data.size(); ++i) {
         if (i > 0) text += ' ';
-        text += hexDigits[data[i] >> 4];
-        text += hexDigits[data[i] & 0xF];
+        appendHexadecimal(text, data[i]);
     }
     text += '>';
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/social/SLComposeViewController.h"
 
+#include "platform/foundation/Hexadecimal.h"
 #include "platform/foundation/LogSink.h"
 #include "platform/uikit/UIApplication.h"
 
@@ -16,15 +17,14 @@ bool isUnreserved(char c) {
 }
 
 std::string percentEncoded(std::string_view text) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
     std::string encoded;
     for (const char c : text) {
         if (isUnreserved(c)) {
             encoded += c;
             continue;
         }
-        const auto byte = static_cast<unsigned char>(c);
-        encoded += {'%', digits[byte >> 4U], digits[byte & 15U]};
+        encoded += '%';
+        appendHexadecimal(encoded, static_cast<unsigned char>(c), capitalHexadecimalDigits);
     }
     return encoded;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "settings/application/BundleOpening.h"
 
+#include "device/PhonePaths.h"
 #include "platform/foundation/FileManager.h"
 #include "platform/foundation/LogSink.h"
 #include "platform/uikit/UIImage.h"
@@ -36,11 +37,12 @@ Result<std::shared_ptr<PSViewController>> loadFirstScreen(Bundle& bundle) {
 std::vector<std::string> installedBundlePaths() {
     std::vector<std::string> paths;
     const FileManager& files = FileManager::defaultManager();
-    const auto names = files.contentsOfDirectoryAtPath(preferenceBundlesPath);
+    const auto names = files.contentsOfDirectoryAtPath(device::phonePaths::preferenceBundles);
     if (!names) return paths;
     for (const std::string& name : *names) {
         if (!name.ends_with(bundleExtension)) continue;
-        std::string path = platform::stringByAppendingPathComponent(preferenceBundlesPath, name);
+        std::string path =
+            platform::stringByAppendingPathComponent(device::phonePaths::preferenceBundles, name);
         // The link to a bundle that has been deleted since leads nowhere.
         if (files.directoryExistsAtPath(path)) paths.push_back(std::move(path));
     }

@@ -3,7 +3,6 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/foundation/Bundle.h"
@@ -11,10 +10,8 @@
 
 namespace settings {
 
-/// Where the phone keeps its preference bundles.
-inline constexpr std::string_view preferenceBundlesPath = "/Library/PreferenceBundles";
-
-/// The phone paths of the installed bundles: the directories there whose names end in ".bundle", sorted.
+/// The phone paths of the installed bundles: the directories among the phone's preference bundles whose names
+/// end in ".bundle", sorted.
 std::vector<std::string> installedBundlePaths();
 
 /// The Info list's display name, else its name, else the directory's name without ".bundle".

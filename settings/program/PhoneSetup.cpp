@@ -11,6 +11,7 @@
 #include "device/ConfiguredLibraries.h"
 #include "device/DatagramTransport.h"
 #include "device/FreshRoot.h"
+#include "device/PhonePaths.h"
 #include "device/RootFileSystem.h"
 #include "device/RootLink.h"
 #include "device/SettableDeviceFacts.h"
@@ -42,7 +43,7 @@ std::shared_ptr<platform::CalendarSource> calendarSource(const std::optional<std
                                                          const platform::FileSystem& files) {
     using device::CalendarFolders;
     if (directory) return std::make_shared<CalendarFolders>(*directory, CalendarFolders::Missing::IsAFault);
-    return std::make_shared<CalendarFolders>(files.hostPath(CalendarFolders::phonePath),
+    return std::make_shared<CalendarFolders>(files.hostPath(device::phonePaths::calendars),
                                              CalendarFolders::Missing::IsEmpty);
 }
 
@@ -53,7 +54,7 @@ std::shared_ptr<platform::NetworkSource> networkSource(const device::DeviceOptio
     if (networks.source == Source::System) return std::make_shared<device::NetworkManagerNetworks>();
     if (networks.source == Source::File)
         return std::make_shared<NetworkListFile>(networks.file, NetworkListFile::Missing::IsAFault);
-    return std::make_shared<NetworkListFile>(files.hostPath(NetworkListFile::phonePath),
+    return std::make_shared<NetworkListFile>(files.hostPath(device::phonePaths::knownNetworks),
                                              NetworkListFile::Missing::IsEmpty);
 }
 
@@ -78,7 +79,8 @@ Result<std::unique_ptr<PhoneSetup>> PhoneSetup::create(const PhoneOptions& optio
         return std::unexpected(linked.error());
     }
     phone->bundlePath_ = platform::stringByAppendingPathComponent(
-        preferenceBundlesPath, fs::canonical(options.bundleDirectory, error).filename().string());
+        device::phonePaths::preferenceBundles,
+        fs::canonical(options.bundleDirectory, error).filename().string());
     if (const auto installed = phone->install(options); !installed) return std::unexpected(installed.error());
     if (const auto connected = platform::DarwinNotificationCenter::shared().connect(); !connected) {
         return std::unexpected(connected.error());

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <string>
 
+#include "platform/foundation/Hexadecimal.h"
 #include "platform/foundation/KeyValueCoding.h"
 
 namespace settings {
@@ -18,12 +19,9 @@ using platform::Value;
 
 namespace {
 
-void appendHexadecimal(std::string& text, double component) {
-    constexpr std::string_view digits = "0123456789abcdef";
+void appendComponent(std::string& text, double component) {
     const double bounded = component > 0 ? std::min(component, 1.0) : 0.0;
-    const auto byte = static_cast<unsigned>(std::lround(bounded * 255));
-    text += digits[byte / 16];
-    text += digits[byte % 16];
+    platform::appendHexadecimal(text, static_cast<unsigned char>(std::lround(bounded * 255)));
 }
 
 }  // namespace
@@ -35,7 +33,7 @@ Value ScreenValues::colour(const std::shared_ptr<UIColor>& colour) const {
     }
     std::string text = "#";
     for (const double component : {colour->red(), colour->green(), colour->blue(), colour->alpha()}) {
-        appendHexadecimal(text, component);
+        appendComponent(text, component);
     }
     return text;
 }

@@ -45,4 +45,8 @@ TEST(EscapedText, differentBytes_giveDifferentTexts) {
     EXPECT_EQ(texts.size(), all.size());
 }
 
+TEST(EscapedText, quoted_standsBetweenMarks) {
+    EXPECT_EQ(device::quotedText("caf\xE9"), "\"caf\\xE9\"");
+}
+
 }  // namespace

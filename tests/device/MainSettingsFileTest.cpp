@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "device/MainSettingsFile.h"
+#include "device/PhonePaths.h"
 #include "platform/foundation/PropertyList.h"
 #include "tests/device/Child.h"
 #include "tests/doubles/Phone.h"
@@ -30,7 +31,7 @@ class MainSettingsFileTest : public testing::Test {
   protected:
     doubles::Phone phone;
     TemporaryDirectory root;
-    std::string path = root / std::string(MainSettingsFile::path.substr(1));
+    std::string path = root / std::string(device::phonePaths::mainSettings.substr(1));
 
     std::vector<std::string> mend() {
         MainSettingsFile(root.path().string()).mend();

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "device/PhonePaths.h"
 #include "device/SettableDeviceFacts.h"
 #include "platform/foundation/PropertyList.h"
 #include "tests/device/Child.h"
@@ -14,6 +15,8 @@ using device::DeviceOptions;
 using device::SettableDeviceFacts;
 using testing::HasSubstr;
 using testing::MatchesRegex;
+
+const std::string factsPath(device::phonePaths::deviceFacts);
 
 class SettableDeviceFactsTest : public testing::Test {
   protected:
@@ -43,7 +46,7 @@ TEST_F(SettableDeviceFactsTest, options_areWhatItSays) {
     EXPECT_EQ(facts.serialNumber(), "S");
     EXPECT_EQ(facts.UDID(), "U");
     EXPECT_EQ(facts.model(), "M");
-    EXPECT_FALSE(phone.files->exists(SettableDeviceFacts::factsPath));
+    EXPECT_FALSE(phone.files->exists(factsPath));
 }
 
 TEST_F(SettableDeviceFactsTest, whatIsLeftOut_isMadeUpOnceForTheRoot) {
@@ -80,13 +83,13 @@ TEST_F(SettableDeviceFactsTest, fileWithSomethingElse_isLeftAloneAndNamed) {
         platform::PropertyListFormat::Binary);
     ASSERT_TRUE(list);
     for (const platform::Data& content : {platform::Data{'x'}, platform::Data{}, *list}) {
-        phone.files->put(SettableDeviceFacts::factsPath, content);
+        phone.files->put(factsPath, content);
         const std::size_t linesBefore = phone.log->lines().size();
         EXPECT_EQ(facts().UDID().size(), 40U);
         phone.drain();
         ASSERT_EQ(phone.log->lines().size(), linesBefore + 1);
-        EXPECT_THAT(phone.log->lines().back(), HasSubstr(SettableDeviceFacts::factsPath));
-        EXPECT_EQ(*phone.files->read(SettableDeviceFacts::factsPath), content);
+        EXPECT_THAT(phone.log->lines().back(), HasSubstr(factsPath));
+        EXPECT_EQ(*phone.files->read(factsPath), content);
     }
 }
 

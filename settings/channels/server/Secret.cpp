@@ -10,12 +10,13 @@
 #include <cstring>
 #include <memory>
 
+#include "platform/foundation/Hexadecimal.h"
+
 namespace settings::server {
 
 namespace {
 
 constexpr std::size_t secretBytes = 32;
-constexpr char digits[] = "0123456789abcdef";
 
 }  // namespace
 
@@ -33,15 +34,13 @@ platform::Result<std::string> makeSecret() {
     }
     std::string secret;
     secret.reserve(bytes.size() * 2);
-    for (const unsigned char byte : bytes) {
-        secret += digits[byte >> 4];
-        secret += digits[byte & 15];
-    }
+    for (const unsigned char byte : bytes) platform::appendHexadecimal(secret, byte);
     return secret;
 }
 
 bool isSecretText(std::string_view text) {
-    return text.size() == secretBytes * 2 && text.find_first_not_of(digits) == std::string_view::npos;
+    return text.size() == secretBytes * 2 &&
+           text.find_first_not_of(platform::hexadecimalDigits) == std::string_view::npos;
 }
 
 bool isSecret(std::string_view candidate, std::string_view secret) {

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <set>
 
+#include "device/PhonePaths.h"
 #include "device/RootFileSystem.h"
 #include "device/mail/DesktopMail.h"
 #include "platform/foundation/Device.h"
@@ -48,10 +49,10 @@ class DesktopMailTest : public testing::Test {
 
 TEST_F(DesktopMailTest, sentMail_isKeptInTheOutboxAndItsPlaceIsTold) {
     ASSERT_TRUE(mail.send(draft));
-    const auto mails = mailsIn(DesktopMail::outboxPath);
+    const auto mails = mailsIn(device::phonePaths::mailOutbox);
     ASSERT_EQ(1U, mails.size());
     EXPECT_TRUE(mails[0].ends_with(".eml"));
-    const std::string text = textOf(DesktopMail::outboxPath);
+    const std::string text = textOf(device::phonePaths::mailOutbox);
     EXPECT_NE(std::string::npos, text.find("From: me@example.net\n"));
     EXPECT_NE(std::string::npos, text.find("Subject: Report\n"));
     EXPECT_NE(std::string::npos, text.find("X-Unsent: 1\n"));
@@ -65,20 +66,20 @@ TEST_F(DesktopMailTest, sentMail_isKeptInTheOutboxAndItsPlaceIsTold) {
 
 TEST_F(DesktopMailTest, savedMail_isKeptWithTheDrafts) {
     ASSERT_TRUE(mail.save(draft));
-    EXPECT_EQ(1U, mailsIn(DesktopMail::draftsPath).size());
-    EXPECT_TRUE(mailsIn(DesktopMail::outboxPath).empty());
+    EXPECT_EQ(1U, mailsIn(device::phonePaths::mailDrafts).size());
+    EXPECT_TRUE(mailsIn(device::phonePaths::mailOutbox).empty());
 }
 
 TEST_F(DesktopMailTest, mailsOfOneInstant_haveFilesOfTheirOwn) {
     for (int i = 0; i < 50; ++i) ASSERT_TRUE(mail.send(draft));
-    EXPECT_EQ(50U, mailsIn(DesktopMail::outboxPath).size());
+    EXPECT_EQ(50U, mailsIn(device::phonePaths::mailOutbox).size());
 }
 
 TEST_F(DesktopMailTest, withoutAnAccount_nothingIsSentButADraftIsKept) {
     DesktopMail none("");
     EXPECT_FALSE(none.canSend());
     EXPECT_FALSE(none.send(draft));
-    EXPECT_TRUE(mailsIn(DesktopMail::outboxPath).empty());
+    EXPECT_TRUE(mailsIn(device::phonePaths::mailOutbox).empty());
     EXPECT_TRUE(none.save(draft));
 }
 
@@ -87,7 +88,7 @@ TEST_F(DesktopMailTest, mailThatIsNone_leavesNoFile) {
     const auto refused = mail.send(draft);
     ASSERT_FALSE(refused);
     EXPECT_NE(std::string::npos, refused.error().localizedDescription.find("nobody"));
-    EXPECT_TRUE(mailsIn(DesktopMail::outboxPath).empty());
+    EXPECT_TRUE(mailsIn(device::phonePaths::mailOutbox).empty());
 }
 
 TEST_F(DesktopMailTest, outboxThatCannotBeMade_isAnErrorThatNamesIt) {
@@ -100,7 +101,8 @@ TEST_F(DesktopMailTest, outboxThatCannotBeMade_isAnErrorThatNamesIt) {
 TEST_F(DesktopMailTest, onADesktop_theFileIsOfferedToItsMailProgram) {
     const Desktop desktop(Desktop::opensEverything);
     ASSERT_TRUE(mail.send(draft));
-    EXPECT_EQ("1:" + (directory / "var/mobile/Library/Mail/Outbox/") + mailsIn(DesktopMail::outboxPath).at(0),
+    EXPECT_EQ("1:" + (directory / "var/mobile/Library/Mail/Outbox/") +
+                  mailsIn(device::phonePaths::mailOutbox).at(0),
               desktop.said());
 }
 
@@ -110,7 +112,8 @@ TEST_F(DesktopMailTest, onADesktopWithoutAMailProgram_aLogLineSaysSo) {
     EXPECT_TRUE(platform::RunLoop::main().runUntil([&] { return phone.log->lines().size() == 2; },
                                                    std::chrono::minutes(1)));
     EXPECT_NE(std::string::npos, phone.log->lines().back().find("no program for"));
-    EXPECT_NE(std::string::npos, phone.log->lines().back().find(mailsIn(DesktopMail::outboxPath).at(0)));
+    EXPECT_NE(std::string::npos,
+              phone.log->lines().back().find(mailsIn(device::phonePaths::mailOutbox).at(0)));
 }
 
 }  // namespace
