@@ -2,6 +2,7 @@
 // A real Settings application for browser tests, on a root of its own: started, asked for its address, and ended by its
 // process id. QUIETRIX_PROGRAM names the program.
 import { spawn, spawnSync } from 'node:child_process';
+import { readFileSync } from 'node:fs';
 import { mkdir, mkdtemp, readdir, readFile, rename, rm, writeFile } from 'node:fs/promises';
 import { createServer } from 'node:net';
 import { tmpdir } from 'node:os';
@@ -13,6 +14,9 @@ const program = process.env.QUIETRIX_PROGRAM;
 const preferences = 'var/mobile/Library/Preferences';
 // Without a display: what is opened outside the phone is then printed, and no program of the desktop is started.
 const { DISPLAY, WAYLAND_DISPLAY, ...environment } = process.env;
+
+/** The product's version, as its own property list has it. */
+export const version = /<string>([\d.]+)<\/string>/.exec(readFileSync(new URL('../../resources/Quietrix.plist', import.meta.url), 'utf8'))[1];
 
 /** Property lists are written as XML text here; the application reads both forms. */
 function xml(value) {

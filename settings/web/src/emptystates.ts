@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 import { html, type TemplateResult } from 'lit-html';
 import { calendarPage, emptyTray, musicNote, radioWaves } from './icons';
-import type { Row, Screen, Service } from './protocol';
+import type { Screen, Service } from './protocol';
 import type { Texts } from './texts';
 
 interface Missing { icon(): TemplateResult; title: keyof Texts; hint: keyof Texts }
@@ -13,13 +13,13 @@ const services: Readonly<Record<Service, Missing>> = {
     tones: { icon: musicNote, title: 'noTones', hint: 'noTonesHint' },
 };
 
-/** What stands on a screen in place of what it lacks; null when it lacks nothing. `rows` are all its rows. */
-export function emptyState(screen: Screen, rows: readonly Row[], texts: Texts): TemplateResult | null {
+/** What stands on a screen in place of what it lacks; null when it lacks nothing. */
+export function emptyState(screen: Screen, texts: Texts): TemplateResult | null {
     if (screen.missing !== null) {
         const missing = services[screen.missing];
         return html`<div class="notice missing">${missing.icon()}<h2 dir="auto">${texts[missing.title]}</h2><p>${withOptions(texts[missing.hint])}</p></div>`;
     }
-    const empty = rows.length === 0 && screen.links.length === 0 && !screen.pane && !screen.tones;
+    const empty = screen.count === 0 && screen.links.length === 0 && !screen.pane && !screen.tones;
     return empty ? html`<div class="notice missing">${emptyTray()}<p>${texts.empty}</p></div>` : null;
 }
 

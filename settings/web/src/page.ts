@@ -371,7 +371,7 @@ export class PageView implements ListUse {
     /** What the page adds to the rows: the ways to screens that no row opens, and what to say when something is missing. */
     private more(rows: readonly Row[]): TemplateResult | null {
         const { screen, view } = this;
-        const missing = this.store.whole && rows.length === screen.count ? emptyState(screen, rows, view.texts) : null;
+        const missing = this.store.whole && rows.length === screen.count ? emptyState(screen, view.texts) : null;
         if (screen.links.length === 0 && !missing) return null;
         return html`
             ${screen.links.length === 0 ? nothing : html`<section class="group links">
