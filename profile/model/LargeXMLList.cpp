@@ -7,6 +7,8 @@
 
 namespace quietrix {
 
+using platform::BinaryList;
+using platform::BinaryListBuilder;
 using platform::Data;
 using platform::failure;
 using platform::PropertyListFormat;

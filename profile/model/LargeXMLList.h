@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/foundation/BinaryListBuilder.h"
 #include "platform/foundation/XMLScanner.h"
-#include "profile/model/BinaryListBuilder.h"
 
 namespace quietrix {
 
@@ -22,7 +22,7 @@ class LargeXMLList {
     static platform::Result<platform::Data> toBinary(const platform::Data& document);
 
   private:
-    using Object = BinaryListBuilder::Object;
+    using Object = platform::BinaryListBuilder::Object;
     using Token = platform::XMLScanner::Token;
 
     explicit LargeXMLList(std::string_view document);
@@ -41,10 +41,10 @@ class LargeXMLList {
 
     std::string_view document_;
     platform::XMLScanner scanner_;
-    BinaryListBuilder builder_;
+    platform::BinaryListBuilder builder_;
     /// Elements side by side that are still text.
     std::string waiting_;
-    std::vector<BinaryList::Pair> entries_;
+    std::vector<platform::BinaryList::Pair> entries_;
     std::vector<std::string> keys_;
 };
 

@@ -15,6 +15,7 @@ namespace quietrix {
 
 namespace {
 
+using platform::BinaryList;
 using platform::Data;
 using platform::Dictionary;
 using platform::failure;

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "profile/model/BinaryList.h"
+#include "platform/foundation/BinaryList.h"
 
 namespace quietrix {
 
@@ -22,7 +22,7 @@ namespace quietrix {
 class ProfilesFile {
   public:
     /// A profile of this very state of the file.
-    using Profile = BinaryList::Object;
+    using Profile = platform::BinaryList::Object;
 
     /// The file that is not there: no profiles.
     ProfilesFile() = default;
@@ -31,7 +31,7 @@ class ProfilesFile {
     /// size in memory at most while it is read, the bytes themselves included; one that would take more is
     /// refused.
     static platform::Result<ProfilesFile> parse(platform::Data bytes);
-    static constexpr std::size_t largeSize = BinaryList::largeSize;
+    static constexpr std::size_t largeSize = platform::BinaryList::largeSize;
 
     /// Empty for the file that is not there.
     const platform::Data& bytes() const;
@@ -79,7 +79,7 @@ class ProfilesFile {
     struct Candidate {
         Place place;
         /// The identifier's object: many entries may share it.
-        BinaryList::Object name;
+        platform::BinaryList::Object name;
         std::uint32_t position;
     };
     /// What the next state has: the entries and places that stay, and the values, if any, for the entry at a
@@ -95,11 +95,11 @@ class ProfilesFile {
 
     static std::uint32_t hashOf(std::string_view identifier);
     platform::Result<void> readEntries();
-    std::vector<Candidate> readCandidates(BinaryList::Object profiles);
+    std::vector<Candidate> readCandidates(platform::BinaryList::Object profiles);
     void admit(std::vector<Candidate> candidates);
     void admitFirstOfEachName(std::span<const Candidate> ofOneHash);
 
-    std::optional<BinaryList> list_;
+    std::optional<platform::BinaryList> list_;
     std::vector<Entry> entries_;
     std::vector<Place> places_;
     std::size_t foreignEntries_ = 0;
@@ -108,7 +108,7 @@ class ProfilesFile {
     std::uint64_t liveBytes_ = 0;
     /// The file's last objects that the next change makes anew, known only for a file that was made here: the
     /// array of the profiles and the root.
-    BinaryList::Object tail_ = 0;
+    platform::BinaryList::Object tail_ = 0;
 };
 
 }  // namespace quietrix

@@ -7,6 +7,8 @@
 
 namespace quietrix {
 
+using platform::BinaryList;
+using platform::BinaryListBuilder;
 using platform::Dictionary;
 using platform::Result;
 using platform::Value;

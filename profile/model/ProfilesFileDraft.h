@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "profile/model/BinaryListBuilder.h"
+#include "platform/foundation/BinaryListBuilder.h"
 #include "profile/model/ProfilesFile.h"
 
 namespace quietrix {
@@ -20,7 +20,7 @@ class ProfilesFile::Draft {
     platform::Result<ProfilesFile> finish(Change change) &&;
 
   private:
-    using Object = BinaryList::Object;
+    using Object = platform::BinaryList::Object;
 
     static bool canContinue(const ProfilesFile& base);
     /// The object of the list in the making that stands for one of the old list.
@@ -28,16 +28,16 @@ class ProfilesFile::Draft {
     platform::Result<Object> record(const Change& change);
     /// The root's entries; the one of the profiles has no value yet.
     struct Root {
-        std::vector<BinaryList::Pair> pairs;
+        std::vector<platform::BinaryList::Pair> pairs;
         std::size_t profilesAt;
     };
     platform::Result<Root> root();
     std::uint64_t bytesOf(Object old) const;
 
     const ProfilesFile& base_;
-    BinaryListBuilder builder_;
+    platform::BinaryListBuilder builder_;
     /// Empty while the old list is continued: every object is then its own copy.
-    std::optional<BinaryListBuilder::Copies> copies_;
+    std::optional<platform::BinaryListBuilder::Copies> copies_;
     /// What this change leaves behind.
     std::uint64_t left_ = 0;
 };

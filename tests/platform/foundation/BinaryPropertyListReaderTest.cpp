@@ -7,7 +7,7 @@
 
 #include "platform/foundation/BinaryPropertyListReader.h"
 #include "platform/foundation/PropertyList.h"
-#include "tests/platform/foundation/BinaryListBuilder.h"
+#include "tests/platform/foundation/HandmadeList.h"
 
 namespace {
 
@@ -19,17 +19,17 @@ using platform::PropertyListFormat;
 using platform::PropertyListSerialization;
 using platform::Result;
 using platform::Value;
-using platform::testing::BinaryListBuilder;
+using platform::testing::HandmadeList;
 using testing::HasSubstr;
 
-Result<Value> read(const BinaryListBuilder& list) {
+Result<Value> read(const HandmadeList& list) {
     return PropertyListSerialization::propertyListWithData(list.build());
 }
 std::string errorOf(const Result<Value>& result) {
     return result ? "no error" : result.error().localizedDescription;
 }
 Result<Value> object(std::initializer_list<int> bytes) {
-    return read(BinaryListBuilder().object(bytes));
+    return read(HandmadeList().object(bytes));
 }
 
 TEST(BinaryPropertyListReader, integersOfEveryWidth_areRead) {
@@ -91,7 +91,7 @@ TEST(BinaryPropertyListReader, foreignMarkers_areErrorsThatNameThemAndTheirOffse
 TEST(BinaryPropertyListReader, offsetsAndReferencesOfEveryWidth_areRead) {
     for (std::size_t offsetWidth = 1; offsetWidth <= 8; ++offsetWidth) {
         for (std::size_t referenceWidth = 1; referenceWidth <= 8; ++referenceWidth) {
-            BinaryListBuilder list;
+            HandmadeList list;
             list.offsetWidth = offsetWidth;
             list.referenceWidth = referenceWidth;
             list.dictionary({1, 2, 3, 4}).object({0x51, 'a'}).object({0x51, 'b'}).object({0x09}).array({3});
@@ -103,10 +103,10 @@ TEST(BinaryPropertyListReader, offsetsAndReferencesOfEveryWidth_areRead) {
 
 TEST(BinaryPropertyListReader, widthsOf0And9_areErrors) {
     for (const std::size_t width : {std::size_t{0}, std::size_t{9}}) {
-        BinaryListBuilder offsets;
+        HandmadeList offsets;
         offsets.offsetWidth = width;
         EXPECT_THAT(errorOf(read(offsets.object({0x09}))), HasSubstr("the width of offsets is not 1 to 8"));
-        BinaryListBuilder references;
+        HandmadeList references;
         references.referenceWidth = width;
         EXPECT_THAT(errorOf(read(references.object({0x09}))),
                     HasSubstr("the width of references is not 1 to 8"));
@@ -114,7 +114,7 @@ TEST(BinaryPropertyListReader, widthsOf0And9_areErrors) {
 }
 
 TEST(BinaryPropertyListReader, rootNeedNotBeTheFirstObject) {
-    BinaryListBuilder list;
+    HandmadeList list;
     list.root = 1;
     EXPECT_EQ(read(list.object({0x08}).object({0x09})), Value(true));
     list.root = 2;
@@ -122,14 +122,13 @@ TEST(BinaryPropertyListReader, rootNeedNotBeTheFirstObject) {
 }
 
 TEST(BinaryPropertyListReader, dictionaryKeyThatIsNoString_isAnError) {
-    EXPECT_THAT(errorOf(read(BinaryListBuilder().dictionary({1, 1}).object({0x10, 1}))),
+    EXPECT_THAT(errorOf(read(HandmadeList().dictionary({1, 1}).object({0x10, 1}))),
                 HasSubstr("byte 9: a dictionary's key is no string"));
 }
 
 TEST(BinaryPropertyListReader, keyThatComesTwice_takesItsLastValue) {
-    EXPECT_EQ(
-        read(BinaryListBuilder().dictionary({1, 1, 2, 3}).object({0x51, 'a'}).object({0x08}).object({0x09})),
-        Value(Dictionary{{"a", true}}));
+    EXPECT_EQ(read(HandmadeList().dictionary({1, 1, 2, 3}).object({0x51, 'a'}).object({0x08}).object({0x09})),
+              Value(Dictionary{{"a", true}}));
 }
 
 TEST(BinaryPropertyListReader, hugeCounts_areErrorsWithoutBeingReserved) {
@@ -147,26 +146,25 @@ TEST(BinaryPropertyListReader, hugeCounts_areErrorsWithoutBeingReserved) {
 }
 
 TEST(BinaryPropertyListReader, hugeObjectCount_isAnError) {
-    Data data = BinaryListBuilder().object({0x09}).build();
+    Data data = HandmadeList().object({0x09}).build();
     for (std::size_t i = 0; i < 8; ++i) data[data.size() - 24 + i] = 0xFF;
     EXPECT_THAT(errorOf(PropertyListSerialization::propertyListWithData(data)),
                 HasSubstr("the number of objects does not fit the offset table"));
 }
 
 TEST(BinaryPropertyListReader, referenceToAnObjectThatDoesNotExist_isAnError) {
-    EXPECT_THAT(errorOf(read(BinaryListBuilder().array({1}))),
+    EXPECT_THAT(errorOf(read(HandmadeList().array({1}))),
                 HasSubstr("byte 9: a reference names an object that does not exist"));
 }
 
 TEST(BinaryPropertyListReader, containersThatContainThemselves_areErrors) {
-    EXPECT_THAT(errorOf(read(BinaryListBuilder().array({0}))),
-                HasSubstr("byte 8: a container contains itself"));
-    EXPECT_THAT(errorOf(read(BinaryListBuilder().array({1}).dictionary({2, 0}).object({0x51, 'a'}))),
+    EXPECT_THAT(errorOf(read(HandmadeList().array({0}))), HasSubstr("byte 8: a container contains itself"));
+    EXPECT_THAT(errorOf(read(HandmadeList().array({1}).dictionary({2, 0}).object({0x51, 'a'}))),
                 HasSubstr("a container contains itself"));
 }
 
-BinaryListBuilder nested(std::size_t depth) {
-    BinaryListBuilder list;
+HandmadeList nested(std::size_t depth) {
+    HandmadeList list;
     list.offsetWidth = 2;
     list.referenceWidth = 2;
     for (std::size_t i = 1; i < depth; ++i) list.array({i});
@@ -182,7 +180,7 @@ TEST(BinaryPropertyListReader, nesting_isAllowedUpToTheMaximumDepth) {
 
 TEST(BinaryPropertyListReader, sharedContainerReadFirstAtALowLevel_countsWhereItIsDeeper) {
     // The root holds a chain of 511 and, one further down, a path that ends in the same chain.
-    BinaryListBuilder list = nested(511);
+    HandmadeList list = nested(511);
     list.array({0});
     list.array({511});
     list.array({0, 512});
@@ -191,25 +189,25 @@ TEST(BinaryPropertyListReader, sharedContainerReadFirstAtALowLevel_countsWhereIt
 }
 
 TEST(BinaryPropertyListReader, sharedContainer_isMadeOnce) {
-    const auto value = read(BinaryListBuilder().array({1, 1}).array({2}).object({0x09}));
+    const auto value = read(HandmadeList().array({1, 1}).array({2}).object({0x09}));
     ASSERT_TRUE(value);
     EXPECT_EQ(*value, Value(Array{Array{true}, Array{true}}));
     EXPECT_EQ((*value->array())[0].array(), (*value->array())[1].array());
 }
 
 TEST(BinaryPropertyListReader, referencesThatUnfoldExponentially_areRefused) {
-    BinaryListBuilder list;
+    HandmadeList list;
     list.offsetWidth = 2;
     for (std::uint64_t i = 1; i < 40; ++i) list.array({i, i, i, i, i, i, i, i, i, i});
     EXPECT_THAT(errorOf(read(list.object({0x09}))), HasSubstr("unfold to far more than the file holds"));
 }
 
 TEST(BinaryPropertyListReader, keySharedByManyDictionaries_isRefusedWhenItsCopiesWouldBeHuge) {
-    BinaryListBuilder list;
+    HandmadeList list;
     list.offsetWidth = 4;
     list.referenceWidth = 4;
     Data key{0x5F, 0x12};
-    BinaryListBuilder::append(key, 200000, 4);
+    HandmadeList::append(key, 200000, 4);
     key.insert(key.end(), 200000, 'k');
     constexpr std::uint64_t count = 20000;
     std::vector<std::uint64_t> all;
@@ -224,19 +222,19 @@ TEST(BinaryPropertyListReader, objectsThatShareTheirBytes_areRefusedWhenTheirCop
     constexpr std::size_t count = 50000;
     constexpr std::size_t size = 500000;
     Data data{'b', 'p', 'l', 'i', 's', 't', '0', '0', 0x4F, 0x12};
-    BinaryListBuilder::append(data, size, 4);
+    HandmadeList::append(data, size, 4);
     data.insert(data.end(), size, 0);
     const std::size_t root = data.size();
     data.insert(data.end(), {0xAF, 0x12});
-    BinaryListBuilder::append(data, count, 4);
-    for (std::size_t i = 1; i <= count; ++i) BinaryListBuilder::append(data, i, 3);
+    HandmadeList::append(data, count, 4);
+    for (std::size_t i = 1; i <= count; ++i) HandmadeList::append(data, i, 3);
     const std::size_t table = data.size();
-    BinaryListBuilder::append(data, root, 3);
-    for (std::size_t i = 0; i < count; ++i) BinaryListBuilder::append(data, 8, 3);
+    HandmadeList::append(data, root, 3);
+    for (std::size_t i = 0; i < count; ++i) HandmadeList::append(data, 8, 3);
     data.insert(data.end(), {0, 0, 0, 0, 0, 0, 3, 3});
-    BinaryListBuilder::append(data, count + 1, 8);
-    BinaryListBuilder::append(data, 0, 8);
-    BinaryListBuilder::append(data, table, 8);
+    HandmadeList::append(data, count + 1, 8);
+    HandmadeList::append(data, 0, 8);
+    HandmadeList::append(data, table, 8);
     EXPECT_THAT(errorOf(PropertyListSerialization::propertyListWithData(data)),
                 HasSubstr("the objects share their bytes"));
 }
@@ -283,7 +281,7 @@ TEST(BinaryPropertyListReader, everyByteChanged_givesAnErrorOrAValueThatCanBeWri
 }
 
 TEST(BinaryPropertyListReader, anotherVersion_isAnError) {
-    Data data = BinaryListBuilder().object({0x09}).build();
+    Data data = HandmadeList().object({0x09}).build();
     data[6] = '1';
     EXPECT_THAT(errorOf(PropertyListSerialization::propertyListWithData(data)), HasSubstr("unknown version"));
 }

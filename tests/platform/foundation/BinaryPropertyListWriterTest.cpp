@@ -6,7 +6,7 @@
 
 #include "platform/foundation/BinaryPropertyListWriter.h"
 #include "platform/foundation/PropertyList.h"
-#include "tests/platform/foundation/BinaryListBuilder.h"
+#include "tests/platform/foundation/HandmadeList.h"
 
 namespace {
 
@@ -17,7 +17,7 @@ using platform::Date;
 using platform::Dictionary;
 using platform::PropertyListSerialization;
 using platform::Value;
-using platform::testing::BinaryListBuilder;
+using platform::testing::HandmadeList;
 
 Value throughBytes(const Value& value) {
     const auto read = PropertyListSerialization::propertyListWithData(BinaryPropertyListWriter::write(value));
@@ -34,7 +34,7 @@ std::size_t referenceWidth(const Data& list) {
 
 TEST(BinaryPropertyListWriter, aSmallDictionary_isThisFile) {
     EXPECT_EQ(BinaryPropertyListWriter::write(Dictionary{{"com.velmora.quietrix.enabled", false}}),
-              BinaryListBuilder()
+              HandmadeList()
                   .dictionary({1, 2})
                   .object({0x5F, 0x10, 28,  'c', 'o', 'm', '.', 'v', 'e', 'l', 'm', 'o', 'r', 'a', '.', 'q',
                            'u',  'i',  'e', 't', 'r', 'i', 'x', '.', 'e', 'n', 'a', 'b', 'l', 'e', 'd'})

@@ -12,7 +12,7 @@
 #include "platform/foundation/Error.h"
 #include "platform/foundation/Value.h"
 
-namespace quietrix {
+namespace platform {
 
 /// A binary property list left as the bytes it is: its objects are looked up and decoded one at a time, each
 /// named by its number in the list. Reading and changing one profile of a hundred thousand so costs one
@@ -35,11 +35,11 @@ class BinaryList {
     /// and references, key types, text encodings, nesting (as deep as property lists may be), and that shared
     /// references do not stand for far more objects than the bytes could hold. The error names the byte
     /// offset.
-    static platform::Result<BinaryList> create(platform::Data bytes);
+    static Result<BinaryList> create(Data bytes);
     /// Bytes that this program wrote itself; nothing is checked.
-    static BinaryList trusted(platform::Data bytes);
+    static BinaryList trusted(Data bytes);
 
-    const platform::Data& bytes() const { return bytes_; }
+    const Data& bytes() const { return bytes_; }
     Object root() const { return root_; }
     /// How many objects there are, those that nothing refers to included.
     Object count() const { return count_; }
@@ -73,7 +73,7 @@ class BinaryList {
     bool isString(Object object) const;
     /// Whether it is a string, and this one. Makes none to tell.
     bool textIs(Object object, std::string_view text) const;
-    platform::Value value(Object object) const;
+    Value value(Object object) const;
     /// The object's own bytes: what a container refers to is not among them.
     std::span<const std::uint8_t> encoded(Object object) const;
 
@@ -108,10 +108,10 @@ class BinaryList {
     Object reference(std::size_t at) const { return static_cast<Object>(number(at, referenceWidth_)); }
     /// Empty for a marker that property lists do not have and for an object that leads past the objects' end.
     std::optional<Head> head(std::size_t at) const;
-    platform::Value integerValue(const Head& head) const;
+    Value integerValue(const Head& head) const;
     void readTrailer();
 
-    platform::Data bytes_;
+    Data bytes_;
     std::size_t tableStart_ = 0;
     std::uint64_t reachableBytes_ = 0;
     Object root_ = 0;
@@ -120,4 +120,4 @@ class BinaryList {
     int referenceWidth_ = 1;
 };
 
-}  // namespace quietrix
+}  // namespace platform

@@ -4,20 +4,20 @@
 
 #include <array>
 
+#include "platform/foundation/BinaryList.h"
+#include "platform/foundation/BinaryListBuilder.h"
 #include "platform/foundation/PropertyList.h"
-#include "profile/model/BinaryList.h"
-#include "profile/model/BinaryListBuilder.h"
 
 namespace {
 
 using platform::Array;
+using platform::BinaryList;
+using platform::BinaryListBuilder;
 using platform::Data;
 using platform::Dictionary;
 using platform::PropertyListFormat;
 using platform::PropertyListSerialization;
 using platform::Value;
-using quietrix::BinaryList;
-using quietrix::BinaryListBuilder;
 using testing::HasSubstr;
 
 Data encoded(const Value& value) {

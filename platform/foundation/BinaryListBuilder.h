@@ -6,9 +6,9 @@
 #include <span>
 #include <vector>
 
-#include "profile/model/BinaryList.h"
+#include "platform/foundation/BinaryList.h"
 
-namespace quietrix {
+namespace platform {
 
 /// Makes a binary property list out of objects of another one and of new values. Offsets and references have
 /// four bytes, so that a list can be continued without renumbering what is there.
@@ -37,7 +37,7 @@ class BinaryListBuilder {
     static bool continuable(const BinaryList& list);
 
     /// Adds a value with all that it holds. Fails for what property lists cannot hold.
-    platform::Result<Object> add(const platform::Value& value);
+    Result<Object> add(const Value& value);
     /// Adds a container of objects that are in the list already.
     Object addArray(std::span<const Object> elements);
     Object addDictionary(std::span<const BinaryList::Pair> pairs);
@@ -45,14 +45,14 @@ class BinaryListBuilder {
     Object copy(Object object, Copies& copies);
 
     /// The list as bytes. Fails when it is longer than its offsets can say.
-    platform::Result<platform::Data> finish(Object root) &&;
+    Result<Data> finish(Object root) &&;
 
   private:
     Object begin();
     void appendHead(std::uint8_t kind, std::uint64_t size);
 
-    platform::Data bytes_;
-    platform::Data table_;
+    Data bytes_;
+    Data table_;
 };
 
-}  // namespace quietrix
+}  // namespace platform

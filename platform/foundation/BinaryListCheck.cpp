@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "profile/model/BinaryListCheck.h"
+#include "platform/foundation/BinaryListCheck.h"
 
 #include <algorithm>
 #include <string_view>
 
 #include "platform/foundation/PropertyList.h"
 
-namespace quietrix {
+namespace platform {
 
 namespace {
 
@@ -78,7 +78,7 @@ bool BinaryListCheck::check(Object object, int depth) {
     if (!head) return fail("the object there is of an unknown kind or leads out of the file", at);
     if (!known) extent = {1, isContainer(*head) ? std::uint16_t{1} : std::uint16_t{0}, true};
     // One that was met before may be met again further down.
-    if (depth - 1 + extent.height > platform::PropertyListSerialization::maximumDepth) {
+    if (depth - 1 + extent.height > PropertyListSerialization::maximumDepth) {
         return fail("containers nest too deeply", at);
     }
     if (known) return true;
@@ -138,4 +138,4 @@ bool BinaryListCheck::checkChildren(const BinaryList::Head& container, Extent& e
     return true;
 }
 
-}  // namespace quietrix
+}  // namespace platform

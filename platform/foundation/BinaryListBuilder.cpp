@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "profile/model/BinaryListBuilder.h"
+#include "platform/foundation/BinaryListBuilder.h"
 
 #include <string_view>
 
 #include "platform/foundation/PropertyList.h"
 
-namespace quietrix {
+namespace platform {
 
 namespace {
 
@@ -20,7 +20,7 @@ constexpr std::uint8_t dictionaryMarker = 0xD0;
 constexpr std::uint8_t sizeFollows = 0x0F;
 constexpr std::uint8_t fourByteInteger = 0x12;
 
-void append(platform::Data& bytes, std::uint64_t number, int byteCount) {
+void append(Data& bytes, std::uint64_t number, int byteCount) {
     for (int shift = 8 * (byteCount - 1); shift >= 0; shift -= 8)
         bytes.push_back(static_cast<std::uint8_t>(number >> shift));
 }
@@ -30,7 +30,7 @@ void append(platform::Data& bytes, std::uint64_t number, int byteCount) {
 BinaryListBuilder::BinaryListBuilder() : bytes_(header.begin(), header.end()) {}
 
 BinaryListBuilder::BinaryListBuilder(const BinaryList& list, Object count) {
-    const platform::Data& bytes = list.bytes();
+    const Data& bytes = list.bytes();
     const auto tableStart = bytes.begin() + static_cast<std::ptrdiff_t>(list.tableStart());
     const std::size_t end = count < list.count() ? list.offset(count) : list.tableStart();
     // finish() puts the table behind the objects: with room for both, nothing is copied twice.
@@ -59,9 +59,8 @@ void BinaryListBuilder::appendHead(std::uint8_t marker, std::uint64_t size) {
     append(bytes_, size, 4);
 }
 
-platform::Result<BinaryListBuilder::Object> BinaryListBuilder::add(const platform::Value& value) {
-    auto bytes = platform::PropertyListSerialization::dataWithPropertyList(
-        value, platform::PropertyListFormat::Binary);
+Result<BinaryListBuilder::Object> BinaryListBuilder::add(const Value& value) {
+    auto bytes = PropertyListSerialization::dataWithPropertyList(value, PropertyListFormat::Binary);
     if (!bytes) return std::unexpected(bytes.error());
     const BinaryList list = BinaryList::trusted(*std::move(bytes));
     Copies copies(list);
@@ -107,9 +106,9 @@ BinaryListBuilder::Object BinaryListBuilder::copy(Object object, Copies& copies)
     return made;
 }
 
-platform::Result<platform::Data> BinaryListBuilder::finish(Object root) && {
+Result<Data> BinaryListBuilder::finish(Object root) && {
     const std::size_t tableStart = bytes_.size();
-    if (tableStart > UINT32_MAX) return platform::failure("The property list would become too large.");
+    if (tableStart > UINT32_MAX) return failure("The property list would become too large.");
     bytes_.reserve(tableStart + table_.size() + trailerSize);
     bytes_.insert(bytes_.end(), table_.begin(), table_.end());
     append(bytes_, 0, 6);
@@ -121,4 +120,4 @@ platform::Result<platform::Data> BinaryListBuilder::finish(Object root) && {
     return std::move(bytes_);
 }
 
-}  // namespace quietrix
+}  // namespace platform

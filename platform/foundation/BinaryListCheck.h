@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "profile/model/BinaryList.h"
+#include "platform/foundation/BinaryList.h"
 
-namespace quietrix {
+namespace platform {
 
 /// Goes once through all that the root of a binary list reaches and looks for what a reader could stumble
 /// over. Takes time and memory in proportion to the list's bytes, whatever they are: no more than twice the
@@ -49,4 +49,4 @@ class BinaryListCheck {
     std::uint64_t reachableBytes_ = 0;
 };
 
-}  // namespace quietrix
+}  // namespace platform

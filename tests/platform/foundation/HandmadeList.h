@@ -12,25 +12,24 @@ namespace platform::testing {
 
 /// Puts binary property lists together byte by byte, also such as no writer makes. The first object is the
 /// root unless another one is named.
-class BinaryListBuilder {
+class HandmadeList {
   public:
     std::size_t offsetWidth = 1;
     std::size_t referenceWidth = 1;
     std::uint64_t root = 0;
 
     /// Adds an object with these bytes, its marker first.
-    BinaryListBuilder& object(std::initializer_list<int> bytes) {
+    HandmadeList& object(std::initializer_list<int> bytes) {
         Data content;
         for (const int byte : bytes) content.push_back(static_cast<std::uint8_t>(byte));
         return object(content);
     }
-    BinaryListBuilder& object(const Data& bytes) {
+    HandmadeList& object(const Data& bytes) {
         objects_.push_back(bytes);
         return *this;
     }
     /// Adds a container with a one-byte or two-byte count and these references.
-    BinaryListBuilder& container(int marker, const std::vector<std::uint64_t>& references,
-                                 std::size_t count) {
+    HandmadeList& container(int marker, const std::vector<std::uint64_t>& references, std::size_t count) {
         Data content;
         if (count < 15) {
             content.push_back(static_cast<std::uint8_t>(marker | static_cast<int>(count)));
@@ -41,11 +40,11 @@ class BinaryListBuilder {
         for (const std::uint64_t reference : references) append(content, reference, referenceWidth);
         return object(content);
     }
-    BinaryListBuilder& array(const std::vector<std::uint64_t>& references) {
+    HandmadeList& array(const std::vector<std::uint64_t>& references) {
         return container(0xA0, references, references.size());
     }
     /// First the keys, then the values.
-    BinaryListBuilder& dictionary(const std::vector<std::uint64_t>& references) {
+    HandmadeList& dictionary(const std::vector<std::uint64_t>& references) {
         return container(0xD0, references, references.size() / 2);
     }
 

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "profile/model/BinaryList.h"
+#include "platform/foundation/BinaryList.h"
 
 #include <algorithm>
 #include <bit>
 
-#include "profile/model/BinaryListCheck.h"
+#include "platform/foundation/BinaryListCheck.h"
 
-namespace quietrix {
-
-using platform::Value;
+namespace platform {
 
 namespace {
 
@@ -29,19 +27,19 @@ void appendUtf8(std::string& text, std::uint32_t character) {
 
 }  // namespace
 
-platform::Result<BinaryList> BinaryList::create(platform::Data bytes) {
+Result<BinaryList> BinaryList::create(Data bytes) {
     if (bytes.size() < 8 + 1 + 1 + trailerSize)
-        return platform::failure("The binary property list is too short to be one.");
+        return failure("The binary property list is too short to be one.");
     BinaryList list;
     list.bytes_ = std::move(bytes);
     list.readTrailer();
     BinaryListCheck check(list);
-    if (auto reason = check.run()) return platform::failure(*std::move(reason));
+    if (auto reason = check.run()) return failure(*std::move(reason));
     list.reachableBytes_ = check.reachableBytes();
     return list;
 }
 
-BinaryList BinaryList::trusted(platform::Data bytes) {
+BinaryList BinaryList::trusted(Data bytes) {
     BinaryList list;
     list.bytes_ = std::move(bytes);
     list.readTrailer();
@@ -240,7 +238,7 @@ Value BinaryList::value(Object object) const {
         case Date:
             return platform::Date{std::bit_cast<double>(number(found.payload, 8))};
         case Bytes:
-            return platform::Data(payload, payload + static_cast<std::ptrdiff_t>(found.size));
+            return Data(payload, payload + static_cast<std::ptrdiff_t>(found.size));
         case Ascii:
         case Utf16:
             return *string(object);
@@ -267,4 +265,4 @@ std::span<const std::uint8_t> BinaryList::encoded(Object object) const {
     return std::span(bytes_).subspan(start, head(start)->end - start);
 }
 
-}  // namespace quietrix
+}  // namespace platform
