@@ -3,38 +3,42 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 #include "platform/foundation/BinaryListCheck.h"
+#include "platform/foundation/Unicode.h"
 
 namespace platform {
 
+using Format = BinaryListFormat;
+using Problem = BinaryListFault::Problem;
+
 namespace {
 
-constexpr std::size_t trailerSize = 32;
+/// What every version of the format begins with.
+constexpr std::string_view anyVersion = Format::header.substr(0, 6);
 
-void appendUtf8(std::string& text, std::uint32_t character) {
-    if (character < 0x80) {
-        text += static_cast<char>(character);
-        return;
-    }
-    const int continuations = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
-    constexpr std::uint32_t leads[] = {0, 0xC0, 0xE0, 0xF0};
-    text += static_cast<char>(leads[continuations] | (character >> (6 * continuations)));
-    for (int i = continuations - 1; i >= 0; --i) {
-        text += static_cast<char>(0x80 | ((character >> (6 * i)) & 0x3F));
-    }
+bool beginsWith(std::span<const std::uint8_t> bytes, std::string_view text) {
+    return bytes.size() >= text.size() && std::equal(text.begin(), text.end(), bytes.begin());
 }
 
 }  // namespace
 
+bool BinaryList::recognises(std::span<const std::uint8_t> bytes) {
+    return beginsWith(bytes, anyVersion);
+}
+
 Result<BinaryList> BinaryList::create(Data bytes) {
-    if (bytes.size() < 8 + 1 + 1 + trailerSize)
-        return failure("The binary property list is too short to be one.");
+    if (bytes.size() < Format::header.size() + Format::trailerSize) {
+        return std::unexpected(BinaryListFault{Problem::TooShort, bytes.size(), bytes.size()}.error());
+    }
+    if (!beginsWith(bytes, Format::header))
+        return std::unexpected(BinaryListFault{Problem::UnknownVersion, anyVersion.size()}.error());
     BinaryList list;
     list.bytes_ = std::move(bytes);
     list.readTrailer();
     BinaryListCheck check(list);
-    if (auto reason = check.run()) return failure(*std::move(reason));
+    if (const auto fault = check.run()) return std::unexpected(fault->error());
     list.reachableBytes_ = check.reachableBytes();
     return list;
 }
@@ -47,107 +51,117 @@ BinaryList BinaryList::trusted(Data bytes) {
 }
 
 void BinaryList::readTrailer() {
-    const std::size_t trailer = bytes_.size() - trailerSize;
-    offsetWidth_ = bytes_[trailer + 6];
-    referenceWidth_ = bytes_[trailer + 7];
+    const std::size_t trailer = bytes_.size() - Format::trailerSize;
+    offsetWidth_ = bytes_[trailer + Format::offsetWidthAt];
+    referenceWidth_ = bytes_[trailer + Format::referenceWidthAt];
     // The check compares them at their full width before anything relies on them.
-    count_ = static_cast<Object>(number(trailer + 8, 8));
-    root_ = static_cast<Object>(number(trailer + 16, 8));
-    tableStart_ = number(trailer + 24, 8);
+    count_ = static_cast<Object>(number(trailer + Format::countAt, 8));
+    root_ = static_cast<Object>(number(trailer + Format::rootAt, 8));
+    tableStart_ = number(trailer + Format::tableAt, 8);
 }
 
-std::uint64_t BinaryList::number(std::size_t at, int width) const {
+std::uint64_t BinaryList::number(std::size_t at, std::size_t width) const {
     std::uint64_t result = 0;
-    for (int i = 0; i < width; ++i) result = result << 8 | bytes_[at + static_cast<std::size_t>(i)];
+    for (std::size_t i = 0; i < width; ++i) result = result << 8 | bytes_[at + i];
     return result;
 }
 
 std::size_t BinaryList::offset(Object object) const {
-    return number(tableStart_ + std::size_t{object} * static_cast<std::size_t>(offsetWidth_), offsetWidth_);
+    return number(tableStart_ + std::size_t{object} * offsetWidth_, offsetWidth_);
 }
 
-std::optional<BinaryList::Head> BinaryList::head(std::size_t at) const {
-    if (at < 8 || at >= tableStart_) return std::nullopt;
+BinaryList::Checked<BinaryList::Head> BinaryList::checkedHead(std::size_t at) const {
     const std::uint8_t marker = bytes_[at];
-    Head result{static_cast<std::uint8_t>(marker >> 4), static_cast<std::uint8_t>(marker & 0x0F), 0, at + 1,
-                0};
-    std::uint64_t unit = 1;
-    switch (result.kind) {
-        case Simple:
-            if (marker != 0x08 && marker != 0x09) return std::nullopt;
-            break;
-        case Integer:
-            if (result.detail > 4) return std::nullopt;
-            result.size = 1U << result.detail;
-            break;
-        case Real:
-            if (result.detail != 2 && result.detail != 3) return std::nullopt;
-            result.size = 1U << result.detail;
-            break;
-        case Date:
-            if (result.detail != 3) return std::nullopt;
-            result.size = 8;
-            break;
-        case Uid:
-            if (result.detail > 7) return std::nullopt;
-            result.size = result.detail + 1U;
-            break;
-        case Bytes:
-        case Ascii:
-        case Utf16:
-        case Array:
-        case Dictionary: {
-            result.size = result.detail;
-            if (result.detail == 0x0F) {
-                // The size follows as an integer object of its own.
-                if (result.payload >= tableStart_ || bytes_[result.payload] >> 4 != Integer)
-                    return std::nullopt;
-                const int power = bytes_[result.payload] & 0x0F;
-                const std::size_t sizeWidth = std::size_t{1} << power;
-                if (power > 3 || tableStart_ - result.payload - 1 < sizeWidth) return std::nullopt;
-                result.size = number(result.payload + 1, static_cast<int>(sizeWidth));
-                result.payload += 1 + sizeWidth;
-            }
-            const auto width = static_cast<std::uint64_t>(referenceWidth_);
-            if (result.kind == Utf16) unit = 2;
-            if (result.kind == Array) unit = width;
-            if (result.kind == Dictionary) unit = 2 * width;
-            break;
-        }
-        default:
-            return std::nullopt;
+    const std::uint8_t detail = marker & 0x0F;
+    const auto fault = [&](Problem problem) { return std::unexpected(BinaryListFault{problem, at, marker}); };
+    switch (Format::kindOf(marker)) {
+        case Kind::Simple:
+            if (marker == Format::nullMarker) return fault(Problem::Null);
+            if (marker != Format::falseMarker && marker != Format::trueMarker) break;
+            return fixedHead(at, 0, Problem::UnknownMarker);
+        case Kind::Integer:
+            if (detail > 4) break;
+            return fixedHead(at, std::size_t{1} << detail, Problem::IntegerCutOff);
+        case Kind::Real:
+            if (detail != 2 && detail != 3) break;
+            return fixedHead(at, std::size_t{1} << detail, Problem::RealCutOff);
+        case Kind::Date:
+            if (detail != 3) break;
+            return fixedHead(at, 8, Problem::DateCutOff);
+        case Kind::Uid:
+            return fixedHead(at, detail + std::size_t{1}, Problem::UidCutOff);
+        case Kind::Bytes:
+        case Kind::Ascii:
+            return sizedHead(at, 1);
+        case Kind::Utf16:
+            return sizedHead(at, 2);
+        case Kind::Elements:
+            return sizedHead(at, referenceWidth_);
+        case Kind::Entries:
+            return sizedHead(at, std::uint64_t{2} * referenceWidth_);
+        case Kind::Set:
+            return fault(Problem::Set);
     }
-    if (result.size > (tableStart_ - result.payload) / unit) return std::nullopt;
-    result.end = result.payload + static_cast<std::size_t>(result.size * unit);
-    return result;
+    return fault(Problem::UnknownMarker);
 }
 
-bool BinaryList::isDictionary(Object object) const {
-    return bytes_[offset(object)] >> 4 == Dictionary;
+BinaryList::Checked<BinaryList::Head> BinaryList::fixedHead(std::size_t at, std::size_t size,
+                                                            Problem cutOff) const {
+    if (tableStart_ - at - 1 < size) return std::unexpected(BinaryListFault{cutOff, at});
+    return Head{Format::kindOf(bytes_[at]), bytes_[at], size, at + 1, at + 1 + size};
 }
 
-bool BinaryList::isArray(Object object) const {
-    return bytes_[offset(object)] >> 4 == Array;
+BinaryList::Checked<BinaryList::Head> BinaryList::sizedHead(std::size_t at, std::uint64_t unit) const {
+    const auto fault = [](Problem problem, std::size_t place, std::uint64_t detail = 0) {
+        return std::unexpected(BinaryListFault{problem, place, detail});
+    };
+    Head head{Format::kindOf(bytes_[at]), bytes_[at], bytes_[at] & 0x0FU, at + 1, 0};
+    if (head.size == Format::sizeFollows) {
+        if (head.payload >= tableStart_) return fault(Problem::SizeMissing, at);
+        const std::uint8_t marker = bytes_[head.payload];
+        if (Format::kindOf(marker) != Kind::Integer || (marker & 0x0F) > 4)
+            return fault(Problem::SizeNoInteger, head.payload);
+        const std::size_t width = std::size_t{1} << (marker & 0x0F);
+        const std::size_t start = head.payload + 1;
+        if (tableStart_ - start < width) return fault(Problem::SizeCutOff, start);
+        head.payload = start + width;
+        head.size = number(head.payload - std::min<std::size_t>(width, 8), std::min<std::size_t>(width, 8));
+        const bool isNegative = head.size >> 63 != 0;
+        const std::uint64_t high = width == 16 ? number(start, 8) : 0;
+        if (isNegative && (width == 8 || high == UINT64_MAX)) return fault(Problem::SizeNegative, start - 1);
+        if (high != 0) return fault(Problem::SizeTooLarge, start);
+    }
+    if (head.size > (tableStart_ - head.payload) / unit) return fault(Problem::ReachesBeyond, at, head.size);
+    head.end = head.payload + static_cast<std::size_t>(head.size * unit);
+    return head;
+}
+
+std::span<const std::uint8_t> BinaryList::payload(const Head& head) const {
+    return std::span(bytes_).subspan(head.payload, head.payloadBytes());
 }
 
 bool BinaryList::isNumber(Object object) const {
-    const int kind = bytes_[offset(object)] >> 4;
-    return kind == Integer || kind == Real;
+    const Kind found = kind(object);
+    return found == Kind::Integer || found == Kind::Real;
+}
+
+bool BinaryList::isString(Object object) const {
+    const Kind found = kind(object);
+    return found == Kind::Ascii || found == Kind::Utf16;
 }
 
 std::size_t BinaryList::pairCount(Object dictionary) const {
-    return isDictionary(dictionary) ? static_cast<std::size_t>(head(offset(dictionary))->size) : 0;
+    return isDictionary(dictionary) ? static_cast<std::size_t>(head(dictionary).size) : 0;
 }
 
 std::vector<BinaryList::Pair> BinaryList::pairs(Object object) const {
     std::vector<Pair> result;
     if (!isDictionary(object)) return result;
-    const Head dictionary = *head(offset(object));
-    const auto width = static_cast<std::size_t>(referenceWidth_);
+    const Head dictionary = head(object);
     result.reserve(dictionary.size);
     for (std::size_t i = 0; i < dictionary.size; ++i) {
-        result.push_back({reference(dictionary.payload + i * width),
-                          reference(dictionary.payload + (dictionary.size + i) * width)});
+        result.push_back({reference(dictionary.payload + i * referenceWidth_),
+                          reference(dictionary.payload + (dictionary.size + i) * referenceWidth_)});
     }
     return result;
 }
@@ -155,114 +169,130 @@ std::vector<BinaryList::Pair> BinaryList::pairs(Object object) const {
 std::vector<BinaryList::Object> BinaryList::elements(Object object) const {
     std::vector<Object> result;
     if (!isArray(object)) return result;
-    const Head array = *head(offset(object));
+    const Head array = head(object);
     result.reserve(array.size);
-    for (std::size_t at = array.payload; at < array.end; at += static_cast<std::size_t>(referenceWidth_)) {
+    for (std::size_t at = array.payload; at < array.end; at += referenceWidth_)
         result.push_back(reference(at));
-    }
     return result;
 }
 
 std::size_t BinaryList::elementCount(Object array) const {
-    return isArray(array) ? static_cast<std::size_t>(head(offset(array))->size) : 0;
+    return isArray(array) ? static_cast<std::size_t>(head(array).size) : 0;
 }
 
 BinaryList::Object BinaryList::element(Object array, std::size_t position) const {
-    return reference(head(offset(array))->payload + position * static_cast<std::size_t>(referenceWidth_));
+    return reference(head(array).payload + position * referenceWidth_);
 }
 
 std::optional<BinaryList::Object> BinaryList::find(Object dictionary, std::string_view key) const {
     if (!isDictionary(dictionary)) return std::nullopt;
-    const Head entries = *head(offset(dictionary));
-    const auto width = static_cast<std::size_t>(referenceWidth_);
+    const Head entries = head(dictionary);
     for (std::size_t i = entries.size; i-- > 0;) {
-        if (textIs(reference(entries.payload + i * width), key)) {
-            return reference(entries.payload + (entries.size + i) * width);
+        if (textIs(reference(entries.payload + i * referenceWidth_), key)) {
+            return reference(entries.payload + (entries.size + i) * referenceWidth_);
         }
     }
     return std::nullopt;
 }
 
 bool BinaryList::textIs(Object object, std::string_view text) const {
-    const Head found = *head(offset(object));
+    const Head found = head(object);
     // A text has no fewer bytes than it has units of 16 bits.
-    if (found.kind == Utf16) return found.size <= text.size() && string(object) == text;
-    if (found.kind != Ascii) return false;
-    const auto payload = bytes_.begin() + static_cast<std::ptrdiff_t>(found.payload);
-    return found.size == text.size() && std::equal(text.begin(), text.end(), payload);
-}
-
-bool BinaryList::isString(Object object) const {
-    const int kind = bytes_[offset(object)] >> 4;
-    return kind == Ascii || kind == Utf16;
+    if (found.kind == Kind::Utf16) return found.size <= text.size() && this->text(found) == text;
+    return found.kind == Kind::Ascii && std::ranges::equal(payload(found), text);
 }
 
 std::optional<std::string> BinaryList::string(Object object) const {
-    const Head text = *head(offset(object));
-    if (text.kind == Ascii) {
-        const auto payload = bytes_.begin() + static_cast<std::ptrdiff_t>(text.payload);
-        return std::string(payload, payload + static_cast<std::ptrdiff_t>(text.size));
-    }
-    if (text.kind != Utf16) return std::nullopt;
-    std::string result;
-    for (std::size_t at = text.payload; at < text.end; at += 2) {
-        auto character = static_cast<std::uint32_t>(number(at, 2));
-        if (character >= 0xD800 && character < 0xDC00) {
-            at += 2;
-            const auto low = static_cast<std::uint32_t>(number(at, 2));
-            character = 0x10000 + ((character - 0xD800) << 10) + (low - 0xDC00);
-        }
-        appendUtf8(result, character);
-    }
-    return result;
+    const Head found = head(object);
+    if (found.kind != Kind::Ascii && found.kind != Kind::Utf16) return std::nullopt;
+    return text(found);
+}
+
+std::string BinaryList::text(const Head& head) const {
+    const auto bytes = payload(head);
+    if (head.kind == Kind::Ascii) return {bytes.begin(), bytes.end()};
+    return *utf8FromUTF16(bytes, ByteOrder::BigEndian);
 }
 
 Value BinaryList::integerValue(const Head& integer) const {
     // Short ones are unsigned; eight bytes are signed; sixteen hold what is beyond a signed one.
-    if (integer.size < 8) return number(integer.payload, static_cast<int>(integer.size));
+    if (integer.size < 8) return number(integer.payload, integer.payloadBytes());
     const std::uint64_t low = number(integer.end - 8, 8);
     if (integer.size == 8 || number(integer.payload, 8) != 0) return std::bit_cast<std::int64_t>(low);
     return low;
 }
 
+Value BinaryList::uidValue(const Head& uid) const {
+    const std::size_t width = std::min<std::size_t>(uid.payloadBytes(), 8);
+    return Dictionary{{"CF$UID", number(uid.end - width, width)}};
+}
+
 Value BinaryList::value(Object object) const {
-    const Head found = *head(offset(object));
-    const auto payload = bytes_.begin() + static_cast<std::ptrdiff_t>(found.payload);
+    return value(object, nullptr);
+}
+
+Value BinaryList::rootValue() const {
+    std::vector<Value> made(count_);
+    return value(root_, &made);
+}
+
+Value BinaryList::value(Object object, std::vector<Value>* made) const {
+    if (made != nullptr && !(*made)[object].isNil()) return (*made)[object];
+    const Head found = head(object);
+    Value result;
     switch (found.kind) {
-        case Integer:
-            return integerValue(found);
-        case Real:
-            if (found.size == 4)
-                return std::bit_cast<float>(static_cast<std::uint32_t>(number(found.payload, 4)));
-            return std::bit_cast<double>(number(found.payload, 8));
-        case Date:
-            return platform::Date{std::bit_cast<double>(number(found.payload, 8))};
-        case Bytes:
-            return Data(payload, payload + static_cast<std::ptrdiff_t>(found.size));
-        case Ascii:
-        case Utf16:
-            return *string(object);
-        case Uid:
-            return platform::Dictionary{{"CF$UID", number(found.payload, static_cast<int>(found.size))}};
-        case Array: {
-            platform::Array array;
-            for (const Object element : elements(object)) array.push_back(value(element));
-            return array;
-        }
-        case Dictionary: {
-            platform::Dictionary dictionary;
-            for (const auto& [key, entry] : pairs(object))
-                dictionary.insert_or_assign(*string(key), value(entry));
-            return dictionary;
-        }
+        case Kind::Integer:
+            result = integerValue(found);
+            break;
+        case Kind::Real:
+            result = found.size == 4
+                         ? Value(std::bit_cast<float>(static_cast<std::uint32_t>(number(found.payload, 4))))
+                         : Value(std::bit_cast<double>(number(found.payload, 8)));
+            break;
+        case Kind::Date:
+            result = Date{std::bit_cast<double>(number(found.payload, 8))};
+            break;
+        case Kind::Bytes:
+            result = Data(payload(found).begin(), payload(found).end());
+            break;
+        case Kind::Ascii:
+        case Kind::Utf16:
+            result = text(found);
+            break;
+        case Kind::Uid:
+            result = uidValue(found);
+            break;
+        case Kind::Elements:
+        case Kind::Entries:
+            result = containerValue(found, made);
+            break;
         default:
-            return found.detail == 0x09;
+            result = found.marker == Format::trueMarker;
     }
+    if (made != nullptr) (*made)[object] = result;
+    return result;
+}
+
+Value BinaryList::containerValue(const Head& container, std::vector<Value>* made) const {
+    if (container.kind == Kind::Elements) {
+        Array array;
+        array.reserve(container.size);
+        for (std::size_t at = container.payload; at < container.end; at += referenceWidth_)
+            array.push_back(value(reference(at), made));
+        return array;
+    }
+    Dictionary dictionary;
+    const std::size_t values = container.payload + container.size * referenceWidth_;
+    for (std::size_t i = 0; i < container.size; ++i) {
+        const Value key = value(reference(container.payload + i * referenceWidth_), made);
+        dictionary.insert_or_assign(*key.string(), value(reference(values + i * referenceWidth_), made));
+    }
+    return dictionary;
 }
 
 std::span<const std::uint8_t> BinaryList::encoded(Object object) const {
     const std::size_t start = offset(object);
-    return std::span(bytes_).subspan(start, head(start)->end - start);
+    return std::span(bytes_).subspan(start, head(object).end - start);
 }
 
 }  // namespace platform

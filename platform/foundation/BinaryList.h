@@ -3,20 +3,26 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <expected>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/foundation/BinaryListFault.h"
+#include "platform/foundation/BinaryListFormat.h"
 #include "platform/foundation/Error.h"
 #include "platform/foundation/Value.h"
 
 namespace platform {
 
 /// A binary property list left as the bytes it is: its objects are looked up and decoded one at a time, each
-/// named by its number in the list. Reading and changing one profile of a hundred thousand so costs one
-/// profile, where a tree of values would cost two million. Immutable; usable from any thread.
+/// named by its number in the list. Reading and changing one record of a hundred thousand so costs one
+/// record, where a tree of values would cost two million. Immutable; usable from any thread.
+///
+/// A UID reads as the dictionary {"CF$UID": integer}. A key that comes twice in a dictionary takes its last
+/// value.
 class BinaryList {
   public:
     using Object = std::uint32_t;
@@ -31,10 +37,11 @@ class BinaryList {
         Object value;
     };
 
+    /// Whether the bytes are a binary property list of any version, by how they begin.
+    static bool recognises(std::span<const std::uint8_t> bytes);
     /// Checks everything that can be reached from the root, so that no later look-up can fail: offsets, sizes
     /// and references, key types, text encodings, nesting (as deep as property lists may be), and that shared
-    /// references do not stand for far more objects than the bytes could hold. The error names the byte
-    /// offset.
+    /// references do not stand for far more than the bytes could hold. The error names the byte offset.
     static Result<BinaryList> create(Data bytes);
     /// Bytes that this program wrote itself; nothing is checked.
     static BinaryList trusted(Data bytes);
@@ -54,8 +61,8 @@ class BinaryList {
     /// checked.
     std::uint64_t reachableBytes() const { return reachableBytes_; }
 
-    bool isDictionary(Object object) const;
-    bool isArray(Object object) const;
+    bool isDictionary(Object object) const { return kind(object) == Kind::Entries; }
+    bool isArray(Object object) const { return kind(object) == Kind::Elements; }
     /// An integer or a real; no boolean.
     bool isNumber(Object object) const;
     /// A dictionary's entries in their order; none for any other object.
@@ -73,42 +80,49 @@ class BinaryList {
     bool isString(Object object) const;
     /// Whether it is a string, and this one. Makes none to tell.
     bool textIs(Object object, std::string_view text) const;
+    /// An object with all that it holds.
     Value value(Object object) const;
+    /// The root with all that it holds. What several references share is made once and shared by the values;
+    /// to know it takes memory for every object of the list.
+    Value rootValue() const;
     /// The object's own bytes: what a container refers to is not among them.
     std::span<const std::uint8_t> encoded(Object object) const;
 
   private:
     friend class BinaryListCheck;
-
-    /// The kinds of objects: the high half of an object's first byte.
-    enum Kind : std::uint8_t {
-        Simple = 0x0,
-        Integer = 0x1,
-        Real = 0x2,
-        Date = 0x3,
-        Bytes = 0x4,
-        Ascii = 0x5,
-        Utf16 = 0x6,
-        Uid = 0x8,
-        Array = 0xA,
-        Dictionary = 0xD
-    };
+    using Kind = BinaryListFormat::Kind;
 
     /// An object's first bytes taken apart. `size` counts what its kind counts: bytes, characters, elements,
     /// pairs.
     struct Head {
-        std::uint8_t kind;
-        std::uint8_t detail;
+        Kind kind;
+        std::uint8_t marker;
         std::uint64_t size;
         std::size_t payload;
         std::size_t end;
-    };
 
-    std::uint64_t number(std::size_t at, int width) const;
+        std::size_t payloadBytes() const { return end - payload; }
+    };
+    template <class T>
+    using Checked = std::expected<T, BinaryListFault>;
+
+    std::uint64_t number(std::size_t at, std::size_t width) const;
     Object reference(std::size_t at) const { return static_cast<Object>(number(at, referenceWidth_)); }
-    /// Empty for a marker that property lists do not have and for an object that leads past the objects' end.
-    std::optional<Head> head(std::size_t at) const;
+    Kind kind(Object object) const { return BinaryListFormat::kindOf(bytes_[offset(object)]); }
+    /// The head at an offset before the table of offsets. A fault for a marker that property lists do not
+    /// have, and for an object that leads past the objects' end.
+    Checked<Head> checkedHead(std::size_t at) const;
+    Checked<Head> fixedHead(std::size_t at, std::size_t size, BinaryListFault::Problem cutOff) const;
+    Checked<Head> sizedHead(std::size_t at, std::uint64_t unit) const;
+    /// Of an object that was checked.
+    Head head(Object object) const { return *checkedHead(offset(object)); }
+    std::span<const std::uint8_t> payload(const Head& head) const;
+    std::string text(const Head& head) const;
     Value integerValue(const Head& head) const;
+    Value uidValue(const Head& head) const;
+    /// What was made is remembered under its number, where there is a memory to do so.
+    Value value(Object object, std::vector<Value>* made) const;
+    Value containerValue(const Head& head, std::vector<Value>* made) const;
     void readTrailer();
 
     Data bytes_;
@@ -116,8 +130,8 @@ class BinaryList {
     std::uint64_t reachableBytes_ = 0;
     Object root_ = 0;
     Object count_ = 0;
-    int offsetWidth_ = 1;
-    int referenceWidth_ = 1;
+    std::uint8_t offsetWidth_ = 1;
+    std::uint8_t referenceWidth_ = 1;
 };
 
 }  // namespace platform

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "platform/foundation/BinaryPropertyListReader.h"
+#include "platform/foundation/BinaryList.h"
 #include "platform/foundation/BinaryPropertyListWriter.h"
 #include "platform/foundation/PropertyListChecker.h"
 #include "platform/foundation/XMLCharacters.h"
@@ -14,7 +14,7 @@ namespace platform {
 
 Result<PropertyListFormat> PropertyListSerialization::formatOfData(const Data& data) {
     if (data.empty()) return failure("This is no property list: it is empty.");
-    if (BinaryPropertyListReader::recognises(data)) return PropertyListFormat::Binary;
+    if (BinaryList::recognises(data)) return PropertyListFormat::Binary;
     std::string_view text(reinterpret_cast<const char*>(data.data()), data.size());
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
@@ -26,8 +26,10 @@ Result<PropertyListFormat> PropertyListSerialization::formatOfData(const Data& d
 Result<Value> PropertyListSerialization::propertyListWithData(const Data& data) {
     const Result<PropertyListFormat> format = formatOfData(data);
     if (!format) return std::unexpected(format.error());
-    return *format == PropertyListFormat::Binary ? BinaryPropertyListReader::read(data)
-                                                 : XMLPropertyListReader::read(data);
+    if (*format == PropertyListFormat::XML) return XMLPropertyListReader::read(data);
+    const Result<BinaryList> list = BinaryList::create(data);
+    if (!list) return std::unexpected(list.error());
+    return list->rootValue();
 }
 
 Result<Data> PropertyListSerialization::dataWithPropertyList(const Value& value, PropertyListFormat format) {

@@ -119,27 +119,42 @@ void appendUTF8(std::string& text, char32_t codePoint) {
     }
 }
 
-std::optional<std::string> utf8FromUTF16(std::span<const std::uint8_t> bytes, ByteOrder order) {
-    if (bytes.size() % 2 != 0) return std::nullopt;
+namespace {
+
+/// Hands each code point to `take`; whether all of the bytes are well-formed.
+template <class Take>
+bool decodeUTF16(std::span<const std::uint8_t> bytes, ByteOrder order, Take take) {
+    if (bytes.size() % 2 != 0) return false;
     const auto unitAt = [&](std::size_t index) {
         const char32_t first = bytes[index];
         const char32_t second = bytes[index + 1];
         return order == ByteOrder::BigEndian ? (first << 8) | second : (second << 8) | first;
     };
-    std::string text;
-    text.reserve(bytes.size());
     for (std::size_t i = 0; i < bytes.size(); i += 2) {
         char32_t unit = unitAt(i);
         if (isSurrogate(unit)) {
-            if (!isHighSurrogate(unit) || i + 3 >= bytes.size() || !isLowSurrogate(unitAt(i + 2))) {
-                return std::nullopt;
-            }
+            if (!isHighSurrogate(unit) || i + 3 >= bytes.size() || !isLowSurrogate(unitAt(i + 2)))
+                return false;
             unit = combinedSurrogates(unit, unitAt(i + 2));
             i += 2;
         }
-        appendUTF8(text, unit);
+        take(unit);
     }
+    return true;
+}
+
+}  // namespace
+
+std::optional<std::string> utf8FromUTF16(std::span<const std::uint8_t> bytes, ByteOrder order) {
+    std::string text;
+    text.reserve(bytes.size());
+    if (!decodeUTF16(bytes, order, [&](char32_t codePoint) { appendUTF8(text, codePoint); }))
+        return std::nullopt;
     return text;
+}
+
+bool isUTF16(std::span<const std::uint8_t> bytes, ByteOrder order) {
+    return decodeUTF16(bytes, order, [](char32_t) {});
 }
 
 }  // namespace platform

@@ -56,5 +56,7 @@ std::string_view withoutOuterBlanks(std::string_view text);
 /// UTF-16 as UTF-8. Empty for an odd number of bytes and for surrogates without their other half: they have
 /// no UTF-8 form, and replacing them would change the text silently.
 std::optional<std::string> utf8FromUTF16(std::span<const std::uint8_t> bytes, ByteOrder order);
+/// Whether the above would give a text.
+bool isUTF16(std::span<const std::uint8_t> bytes, ByteOrder order);
 
 }  // namespace platform

@@ -7,6 +7,7 @@
 #include "platform/foundation/BinaryList.h"
 #include "platform/foundation/BinaryListBuilder.h"
 #include "platform/foundation/PropertyList.h"
+#include "tests/platform/foundation/HandmadeList.h"
 
 namespace {
 
@@ -18,6 +19,7 @@ using platform::Dictionary;
 using platform::PropertyListFormat;
 using platform::PropertyListSerialization;
 using platform::Value;
+using platform::testing::HandmadeList;
 using testing::HasSubstr;
 
 Data encoded(const Value& value) {
@@ -37,27 +39,15 @@ Value everything() {
         {"nested", Dictionary{{"a", Dictionary{{"b", Array{Array{1}}}}}}}};
 }
 
-/// A list of one byte for each width, from its objects' bytes, root first.
-Data listOf(const std::vector<Data>& objects, std::uint8_t root = 0) {
-    const std::string_view header = "bplist00";
-    Data bytes(header.begin(), header.end());
-    Data table;
-    for (const Data& object : objects) {
-        table.push_back(static_cast<std::uint8_t>(bytes.size()));
-        bytes.insert(bytes.end(), object.begin(), object.end());
-    }
-    const auto tableStart = static_cast<std::uint8_t>(bytes.size());
-    bytes.insert(bytes.end(), table.begin(), table.end());
-    bytes.insert(bytes.end(), {0, 0, 0, 0, 0, 0, 1, 1});
-    for (const std::uint8_t number : {static_cast<std::uint8_t>(objects.size()), root, tableStart}) {
-        bytes.insert(bytes.end(), {0, 0, 0, 0, 0, 0, 0, number});
-    }
-    return bytes;
-}
-
 std::string reasonAgainst(const Data& bytes) {
     const auto list = BinaryList::create(bytes);
     return list ? "none" : list.error().localizedDescription;
+}
+std::string reasonAgainst(const HandmadeList& list) {
+    return reasonAgainst(list.build());
+}
+HandmadeList object(std::initializer_list<int> bytes) {
+    return HandmadeList().object(bytes);
 }
 
 TEST(BinaryList, everyKindOfValue_isReadAsThePlatformReadsIt) {
@@ -69,11 +59,13 @@ TEST(BinaryList, everyKindOfValue_isReadAsThePlatformReadsIt) {
 
 TEST(BinaryList, widthsAndSizesOfOtherWriters_areRead) {
     // A real of four bytes, a UID, a size in eight bytes, an integer of sixteen.
-    const Data bytes = listOf({{0xA4, 1, 2, 3, 4},
-                               {0x22, 0x3F, 0xC0, 0, 0},
-                               {0x81, 1, 2},
-                               {0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0, 2, 'o', 'k'},
-                               {0x14, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0, 0, 0, 0, 0, 0, 0}});
+    const Data bytes = HandmadeList()
+                           .array({1, 2, 3, 4})
+                           .object({0x22, 0x3F, 0xC0, 0, 0})
+                           .object({0x81, 1, 2})
+                           .object({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0, 2, 'o', 'k'})
+                           .object({0x14, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0, 0, 0, 0, 0, 0, 0})
+                           .build();
     const auto list = BinaryList::create(bytes);
     ASSERT_TRUE(list) << list.error().localizedDescription;
     EXPECT_EQ(Value(Array{1.5, Dictionary{{"CF$UID", 258}}, "ok", std::uint64_t{0xFF} << 56}),
@@ -95,34 +87,48 @@ TEST(BinaryList, look_upsAnswerForTheirKindOnly) {
 }
 
 TEST(BinaryList, hostileBytes_areRefusedWithTheirPlace) {
-    EXPECT_THAT(reasonAgainst(listOf({{0xA1, 0}})), HasSubstr("at byte 8: a container holds itself"));
-    EXPECT_THAT(reasonAgainst(listOf({{0xA1, 1}, {0xA1, 0}})), HasSubstr("holds itself"));
-    EXPECT_THAT(reasonAgainst(listOf({{0xA1, 9}})), HasSubstr("at byte 9: a reference"));
-    EXPECT_THAT(reasonAgainst(listOf({{0xD1, 1, 1}, {0x10, 5}})), HasSubstr("key"));
-    EXPECT_THAT(reasonAgainst(listOf({{0x00}})), HasSubstr("unknown kind"));
-    EXPECT_THAT(reasonAgainst(listOf({{0xC0}})), HasSubstr("unknown kind"));
-    EXPECT_THAT(reasonAgainst(listOf({{0x5F, 0x13, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}})),
-                HasSubstr("leads out"));
-    EXPECT_THAT(reasonAgainst(listOf({{0xDF, 0x13, 0x7F, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}})),
-                HasSubstr("leads out"));
-    EXPECT_THAT(reasonAgainst(listOf({{0x51, 0xC3}})), HasSubstr("encoding"));
-    EXPECT_THAT(reasonAgainst(listOf({{0x61, 0xD8, 0x00}})), HasSubstr("surrogate"));
-    EXPECT_THAT(reasonAgainst(listOf({{0x62, 0xDC, 0x00, 0xD8, 0x00}})), HasSubstr("surrogate"));
-    EXPECT_THAT(reasonAgainst(listOf({{0x14, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}})),
-                HasSubstr("16 bytes"));
-    EXPECT_THAT(reasonAgainst(listOf({{0x09}}, 5)), HasSubstr("root"));
+    EXPECT_EQ("The binary property list is damaged at byte 8: a container contains itself.",
+              reasonAgainst(HandmadeList().array({0})));
+    EXPECT_THAT(reasonAgainst(HandmadeList().array({1}).array({0})), HasSubstr("contains itself"));
+    EXPECT_THAT(reasonAgainst(HandmadeList().array({9})), HasSubstr("at byte 9: a reference"));
+    EXPECT_THAT(reasonAgainst(HandmadeList().dictionary({1, 1}).object({0x10, 5})),
+                HasSubstr("at byte 9: a dictionary's key"));
+    EXPECT_THAT(reasonAgainst(object({0xC0})), HasSubstr("at byte 8: a set"));
+    EXPECT_THAT(reasonAgainst(object({0x5F, 0x13, 0x7F, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF})),
+                HasSubstr("at byte 8: an object of 9223372036854775807 items reaches beyond"));
+    EXPECT_THAT(reasonAgainst(object({0x51, 0xC3})), HasSubstr("at byte 9: an ASCII string"));
+    EXPECT_THAT(reasonAgainst(object({0x62, 0xDC, 0x00, 0xD8, 0x00})),
+                HasSubstr("at byte 8: a string holds"));
+    EXPECT_THAT(reasonAgainst(object({0x14, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0})),
+                HasSubstr("at byte 9: an integer of 16 bytes"));
 }
 
-TEST(BinaryList, referencesThatUnfoldWithoutEnd_areRefused) {
-    // Each array holds the next one ten times.
-    std::vector<Data> objects;
-    for (std::uint8_t i = 0; i < 12; ++i) {
-        Data array(11, static_cast<std::uint8_t>(i + 1));
-        array[0] = 0xAA;
-        objects.push_back(array);
-    }
-    objects.push_back({0x09});
-    EXPECT_THAT(reasonAgainst(listOf(objects)), HasSubstr("unfold"));
+TEST(BinaryList, objectOutsideTheFile_isRefusedWithThePlaceOfItsOffset) {
+    Data bytes = object({0x09}).build();
+    const std::size_t table = bytes.size() - 33;
+    bytes[table] = static_cast<std::uint8_t>(table);
+    EXPECT_EQ("The binary property list is damaged at byte 9: an object lies outside the file.",
+              reasonAgainst(bytes));
+}
+
+TEST(BinaryList, objectsCutOff_areRefused) {
+    EXPECT_THAT(reasonAgainst(object({0x13, 0})), HasSubstr("at byte 8: an integer is cut off"));
+    EXPECT_THAT(reasonAgainst(object({0x23, 0})), HasSubstr("at byte 8: a real is cut off"));
+    EXPECT_THAT(reasonAgainst(object({0x33, 0})), HasSubstr("at byte 8: a date is cut off"));
+    EXPECT_THAT(reasonAgainst(object({0x83, 0})), HasSubstr("at byte 8: a UID is cut off"));
+    EXPECT_THAT(reasonAgainst(object({0x5F, 0x13, 0})), HasSubstr("an integer that counts is cut off"));
+    EXPECT_EQ("The binary property list is too short to be one: it has only 39 bytes.",
+              reasonAgainst(Data(39)));
+}
+
+TEST(BinaryList, sharedObjects_areMadeOnceForTheRoot) {
+    const auto list =
+        BinaryList::create(HandmadeList().array({1, 1, 2, 2}).array({2}).object({0x51, 'a'}).build()).value();
+    const Value root = list.rootValue();
+    EXPECT_EQ(list.value(list.root()), root);
+    const Array& elements = *root.array();
+    EXPECT_EQ(elements[0].array(), elements[1].array());
+    EXPECT_EQ(elements[2].string(), elements[3].string());
 }
 
 TEST(BinaryList, objectsOnTopOfEachOther_areRefused) {

@@ -38,12 +38,16 @@ TEST(Unicode, utf16_isReadInBothByteOrdersWithSurrogates) {
     const std::vector<std::uint8_t> little{'a', 0x00, 0xAC, 0x20, 0x3D, 0xD8, 0x00, 0xDE};
     EXPECT_EQ(utf8FromUTF16(big, ByteOrder::BigEndian), "a€😀");
     EXPECT_EQ(utf8FromUTF16(little, ByteOrder::LittleEndian), "a€😀");
+    EXPECT_TRUE(platform::isUTF16(big, ByteOrder::BigEndian));
 }
 
 TEST(Unicode, utf16WithHalfAPairOrHalfAUnit_isRefused) {
     const std::vector<std::vector<std::uint8_t>> bad{
         {0xD8, 0x3D}, {0xDE, 0x00}, {0xD8, 0x3D, 0x00, 'a'}, {0xDE, 0x00, 0xD8, 0x3D}, {0x00}};
-    for (const auto& bytes : bad) EXPECT_EQ(utf8FromUTF16(bytes, ByteOrder::BigEndian), std::nullopt);
+    for (const auto& bytes : bad) {
+        EXPECT_EQ(utf8FromUTF16(bytes, ByteOrder::BigEndian), std::nullopt);
+        EXPECT_FALSE(platform::isUTF16(bytes, ByteOrder::BigEndian));
+    }
 }
 
 TEST(Unicode, blanks_meanNothingAtEitherEnd) {

@@ -5,7 +5,6 @@
 #include <bit>
 #include <limits>
 
-#include "platform/foundation/BinaryPropertyListReader.h"
 #include "platform/foundation/PropertyList.h"
 #include "tests/platform/foundation/HandmadeList.h"
 
@@ -32,7 +31,7 @@ Result<Value> object(std::initializer_list<int> bytes) {
     return read(HandmadeList().object(bytes));
 }
 
-TEST(BinaryPropertyListReader, integersOfEveryWidth_areRead) {
+TEST(BinaryPropertyListReading, integersOfEveryWidth_areRead) {
     EXPECT_EQ(object({0x10, 0xFF}), Value(255));
     EXPECT_EQ(object({0x11, 0xFF, 0xFE}), Value(65534));
     EXPECT_EQ(object({0x12, 0xFF, 0xFF, 0xFF, 0xFF}), Value(4294967295U));
@@ -43,14 +42,14 @@ TEST(BinaryPropertyListReader, integersOfEveryWidth_areRead) {
               Value(std::numeric_limits<std::int64_t>::min()));
 }
 
-TEST(BinaryPropertyListReader, integersBeyond64Bits_areErrors) {
+TEST(BinaryPropertyListReading, integersBeyond64Bits_areErrors) {
     EXPECT_THAT(errorOf(object({0x14, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0})),
                 HasSubstr("byte 9: an integer of 16 bytes does not fit 8"));
     EXPECT_FALSE(object({0x14, 255, 255, 255, 255, 255, 255, 255, 255, 0, 0, 0, 0, 0, 0, 0, 0}));
     EXPECT_THAT(errorOf(object({0x15, 0})), HasSubstr("byte 8: the marker 0x15 is unknown"));
 }
 
-TEST(BinaryPropertyListReader, realsAndDates_areReadToTheBit) {
+TEST(BinaryPropertyListReading, realsAndDates_areReadToTheBit) {
     EXPECT_EQ(object({0x22, 0x3F, 0xC0, 0, 0}), Value(1.5));
     EXPECT_EQ(object({0x23, 0x80, 0, 0, 0, 0, 0, 0, 0}), Value(-0.0));
     EXPECT_EQ(object({0x23, 0x7F, 0xF8, 0, 0, 0, 0, 0x12, 0x34}),
@@ -58,7 +57,7 @@ TEST(BinaryPropertyListReader, realsAndDates_areReadToTheBit) {
     EXPECT_EQ(object({0x33, 0x3F, 0xF8, 0, 0, 0, 0, 0, 0}), Value(Date{1.5}));
 }
 
-TEST(BinaryPropertyListReader, stringsAndData_areRead) {
+TEST(BinaryPropertyListReading, stringsAndData_areRead) {
     EXPECT_EQ(object({0x52, 'h', 'i'}), Value("hi"));
     EXPECT_EQ(object({0x62, 0xD8, 0x3D, 0xDE, 0x00}), Value("😀"));
     EXPECT_EQ(object({0x5F, 0x11, 0x00, 0x02, 'h', 'i'}), Value("hi"));
@@ -66,21 +65,21 @@ TEST(BinaryPropertyListReader, stringsAndData_areRead) {
     EXPECT_EQ(object({0x40}), Value(Data{}));
 }
 
-TEST(BinaryPropertyListReader, stringsWithoutAUTF8Form_areErrors) {
+TEST(BinaryPropertyListReading, stringsWithoutAUTF8Form_areErrors) {
     EXPECT_THAT(errorOf(object({0x61, 0xD8, 0x3D})),
                 HasSubstr("byte 8: a string holds half a surrogate pair"));
     EXPECT_THAT(errorOf(object({0x52, 'h', 0xE9})),
                 HasSubstr("byte 10: an ASCII string holds the byte 0xe9"));
 }
 
-TEST(BinaryPropertyListReader, UID_isADictionaryOfItsNumber) {
+TEST(BinaryPropertyListReading, UID_isADictionaryOfItsNumber) {
     EXPECT_EQ(object({0x80, 7}), Value(Dictionary{{"CF$UID", 7}}));
     EXPECT_EQ(object({0x81, 1, 0}), Value(Dictionary{{"CF$UID", 256}}));
     EXPECT_EQ(object({0x89, 0, 0, 0, 0, 0, 0, 0, 0, 0, 5}), Value(Dictionary{{"CF$UID", 5}}));
     EXPECT_THAT(errorOf(object({0x88, 1, 0, 0, 0, 0, 0, 0, 0, 0})), HasSubstr("a UID does not fit 8 bytes"));
 }
 
-TEST(BinaryPropertyListReader, foreignMarkers_areErrorsThatNameThemAndTheirOffset) {
+TEST(BinaryPropertyListReading, foreignMarkers_areErrorsThatNameThemAndTheirOffset) {
     EXPECT_THAT(errorOf(object({0x00})), HasSubstr("byte 8: a null (marker 0x00)"));
     EXPECT_THAT(errorOf(object({0xC0})), HasSubstr("byte 8: a set (marker 0xc0)"));
     for (const int marker : {0x0F, 0x21, 0x24, 0x30, 0x70, 0x90, 0xB0, 0xE0, 0xF0}) {
@@ -88,7 +87,7 @@ TEST(BinaryPropertyListReader, foreignMarkers_areErrorsThatNameThemAndTheirOffse
     }
 }
 
-TEST(BinaryPropertyListReader, offsetsAndReferencesOfEveryWidth_areRead) {
+TEST(BinaryPropertyListReading, offsetsAndReferencesOfEveryWidth_areRead) {
     for (std::size_t offsetWidth = 1; offsetWidth <= 8; ++offsetWidth) {
         for (std::size_t referenceWidth = 1; referenceWidth <= 8; ++referenceWidth) {
             HandmadeList list;
@@ -101,7 +100,7 @@ TEST(BinaryPropertyListReader, offsetsAndReferencesOfEveryWidth_areRead) {
     }
 }
 
-TEST(BinaryPropertyListReader, widthsOf0And9_areErrors) {
+TEST(BinaryPropertyListReading, widthsOf0And9_areErrors) {
     for (const std::size_t width : {std::size_t{0}, std::size_t{9}}) {
         HandmadeList offsets;
         offsets.offsetWidth = width;
@@ -113,7 +112,7 @@ TEST(BinaryPropertyListReader, widthsOf0And9_areErrors) {
     }
 }
 
-TEST(BinaryPropertyListReader, rootNeedNotBeTheFirstObject) {
+TEST(BinaryPropertyListReading, rootNeedNotBeTheFirstObject) {
     HandmadeList list;
     list.root = 1;
     EXPECT_EQ(read(list.object({0x08}).object({0x09})), Value(true));
@@ -121,17 +120,17 @@ TEST(BinaryPropertyListReader, rootNeedNotBeTheFirstObject) {
     EXPECT_THAT(errorOf(read(list)), HasSubstr("the root is an object that does not exist"));
 }
 
-TEST(BinaryPropertyListReader, dictionaryKeyThatIsNoString_isAnError) {
+TEST(BinaryPropertyListReading, dictionaryKeyThatIsNoString_isAnError) {
     EXPECT_THAT(errorOf(read(HandmadeList().dictionary({1, 1}).object({0x10, 1}))),
                 HasSubstr("byte 9: a dictionary's key is no string"));
 }
 
-TEST(BinaryPropertyListReader, keyThatComesTwice_takesItsLastValue) {
+TEST(BinaryPropertyListReading, keyThatComesTwice_takesItsLastValue) {
     EXPECT_EQ(read(HandmadeList().dictionary({1, 1, 2, 3}).object({0x51, 'a'}).object({0x08}).object({0x09})),
               Value(Dictionary{{"a", true}}));
 }
 
-TEST(BinaryPropertyListReader, hugeCounts_areErrorsWithoutBeingReserved) {
+TEST(BinaryPropertyListReading, hugeCounts_areErrorsWithoutBeingReserved) {
     for (const int marker : {0x4F, 0x5F, 0x6F, 0xAF, 0xDF}) {
         EXPECT_THAT(errorOf(object({marker, 0x13, 0x7F, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF})),
                     HasSubstr("items reaches beyond the file"));
@@ -145,19 +144,19 @@ TEST(BinaryPropertyListReader, hugeCounts_areErrorsWithoutBeingReserved) {
     }
 }
 
-TEST(BinaryPropertyListReader, hugeObjectCount_isAnError) {
+TEST(BinaryPropertyListReading, hugeObjectCount_isAnError) {
     Data data = HandmadeList().object({0x09}).build();
     for (std::size_t i = 0; i < 8; ++i) data[data.size() - 24 + i] = 0xFF;
     EXPECT_THAT(errorOf(PropertyListSerialization::propertyListWithData(data)),
                 HasSubstr("the number of objects does not fit the offset table"));
 }
 
-TEST(BinaryPropertyListReader, referenceToAnObjectThatDoesNotExist_isAnError) {
+TEST(BinaryPropertyListReading, referenceToAnObjectThatDoesNotExist_isAnError) {
     EXPECT_THAT(errorOf(read(HandmadeList().array({1}))),
                 HasSubstr("byte 9: a reference names an object that does not exist"));
 }
 
-TEST(BinaryPropertyListReader, containersThatContainThemselves_areErrors) {
+TEST(BinaryPropertyListReading, containersThatContainThemselves_areErrors) {
     EXPECT_THAT(errorOf(read(HandmadeList().array({0}))), HasSubstr("byte 8: a container contains itself"));
     EXPECT_THAT(errorOf(read(HandmadeList().array({1}).dictionary({2, 0}).object({0x51, 'a'}))),
                 HasSubstr("a container contains itself"));
@@ -171,14 +170,14 @@ HandmadeList nested(std::size_t depth) {
     return list.array({});
 }
 
-TEST(BinaryPropertyListReader, nesting_isAllowedUpToTheMaximumDepth) {
+TEST(BinaryPropertyListReading, nesting_isAllowedUpToTheMaximumDepth) {
     EXPECT_TRUE(read(nested(PropertyListSerialization::maximumDepth)));
     EXPECT_THAT(errorOf(read(nested(PropertyListSerialization::maximumDepth + 1))),
                 HasSubstr("containers nest more than 512 deep"));
     EXPECT_FALSE(read(nested(30000)));
 }
 
-TEST(BinaryPropertyListReader, sharedContainerReadFirstAtALowLevel_countsWhereItIsDeeper) {
+TEST(BinaryPropertyListReading, sharedContainerReadFirstAtALowLevel_countsWhereItIsDeeper) {
     // The root holds a chain of 511 and, one further down, a path that ends in the same chain.
     HandmadeList list = nested(511);
     list.array({0});
@@ -188,21 +187,21 @@ TEST(BinaryPropertyListReader, sharedContainerReadFirstAtALowLevel_countsWhereIt
     EXPECT_THAT(errorOf(read(list)), HasSubstr("containers nest more than 512 deep"));
 }
 
-TEST(BinaryPropertyListReader, sharedContainer_isMadeOnce) {
+TEST(BinaryPropertyListReading, sharedContainer_isMadeOnce) {
     const auto value = read(HandmadeList().array({1, 1}).array({2}).object({0x09}));
     ASSERT_TRUE(value);
     EXPECT_EQ(*value, Value(Array{Array{true}, Array{true}}));
     EXPECT_EQ((*value->array())[0].array(), (*value->array())[1].array());
 }
 
-TEST(BinaryPropertyListReader, referencesThatUnfoldExponentially_areRefused) {
+TEST(BinaryPropertyListReading, referencesThatUnfoldExponentially_areRefused) {
     HandmadeList list;
     list.offsetWidth = 2;
     for (std::uint64_t i = 1; i < 40; ++i) list.array({i, i, i, i, i, i, i, i, i, i});
     EXPECT_THAT(errorOf(read(list.object({0x09}))), HasSubstr("unfold to far more than the file holds"));
 }
 
-TEST(BinaryPropertyListReader, keySharedByManyDictionaries_isRefusedWhenItsCopiesWouldBeHuge) {
+TEST(BinaryPropertyListReading, keySharedByManyDictionaries_isRefusedWhenItsCopiesWouldBeHuge) {
     HandmadeList list;
     list.offsetWidth = 4;
     list.referenceWidth = 4;
@@ -217,7 +216,7 @@ TEST(BinaryPropertyListReader, keySharedByManyDictionaries_isRefusedWhenItsCopie
     EXPECT_THAT(errorOf(read(list)), HasSubstr("far more than the file"));
 }
 
-TEST(BinaryPropertyListReader, objectsThatShareTheirBytes_areRefusedWhenTheirCopiesWouldBeHuge) {
+TEST(BinaryPropertyListReading, objectsThatShareTheirBytes_areRefusedWhenTheirCopiesWouldBeHuge) {
     // Many entries of the offset table name the same data.
     constexpr std::size_t count = 50000;
     constexpr std::size_t size = 500000;
@@ -249,7 +248,7 @@ Data wholeFile() {
     return *PropertyListSerialization::dataWithPropertyList(value, PropertyListFormat::Binary);
 }
 
-TEST(BinaryPropertyListReader, everyPrefixOfAFile_isAnError) {
+TEST(BinaryPropertyListReading, everyPrefixOfAFile_isAnError) {
     const Data whole = wholeFile();
     ASSERT_TRUE(PropertyListSerialization::propertyListWithData(whole));
     for (std::size_t length = 0; length < whole.size(); ++length) {
@@ -258,7 +257,7 @@ TEST(BinaryPropertyListReader, everyPrefixOfAFile_isAnError) {
     }
 }
 
-TEST(BinaryPropertyListReader, everyByteChanged_givesAnErrorOrAValueThatCanBeWritten) {
+TEST(BinaryPropertyListReading, everyByteChanged_givesAnErrorOrAValueThatCanBeWritten) {
     const Data whole = wholeFile();
     int errors = 0;
     for (std::size_t i = 0; i < whole.size(); ++i) {
@@ -280,7 +279,7 @@ TEST(BinaryPropertyListReader, everyByteChanged_givesAnErrorOrAValueThatCanBeWri
     EXPECT_GT(errors, 100);
 }
 
-TEST(BinaryPropertyListReader, anotherVersion_isAnError) {
+TEST(BinaryPropertyListReading, anotherVersion_isAnError) {
     Data data = HandmadeList().object({0x09}).build();
     data[6] = '1';
     EXPECT_THAT(errorOf(PropertyListSerialization::propertyListWithData(data)), HasSubstr("unknown version"));
