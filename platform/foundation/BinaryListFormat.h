@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -43,6 +44,14 @@ struct BinaryListFormat {
     static constexpr Kind kindOf(std::uint8_t marker) { return static_cast<Kind>(marker >> 4); }
     static constexpr std::uint8_t marker(Kind kind, std::uint8_t detail) {
         return static_cast<std::uint8_t>(static_cast<unsigned>(kind) << 4 | detail);
+    }
+    /// Of an integer of that many bytes: a power of two, 16 at most.
+    static constexpr std::uint8_t integerMarker(std::size_t width) {
+        return marker(Kind::Integer, static_cast<std::uint8_t>(std::countr_zero(width)));
+    }
+    /// How many bytes follow the marker of a number, a date or a truth.
+    static constexpr std::size_t fixedSize(std::uint8_t marker) {
+        return kindOf(marker) == Kind::Simple ? 0 : std::size_t{1} << (marker & 0x0F);
     }
 };
 

@@ -11,7 +11,6 @@ using platform::BinaryList;
 using platform::BinaryListBuilder;
 using platform::Data;
 using platform::failure;
-using platform::PropertyListFormat;
 using platform::PropertyListSerialization;
 using platform::Result;
 using platform::Value;
@@ -124,12 +123,9 @@ Result<void> LargeXMLList::flush(std::vector<Object>& objects) {
     const auto values = PropertyListSerialization::propertyListWithData(piece);
     const std::string place = "Shortly before byte " + std::to_string(scanner_.position()) + ": ";
     if (!values) return failure(place + values.error().localizedDescription);
-    auto bytes = PropertyListSerialization::dataWithPropertyList(*values, PropertyListFormat::Binary);
-    if (!bytes) return failure(place + bytes.error().localizedDescription);
-    const BinaryList list = BinaryList::trusted(*std::move(bytes));
-    BinaryListBuilder::Copies copies(list);
-    for (const BinaryList::Object element : list.elements(list.root()))
-        objects.push_back(builder_.copy(element, copies));
+    const auto elements = builder_.addElements(*values);
+    if (!elements) return failure(place + elements.error().localizedDescription);
+    objects.insert(objects.end(), elements->begin(), elements->end());
     return {};
 }
 

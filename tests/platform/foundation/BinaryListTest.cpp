@@ -197,9 +197,40 @@ TEST(BinaryListBuilder, continuedList_keepsItsObjects) {
     EXPECT_EQ(Value(Array{"text", everything()}), longer->value(longer->root()));
 }
 
+TEST(BinaryListBuilder, value_isAddedBehindWhatItHoldsWithEqualScalarsOnce) {
+    BinaryListBuilder builder;
+    const auto root = builder.add(Dictionary{{"a", 1}, {"b", Array{1, "a"}}}).value();
+    HandmadeList expected;
+    expected.offsetWidth = expected.referenceWidth = 4;
+    expected.root = 4;
+    expected.object({0x51, 'a'}).object({0x10, 1}).object({0x51, 'b'}).array({1, 0}).dictionary({0, 2, 1, 3});
+    EXPECT_EQ(expected.build(), std::move(builder).finish(root).value());
+}
+
+TEST(BinaryListBuilder, longContainer_saysItsSizeInFourBytes) {
+    BinaryListBuilder builder;
+    const auto root = builder.add(Array(15, true)).value();
+    HandmadeList expected;
+    expected.offsetWidth = expected.referenceWidth = 4;
+    expected.root = 1;
+    expected.object({0x09}).array(std::vector<std::uint64_t>(15, 0));
+    EXPECT_EQ(expected.build(), std::move(builder).finish(root).value());
+}
+
+TEST(BinaryListBuilder, elements_areAddedWithoutTheirArrayAndShareTheirScalars) {
+    BinaryListBuilder builder;
+    const auto elements = builder.addElements(Array{"x", Array{"x"}, "x"}).value();
+    EXPECT_EQ((std::vector<BinaryList::Object>{0, 1, 0}), elements);
+    const auto list = BinaryList::trusted(std::move(builder).finish(1).value());
+    EXPECT_EQ(2U, list.count());
+    EXPECT_EQ(Value(Array{"x"}), list.rootValue());
+}
+
 TEST(BinaryListBuilder, valueThatNoListHolds_isAnError) {
     BinaryListBuilder builder;
     EXPECT_FALSE(builder.add(Value()));
+    EXPECT_THAT(builder.addElements(Array{1, Value()}).error().localizedDescription,
+                HasSubstr("\"[1]\" is nil"));
 }
 
 }  // namespace
