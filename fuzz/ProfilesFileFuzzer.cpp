@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A profiles file as anybody could have left it. What is taken over must be what the platform's reader sees,
-// and must survive every kind of change with all that it holds.
+// A profiles file as anybody could have left it: what is taken over must survive every kind of change with
+// all that it holds. PropertyListFuzzer looks at the bytes themselves.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
