@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // What a change of one profile costs beside writing the same bytes in the same durable way, and what a reload
 // of an unchanged file costs. "ratio" is the mean of the change over the mean of the bare write, both in this
-// very run and turn by turn, so that neither meets a busier disk than the other.
+// very run and turn by turn, so that neither meets a busier disk than the other. The benchmarks in memory
+// compare what the store does, which is to edit the file's bytes, with what it could do instead: read all of
+// them to values and write the values anew. Their ratios say how many times longer that takes.
 #include <benchmark/benchmark.h>
 
 #include <chrono>
@@ -22,6 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
+using quietrix::ProfilesFile;
 using quietrix::QXProfile;
 using quietrix::QXProfilesManager;
 
@@ -29,6 +32,21 @@ constexpr std::string_view bareFile = "/var/mobile/Library/Preferences/bare";
 
 std::string identifier(std::int64_t number) {
     return "profile-" + std::to_string(number);
+}
+
+/// A file of that many profiles.
+platform::Data fileBytes(std::int64_t profiles) {
+    platform::Array all;
+    for (std::int64_t i = 0; i < profiles; ++i) {
+        QXProfile profile;
+        profile.setIdentifier(identifier(i));
+        profile.setTitle("Profile " + std::to_string(i));
+        all.emplace_back(profile.storedValues());
+    }
+    return platform::PropertyListSerialization::dataWithPropertyList(
+               platform::Dictionary{{"format", 1}, {"profiles", std::move(all)}},
+               platform::PropertyListFormat::Binary)
+        .value();
 }
 
 /// A phone in a temporary directory whose store holds that many profiles.
@@ -41,17 +59,7 @@ class Phone {
         platform::Device phone;
         phone.files = std::make_shared<device::RootFileSystem>(root_.string());
         platform::Device::install(phone);
-        platform::Array all;
-        for (std::int64_t i = 0; i < profiles; ++i) {
-            QXProfile profile;
-            profile.setIdentifier(identifier(i));
-            profile.setTitle("Profile " + std::to_string(i));
-            all.emplace_back(profile.storedValues());
-        }
-        const auto bytes = platform::PropertyListSerialization::dataWithPropertyList(
-            platform::Dictionary{{"format", 1}, {"profiles", std::move(all)}},
-            platform::PropertyListFormat::Binary);
-        write(*bytes, quietrix::profilesPath);
+        write(fileBytes(profiles), quietrix::profilesPath);
         store_->reloadProfiles();
     }
     ~Phone() { fs::remove_all(root_); }
@@ -109,6 +117,63 @@ void update(benchmark::State& state) {
 }
 BENCHMARK(update)->Arg(10)->Arg(1000)->Arg(10000)->Arg(100000)->UseManualTime()->Unit(
     benchmark::kMillisecond);
+
+/// The time that the work takes, and what it gave goes within it.
+template <class Work>
+double timeOf(Work work) {
+    const auto start = Clock::now();
+    benchmark::DoNotOptimize(work());
+    return since(start);
+}
+
+void changeInMemory(benchmark::State& state) {
+    const platform::Data start = fileBytes(state.range(0));
+    auto file = ProfilesFile::parse(start).value();
+    const std::string name = identifier(state.range(0) / 2);
+    double editing = 0;
+    double reading = 0;
+    double writing = 0;
+    std::int64_t turn = 0;
+    for (auto _ : state) {
+        platform::Dictionary values = file.values(file.find(name).value());
+        values.insert_or_assign("title", "Turn " + std::to_string(turn++));
+        const double taken =
+            timeOf([&] { return file = file.updating(file.find(name).value(), values).value(), 0; });
+        editing += taken;
+        state.SetIterationTime(taken);
+        platform::Value root;
+        reading += timeOf([&] {
+            root = platform::PropertyListSerialization::propertyListWithData(start).value();
+            return 0;
+        });
+        writing += timeOf([&] {
+            return platform::PropertyListSerialization::dataWithPropertyList(
+                root, platform::PropertyListFormat::Binary);
+        });
+    }
+    state.counters["bytes"] = static_cast<double>(start.size());
+    state.counters["readingAndWriting"] = (reading + writing) / editing;
+    state.counters["writingAlone"] = writing / editing;
+}
+BENCHMARK(changeInMemory)->Arg(10)->Arg(1000)->Arg(100000)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+void firstLookInMemory(benchmark::State& state) {
+    const platform::Data bytes = fileBytes(state.range(0));
+    const std::string name = identifier(state.range(0) / 2);
+    double looking = 0;
+    double reading = 0;
+    for (auto _ : state) {
+        const double taken = timeOf([&] {
+            const ProfilesFile file = ProfilesFile::parse(bytes).value();
+            return file.values(file.find(name).value());
+        });
+        looking += taken;
+        state.SetIterationTime(taken);
+        reading += timeOf([&] { return platform::PropertyListSerialization::propertyListWithData(bytes); });
+    }
+    state.counters["reading"] = reading / looking;
+}
+BENCHMARK(firstLookInMemory)->Arg(10)->Arg(1000)->Arg(100000)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
 void reloadUnchanged(benchmark::State& state) {
     Phone phone(state.range(0));
