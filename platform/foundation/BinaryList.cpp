@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/foundation/BinaryListCheck.h"
+#include "platform/foundation/BinaryListValues.h"
 #include "platform/foundation/Unicode.h"
 
 namespace platform {
@@ -58,16 +59,6 @@ void BinaryList::readTrailer() {
     count_ = static_cast<Object>(number(trailer + Format::countAt, 8));
     root_ = static_cast<Object>(number(trailer + Format::rootAt, 8));
     tableStart_ = number(trailer + Format::tableAt, 8);
-}
-
-std::uint64_t BinaryList::number(std::size_t at, std::size_t width) const {
-    std::uint64_t result = 0;
-    for (std::size_t i = 0; i < width; ++i) result = result << 8 | bytes_[at + i];
-    return result;
-}
-
-std::size_t BinaryList::offset(Object object) const {
-    return number(tableStart_ + std::size_t{object} * offsetWidth_, offsetWidth_);
 }
 
 BinaryList::Checked<BinaryList::Head> BinaryList::checkedHead(std::size_t at) const {
@@ -228,66 +219,11 @@ Value BinaryList::uidValue(const Head& uid) const {
 }
 
 Value BinaryList::value(Object object) const {
-    return value(object, nullptr);
+    return BinaryListValues(*this, BinaryListValues::Memory::None).value(object);
 }
 
 Value BinaryList::rootValue() const {
-    std::vector<Value> made(count_);
-    return value(root_, &made);
-}
-
-Value BinaryList::value(Object object, std::vector<Value>* made) const {
-    if (made != nullptr && !(*made)[object].isNil()) return (*made)[object];
-    const Head found = head(object);
-    Value result;
-    switch (found.kind) {
-        case Kind::Integer:
-            result = integerValue(found);
-            break;
-        case Kind::Real:
-            result = found.size == 4
-                         ? Value(std::bit_cast<float>(static_cast<std::uint32_t>(number(found.payload, 4))))
-                         : Value(std::bit_cast<double>(number(found.payload, 8)));
-            break;
-        case Kind::Date:
-            result = Date{std::bit_cast<double>(number(found.payload, 8))};
-            break;
-        case Kind::Bytes:
-            result = Data(payload(found).begin(), payload(found).end());
-            break;
-        case Kind::Ascii:
-        case Kind::Utf16:
-            result = text(found);
-            break;
-        case Kind::Uid:
-            result = uidValue(found);
-            break;
-        case Kind::Elements:
-        case Kind::Entries:
-            result = containerValue(found, made);
-            break;
-        default:
-            result = found.marker == Format::trueMarker;
-    }
-    if (made != nullptr) (*made)[object] = result;
-    return result;
-}
-
-Value BinaryList::containerValue(const Head& container, std::vector<Value>* made) const {
-    if (container.kind == Kind::Elements) {
-        Array array;
-        array.reserve(container.size);
-        for (std::size_t at = container.payload; at < container.end; at += referenceWidth_)
-            array.push_back(value(reference(at), made));
-        return array;
-    }
-    Dictionary dictionary;
-    const std::size_t values = container.payload + container.size * referenceWidth_;
-    for (std::size_t i = 0; i < container.size; ++i) {
-        const Value key = value(reference(container.payload + i * referenceWidth_), made);
-        dictionary.insert_or_assign(*key.string(), value(reference(values + i * referenceWidth_), made));
-    }
-    return dictionary;
+    return BinaryListValues(*this, BinaryListValues::Memory::OfAll).value(root_);
 }
 
 std::span<const std::uint8_t> BinaryList::encoded(Object object) const {

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <expected>
 #include <optional>
 #include <span>
@@ -55,7 +58,9 @@ class BinaryList {
     int referenceWidth() const { return referenceWidth_; }
     /// Where the table of offsets begins, and where an object does.
     std::size_t tableStart() const { return tableStart_; }
-    std::size_t offset(Object object) const;
+    std::size_t offset(Object object) const {
+        return number(tableStart_ + std::size_t{object} * offsetWidth_, offsetWidth_);
+    }
 
     /// How many bytes the list would need without the objects that nothing refers to; 0 when nothing was
     /// checked.
@@ -90,6 +95,7 @@ class BinaryList {
 
   private:
     friend class BinaryListCheck;
+    friend class BinaryListValues;
     using Kind = BinaryListFormat::Kind;
 
     /// An object's first bytes taken apart. `size` counts what its kind counts: bytes, characters, elements,
@@ -106,7 +112,14 @@ class BinaryList {
     template <class T>
     using Checked = std::expected<T, BinaryListFault>;
 
-    std::uint64_t number(std::size_t at, std::size_t width) const;
+    /// Of 1 to 8 bytes before the trailer, or of those of the trailer. The trailer is as long that eight can
+    /// always be looked at.
+    std::uint64_t number(std::size_t at, std::size_t width) const {
+        std::uint64_t eight;
+        std::memcpy(&eight, bytes_.data() + at, sizeof eight);
+        if constexpr (std::endian::native == std::endian::little) eight = std::byteswap(eight);
+        return eight >> (64 - 8 * width);
+    }
     Object reference(std::size_t at) const { return static_cast<Object>(number(at, referenceWidth_)); }
     Kind kind(Object object) const { return BinaryListFormat::kindOf(bytes_[offset(object)]); }
     /// The head at an offset before the table of offsets. A fault for a marker that property lists do not
@@ -115,14 +128,11 @@ class BinaryList {
     Checked<Head> fixedHead(std::size_t at, std::size_t size, BinaryListFault::Problem cutOff) const;
     Checked<Head> sizedHead(std::size_t at, std::uint64_t unit) const;
     /// Of an object that was checked.
-    Head head(Object object) const { return *checkedHead(offset(object)); }
+    Head head(Object object) const;
     std::span<const std::uint8_t> payload(const Head& head) const;
     std::string text(const Head& head) const;
     Value integerValue(const Head& head) const;
     Value uidValue(const Head& head) const;
-    /// What was made is remembered under its number, where there is a memory to do so.
-    Value value(Object object, std::vector<Value>* made) const;
-    Value containerValue(const Head& head, std::vector<Value>* made) const;
     void readTrailer();
 
     Data bytes_;
@@ -133,5 +143,37 @@ class BinaryList {
     std::uint8_t offsetWidth_ = 1;
     std::uint8_t referenceWidth_ = 1;
 };
+
+inline BinaryList::Head BinaryList::head(Object object) const {
+    const std::size_t at = offset(object);
+    const std::uint8_t marker = bytes_[at];
+    const std::uint8_t detail = marker & 0x0F;
+    Head head{BinaryListFormat::kindOf(marker), marker, detail, at + 1, 0};
+    std::size_t unit = 1;
+    switch (head.kind) {
+        case Kind::Simple:
+            head.size = 0;
+            break;
+        case Kind::Integer:
+        case Kind::Real:
+        case Kind::Date:
+            head.size = std::uint64_t{1} << detail;
+            break;
+        case Kind::Uid:
+            ++head.size;
+            break;
+        default:
+            if (head.kind == Kind::Utf16) unit = 2;
+            if (head.kind == Kind::Elements) unit = referenceWidth_;
+            if (head.kind == Kind::Entries) unit = std::size_t{2} * referenceWidth_;
+            if (detail != BinaryListFormat::sizeFollows) break;
+            const std::size_t width = std::size_t{1} << (bytes_[at + 1] & 0x0F);
+            head.payload = at + 2 + width;
+            head.size =
+                number(head.payload - std::min<std::size_t>(width, 8), std::min<std::size_t>(width, 8));
+    }
+    head.end = head.payload + static_cast<std::size_t>(head.size * unit);
+    return head;
+}
 
 }  // namespace platform

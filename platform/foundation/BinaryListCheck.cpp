@@ -102,25 +102,44 @@ bool BinaryListCheck::checkContent(const Head& head, std::size_t at) {
 
 bool BinaryListCheck::checkChildren(const Head& container, Extent& extent, int depth) {
     const std::size_t width = list_.referenceWidth_;
-    const std::size_t keysEnd =
-        container.kind == Kind::Entries ? container.payload + container.size * width : 0;
-    const std::uint64_t bound = this->bound();
     std::uint64_t cost = 1;
+    std::size_t first = container.payload;
+    if (container.kind == Kind::Entries) {
+        if (!checkKeys(container, depth)) return false;
+        cost += keysCost_;
+        first += keys_.size();
+    }
+    const std::uint64_t bound = this->bound();
+    if (cost > bound) return fail(Problem::Unfolds, container.payload);
     unsigned height = 0;
-    for (std::size_t at = container.payload; at < container.end; at += width) {
+    for (std::size_t at = first; at < container.end; at += width) {
         const std::uint64_t child = list_.number(at, width);
         if (child >= list_.count_) return fail(Problem::ObjectMissing, at);
-        const auto object = static_cast<Object>(child);
-        if (!check(object, at, depth)) return false;
-        if (at < keysEnd) {
-            if (!list_.isString(object)) return fail(Problem::KeyNoString, at);
-            cost += list_.head(object).payloadBytes();
-        }
-        cost += extents_[object].cost;
-        height = std::max<unsigned>(height, extents_[object].height);
+        if (!check(static_cast<Object>(child), at, depth)) return false;
+        const Extent& held = extents_[child];
+        cost += held.cost;
+        height = std::max<unsigned>(height, held.height);
         if (cost > bound) return fail(Problem::Unfolds, at);
     }
     extent = {cost & Extent::largestCost, (height + 1) & Extent::largestHeight, 0};
+    return true;
+}
+
+// Records mostly have the keys of the record before.
+bool BinaryListCheck::checkKeys(const Head& dictionary, int depth) {
+    const std::size_t width = list_.referenceWidth_;
+    const auto keys = list_.payload(dictionary).first(dictionary.payloadBytes() / 2);
+    if (std::ranges::equal(keys, keys_)) return true;
+    std::uint64_t cost = 0;
+    for (std::size_t at = dictionary.payload; at < dictionary.payload + keys.size(); at += width) {
+        const std::uint64_t key = list_.number(at, width);
+        if (key >= list_.count_) return fail(Problem::ObjectMissing, at);
+        if (!check(static_cast<Object>(key), at, depth)) return false;
+        if (!list_.isString(static_cast<Object>(key))) return fail(Problem::KeyNoString, at);
+        cost += 1 + list_.head(static_cast<Object>(key)).payloadBytes();
+    }
+    keys_ = keys;
+    keysCost_ = cost;
     return true;
 }
 

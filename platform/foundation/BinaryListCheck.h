@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "platform/foundation/BinaryList.h"
@@ -54,11 +55,16 @@ class BinaryListCheck {
     bool check(Object object, std::size_t from, int depth);
     bool checkContent(const Head& head, std::size_t at);
     bool checkChildren(const Head& container, Extent& extent, int depth);
+    /// Leaves the keys of the dictionary, and what they cost, as those that were checked last.
+    bool checkKeys(const Head& dictionary, int depth);
     std::uint64_t bound() const;
     bool fail(Problem problem, std::size_t at, std::uint64_t number = 0);
 
     const BinaryList& list_;
     std::vector<Extent> extents_;
+    /// The references to the keys that were checked last.
+    std::span<const std::uint8_t> keys_;
+    std::uint64_t keysCost_ = 0;
     std::optional<BinaryListFault> fault_;
     std::uint64_t reachableBytes_ = 0;
 };

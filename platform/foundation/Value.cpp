@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/foundation/Value.h"
 
-#include <bit>
+#include <algorithm>
+#include <functional>
 #include <limits>
+#include <stdexcept>
 #include <utility>
 
 #include "platform/foundation/Object.h"
@@ -10,95 +12,69 @@
 
 namespace platform {
 
-namespace {
-
-template <class T, class Store>
-std::optional<T> valueIn(const Store& store) {
-    if (const T* held = std::get_if<T>(&store)) return *held;
-    return std::nullopt;
-}
-
-template <class T, class Store>
-const T* sharedIn(const Store& store) {
-    const auto* held = std::get_if<std::shared_ptr<const T>>(&store);
-    return held == nullptr ? nullptr : held->get();
-}
-
-std::uint64_t bits(double real) {
-    return std::bit_cast<std::uint64_t>(real);
-}
-
-}  // namespace
-
 Value::Value(const char* text) {
-    if (text != nullptr) store_ = std::make_shared<const std::string>(text);
+    if (text != nullptr) share(Kind::String, std::string(text));
 }
-Value::Value(std::string text) : store_(std::make_shared<const std::string>(std::move(text))) {}
-Value::Value(std::string_view text) : store_(std::make_shared<const std::string>(text)) {}
-Value::Value(platform::Data data) : store_(std::make_shared<const platform::Data>(std::move(data))) {}
-Value::Value(platform::Array array) : store_(std::make_shared<const platform::Array>(std::move(array))) {}
-Value::Value(platform::Dictionary dictionary)
-    : store_(std::make_shared<const platform::Dictionary>(std::move(dictionary))) {}
+Value::Value(std::string text) {
+    share(Kind::String, std::move(text));
+}
+Value::Value(std::string_view text) {
+    share(Kind::String, std::string(text));
+}
+Value::Value(platform::Data data) {
+    share(Kind::Bytes, std::move(data));
+}
+Value::Value(platform::Array array) {
+    share(Kind::Elements, std::move(array));
+}
+Value::Value(platform::Dictionary dictionary) {
+    share(Kind::Dictionary, std::move(dictionary));
+}
 
-void Value::setUnsigned(std::uint64_t integer) {
-    // One form for each number, so that equal integers are equal values whatever type they came from.
-    if (std::in_range<std::int64_t>(integer)) {
-        store_ = static_cast<std::int64_t>(integer);
-    } else {
-        store_ = integer;
+void Value::destroy() {
+    SharedOwners* const owners = &this->owners();
+    switch (kind_) {
+        case Kind::String:
+            delete static_cast<SharedContent<std::string>*>(owners);
+            break;
+        case Kind::Bytes:
+            delete static_cast<SharedContent<platform::Data>*>(owners);
+            break;
+        case Kind::Elements:
+            delete static_cast<SharedContent<platform::Array>*>(owners);
+            break;
+        case Kind::Dictionary:
+            delete static_cast<SharedContent<platform::Dictionary>*>(owners);
+            break;
+        default:
+            delete static_cast<SharedContent<std::shared_ptr<platform::Object>>*>(owners);
     }
 }
 
 Value::Type Value::type() const {
-    // In the order of the variant's alternatives; the two kinds of integers are one type.
+    // In the order of the kinds.
     constexpr Type types[] = {Type::Nil,   Type::Boolean,    Type::Integer, Type::Integer,
-                              Type::Real,  Type::String,     Type::Date,    Type::Data,
+                              Type::Real,  Type::Date,       Type::String,  Type::Data,
                               Type::Array, Type::Dictionary, Type::Object};
-    static_assert(std::size(types) == std::variant_size_v<decltype(store_)>);
-    return types[store_.index()];
-}
-
-std::optional<bool> Value::boolean() const {
-    return valueIn<bool>(store_);
-}
-std::optional<std::int64_t> Value::integer() const {
-    return valueIn<std::int64_t>(store_);
-}
-std::optional<double> Value::real() const {
-    return valueIn<double>(store_);
-}
-std::optional<platform::Date> Value::date() const {
-    return valueIn<platform::Date>(store_);
-}
-const std::string* Value::string() const {
-    return sharedIn<std::string>(store_);
-}
-const platform::Data* Value::data() const {
-    return sharedIn<platform::Data>(store_);
-}
-const platform::Array* Value::array() const {
-    return sharedIn<platform::Array>(store_);
-}
-const platform::Dictionary* Value::dictionary() const {
-    return sharedIn<platform::Dictionary>(store_);
+    static_assert(std::size(types) == static_cast<std::size_t>(Kind::Object) + 1);
+    return types[static_cast<std::size_t>(kind_)];
 }
 
 std::optional<std::uint64_t> Value::unsignedInteger() const {
-    const auto number = integer();
-    if (!number) return valueIn<std::uint64_t>(store_);
-    if (*number < 0) return std::nullopt;
-    return static_cast<std::uint64_t>(*number);
+    const bool isOne = kind_ == Kind::LargeInteger || (kind_ == Kind::Integer && *integer() >= 0);
+    return isOne ? std::optional(bits_) : std::nullopt;
 }
 
 std::shared_ptr<platform::Object> Value::object() const {
-    return valueIn<std::shared_ptr<platform::Object>>(store_).value_or(nullptr);
+    const auto* const held = contentIf<std::shared_ptr<platform::Object>>(Kind::Object);
+    return held == nullptr ? nullptr : *held;
 }
 
 bool Value::isTrue() const {
     if (const auto truth = boolean()) return *truth;
     if (const auto number = integer()) return *number != 0;
     if (const auto number = real()) return *number != 0.0;
-    return std::holds_alternative<std::uint64_t>(store_);
+    return kind_ == Kind::LargeInteger;
 }
 
 std::optional<double> Value::number() const {
@@ -125,25 +101,143 @@ std::string Value::description() const {
 }
 
 bool Value::operator==(const Value& other) const {
-    if (store_.index() != other.store_.index()) return false;
-    switch (type()) {
-        case Type::Real:
-            return bits(*real()) == bits(*other.real());
-        case Type::Date:
-            return bits(date()->secondsSinceReference) == bits(other.date()->secondsSinceReference);
-        case Type::String:
-            return string() == other.string() || *string() == *other.string();
-        case Type::Data:
-            return data() == other.data() || *data() == *other.data();
-        // Shared containers are equal without a walk, which also keeps trees of shared parts cheap to
-        // compare.
-        case Type::Array:
-            return array() == other.array() || *array() == *other.array();
-        case Type::Dictionary:
-            return dictionary() == other.dictionary() || *dictionary() == *other.dictionary();
+    if (kind_ != other.kind_) return false;
+    // Numbers are equal by their bits. Shared containers are equal without a walk, which also keeps trees of
+    // shared parts cheap to compare.
+    if (bits_ == other.bits_) return true;
+    switch (kind_) {
+        case Kind::String:
+            return *string() == *other.string();
+        case Kind::Bytes:
+            return *data() == *other.data();
+        case Kind::Elements:
+            return *array() == *other.array();
+        case Kind::Dictionary:
+            return *dictionary() == *other.dictionary();
+        case Kind::Object:
+            return object() == other.object();
         default:
-            return store_ == other.store_;
+            return false;
     }
+}
+
+Dictionary::Dictionary(std::initializer_list<Entry> entries) {
+    keys_.own().reserve(entries.size());
+    values_.reserve(entries.size());
+    for (const auto& [key, value] : entries) emplace(key, value);
+}
+
+Dictionary::Dictionary(Shared<Keys> keys, std::vector<Value> values)
+    : keys_(std::move(keys)), values_(std::move(values)) {}
+
+Dictionary Dictionary::ofEntries(std::vector<Entry> entries) {
+    if (!std::ranges::is_sorted(entries, {}, &Entry::first))
+        std::ranges::stable_sort(entries, {}, &Entry::first);
+    Dictionary dictionary;
+    Keys& keys = dictionary.keys_.own();
+    keys.reserve(entries.size());
+    dictionary.values_.reserve(entries.size());
+    for (auto& [key, value] : entries) {
+        if (!keys.empty() && keys.back() == key) {
+            dictionary.values_.back() = std::move(value);
+            continue;
+        }
+        keys.push_back(std::move(key));
+        dictionary.values_.push_back(std::move(value));
+    }
+    return dictionary;
+}
+
+std::size_t Dictionary::position(std::string_view key) const {
+    // Who fills one mostly does so in order.
+    if (empty() || keys_->back() < key) return size();
+    return static_cast<std::size_t>(std::ranges::lower_bound(*keys_, key, std::ranges::less()) -
+                                    keys_->begin());
+}
+
+bool Dictionary::isAt(std::size_t position, std::string_view key) const {
+    return position < size() && (*keys_)[position] == key;
+}
+
+Dictionary::iterator Dictionary::find(std::string_view key) {
+    const std::size_t found = position(key);
+    return isAt(found, key) ? iteratorAt(found) : end();
+}
+
+Dictionary::const_iterator Dictionary::find(std::string_view key) const {
+    const std::size_t found = position(key);
+    return isAt(found, key) ? iteratorAt(found) : end();
+}
+
+const Value& Dictionary::at(std::string_view key) const {
+    const std::size_t found = position(key);
+    if (!isAt(found, key)) throw std::out_of_range("There is no key \"" + std::string(key) + "\".");
+    return values_[found];
+}
+
+Value& Dictionary::at(std::string_view key) {
+    return const_cast<Value&>(std::as_const(*this).at(key));
+}
+
+Value& Dictionary::operator[](std::string_view key) {
+    const std::size_t found = position(key);
+    if (!isAt(found, key)) insertAt(found, key, Value());
+    return values_[found];
+}
+
+std::pair<Dictionary::iterator, bool> Dictionary::insert_or_assign(std::string_view key, Value value) {
+    const std::size_t found = position(key);
+    const bool isNew = !isAt(found, key);
+    if (isNew) {
+        insertAt(found, key, std::move(value));
+    } else {
+        values_[found] = std::move(value);
+    }
+    return {iteratorAt(found), isNew};
+}
+
+std::pair<Dictionary::iterator, bool> Dictionary::emplace(std::string_view key, Value value) {
+    const std::size_t found = position(key);
+    const bool isNew = !isAt(found, key);
+    if (isNew) insertAt(found, key, std::move(value));
+    return {iteratorAt(found), isNew};
+}
+
+void Dictionary::insertAt(std::size_t position, std::string_view key, Value value) {
+    const auto offset = static_cast<std::ptrdiff_t>(position);
+    Keys& keys = keys_.own();
+    keys.emplace(keys.begin() + offset, key);
+    values_.insert(values_.begin() + offset, std::move(value));
+}
+
+void Dictionary::merge(const Dictionary& other) {
+    for (const auto& [key, value] : other) emplace(key, value);
+}
+
+std::size_t Dictionary::erase(std::string_view key) {
+    const std::size_t found = position(key);
+    if (!isAt(found, key)) return 0;
+    eraseAt(found);
+    return 1;
+}
+
+Dictionary::iterator Dictionary::erase(const_iterator entry) {
+    const std::size_t found = position((*entry).first);
+    eraseAt(found);
+    return iteratorAt(found);
+}
+
+void Dictionary::eraseAt(std::size_t position) {
+    const auto offset = static_cast<std::ptrdiff_t>(position);
+    Keys& keys = keys_.own();
+    keys.erase(keys.begin() + offset);
+    values_.erase(values_.begin() + offset);
+}
+
+bool Dictionary::operator==(const Dictionary& other) const {
+    if (size() != other.size()) return false;
+    return empty() ||
+           ((keys_.get() == other.keys_.get() || *keys_ == *other.keys_) && values_ == other.values_);
 }
 
 }  // namespace platform

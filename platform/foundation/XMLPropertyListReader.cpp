@@ -134,13 +134,13 @@ Result<Value> XMLPropertyListReader::readArray(const Token& start, int level) {
 }
 
 Result<Value> XMLPropertyListReader::readDictionary(const Token& start, int level) {
-    Dictionary entries;
+    std::vector<Dictionary::Entry> entries;
     for (;;) {
         const auto tag = nextTag();
         if (!tag) return std::unexpected(tag.error());
         if (tag->kind != XMLScanner::Kind::StartTag) {
             if (auto ended = expectEnd(*tag, start); !ended) return std::unexpected(ended.error());
-            return Value(std::move(entries));
+            return Value(Dictionary::ofEntries(std::move(entries)));
         }
         if (tag->text != "key") return errorAt(*tag, "<" + tag->text + "> stands where a <key> is expected");
         Result<std::string> key = textOf(*tag);
@@ -152,7 +152,7 @@ Result<Value> XMLPropertyListReader::readDictionary(const Token& start, int leve
         }
         Result<Value> value = readElement(*valueTag, level);
         if (!value) return value;
-        entries.insert_or_assign(*std::move(key), *std::move(value));
+        entries.emplace_back(*std::move(key), *std::move(value));
     }
 }
 

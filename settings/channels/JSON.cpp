@@ -39,11 +39,11 @@ Value valueOf(const boost::json::value& json) {
             return array;
         }
         case boost::json::kind::object: {
-            Dictionary dictionary;
-            for (const auto& [key, entry] : json.get_object()) {
-                dictionary.insert_or_assign(std::string(key.data(), key.size()), valueOf(entry));
-            }
-            return dictionary;
+            std::vector<Dictionary::Entry> entries;
+            entries.reserve(json.get_object().size());
+            for (const auto& [key, entry] : json.get_object())
+                entries.emplace_back(std::string(key.data(), key.size()), valueOf(entry));
+            return Dictionary::ofEntries(std::move(entries));
         }
     }
     return nullptr;

@@ -284,7 +284,7 @@ TEST_F(StoreChange, unknownKeys_areKeptInFileAndRecord) {
         {"nested", Array{Dictionary{{"deep", Array{1, 2.5, "ü"}}}, platform::Data{0, 255}}},
         {"newProfile", true},
         {"big", UINT64_MAX}};
-    theirs.insert(unknown.begin(), unknown.end());
+    theirs.merge(unknown);
     putFile(fileOf({theirs, "no profile", 7}, {{"owner", Dictionary{{"name", "engine"}}}, {"serial", 12}}));
     for (int i = 0; i < 100; ++i) {
         const auto record = stored("A");
