@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <functional>
 #include <limits>
+#include <numeric>
 #include <stdexcept>
 #include <utility>
 
@@ -131,13 +132,21 @@ Dictionary::Dictionary(Shared<Keys> keys, std::vector<Value> values)
     : keys_(std::move(keys)), values_(std::move(values)) {}
 
 Dictionary Dictionary::ofEntries(std::vector<Entry> entries) {
-    if (!std::ranges::is_sorted(entries, {}, &Entry::first))
-        std::ranges::stable_sort(entries, {}, &Entry::first);
+    // Of equal keys the later one comes later.
+    std::vector<std::size_t> order(entries.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    if (!std::ranges::is_sorted(entries, {}, &Entry::first)) {
+        std::ranges::sort(order, [&](std::size_t left, std::size_t right) {
+            const int compared = entries[left].first.compare(entries[right].first);
+            return compared != 0 ? compared < 0 : left < right;
+        });
+    }
     Dictionary dictionary;
     Keys& keys = dictionary.keys_.own();
     keys.reserve(entries.size());
     dictionary.values_.reserve(entries.size());
-    for (auto& [key, value] : entries) {
+    for (const std::size_t position : order) {
+        auto& [key, value] = entries[position];
         if (!keys.empty() && keys.back() == key) {
             dictionary.values_.back() = std::move(value);
             continue;
