@@ -125,15 +125,18 @@ Result<platform::Data> MemoryFileSystem::read(std::string_view path) const {
     return file->second.data;
 }
 
-Result<void> MemoryFileSystem::write(std::string_view path, const platform::Data& data,
-                                     platform::Write /*how*/) {
+Result<void> MemoryFileSystem::write(std::string_view path, const platform::Data& data, platform::Write how) {
     const std::lock_guard lock(mutex_);
     const std::string name(path);
     ++writes_[name];
     if (const std::string reason = writeFailure_.reason(name); !reason.empty())
         return failed(name, "written", reason);
     if (hasDirectory(name)) return failed(name, "written", "Is a directory");
+    const auto old = files_.find(name);
+    const auto inode = old == files_.end() ? revision_ + 1 : old->second.stamp.inode;
     store(name, data);
+    // A file that is written in place stays the same file.
+    if (how == platform::Write::InPlace) files_[name].stamp.inode = inode;
     return {};
 }
 

@@ -112,10 +112,14 @@ TEST_F(RootList, switchedOff_removesFromIndexSixDownToTwo) {
     const auto events = phone_.takeEvents();
     std::vector<platform::Dictionary> removals;
     std::string darwin;
+    std::string kinds;
     for (const auto& event : events) {
-        if (event.at("event").stringOr() == "remove") removals.push_back(event);
-        if (event.at("event").stringOr() == "darwin") darwin += event.at("name").stringOr() + " ";
+        const std::string kind = event.at("event").stringOr();
+        if (kind == "remove") removals.push_back(event);
+        if (kind == "darwin") darwin += event.at("name").stringOr() + " ";
+        if (kind == "insert" || kind == "remove" || kind == "reload" || kind == "darwin") kinds += kind + " ";
     }
+    EXPECT_EQ("remove remove remove remove remove darwin reload ", kinds);
     EXPECT_EQ("6, 5, 4, 3, 2", joined(removals, "index"));
     EXPECT_EQ("com.velmora.QuietrixEnabledOrDisableNotification ", darwin);
     EXPECT_EQ(switchOffNames, rowNames(*screen_));
@@ -133,6 +137,17 @@ TEST_F(RootList, switchMoved_writesABinaryListWithTheOtherKeysKept) {
         platform::Value(platform::Dictionary{{"com.velmora.quietrix.enabled", true}, {"other", "kept"}}),
         *platform::PropertyListSerialization::propertyListWithData(*data));
     EXPECT_EQ("write", phone_.takeEvents("write").front().at("event").stringOr());
+}
+
+TEST_F(RootList, switchMoved_writesTheSettingsFileInPlace) {
+    switchProductBefore(false);
+    open();
+    const auto before = phone_.files->stamp(settingsPath);
+    moveSwitch(true);
+    const auto after = phone_.files->stamp(settingsPath);
+    ASSERT_TRUE(before && *before && after && *after);
+    EXPECT_NE(**before, **after);
+    EXPECT_EQ((*before)->inode, (*after)->inode) << "whoever holds the file open goes on seeing it";
 }
 
 TEST_F(RootList, settingsFileMissing_storesNothingButPostsAndRebuilds) {
@@ -189,11 +204,31 @@ TEST_F(RootList, allDayProfile_showsAllDayAndATimedOneItsHours) {
     EXPECT_EQ(std::nullopt, cellNamed("Miscellaneous")->detailTextLabel()->text());
 }
 
+TEST_F(RootList, allDayProfile_isMarkedInThePhonesLanguage) {
+    addProfile("Whole", true);
+    switchProductBefore(true);
+    phone_.facts->languages = {"de"};
+    open();
+    EXPECT_EQ("Ganztägig", cellNamed("Whole")->detailTextLabel()->text());
+}
+
 TEST_F(RootList, year_isComputedWithEachBuildOfTheRows) {
     switchProductBefore(false);
     currentYear() = 1990;
     open();
     EXPECT_EQ(yearOfPresentDate(), currentYear());
+}
+
+TEST_F(RootList, yearEndedWhileShown_isFollowedByTheNextBuild) {
+    switchProductBefore(false);
+    open();
+    const auto year = yearOfPresentDate();
+    constexpr double longestYear = 366 * 86400.0;
+    phone_.advance(longestYear);
+    ASSERT_EQ(year + 1, yearOfPresentDate());
+    screen_->reloadSpecifiers();
+    EXPECT_EQ("Quietrix Go \u00A9 " + std::to_string(year + 1) + " Velmora. All rights reserved.",
+              rowNamed("About")->propertyForKey("footerText").stringOr());
 }
 
 TEST_F(RootList, footer_isTheVersionNoticeUntilTheRowsAreRebuilt) {
