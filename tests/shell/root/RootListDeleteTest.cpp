@@ -44,6 +44,15 @@ TEST_F(RootListDelete, swiped_asksWithTheProfilesTitle) {
     EXPECT_EQ(platform::UIAlertActionStyleCancel, sheet->actions()[1].style);
 }
 
+TEST_F(RootListDelete, swiped_asksInThePhonesLanguage) {
+    phone_.facts->languages = {"de"};
+    ASSERT_TRUE(swipe("Work"));
+    ASSERT_NE(nullptr, alert());
+    EXPECT_EQ("Möchtest du das Profil „Work“ wirklich löschen?", alert()->message());
+    EXPECT_EQ("Löschen", alert()->actions().at(0).title);
+    EXPECT_EQ("Abbrechen", alert()->actions().at(1).title);
+}
+
 TEST_F(RootListDelete, otherStyle_doesNothing) {
     screen_->tableView_commitEditingStyle_forRowAtIndexPath(screen_->table(), UITableViewCellEditingStyleNone,
                                                             pathOf("Work"));
@@ -74,6 +83,33 @@ TEST_F(RootListDelete, confirmed_removesTheRowAtOnceAndThenTheProfile) {
     const auto left = QXProfilesManager::sharedManager()->enabledProfiles();
     ASSERT_EQ(1U, left.size());
     EXPECT_EQ("Sleep", left[0]->title());
+}
+
+TEST_F(RootListDelete, confirmedWhileTheFileIsLocked_leavesTheWaitingToTheBackground) {
+    ASSERT_TRUE(swipe("Work"));
+    auto lock = phone_.files->lockExclusively(profilesPath, 0);
+    ASSERT_TRUE(lock);
+    // Deleted here, on the main thread, the profile would wait for the lock until its time is over.
+    alert()->choose(0);
+    EXPECT_EQ(nullptr, rowNamed("Work"));
+    lock->reset();
+    phone_.drain();
+    EXPECT_EQ(nullptr, alert());
+    EXPECT_EQ(1U, QXProfilesManager::sharedManager()->enabledProfiles().size());
+}
+
+TEST_F(RootListDelete, screenGoneWhileAsking_isNotKeptByTheSheet) {
+    ASSERT_TRUE(swipe("Work"));
+    const auto sheet = alert();
+    ASSERT_NE(nullptr, sheet);
+    const std::weak_ptr<QuietrixPreferencesController> weak = screen_;
+    screen_ = nullptr;
+    navigation_ = nullptr;
+    platform::UIApplication::sharedApplication().setRootViewController(nullptr);
+    EXPECT_TRUE(weak.expired());
+    sheet->choose(0);
+    phone_.drain();
+    EXPECT_EQ(2U, QXProfilesManager::sharedManager()->enabledProfiles().size());
 }
 
 TEST_F(RootListDelete, deletedMeanwhile_takesNoOtherRowWithIt) {
