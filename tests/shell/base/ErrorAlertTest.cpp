@@ -35,6 +35,18 @@ TEST_F(ErrorAlert, anError_isShownWithItsDescription) {
     EXPECT_EQ(platform::UIAlertActionStyleCancel, shown()->actions()[0].style);
 }
 
+TEST_F(ErrorAlert, titleAndButton_areThePluginsOwn) {
+    phone_.facts->languages = {"de"};
+    phone_.files->put("/Applications/Settings.app/de.lproj/Localizable.strings",
+                      R"("Error" = "Host"; "Close" = "Host";)");
+    phone_.files->put("/Applications/Settings.app/de.lproj/UIKit.strings",
+                      R"("Error" = "Toolkit"; "Close" = "Toolkit";)");
+    qx_showError(*screen_, platform::Error{"x"});
+    ASSERT_NE(nullptr, shown());
+    EXPECT_EQ("Fehler", shown()->title());
+    EXPECT_EQ("Schließen", shown()->actions().at(0).title);
+}
+
 TEST_F(ErrorAlert, noError_isShownWithoutAMessage) {
     qx_showError(*screen_, std::nullopt);
     ASSERT_NE(nullptr, shown());
@@ -54,7 +66,9 @@ TEST_F(ErrorAlert, screenGoneBeforeClose_doesNothing) {
     qx_showError(*screen_, platform::Error{"x"});
     const auto alert = shown();
     platform::UIApplication::sharedApplication().setRootViewController(nullptr);
+    const std::weak_ptr<platform::PSListController> weak = screen_;
     screen_ = nullptr;
+    EXPECT_TRUE(weak.expired()) << "the alert does not hold its screen";
     alert->choose(0);
     EXPECT_EQ(nullptr, platform::UIApplication::sharedApplication().topmostPresented());
 }

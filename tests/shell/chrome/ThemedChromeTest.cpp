@@ -138,6 +138,19 @@ TEST_F(ThemedChrome, loaded_putsTheVersionNoticeUnderTheCopyrightRow) {
         row->propertyForKey("footerText").stringOr());
 }
 
+TEST_F(ThemedChrome, versionNotice_hasTheNameThatTheHostHasForTheProduct) {
+    phone_.facts->languages = {"de"};
+    phone_.files->put("/Applications/Settings.app/de.lproj/Localizable.strings",
+                      R"("Quietrix Go" = "Name at the host";)");
+    phone_.files->put(std::string(bundlePath) + "/de.lproj/Localizable.strings",
+                      R"("Quietrix Go" = "Name in the bundle";)");
+    const auto row = addCopyRightRow();
+    phone_.show(screen_);
+    EXPECT_TRUE(row->propertyForKey("footerText")
+                    .stringOr()
+                    .starts_with("Version " + doubles::productVersion() + ". Name at the host \u00A9 "));
+}
+
 TEST_F(ThemedChrome, versionThatCannotBeRead_isPrintedAsNil) {
     const auto row = addCopyRightRow();
     ASSERT_TRUE(phone_.files->remove(std::string(bundlePath) + "/Quietrix.plist"));
