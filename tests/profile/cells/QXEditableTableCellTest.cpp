@@ -30,6 +30,34 @@ TEST(QXEditableTableCell, beginOfEditing_givesTheDoneKeyWhateverTheFieldHad) {
     }
 }
 
+/// Counts what its row stores.
+class TitleKeeper : public platform::Object {
+  public:
+    void keep(const platform::Value&, const std::shared_ptr<PSSpecifier>&) { ++kept; }
+    int kept = 0;
+};
+
+TEST(QXEditableTableCell, editingThatChangesNothing_storesNothing) {
+    const doubles::Phone phone;
+    const auto keeper = std::make_shared<TitleKeeper>();
+    const auto row = PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
+        "Title", keeper, platform::method("keep:specifier:", &TitleKeeper::keep), {}, "",
+        platform::PSCellType::EditText, "");
+    row->setProperty_forKey("QXEditableTableCell", "cellClass");
+    row->setProperty_forKey("Work", "value");
+    const auto cell = std::dynamic_pointer_cast<QXEditableTableCell>(PSTableCell::makeCell(row));
+    ASSERT_NE(nullptr, cell);
+    const auto field = cell->textField();
+    ASSERT_EQ("Work", field->text());
+    field->becomeFirstResponder();
+    field->pressReturn();
+    EXPECT_EQ(0, keeper->kept) << "the text at the begin of the editing is known";
+    field->becomeFirstResponder();
+    field->setText("Office");
+    field->pressReturn();
+    EXPECT_EQ(1, keeper->kept);
+}
+
 TEST(QXEditableTableCell, return_closesTheKeyboardAndAnswersYes) {
     const doubles::Phone phone;
     const auto cell = makeCell();
