@@ -60,6 +60,31 @@ TEST_F(NewProfileEditor, saved_addsOnceAndCloses) {
     EXPECT_EQ("Gym", stored()->title());
 }
 
+/// Tells whether the Save button was still there when the screen began to leave.
+class LeavingEditor : public QuietrixProflePreferencesController {
+  public:
+    void viewWillDisappear(bool animated) override {
+        hadButtonWhenLeaving = navigationItem()->rightBarButtonItem() != nullptr;
+        QuietrixProflePreferencesController::viewWillDisappear(animated);
+    }
+    std::optional<bool> hadButtonWhenLeaving;
+};
+
+TEST_F(NewProfileEditor, saved_losesItsButtonBeforeItLeaves) {
+    open();
+    const auto leaving = std::make_shared<LeavingEditor>();
+    leaving->setSpecifier(row_);
+    const auto beneath = std::make_shared<platform::PSViewController>();
+    navigation_ = phone_.show(beneath);
+    beneath->presentViewController_animated_completion(
+        platform::UINavigationController::initWithRootViewController(leaving), false, nullptr);
+    ASSERT_NE(nullptr, leaving->navigationItem()->rightBarButtonItem());
+    leaving->addProfileAction(nullptr);
+    phone_.drain();
+    EXPECT_FALSE(isPresented());
+    EXPECT_EQ(false, leaving->hadButtonWhenLeaving);
+}
+
 TEST_F(NewProfileEditor, savedWithoutATitle_isAdded) {
     open();
     move("title", "");
