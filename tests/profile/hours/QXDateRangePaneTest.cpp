@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "platform/uikit/UIApplication.h"
 #include "profile/hours/QXDateRangePane.h"
 #include "profile/model/QXUtils.h"
+#include "shell/base/Localization.h"
 #include "tests/profile/hours/HoursFixture.h"
 
 namespace quietrix {
@@ -114,6 +116,45 @@ TEST_F(HoursPane, toEqualToFrom_isRefusedWithTheAlert) {
     shown->choose(0);
     EXPECT_EQ(nullptr, alert());
     EXPECT_TRUE(screen_->isVisible());
+}
+
+TEST_F(HoursPane, fromNotBeforeTo_isRefusedAndNotSaved) {
+    openStored("9:00 AM", "5:00 PM");
+    for (const auto* time : {"5:00 PM", "6:00 PM"}) {
+        pick(time);
+        phone_.drain();
+        ASSERT_NE(nullptr, alert()) << time;
+        EXPECT_EQ("9:00 AM", profile_->startTime()) << time;
+        EXPECT_EQ("From 9:00 AM", rowText(0)) << time;
+        EXPECT_EQ(0U, storeCalls()) << time;
+        alert()->choose(0);
+    }
+}
+
+TEST_F(HoursPane, refusal_isInThePhonesLanguage) {
+    phone_.facts->languages = {"de"};
+    openStored("9:00 AM", "5:00 PM");
+    pick("6:00 PM");
+    ASSERT_NE(nullptr, alert());
+    EXPECT_EQ("Fehler", alert()->title());
+    EXPECT_EQ(localized("Invalid configuration, 'To' time cannot be less than 'From' time."),
+              alert()->message());
+    EXPECT_NE("Invalid configuration, 'To' time cannot be less than 'From' time.", alert()->message());
+    EXPECT_EQ("Schließen", alert()->actions().at(0).title);
+}
+
+TEST_F(HoursPane, refusal_doesNotKeepItsScreen) {
+    openStored("9:00 AM", "5:00 PM");
+    pick("6:00 PM");
+    const auto refusal = alert();
+    ASSERT_NE(nullptr, refusal);
+    const std::weak_ptr<QXDateRangeController> screen = screen_;
+    screen_ = nullptr;
+    pane_ = nullptr;
+    table_ = nullptr;
+    platform::UIApplication::sharedApplication().setRootViewController(nullptr);
+    EXPECT_TRUE(screen.expired());
+    refusal->choose(0);
 }
 
 TEST_F(HoursPane, periodOverMidnight_isRefused) {
