@@ -21,7 +21,7 @@ TEST_F(MiscReport, confirmed_composesTheMailWithTheLog) {
     ASSERT_NE(nullptr, composer());
     const auto& draft = composer()->draft();
     EXPECT_EQ("Quietrix Go - velmora.log", draft.subject);
-    EXPECT_EQ(1U, draft.to.size());
+    EXPECT_EQ(std::vector<std::string>{"support@velmora.com"}, draft.to);
     EXPECT_EQ(std::string(deviceLines) + "\n" + footer(2), draft.body);
     EXPECT_TRUE(footer(2).starts_with("Version " + doubles::productVersion() + ". Quietrix Go "));
     EXPECT_TRUE(draft.isHTML);
@@ -51,6 +51,30 @@ TEST_F(MiscReport, everyEndOfTheComposer_returnsToTheScreenSilently) {
     }
     EXPECT_EQ(1U, phone_.mail->sent.size());
     EXPECT_EQ(1U, phone_.mail->saved.size());
+}
+
+/// Counts the composer's reports, and goes on as the screen does.
+class ReportedScreen : public QuietrixMiscController {
+  public:
+    void mailComposeController_didFinishWithResult_error(
+        const std::shared_ptr<platform::MFMailComposeViewController>& composer,
+        platform::MFMailComposeResult result, const std::optional<platform::Error>& error) override {
+        ++reports;
+        QuietrixMiscController::mailComposeController_didFinishWithResult_error(composer, result, error);
+    }
+    int reports = 0;
+};
+
+TEST_F(MiscReport, screen_isToldOfTheEndAndClosesTheComposer) {
+    const auto told = std::make_shared<ReportedScreen>();
+    screen_ = told;
+    navigation_ = phone_.show(screen_);
+    confirmReport();
+    ASSERT_NE(nullptr, composer());
+    EXPECT_EQ(told, composer()->mailComposeDelegate());
+    ASSERT_TRUE(composer()->finish(platform::MFMailComposeResult::Cancelled));
+    EXPECT_EQ(1, told->reports);
+    EXPECT_EQ(nullptr, composer());
 }
 
 TEST_F(MiscReport, missingLog_isAttachedEmptyAndLogged) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/uikit/UIApplication.h"
+#include "shell/base/Localization.h"
 #include "tests/support/misc/MiscFixture.h"
-#include "velmora/VMUtils.h"
 
 namespace quietrix {
 namespace {
@@ -102,6 +102,16 @@ TEST_F(Misc, confirmed_showsTheProgressAndResetsTwoSecondsLater) {
     EXPECT_NE(nullptr, screen_->activityAlert()) << "kept until the next reset";
 }
 
+TEST_F(Misc, progress_isInThePhonesLanguage) {
+    phone_.facts->languages = {"de"};
+    addProfile();
+    open();
+    confirmReset();
+    ASSERT_NE(nullptr, alert());
+    EXPECT_EQ("Zurücksetzen …", alert()->title());
+    EXPECT_EQ("Danach wird die Oberfläche deines Geräts neu gestartet.", alert()->message());
+}
+
 TEST_F(Misc, withoutAFile_showsTheErrorAndKillsNothing) {
     open();
     confirmReset();
@@ -180,9 +190,11 @@ TEST_F(Misc, secondConfirmationWhilePending_schedulesASecondReset) {
     EXPECT_NE(first, screen_->activityAlert());
     phone_.advance(1.0);
     EXPECT_EQ(1U, phone_.processes->killed.size());
+    EXPECT_FALSE(screen_->activityAlert()->isVisible()) << "each reset closes the last one's alert";
     phone_.advance(1.0);
     EXPECT_EQ(1U, phone_.processes->killed.size()) << "the second finds no file";
-    EXPECT_FALSE(screen_->activityAlert()->isVisible());
+    ASSERT_NE(nullptr, alert());
+    EXPECT_EQ("Unable to reset the profiles. Please try again after some time.", alert()->message());
 }
 
 TEST_F(Misc, leftWhilePending_stillResets) {
@@ -227,13 +239,16 @@ TEST_F(Misc, clearingThatFails_logsNothing) {
 
 TEST_F(Misc, message_isTitledByThePlatformWhateverTitleIsGiven) {
     phone_.facts->languages = {"de"};
+    phone_.files->put("/Applications/Settings.app/de.lproj/UIKit.strings",
+                      R"("Error" = "Toolkit's error"; "Close" = "Toolkit's close";)");
     open();
+    ASSERT_EQ("Fehler", localized("Error"));
     screen_->showMessage_withMessage("Nobody sees this", "Text");
     ASSERT_NE(nullptr, alert());
-    EXPECT_EQ(velmora::VMUtils::localizedLabelFromUIKit("Error"), alert()->title());
-    EXPECT_NE("Error", alert()->title());
+    EXPECT_EQ("Toolkit's error", alert()->title());
     EXPECT_EQ("Text", alert()->message());
-    EXPECT_EQ(velmora::VMUtils::localizedLabelFromUIKit("Close"), alert()->actions()[0].title);
+    ASSERT_EQ(1U, alert()->actions().size());
+    EXPECT_EQ("Toolkit's close", alert()->actions()[0].title);
 }
 
 TEST_F(Misc, chrome_isWornAndGivenBack) {
