@@ -54,6 +54,17 @@ TEST_F(CalendarsPicker, switchRow_isAsDeclared) {
               row->propertyForKey("footerText").stringOr());
 }
 
+TEST_F(CalendarsPicker, switchRow_isInThePhonesLanguage) {
+    phone_.facts->languages = {"de"};
+    openPicker();
+    const auto row = ownRows().front();
+    EXPECT_EQ("Ganztägige Ereignisse ignorieren", row->name());
+    EXPECT_EQ(
+        "Wenn diese Option aktiviert ist, ignoriert Quietrix Go ganztägige Ereignisse in den unten "
+        "ausgewählten Kalendern.",
+        row->propertyForKey("footerText").stringOr());
+}
+
 TEST_F(CalendarsPicker, calendarRow_isAsDeclared) {
     openPicker();
     const auto row = screen_->specifierAtIndex(indexOf("i1"));
