@@ -20,6 +20,11 @@ TEST(UIColor, patternOfNoImage_isNil) {
     EXPECT_EQ(nullptr, UIColor::colorWithPatternImage(nullptr));
 }
 
+TEST(UIColor, greys_areThePhonesOwn) {
+    EXPECT_TRUE(UIColor::lightGrayColor()->isEqual(*UIColor::colorWithWhite_alpha(2.0 / 3.0, 1)));
+    EXPECT_TRUE(UIColor::darkGrayColor()->isEqual(*UIColor::colorWithWhite_alpha(1.0 / 3.0, 1)));
+}
+
 TEST(UIColor, alphaComponent_changesNothingElse) {
     const auto image = std::make_shared<UIImage>();
     const auto pattern = UIColor::colorWithPatternImage(image)->colorWithAlphaComponent(0.85);
