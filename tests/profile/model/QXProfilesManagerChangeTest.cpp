@@ -133,6 +133,27 @@ TEST_F(StoreChange, identifierThatIsThere_isNotAddedAgain) {
     EXPECT_EQ("first", stored("A")->title());
 }
 
+TEST_F(StoreChange, profilesWhoseIdentifiersHaveOneHash_areTwo) {
+    const std::string one = "000135C7-0000-4000-8000-000000000000";
+    const std::string other = "00013702-0000-4000-8000-000000000000";
+    ASSERT_EQ("success", add(profile(one, "One")));
+    ASSERT_EQ("success", add(profile(other, "Other")));
+    // As another process finds them: read from the file, and not as they were added.
+    store_ = std::make_shared<QXProfilesManager>();
+    ASSERT_NE(nullptr, stored(one));
+    ASSERT_NE(nullptr, stored(other));
+    EXPECT_EQ("One", stored(one)->title());
+    EXPECT_EQ("Other", stored(other)->title());
+    EXPECT_EQ("success", update(profile(other, "Changed")));
+    ASSERT_EQ(2U, storedCount());
+    EXPECT_EQ(Value("One"), storedProfile(0)["title"]);
+    EXPECT_EQ(Value("Changed"), storedProfile(1)["title"]);
+    EXPECT_EQ("success", remove(profile(one)));
+    EXPECT_EQ(nullptr, stored(one));
+    ASSERT_NE(nullptr, stored(other));
+    EXPECT_EQ("Changed", stored(other)->title());
+}
+
 TEST_F(StoreChange, profileWithoutIdentifier_isNotAdded) {
     EXPECT_THAT(add(profile("")), HasSubstr("identifier"));
     EXPECT_FALSE(phone_.files->exists(path_));
