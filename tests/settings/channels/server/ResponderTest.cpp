@@ -106,6 +106,16 @@ TEST_F(ResponderTest, originOfTheOtherOwnName_isForeign) {
     EXPECT_EQ(response(other).status, 403u);
 }
 
+TEST_F(ResponderTest, originTwice_isForeign) {
+    Request twice = request("/app.js");
+    twice.fields.emplace_back("Origin", "http://127.0.0.1:8123");
+    ASSERT_EQ(response(twice).status, 200u);
+    twice.fields.emplace_back("Origin", "http://example.org");
+    EXPECT_EQ(response(twice).status, 403u);
+    twice.fields.back().second = "http://127.0.0.1:8123";
+    EXPECT_EQ(response(twice).status, 403u);
+}
+
 TEST_F(ResponderTest, otherMethods_areNamedTheAllowedOnes) {
     for (const char* method : {"POST", "PUT", "DELETE", "OPTIONS", "CONNECT", "TRACE", "get", "BREW"}) {
         Request other = request("/");
