@@ -25,13 +25,18 @@ constexpr std::string_view nameEnds = ":;";
 constexpr std::array<std::string_view, 2> nameProperties{"NAME", "X-WR-CALNAME"};
 constexpr std::array<std::string_view, 2> colourProperties{"X-APPLE-CALENDAR-COLOR", "COLOR"};
 
+char capital(char letter) {
+    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+}
+
 bool sameLetters(std::string_view left, std::string_view right) {
-    return std::ranges::equal(left, right, [](char a, char b) {
-        const auto capital = [](char c) {
-            return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-        };
-        return capital(a) == capital(b);
-    });
+    return std::ranges::equal(left, right, {}, capital, capital);
+}
+
+std::string inCapitals(std::string_view name) {
+    std::string capitals(name);
+    std::ranges::transform(capitals, capitals.begin(), capital);
+    return capitals;
 }
 
 template <std::size_t count>
@@ -56,9 +61,9 @@ bool continuesALine(std::string_view text) {
     return text.starts_with(' ') || text.starts_with('\t');
 }
 
-/// The line with as much of what continues it as its name takes: a line may be folded anywhere. A blank line
-/// has no name.
-std::string withWholeName(std::string_view line, std::string_view rest) {
+/// The line with as much of what continues it as its name takes, which is taken off `rest`: a line may be
+/// folded anywhere. A blank line has no name.
+std::string takeWholeName(std::string_view line, std::string_view& rest) {
     std::string whole(line);
     while (!whole.empty() && whole.find_first_of(nameEnds) == std::string::npos && continuesALine(rest))
         whole.append(takeLine(rest).substr(1));
@@ -86,8 +91,10 @@ platform::Result<std::string> calendarOfWantedProperties(std::string_view text, 
     for (std::string_view rest = text.substr(position); !rest.empty();) {
         const std::size_t start = text.size() - rest.size();
         const std::string_view line = takeLine(rest);
-        if (!continuesALine(line)) {
-            const std::string whole = withWholeName(line, rest);
+        if (continuesALine(line)) {
+            if (wanted) calendar.append(line).append("\r\n");
+        } else {
+            const std::string whole = takeWholeName(line, rest);
             const std::string_view name = propertyName(whole);
             if (name.empty() && !whole.empty()) {
                 const auto number = std::ranges::count(text.substr(0, start), '\n') + 1;
@@ -96,8 +103,9 @@ platform::Result<std::string> calendarOfWantedProperties(std::string_view text, 
             }
             if (isOneOf(name, std::array<std::string_view, 2>{"BEGIN", "END"})) break;
             wanted = isOneOf(name, nameProperties) || isOneOf(name, colourProperties);
+            // The library knows an extension by its capitals only.
+            if (wanted) calendar.append(inCapitals(name)).append(whole, name.size()).append("\r\n");
         }
-        if (wanted) calendar.append(line).append("\r\n");
     }
     return calendar.append(calendarEnd).append("\r\n");
 }

@@ -23,10 +23,10 @@ struct CalendarHead {
     /// Of the first that is a colour; where none is one, of the first.
     std::optional<std::string> colour;
 
-    /// Reads the calendar's own properties, up to the first component within it; the rest, the recurrence
-    /// rules included, is never looked at. `text` is the file or its beginning; a line that `maximumSize`
-    /// cuts does not count. The error completes a sentence about the file, "does not begin with
-    /// BEGIN:VCALENDAR".
+    /// Reads the calendar's own properties, their names in any letters, up to the first component within it;
+    /// the rest, the recurrence rules included, is never looked at. `text` is the file or its beginning; a
+    /// line that `maximumSize` cuts does not count. The error completes a sentence about the file, "does not
+    /// begin with BEGIN:VCALENDAR".
     static platform::Result<CalendarHead> parse(std::string_view text);
 
     /// Whether a calendar file is whole and not cut short: whether the last line that is not blank is

@@ -62,6 +62,17 @@ TEST(CalendarHead, looseFiles_areTaken) {
                 Optional(std::string("Folded")));
 }
 
+TEST(CalendarHead, namesInAnyLetters_areTaken) {
+    const CalendarHead small = parsed(calendar("x-wr-calname:Team\r\nx-apple-calendar-color:#FF2D55FF\r\n"));
+    EXPECT_THAT(small.name, Optional(std::string("Team")));
+    EXPECT_THAT(small.colour, Optional(std::string("#FF2D55FF")));
+    const CalendarHead mixed = parsed(calendar("Name:My team\r\ncolor:turquoise\r\n"));
+    EXPECT_THAT(mixed.name, Optional(std::string("My team")));
+    EXPECT_THAT(mixed.colour, Optional(std::string("turquoise")));
+    EXPECT_THAT(parsed(calendar("x-wr-\r\n cal\r\n name;value=text:One\\, \r\n two\r\n")).name,
+                Optional(std::string("One, two")));
+}
+
 TEST(CalendarHead, lineThatIsNoProperty_breaksTheFile) {
     for (const char* line : {"garbage", "NAME", ":x", ";A=b:x", "two words:x", "na\xC3\xAFve:x", "X.Y:z",
                              "NAME\n :x\nno\n fold", "<html>\n:x"}) {
