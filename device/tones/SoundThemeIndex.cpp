@@ -44,6 +44,8 @@ bool isPathBelow(std::string_view path) {
 }  // namespace
 
 platform::Result<SoundThemeIndex> SoundThemeIndex::parse(std::string_view text) {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
     const KeyFile file(g_key_file_new(), g_key_file_free);
     g_key_file_set_list_separator(file.get(), ',');
     GError* failure = nullptr;

@@ -27,6 +27,11 @@ TEST(SoundThemeIndex, lists_areTakenInTheirOrder) {
     EXPECT_TRUE(parsed("[Sound Theme]\nHidden=true\n").hidden);
 }
 
+TEST(SoundThemeIndex, byteOrderMark_isPassedOver) {
+    EXPECT_THAT(parsed("\xEF\xBB\xBF[Sound Theme]\nDirectories=stereo\n").directories, ElementsAre("stereo"));
+    EXPECT_FALSE(SoundThemeIndex::parse("\xEF\xBB\xBF\xEF\xBB\xBF[Sound Theme]\n"));
+}
+
 TEST(SoundThemeIndex, namesThatLeadOut_areDropped) {
     const SoundThemeIndex index = parsed(
         "[Sound "
