@@ -48,7 +48,8 @@ add_custom_target(threaded-tests)
 
 # quietrix_test(NAME SOURCES file… LIBS target… [LABELS label…]): a GoogleTest executable and its ctest entry.
 # A run in which no test was found fails. The label "threads" adds it to what the thread sanitizer runs. What every
-# test includes is compiled once: parsing it anew is half the time of a test's compilation.
+# test includes is compiled once: parsing it anew is half the time of a test's compilation. That is also how every test
+# comes to print values in words.
 function(quietrix_test name)
     cmake_parse_arguments(arg "" "" "SOURCES;LIBS;LABELS" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
@@ -60,10 +61,13 @@ function(quietrix_test name)
         target_link_libraries(quietrix_test_headers PRIVATE quietrix_options GTest::gmock GTest::gtest)
         target_precompile_headers(quietrix_test_headers PRIVATE
             <algorithm> <chrono> <expected> <filesystem> <functional> <map> <memory> <optional> <string>
-            <string_view> <unordered_map> <variant> <vector> <gmock/gmock.h> <gtest/gtest.h>)
+            <string_view> <unordered_map> <variant> <vector> <gmock/gmock.h> <gtest/gtest.h>
+            "${CMAKE_SOURCE_DIR}/tests/doubles/PrintedValue.h")
     endif()
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         target_precompile_headers(${name} REUSE_FROM quietrix_test_headers)
+    else()
+        target_compile_options(${name} PRIVATE -include "${CMAKE_SOURCE_DIR}/tests/doubles/PrintedValue.h")
     endif()
     add_test(NAME ${name} COMMAND ${name})
     if("threads" IN_LIST arg_LABELS)

@@ -25,6 +25,18 @@ TEST(Value, boolean_isNeverAnInteger) {
     EXPECT_EQ(Value(true).type(), Value::Type::Boolean);
 }
 
+TEST(Value, failedComparison_isToldInWords) {
+    EXPECT_EQ("nil", testing::PrintToString(Value()));
+    EXPECT_EQ("true", testing::PrintToString(Value(true)));
+    EXPECT_EQ("1", testing::PrintToString(Value(1)));
+    EXPECT_EQ("real 1", testing::PrintToString(Value(1.0)));
+    EXPECT_EQ("\"1\"", testing::PrintToString(Value("1")));
+    EXPECT_EQ("<00 ff>", testing::PrintToString(Value(Data{0, 255})));
+    EXPECT_EQ(R"({"key" = (false, "text"); "other" = nil})",
+              testing::PrintToString(Value(Dictionary{{"key", Array{false, "text"}}, {"other", Value()}})));
+    EXPECT_EQ("date 2001-01-01 00:00:00 +0000", testing::PrintToString(Value(Date{})));
+}
+
 TEST(Value, nullPointers_areNil) {
     EXPECT_TRUE(Value(static_cast<const char*>(nullptr)).isNil());
     EXPECT_TRUE(Value(nullptr).isNil());
