@@ -90,6 +90,17 @@ TEST_F(StoreChange, update_writesTheWholeRecord) {
     EXPECT_EQ(Value(record->storedValues()), storedProfile(0));
 }
 
+TEST_F(StoreChange, everyChange_replacesTheFileAsAWhole) {
+    ASSERT_EQ("success", add(profile("A")));
+    const auto inode = [this] { return phone_.files->stamp(path_).value()->inode; };
+    const auto first = inode();
+    ASSERT_EQ("success", update(profile("A", "a")));
+    const auto second = inode();
+    EXPECT_NE(first, second);
+    ASSERT_EQ("success", remove(profile("A")));
+    EXPECT_NE(second, inode());
+}
+
 TEST_F(StoreChange, success_givesANewRecordAndLeavesTheOldOneAlone) {
     add(profile("A"));
     const auto record = stored("A");

@@ -213,7 +213,9 @@ TEST_F(Misc, leftWhilePending_stillResets) {
 TEST_F(Misc, cleared_writesAnEmptyDictionaryAndLogsTheSuccess) {
     addProfile();
     open();
+    const auto before = phone_.files->stamp(profilesPath).value();
     EXPECT_TRUE(screen_->resetProfilesInfo(false));
+    EXPECT_NE(before->inode, phone_.files->stamp(profilesPath).value()->inode) << "replaced as a whole";
     const auto list = platform::PropertyListSerialization::propertyListWithData(
         *phone_.files->read(std::string(profilesPath)));
     EXPECT_EQ(Value(platform::Dictionary()), *list);
