@@ -50,11 +50,6 @@ void QXPackageHeaderCell::layoutSubviews() {
     VMPackageHeaderCell::layoutSubviews();
     textLabel()->setBackgroundColor(UIColor::clearColor());
     textLabel()->setTextColor(UIColor::whiteColor());
-    if (!padBackground_) return;
-    // A cell is made before it is as wide as its table, and only the width follows by itself.
-    platform::Rect ground = padBackground_->frame();
-    ground.height = VMPackageHeaderCell::preferredHeightForWidth(ground.width);
-    padBackground_->setFrame(ground);
 }
 
 }  // namespace quietrix

@@ -48,19 +48,6 @@ TEST_F(HeaderCell, onAPad_hasAViewBehindItsContents) {
     EXPECT_EQ(0.85, background->backgroundColor()->alpha());
 }
 
-TEST_F(HeaderCell, onAPad_hasABackgroundOfTheHeightForItsRealWidth) {
-    phone_.facts->idiom = 1;
-    const auto cell = makeCell();
-    ASSERT_NE(nullptr, cell);
-    for (const double width : {768.0, 300.0, 270.0}) {
-        cell->setFrame({0, 0, width, cell->preferredHeightForWidth(width)});
-        cell->layoutIfNeeded();
-        const auto frame = cell->subviews().front()->frame();
-        EXPECT_EQ((platform::Rect{-40, 0, width + 40, cell->preferredHeightForWidth(width + 40)}), frame)
-            << frame.width << " by " << frame.height;
-    }
-}
-
 TEST_F(HeaderCell, onADeviceThatDoesNotKnowItsIdiom_looksAsOnAPhone) {
     phone_.facts->idiom = std::nullopt;
     EXPECT_NE(nullptr, makeCell()->backgroundColor());
