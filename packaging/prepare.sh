@@ -45,12 +45,19 @@ need_packages() {
     with_progress "Installing packages" install.log apt_install "${missing[@]}"
 }
 
-# want_packages WITHOUT NAME…: installs those of the Debian packages that are not there, where that can be; else says what
-# goes on without them.
-want_packages() {
-    local without=$1
-    shift
-    need_packages "$@" || say "$without"
+# apt_install_newest PACKAGE…: with new package lists; those that an installation begins with may name what is long
+# replaced, a browser above all.
+apt_install_newest() {
+    apt_get update && apt_get install -y --no-install-recommends "$@"
+}
+
+# want_package WITHOUT NAME: installs the Debian package if it is not there, where that can be; else says what goes on
+# without it.
+want_package() {
+    local without=$1 package=$2
+    ! installed "$package" || return 0
+    say "Installing Debian packages: $package"
+    may_install "$package" && with_progress "Installing packages" install.log apt_install_newest "$package" || say "$without"
 }
 
 # packages_of_commands PACKAGE=COMMAND…: the packages of which the command is not there; a newer one that came another
@@ -89,6 +96,6 @@ prepare_gallery() { prepare "${build_packages[@]}" "${page_packages[@]}" -- "${b
 
 prepare_tests() {
     prepare "${build_packages[@]}" "${page_packages[@]}" "${test_packages[@]}" -- "${build_commands[@]}" "${test_commands[@]}" || return
-    want_packages "The page's tests in Firefox are skipped." firefox-esr
+    want_package "The page's tests in Firefox are skipped." firefox-esr
     prefer_debians_cmake
 }

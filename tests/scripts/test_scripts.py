@@ -201,6 +201,13 @@ class Installing(ScriptCase):
         actions = [re.search(r"install|update", call)[0] for call in self.called() if call.startswith("apt-get")]
         self.assertEqual(actions, ["install", "update", "install"])
 
+    def test_secondBrowserMissing_isInstalledFromNewLists(self):
+        self.missing("firefox-esr")
+        self.tool("sudo", '[ "$1" = -n ] && exit 0; exec "$@"')
+        self.assertEqual(self.run_bash("prepare_tests").returncode, 0)
+        actions = [re.search(r"(install.*|update)$", call)[0] for call in self.called() if call.startswith("apt-get")]
+        self.assertEqual(actions, ["update", "install -y --no-install-recommends firefox-esr"])
+
     def test_secondBrowserCannotBeInstalled_testsGoOnWithoutIt(self):
         self.missing("firefox-esr")
         self.tool("sudo", '[ "$1" = -n ] && exit 0; exec "$@"')

@@ -7,9 +7,9 @@ import { fileURLToPath } from 'node:url';
 import { after, before, test } from 'node:test';
 import { differences, read, slackOf } from './gallery-references.mjs';
 import { scenesOfATour, takeTour, tours } from './gallery-tour.mjs';
-import { accessibilityProblems, firefoxPath, lastCommand, openPage, settled, startBrowser, tryAgain, until } from './harness.mjs';
+import { accessibilityProblems, lastCommand, openPage, settled, startBrowser, tryAgain, until, whyNoFirefox } from './harness.mjs';
 
-const skip = firefoxPath === null ? 'there is no Firefox on this machine; install firefox-esr' : false;
+const skip = whyNoFirefox() ?? false;
 let session;
 before(async () => { if (!skip) session = await startBrowser({ name: 'firefox' }); });
 after(async () => { await session?.close(); });

@@ -38,7 +38,17 @@ async function builtPage() {
 }
 
 /** Where Debian puts its Firefox; null where there is none. */
-export const firefoxPath = [process.env.QUIETRIX_FIREFOX, '/usr/bin/firefox-esr', '/usr/bin/firefox'].find((path) => path && existsSync(path)) ?? null;
+const firefoxPath = [process.env.QUIETRIX_FIREFOX, '/usr/bin/firefox-esr', '/usr/bin/firefox'].find((path) => path && existsSync(path)) ?? null;
+/** The first one whose remote protocol has all that the driver asks for. */
+const oldestFirefox = 143;
+
+/** Why no test can run in Firefox here; null where one can. */
+export function whyNoFirefox() {
+    const skipped = 'no test can run in Firefox on this machine';
+    if (firefoxPath === null) return `${skipped}: there is none; install firefox-esr`;
+    const version = /\d+/.exec(spawnSync(firefoxPath, ['--version'], { encoding: 'utf8' }).stdout)?.[0] ?? 'without a version';
+    return Number(version) >= oldestFirefox ? null : `${skipped}: ${firefoxPath} is ${version}, and ${oldestFirefox} is needed`;
+}
 
 /** Scroll bars that take no room, as those of a Chromium without a head, and the reduced motion that its remote protocol has no word for. */
 const likeAPhone = { 'widget.gtk.overlay-scrollbars.enabled': true, 'ui.useOverlayScrollbars': 1, 'ui.prefersReducedMotion': 1 };
