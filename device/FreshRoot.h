@@ -10,8 +10,9 @@ namespace device {
 /// Makes a directory ready to be the phone's root. One that does not exist or is empty is filled like a
 /// freshly set-up phone on which the product was just installed:
 ///
-/// - "/System/Library/PrivateFrameworks/PreferencesUI.framework": the images of `resourceDirectory`/root
-/// - "/var/mobile/Library/Calendars": what is in `resourceDirectory`/root/calendars
+/// - "/System/Library/PrivateFrameworks/PreferencesUI.framework": the images of the folder "root" in
+///   `resourceDirectory`
+/// - "/var/mobile/Library/Calendars": what is in the folder "calendars" of that one
 /// - "/var/mobile/Library/Preferences/com.velmora.quietrix.plist": the product switched off
 /// - "/tmp": empty
 ///

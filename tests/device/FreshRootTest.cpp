@@ -9,6 +9,7 @@
 #include <chrono>
 #include <filesystem>
 #include <set>
+#include <string_view>
 #include <thread>
 
 #include "device/FreshRoot.h"
@@ -34,13 +35,16 @@ class FreshRootTest : public testing::Test {
     std::string bundle = base / "built/Sample.bundle";
 
     FreshRootTest() {
-        writeText(resources + "/root/SpeakerMute@2x.png", "mute 2");
-        writeText(resources + "/root/SpeakerMute@3x.png", "mute 3");
-        writeText(resources + "/root/notes.txt", "no image");
-        writeText(resources + "/root/calendars/Account/Home/one.ics", "one");
-        writeText(resources + "/root/calendars/Account/Work.ics", "work");
+        writeText(given("SpeakerMute@2x.png"), "mute 2");
+        writeText(given("SpeakerMute@3x.png"), "mute 3");
+        writeText(given("notes.txt"), "no image");
+        writeText(given("calendars/Account/Home/one.ics"), "one");
+        writeText(given("calendars/Account/Work.ics"), "work");
         fs::create_directories(bundle);
     }
+
+    /// A file among those that a fresh root is filled with.
+    std::string given(std::string_view name) const { return fs::path(resources) / "root" / name; }
 
     std::string prepare() const {
         const auto prepared = prepareRoot(root, resources, bundle);
@@ -141,7 +145,7 @@ TEST_F(FreshRootTest, fillingThatFailed_isDoneAgainTheNextTime) {
 
 TEST_F(FreshRootTest, killedInTheMiddle_isRefilledTheNextTime) {
     for (int i = 0; i < 100; ++i) {
-        writeText(resources + "/root/calendars/Account/Home/" + std::to_string(i) + ".ics", "event");
+        writeText(given("calendars/Account/Home/") + std::to_string(i) + ".ics", "event");
     }
     std::set<std::string> expected = freshFiles;
     for (int i = 0; i < 100; ++i) {
@@ -150,7 +154,8 @@ TEST_F(FreshRootTest, killedInTheMiddle_isRefilledTheNextTime) {
     for (int round = 0; round < 15; ++round) {
         fs::remove_all(root);
         Child child({"prepare", root, resources, bundle});
-        // Spread over the steps; which of them is hit does not matter to what must hold.
+        // Not for a condition: the kill is to hit each step. Which one it is does not matter to what must
+        // hold.
         std::this_thread::sleep_for(std::chrono::milliseconds(round));
         child.signal(SIGKILL);
         child.wait();
@@ -187,6 +192,7 @@ TEST_F(FreshRootTest, directoriesLockedByOthers_areNotWaitedFor) {
 }
 
 TEST_F(FreshRootTest, rootOfAnotherUsersLocks_isNamedWithTheirPath) {
+    // Files of two users are needed.
     if (geteuid() != 0) GTEST_SKIP() << "only the superuser can give a file to another user";
     fs::create_directories(root + "/.locks");
     ASSERT_EQ(chown((root + "/.locks").c_str(), 65534, 65534), 0);

@@ -149,7 +149,8 @@ TEST_F(MainSettingsFileTest, killedInTheMiddle_leavesADamagedOrAFreshFile) {
         Child child({"mend", root.path().string()});
         ASSERT_EQ(child.readLine(), "ready");
         child.writeLine();
-        // Spread over the steps; which of them is hit does not matter to what must hold.
+        // Not for a condition: the kill is to hit each step. Which one it is does not matter to what must
+        // hold.
         std::this_thread::sleep_for(std::chrono::microseconds(round * 50));
         child.signal(SIGKILL);
         child.wait();

@@ -159,6 +159,7 @@ TEST_F(PrivateLockTest, missingDirectory_isToldWithoutAPath) {
 }
 
 TEST_F(PrivateLockTest, whatBelongsToSomebodyElse_isNamedWithItsPath) {
+    // Files of two users are needed.
     if (geteuid() != 0) GTEST_SKIP() << "only the superuser can give a file to another user";
     writeText(lockFile, "");
     ASSERT_EQ(chown(lockFile.c_str(), nobody, nobody), 0);
@@ -171,6 +172,7 @@ TEST_F(PrivateLockTest, whatBelongsToSomebodyElse_isNamedWithItsPath) {
 }
 
 TEST_F(PrivateLockTest, anotherUserOfTheMachine_holdsUpNobody) {
+    // Processes of two users are needed.
     if (geteuid() != 0) GTEST_SKIP() << "only the superuser can become another user";
     fs::permissions(directory.path(), static_cast<fs::perms>(0755));
     ASSERT_EQ(refusal(), "");

@@ -148,7 +148,8 @@ TEST_F(RootFileSystemTest, write_inPlaceKilledAtAnyInstant_leavesAWholeFileThatC
     for (int round = 0; round < 500; ++round) {
         Child writer({"overwrite", root.path().string(), "/f", "1000000", "64", "64"});
         ASSERT_EQ(writer.readLine(), "ready");
-        // Spread over the steps of a write; which of them is hit does not matter to what must hold.
+        // Not for a condition: the kill is to hit each step of a write. Which one does not matter to what
+        // must hold.
         std::this_thread::sleep_for(std::chrono::microseconds(round * 7));
         writer.signal(SIGKILL);
         writer.wait();
@@ -249,7 +250,8 @@ TEST_F(RootFileSystemTest, write_killedAtAnyInstant_leavesAWholeFileAndTheNextWr
     for (int round = 0; round < 25; ++round) {
         Child writer({"write", root.path().string(), "/f", std::to_string(size)});
         ASSERT_EQ(writer.readLine(), "ready");
-        // Spread over the steps of a write; which of them is hit does not matter to what must hold.
+        // Not for a condition: the kill is to hit each step of a write. Which one does not matter to what
+        // must hold.
         std::this_thread::sleep_for(std::chrono::microseconds(round * 397));
         writer.signal(SIGKILL);
         writer.wait();

@@ -13,6 +13,12 @@ const done = (phone, name) => phone.commands.filter((command) => command.do === 
 const depth = (page, wanted) => page.waitForFunction((number) => history.state?.depth === number, wanted);
 /** A Back that stays on the page; what it does comes later. */
 const back = (page) => page.evaluate(() => history.back());
+/** A Back that leads to a screen, and its entry. */
+async function backTo(page, name, number) {
+    await back(page);
+    await heading(page, name).waitFor();
+    await depth(page, number);
+}
 const deep = (phone) => phone.show(phone.root(), phone.plain(), phone.eventStatus());
 
 test('Back_ofTheBrowser_goesBackOneScreenAndLeavesFromTheFirst', async () => {
@@ -22,14 +28,10 @@ test('Back_ofTheBrowser_goesBackOneScreenAndLeavesFromTheFirst', async () => {
     await ui.page.getByRole('button', { name: 'Event Status' }).click();
     await heading(ui.page, 'Event Status').waitFor();
     await depth(ui.page, 2);
-    await back(ui.page);
-    await heading(ui.page, 'Miscellaneous').waitFor();
-    await depth(ui.page, 1);
+    await backTo(ui.page, 'Miscellaneous', 1);
     assert.equal(done(ui.phone, 'back'), 1);
     assert.equal(ui.page.url(), ui.server.address, 'no entry shows a secret');
-    await back(ui.page);
-    await heading(ui.page, 'Sample Go').waitFor();
-    await depth(ui.page, 0);
+    await backTo(ui.page, 'Sample Go', 0);
     await ui.page.goBack();
     assert.equal(ui.page.url(), 'about:blank');
     assert.equal(done(ui.phone, 'back'), 2);
@@ -39,9 +41,7 @@ test('Back_ofTheBrowser_goesBackOneScreenAndLeavesFromTheFirst', async () => {
 test('Back_onAPageOpenedDeepInThePhone_goesBackOneScreen', async () => {
     const ui = await openPage(session, { arrange: deep });
     await depth(ui.page, 2);
-    await back(ui.page);
-    await heading(ui.page, 'Miscellaneous').waitFor();
-    await depth(ui.page, 1);
+    await backTo(ui.page, 'Miscellaneous', 1);
     await ui.page.reload();
     await heading(ui.page, 'Miscellaneous').waitFor();
     await depth(ui.page, 1);
@@ -170,9 +170,7 @@ test('Back_thatThePhoneRefuses_leavesTheHistoryAsItWas', async () => {
 test('Forward_ofTheBrowser_comesBackToWhatIsShown', async () => {
     const ui = await openPage(session, { arrange: deep });
     await depth(ui.page, 2);
-    await back(ui.page);
-    await heading(ui.page, 'Miscellaneous').waitFor();
-    await depth(ui.page, 1);
+    await backTo(ui.page, 'Miscellaneous', 1);
     const moved = ui.page.evaluate(() => new Promise((resolve) => { window.addEventListener('popstate', () => { if (history.state.depth === 1) resolve(); }); }));
     await ui.page.evaluate(() => history.forward());
     await moved;
@@ -198,9 +196,7 @@ test('Back_whileAnotherOpensAndClosesScreens_staysInStep', async () => {
     await heading(ui.page, 'Miscellaneous').waitFor();
     await depth(ui.page, 1);
     const before = done(ui.phone, 'back');
-    await back(ui.page);
-    await heading(ui.page, 'Sample Go').waitFor();
-    await depth(ui.page, 0);
+    await backTo(ui.page, 'Sample Go', 0);
     assert.equal(done(ui.phone, 'back'), before + 1);
     await ui.close();
 });

@@ -127,8 +127,8 @@ TEST_F(StoreProcesses, killedAtAnyInstant_leavesAWholeFile) {
         if (round % 2 == 0) {
             ASSERT_TRUE(changesFrom(stamp));
         }
-        // The instant is what the test is about: anywhere from the process's start to the midst of its
-        // changes.
+        // Not for a condition: the instant of the kill is what the test is about, anywhere from the process's
+        // start to the midst of its changes.
         std::this_thread::sleep_for(std::chrono::microseconds(random() % 40000));
         ASSERT_EQ(0, kill(child, SIGKILL));
         const int status = waitFor(child);
