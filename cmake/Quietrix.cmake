@@ -9,7 +9,9 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+    # Without these the cache leaves out whatever uses a precompiled header, which is nearly all.
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
+        CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime "${CCACHE_PROGRAM}")
 endif()
 
 add_library(quietrix_options INTERFACE)
@@ -20,6 +22,9 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
         -Wno-maybe-uninitialized -Wno-restrict -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
 endif()
 target_include_directories(quietrix_options INTERFACE "${CMAKE_SOURCE_DIR}")
+if(CCACHE_PROGRAM AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(quietrix_options INTERFACE -fpch-preprocess)
+endif()
 
 set(QUIETRIX_PLATFORM_INTERFACE_VERSION 1)
 
