@@ -29,9 +29,11 @@ Result<void> DarwinNotificationCenter::connect() {
     if (!started) return started;
 
     RunLoop& loop = RunLoop::main();
-    const std::uint64_t check = loop.addPendingCheck([watched = std::weak_ptr(transport)] {
+    const std::uint64_t check = loop.addPendingCheck([this, watched = std::weak_ptr(transport)] {
         const auto living = watched.lock();
-        return living && living->hasPending();
+        if (living && living->hasPending()) return true;
+        forgetLost();
+        return false;
     });
     std::uint64_t oldCheck = 0;
     {
@@ -49,6 +51,7 @@ void DarwinNotificationCenter::reset() {
         const std::lock_guard lock(mutex_);
         registrations_.clear();
         waiting_.clear();
+        underWay_.clear();
         transport_.reset();
         check = std::exchange(pendingCheck_, 0);
         ++connection_;
@@ -62,11 +65,12 @@ void DarwinNotificationCenter::addObserver(Registration registration) {
 }
 
 void DarwinNotificationCenter::post(const std::string& name) {
-    Journal::shared().record("darwin", {{"name", name}});
+    const Journal::Id posting = Journal::shared().record("darwin", {{"name", name}});
     std::shared_ptr<NotificationTransport> transport;
     std::uint64_t connection = 0;
     {
         const std::lock_guard lock(mutex_);
+        if (posting != 0) underWay_.try_emplace(name, posting);
         transport = transport_.lock();
         connection = connection_;
     }
@@ -91,9 +95,15 @@ void DarwinNotificationCenter::received(const std::string& name, std::uint64_t c
     RunLoop::main().post([this] { deliverNext(); });
 }
 
+void DarwinNotificationCenter::forgetLost() {
+    const std::lock_guard lock(mutex_);
+    if (waiting_.empty()) underWay_.clear();
+}
+
 void DarwinNotificationCenter::deliverNext() {
     std::string name;
     std::vector<Registration> present;
+    Value cause;
     {
         const std::lock_guard lock(mutex_);
         if (waiting_.empty()) return;
@@ -101,8 +111,10 @@ void DarwinNotificationCenter::deliverNext() {
         name = std::move(waiting_.front());
         waiting_.pop_front();
         present = registrations_;
+        if (const auto posted = underWay_.extract(name)) cause = posted.mapped();
     }
-    Journal::shared().record("darwinReceived", {{"name", name}});
+    const Journal::Causing causing(cause);
+    const Journal::Course course("darwinReceived", {{"name", name}});
     for (const Registration& registration : present) {
         if (registration.name == name)
             registration.callback(*this, registration.observer, name, nullptr, Value());

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "platform/foundation/Error.h"
+#include "platform/foundation/Journal.h"
 #include "platform/foundation/NotificationTransport.h"
 #include "platform/foundation/Value.h"
 
@@ -63,11 +65,15 @@ class DarwinNotificationCenter {
   private:
     void received(const std::string& name, std::uint64_t connection);
     void deliverNext();
+    /// When nothing is on its way any more, what this process posted and did not get is lost.
+    void forgetLost();
 
     mutable std::mutex mutex_;
     std::vector<Registration> registrations_;
     /// Names that wait for the main thread, each once, one main-loop task for each.
     std::deque<std::string> waiting_;
+    /// By name, the posting of this process whose notification is on its way: what its arrival comes of.
+    std::map<std::string, Journal::Id> underWay_;
     /// The device's; empty before connect().
     std::weak_ptr<NotificationTransport> transport_;
     /// Tells the connections apart, so that a late name of an earlier transport is dropped.

@@ -31,10 +31,10 @@ Result<Data> FileManager::contentsAtPath(std::string_view path) const {
 }
 
 Result<void> FileManager::writeData_toFile(const Data& data, std::string_view path, Write how) {
-    const Journal::Ticket ticket = Journal::shared().begin("write", {{"path", path}});
+    Journal::Course course("write", {{"path", path}});
     const auto files = fileSystem();
     Result<void> result = files ? files->write(path, data, how) : noFileSystem(path, "written");
-    Journal::shared().finish(ticket, result.has_value());
+    course.setOk(result.has_value());
     return result;
 }
 
@@ -55,10 +55,10 @@ Result<std::optional<FileStamp>> FileManager::stampAtPath(std::string_view path)
 }
 
 Result<void> FileManager::removeItemAtPath(std::string_view path) {
-    const Journal::Ticket ticket = Journal::shared().begin("removeFile", {{"path", path}});
+    Journal::Course course("removeFile", {{"path", path}});
     const auto files = fileSystem();
     Result<void> result = files ? files->remove(path) : noFileSystem(path, "removed");
-    Journal::shared().finish(ticket, result.has_value());
+    course.setOk(result.has_value());
     return result;
 }
 

@@ -9,15 +9,23 @@
 #include <thread>
 #include <utility>
 
+#include "platform/foundation/Journal.h"
 #include "platform/foundation/RunLoop.h"
 
 namespace platform {
 
 namespace {
 
+/// A task beside what it comes of.
+struct Given {
+    RunLoop::Task task;
+    JournalCause cause;
+};
+
 /// A task that throws has no caller who could handle it.
-void runTask(const RunLoop::Task& task) noexcept {
-    task();
+void run(const Given& given) noexcept {
+    const Journal::Causing causing(given.cause);
+    given.task();
 }
 
 std::size_t threadLimit() {
@@ -30,7 +38,7 @@ struct GlobalQueue::State {
     std::mutex mutex;
     std::condition_variable ready;
     std::condition_variable idle;
-    std::deque<RunLoop::Task> tasks;
+    std::deque<Given> tasks;
     std::size_t threads = 0;
     std::size_t running = 0;
 
@@ -38,13 +46,13 @@ struct GlobalQueue::State {
         std::unique_lock lock(mutex);
         for (;;) {
             ready.wait(lock, [this] { return !tasks.empty(); });
-            RunLoop::Task task = std::move(tasks.front());
+            Given next = std::move(tasks.front());
             tasks.pop_front();
             ++running;
             lock.unlock();
-            runTask(task);
+            run(next);
             // Before the activity ends: what the task releases is part of it.
-            task = nullptr;
+            next = {};
             RunLoop::main().endActivity();
             lock.lock();
             --running;
@@ -78,8 +86,9 @@ GlobalQueue& GlobalQueue::shared() {
 void GlobalQueue::async(RunLoop::Task task) {
     if (!task) return;
     RunLoop::main().beginActivity();
+    JournalCause cause = Journal::presentCause();
     const std::lock_guard lock(state_->mutex);
-    state_->tasks.push_back(std::move(task));
+    state_->tasks.push_back({std::move(task), std::move(cause)});
     if (state_->threads < std::min(threadLimit(), state_->running + state_->tasks.size()))
         state_->startThread();
     state_->ready.notify_one();

@@ -71,7 +71,7 @@ void NotificationCenter::removeObserver(const Object* observer) {
 void NotificationCenter::postNotificationName_object_userInfo(std::string_view name,
                                                               const std::shared_ptr<Object>& object,
                                                               const Value& userInfo) {
-    Journal::shared().record("local", {{"name", name}});
+    const Journal::Course course("local", {{"name", name}});
     const Notification notification{std::string(name), object, userInfo};
     std::vector<std::shared_ptr<Registration>> present;
     {

@@ -22,6 +22,7 @@
 
 #include "platform/foundation/Calendar.h"
 #include "platform/foundation/Device.h"
+#include "platform/foundation/Journal.h"
 
 namespace platform {
 
@@ -41,8 +42,15 @@ Wait sooner(Wait a, Wait b) {
     return std::min(*a, *b);
 }
 
+/// A task beside what it comes of.
+struct Given {
+    RunLoop::Task task;
+    JournalCause cause;
+};
+
 /// A task that throws has no caller who could handle it.
-void runTask(const RunLoop::Task& task) noexcept {
+void runTask(const RunLoop::Task& task, JournalCause cause = {}) noexcept {
+    const Journal::Causing causing(std::move(cause));
     task();
 }
 
@@ -74,8 +82,8 @@ struct RunLoop::State {
     std::uint64_t changes = 0;
     std::uint64_t activities = 0;
     std::uint64_t nextId = 1;
-    std::deque<Task> tasks;
-    std::map<TimerKey, Task> timers;
+    std::deque<Given> tasks;
+    std::map<TimerKey, Given> timers;
     std::unordered_map<TimerId, Date> instants;
     std::vector<Watch> watches;
     std::vector<Check> checks;
@@ -99,18 +107,18 @@ struct RunLoop::State {
         [[maybe_unused]] const ssize_t written = write(wakePipe[1], &byte, 1);
     }
 
-    Task takeNext(Date now) {
+    Given takeNext(Date now) {
         const std::lock_guard lock(mutex);
         for (int attempt = 0; attempt < 2; ++attempt) {
             if (tasksOfTurn > 0) {
                 --tasksOfTurn;
-                Task task = std::move(tasks.front());
+                Given task = std::move(tasks.front());
                 tasks.pop_front();
                 return task;
             }
             if (const auto first = timers.begin();
                 first != timers.end() && first->first.instant <= now && first->first.id < timerLimitOfTurn) {
-                Task task = std::move(first->second);
+                Given task = std::move(first->second);
                 instants.erase(first->first.id);
                 timers.erase(first);
                 return task;
@@ -122,9 +130,9 @@ struct RunLoop::State {
     }
 
     bool runOne() {
-        const Task task = takeNext(dateNow());
-        if (!task) return false;
-        runTask(task);
+        Given next = takeNext(dateNow());
+        if (!next.task) return false;
+        runTask(next.task, std::move(next.cause));
         return true;
     }
 
@@ -226,17 +234,19 @@ bool RunLoop::isCurrent() const {
 
 void RunLoop::post(Task task) {
     if (!task) return;
+    JournalCause cause = Journal::presentCause();
     const std::lock_guard lock(state_->mutex);
-    state_->tasks.push_back(std::move(task));
+    state_->tasks.push_back({std::move(task), std::move(cause)});
     state_->changed();
 }
 
 RunLoop::TimerId RunLoop::performAfterDelay(double seconds, Task task) {
     if (!task) return 0;
     const Date instant{dateNow().secondsSinceReference + (seconds > 0 ? seconds : 0)};
+    JournalCause cause = Journal::presentCause();
     const std::lock_guard lock(state_->mutex);
     const TimerId id = state_->nextId++;
-    state_->timers.emplace(State::TimerKey{instant, id}, std::move(task));
+    state_->timers.emplace(State::TimerKey{instant, id}, Given{std::move(task), std::move(cause)});
     state_->instants.emplace(id, instant);
     state_->changed();
     return id;
@@ -244,7 +254,7 @@ RunLoop::TimerId RunLoop::performAfterDelay(double seconds, Task task) {
 
 void RunLoop::cancel(TimerId timer) {
     // Destroyed after the lock is given back: what the task owns may come back to the loop.
-    Task cancelled;
+    Given cancelled;
     const std::lock_guard lock(state_->mutex);
     const auto instant = state_->instants.find(timer);
     if (instant == state_->instants.end()) return;
@@ -375,8 +385,8 @@ std::optional<Date> RunLoop::nextTimer() const {
 
 void RunLoop::reset() {
     // Destroyed after the lock is given back: what these own may come back to the loop.
-    std::deque<Task> tasks;
-    std::map<State::TimerKey, Task> timers;
+    std::deque<Given> tasks;
+    std::map<State::TimerKey, Given> timers;
     std::vector<State::Watch> watches;
     std::vector<State::Check> checks;
     const std::lock_guard lock(state_->mutex);

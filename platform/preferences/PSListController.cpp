@@ -33,7 +33,7 @@ SpecifierArray PSListController::rows() {
 }
 
 void PSListController::reloadSpecifiers() {
-    Journal::shared().record("reload");
+    const Journal::Course course("reload");
     cells_.clear();
     if (table_ && table_->indexPathForSelectedRow()) {
         table_->deselectRowAtIndexPath_animated(*table_->indexPathForSelectedRow(), false);

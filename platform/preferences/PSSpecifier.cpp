@@ -4,6 +4,8 @@
 #include <atomic>
 #include <utility>
 
+#include "platform/uikit/CallNote.h"
+
 namespace platform {
 
 PLATFORM_REGISTER_CLASS(PSSpecifier)
@@ -76,6 +78,7 @@ Value PSSpecifier::performGetter() {
     const Getter getter = getter_;
     if (!getter || !receiver) return {};
     const auto row = self();
+    const CallNote note(CallNote::Told::WithAnEffect, *receiver, getter.selector(), rowKey_);
     Value value = getter(*receiver, row);
     return value.isNil() ? propertyForKey("default") : value;
 }
@@ -84,6 +87,7 @@ bool PSSpecifier::performSetterWithValue(const Value& value) {
     const auto receiver = target_.lock();
     const Setter setter = setter_;
     if (!setter || !receiver) return false;
+    const CallNote note(CallNote::Told::Always, *receiver, setter.selector(), rowKey_);
     setter(*receiver, value, self());
     return true;
 }
@@ -92,6 +96,7 @@ bool PSSpecifier::performButtonAction() {
     const auto receiver = target_.lock();
     const Action action = buttonAction_;
     if (!action || !receiver) return false;
+    const CallNote note(CallNote::Told::Always, *receiver, action.selector(), rowKey_);
     action(*receiver, self());
     return true;
 }

@@ -28,6 +28,9 @@ enum class PSCellType : std::int64_t {
     Button = 13
 };
 
+/// Names a row over time, through rebuilds of its list. Never 0 for a row that is there.
+using RowKey = std::uint64_t;
+
 /// One row of a screen: its name and kind, how its value is read and written, what it opens, and a dictionary
 /// of properties. The target is held weakly. Properties hold strings, numbers, images (UIImage) and class
 /// names; the framework itself sets "label" to the name.
@@ -88,6 +91,10 @@ class PSSpecifier : public Object {
     /// Sends the button's action to the target; false when there is none.
     bool performButtonAction();
 
+    /// The key by which its list's readers know it; 0 as long as nobody has asked the list for one.
+    RowKey rowKey() const { return rowKey_; }
+    void setRowKey(RowKey key) { rowKey_ = key; }
+
   protected:
     /// What the factories of this class and of its subclasses set.
     void fill(std::string_view name, const std::shared_ptr<Object>& target, Setter set, Getter get,
@@ -97,6 +104,7 @@ class PSSpecifier : public Object {
     std::shared_ptr<PSSpecifier> self() { return shared(this); }
 
     std::uint64_t key_;
+    RowKey rowKey_ = 0;
     std::optional<std::string> name_;
     std::optional<std::string> identifier_;
     PSCellType cellType_ = PSCellType::StaticText;

@@ -11,6 +11,9 @@ void RowKeys::follow(const SpecifierList& list) {
     now.reserve(list.size());
     for (const auto& specifier : list) now.push_back({specifier, 0});
     keyRows(rows_, now);
+    for (const KeyedRow& row : now) {
+        if (row.specifier) row.specifier->setRowKey(row.key);
+    }
     rows_ = std::move(now);
 }
 

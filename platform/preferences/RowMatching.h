@@ -9,9 +9,6 @@
 
 namespace platform {
 
-/// Names a row over time. Never 0 for a row that is there.
-using RowKey = std::uint64_t;
-
 struct KeyedRow {
     /// May be null: a list may have holes.
     std::shared_ptr<PSSpecifier> specifier;

@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "platform/uikit/CallNote.h"
+
 namespace platform {
 
 PLATFORM_REGISTER_CLASS(UIBarButtonItem)
@@ -22,7 +24,10 @@ UIBarButtonItem::UIBarButtonItem(std::int64_t systemItem, const std::shared_ptr<
 void UIBarButtonItem::press() {
     // The action may replace this very button.
     const auto self = shared(this);
-    if (const auto receiver = target_.lock()) action_(*receiver, self);
+    const auto receiver = target_.lock();
+    if (!receiver) return;
+    const CallNote note(CallNote::Told::Always, *receiver, action_.selector());
+    action_(*receiver, self);
 }
 
 }  // namespace platform

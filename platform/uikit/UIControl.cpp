@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "platform/uikit/CallNote.h"
+
 namespace platform {
 
 PLATFORM_REGISTER_CLASS(UIControl)
@@ -21,7 +23,10 @@ void UIControl::sendActionsForControlEvents(std::uint64_t events) {
     const std::vector<Registration> registrations = registrations_;
     for (const Registration& registration : registrations) {
         if ((registration.events & events) == 0) continue;
-        if (const auto target = registration.target.lock()) registration.action(*target, self);
+        const auto target = registration.target.lock();
+        if (!target) continue;
+        const CallNote note(CallNote::Told::Always, *target, registration.action.selector());
+        registration.action(*target, self);
     }
 }
 

@@ -38,7 +38,7 @@ void UINavigationController::pushViewController_animated(const std::shared_ptr<U
     const auto self = shared(this);
     const auto arriving = screen;
     const auto leaving = topViewController();
-    Journal::shared().record("push", {{"class", arriving->getClass().name()}});
+    const Journal::Course course("push", {{"class", arriving->getClass().name()}});
     stack_.push_back(arriving);
     arriving->setParentViewController(self);
     if (!isVisible()) return;
@@ -65,9 +65,13 @@ void UINavigationController::popToRootViewControllerAnimated(bool animated) {
 void UINavigationController::popped(const std::vector<std::shared_ptr<UIViewController>>& leaving,
                                     bool animated) {
     const auto self = shared(this);
-    for (const auto& screen : std::views::reverse(leaving)) {
-        Journal::shared().record("pop", {{"class", screen->getClass().name()}});
-    }
+    const auto className = [](const std::shared_ptr<UIViewController>& screen) {
+        return Dictionary{{"class", screen->getClass().name()}};
+    };
+    // Of several the lowest goes last, and uncovers the screen beneath.
+    for (const auto& screen : std::views::reverse(leaving | std::views::drop(1)))
+        Journal::shared().record("pop", className(screen));
+    const Journal::Course course("pop", className(leaving.front()));
     // A leaving screen still finds this controller while it is told: it restores the bar that it had
     // coloured.
     leaving.back()->beginAppearanceTransition(false, animated);

@@ -74,7 +74,7 @@ void UIViewController::presentViewController_animated_completion(
         return;
     }
     while (holder->presented_) holder = holder->presented_;
-    Journal::shared().record("present", {{"class", screen->getClass().name()}});
+    const Journal::Course course("present", {{"class", screen->getClass().name()}});
     holder->presented_ = screen;
     screen->presenting_ = holder;
     screen->asker_ = weak(this);
@@ -119,7 +119,7 @@ void UIViewController::removePresented(bool animated, Uncover uncover) {
     }
     bool uncovers = false;
     for (auto screen = leaving.rbegin(); screen != leaving.rend(); ++screen) {
-        Journal::shared().record("dismiss", {{"class", (*screen)->getClass().name()}});
+        const Journal::Course course("dismiss", {{"class", (*screen)->getClass().name()}});
         (*screen)->beginAppearanceTransition(false, animated);
         // The last one asked is the lowest: what it covers is the screen that stays.
         if ((*screen)->isFullScreen()) uncovers = std::exchange((*screen)->coversVisible_, false);

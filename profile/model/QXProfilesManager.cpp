@@ -81,8 +81,8 @@ Result<ProfilesFile> parsed(platform::Data bytes) {
                    file.error().localizedDescription);
 }
 
-Journal::Ticket beginCall(std::string_view call, Value identifier) {
-    return Journal::shared().begin("store", {{"call", call}, {"identifier", std::move(identifier)}});
+Journal::Course beginCall(std::string_view call, Value identifier) {
+    return Journal::Course("store", {{"call", call}, {"identifier", std::move(identifier)}});
 }
 
 /// A profile to be deleted stays on the screens until it is gone, and the main thread may go on changing its
@@ -119,10 +119,10 @@ void QXProfilesManager::resetSharedManager() {
 }
 
 void QXProfilesManager::reloadProfiles() {
-    const Journal::Ticket ticket = beginCall("reload", {});
+    Journal::Course call = beginCall("reload", {});
     const auto file = takeOverFile();
     replaceChangedRecords();
-    Journal::shared().finish(ticket, file.has_value());
+    call.setOk(file.has_value());
 }
 
 Result<QXProfilesManager::File> QXProfilesManager::takeOverFile() {
@@ -262,12 +262,12 @@ void QXProfilesManager::deleteProfile_success_failure(const std::shared_ptr<QXPr
 
 void QXProfilesManager::change(const Kind& kind, const std::shared_ptr<QXProfile>& profile, Success success,
                                Failure failure) {
-    const Journal::Ticket ticket = beginCall(kind.call, profile ? Value(profile->identifier()) : Value());
+    Journal::Course call = beginCall(kind.call, profile ? Value(profile->identifier()) : Value());
     const Result<void> result =
         profile
             ? handOver(kind, *profile)
             : platform::failure("There is no profile to " + std::string(kind.call) + ": the record is nil.");
-    Journal::shared().finish(ticket, result.has_value());
+    call.setOk(result.has_value());
     if (result) {
         platform::dispatchMain([success = std::move(success), name = kind.notification] {
             if (success) success();

@@ -41,6 +41,9 @@ class Application {
     EventLog& events() { return events_; }
     ImageCatalog& images() { return images_; }
 
+    /// A number for a session, by which the others are told whose command something came of; from 1.
+    std::uint64_t newConnection() { return ++connections_; }
+
     /// Grows with every change that a session has seen.
     std::uint64_t revision() const { return revision_; }
     void raiseRevision() { ++revision_; }
@@ -55,6 +58,7 @@ class Application {
     EventLog events_;
     ImageCatalog images_;
     std::uint64_t revision_ = 0;
+    std::uint64_t connections_ = 0;
 };
 
 }  // namespace settings

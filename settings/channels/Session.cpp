@@ -42,6 +42,16 @@ Result<RowWindow> windowOf(const CommandFields& fields, RowWindow window) {
     return window;
 }
 
+Result<CommandFields> fieldsOf(std::string_view line) {
+    if (line.size() > Session::maximumLineLength) {
+        return failure("The line is longer than " + std::to_string(Session::maximumLineLength) + " bytes.");
+    }
+    const Result<Value> json = parseJSON(line);
+    if (!json) return std::unexpected(json.error());
+    if (!json->dictionary()) return failure("The line is no JSON object.");
+    return CommandFields(*json->dictionary());
+}
+
 std::optional<std::uint64_t> numberOnTop() {
     const TopScreen top = TopScreen::now();
     if (!top.screen) return std::nullopt;
@@ -69,10 +79,15 @@ std::string Session::answer(std::string_view line) {
 std::optional<std::string> Session::begin(std::string_view line) {
     application_.events().collect();
     application_.events().trim();
+    const Result<CommandFields> command = fieldsOf(line);
+    const Value cause =
+        causeOfCommand(reader_.connection, ++commands_, command ? command->value("id") : Value());
+    const platform::Journal::Causing causing(cause);
     Dictionary head;
-    const Outcome<Acted> done = execute(line, head);
+    const Outcome<Acted> done = execute(command, head);
     if (!waiting_) return answerText(std::move(head), done);
     waiting_->head = std::move(head);
+    waiting_->cause = cause;
     return resume();
 }
 
@@ -85,6 +100,7 @@ std::optional<std::string> Session::resume() {
     waiting_->from = events.end();
     if (!came && steady_clock::now() < waiting_->deadline) return std::nullopt;
     Wait wait = *std::exchange(waiting_, std::nullopt);
+    const platform::Journal::Causing causing(wait.cause);
     if (came) return answerText(std::move(wait.head), Acted::No);
     return answerText(std::move(wait.head),
                       failure("No event \"" + wait.kind + "\"" +
@@ -97,6 +113,7 @@ std::optional<steady_clock::time_point> Session::waitsUntil() const {
 }
 
 std::string Session::answerToOversizedLine() {
+    ++commands_;
     return answerText({},
                       failure("The line is longer than " + std::to_string(maximumLineLength) + " bytes."));
 }
@@ -108,14 +125,9 @@ std::optional<std::string> Session::push() {
     return "{\"state\":" + stateText(std::move(now), Acted::No) + "}";
 }
 
-Outcome<Session::Acted> Session::execute(std::string_view line, Dictionary& head) {
-    if (line.size() > maximumLineLength) {
-        return failure("The line is longer than " + std::to_string(maximumLineLength) + " bytes.");
-    }
-    const Result<Value> json = parseJSON(line);
-    if (!json) return std::unexpected(json.error());
-    if (!json->dictionary()) return failure("The line is no JSON object.");
-    const CommandFields fields(*json->dictionary());
+Outcome<Session::Acted> Session::execute(const Result<CommandFields>& command, Dictionary& head) {
+    if (!command) return std::unexpected(command.error());
+    const CommandFields& fields = *command;
     if (fields.has("id")) {
         const Value given = fields.value("id");
         if (!given.string() && (given.boolean() || !given.number())) {
@@ -150,12 +162,15 @@ Result<void> Session::takeWishes(const CommandFields& fields, RowWindow window) 
         elsewhere = *there;
     }
     bool tellsEvents = tellsEvents_;
+    bool tellsCalls = reader_.calls;
     if (fields.has("events")) {
-        const Result<bool> given = fields.boolean("events");
-        if (!given) return std::unexpected(given.error());
+        tellsCalls = fields.value("events") == Value("all");
+        const Result<bool> given = tellsCalls ? true : fields.boolean("events");
+        if (!given) return failure("\"events\" must be true, false or \"all\".");
         tellsEvents = *given;
     }
     tellsEvents_ = tellsEvents;
+    reader_.calls = tellsCalls;
     elsewhere_ = elsewhere;
     windowMoved_ = *here != window_;
     window_ = *here;
@@ -172,7 +187,7 @@ Outcome<Dictionary> Session::beginWait(const CommandFields& fields) {
     const std::chrono::duration<double> longest = longestWait_;
     const auto time = std::chrono::ceil<std::chrono::milliseconds>(
         std::min(std::chrono::duration<double>(*seconds), longest));
-    waiting_ = Wait{{}, *kind, *name, steady_clock::now() + time, answeredUpTo_};
+    waiting_ = Wait{{}, *kind, *name, steady_clock::now() + time, answeredUpTo_, {}};
     return Dictionary();
 }
 
@@ -204,7 +219,7 @@ Session::Look Session::look() {
     look.device = device.now();
     // After the state was written: looking at a row may have made something happen.
     application_.events().collect();
-    if (tellsEvents_) look.events = application_.events().since(eventsFrom_);
+    if (tellsEvents_) look.events = application_.events().since(eventsFrom_, reader_);
     return look;
 }
 

@@ -26,7 +26,10 @@ class Session {
 
     /// The application must outlive the session. No "wait" lasts longer than `longestWait`.
     explicit Session(Application& application, std::chrono::milliseconds longestWait = veryLong)
-        : application_(application), writer_(application), longestWait_(longestWait) {}
+        : application_(application),
+          writer_(application),
+          longestWait_(longestWait),
+          reader_{application.newConnection()} {}
 
     /// Does what the line says, runs the main loop until nothing is left to do now, and gives the answer: one
     /// line of JSON without its line break. A line that is no command is answered too. A "wait" is waited
@@ -65,11 +68,13 @@ class Session {
         std::optional<std::string> name;
         std::chrono::steady_clock::time_point deadline;
         /// The first event that was not looked at yet.
-        std::uint64_t from;
+        EventLog::Place from;
+        /// What the command says of itself to the journal.
+        platform::Value cause;
     };
 
     /// Puts into `head` what the answer has beside "ok" and the state.
-    Outcome<Acted> execute(std::string_view line, platform::Dictionary& head);
+    Outcome<Acted> execute(const platform::Result<CommandFields>& command, platform::Dictionary& head);
     /// Takes over what the session wants to be told from now on. Its window is what the fields say of one,
     /// and `window` where they say nothing.
     platform::Result<void> takeWishes(const CommandFields& fields, RowWindow window);
@@ -86,6 +91,9 @@ class Session {
     RowWindow window_;
     bool windowMoved_ = false;
     bool tellsEvents_ = true;
+    EventLog::Reader reader_;
+    /// How many commands have come.
+    std::uint64_t commands_ = 0;
     /// The window for the answer should the command bring another screen on top.
     std::optional<RowWindow> elsewhere_;
     /// The number of the screen that was on top when the command came.
@@ -94,9 +102,9 @@ class Session {
     std::optional<std::size_t> seenHash_;
     std::uint64_t seenRevision_ = 0;
     /// The first event that no answer and no push has held.
-    std::uint64_t eventsFrom_ = 0;
+    EventLog::Place eventsFrom_;
     /// The first event since the last answer, which "wait" may have been sent for.
-    std::uint64_t answeredUpTo_ = 0;
+    EventLog::Place answeredUpTo_;
 };
 
 }  // namespace settings

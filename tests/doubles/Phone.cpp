@@ -50,7 +50,10 @@ void Phone::advance(double seconds) {
 }
 
 std::vector<platform::Dictionary> Phone::takeEvents() {
-    return platform::Journal::shared().take();
+    std::vector<platform::Dictionary> events;
+    for (platform::JournalEntry& entry : platform::Journal::shared().take())
+        events.push_back(std::move(entry.event));
+    return events;
 }
 
 std::vector<platform::Dictionary> Phone::takeEvents(std::string_view kind) {

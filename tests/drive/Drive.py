@@ -36,6 +36,8 @@ class Drive:
         os.set_blocking(self.process.stdout.fileno(), False)
         self.state = None
         self.answer = None
+        # The commands so far.
+        self.sent = []
 
     def __enter__(self):
         try:
@@ -91,7 +93,8 @@ class Drive:
 
     def attempt(self, command, **fields):
         """Sends one command and gives its answer, whatever it is."""
-        self.send(json.dumps({"do": command, **fields}).encode() + b"\n")
+        self.sent.append({"do": command, **fields})
+        self.send(json.dumps(self.sent[-1]).encode() + b"\n")
         return self.receive()
 
     def do(self, command, **fields):

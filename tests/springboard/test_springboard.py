@@ -92,7 +92,8 @@ class Shell(unittest.TestCase):
 
     def test_start_isToldInTheFirstAnswer(self):
         drive = self.application()
-        self.assertEqual(drive.events_of("process"), [{"event": "process", "name": "SpringBoard", "state": "started"}])
+        self.assertEqual([(event["name"], event["state"]) for event in drive.events_of("process")],
+                         [("SpringBoard", "started")])
         self.shell_of(drive)
 
     def test_observedNames_areLoggedAndOthersAreNot(self):

@@ -141,7 +141,7 @@ TEST(Session, eventsFalse_leavesNothingToPushButChangesOfTheScreen) {
 TEST(Session, eventsOfAWrongType_isAnErrorThatLeavesTheSettingAsItWas) {
     Desk desk;
     desk.answer(R"({"do":"state"})");
-    for (const char* line : {R"({"do":"post","name":"a","events":"all"})", R"({"do":"state","events":null})",
+    for (const char* line : {R"({"do":"post","name":"a","events":"some"})", R"({"do":"state","events":null})",
                              R"({"do":"state","events":0})"}) {
         const Value answer = desk.answer(line);
         EXPECT_EQ(answer["ok"], Value(false)) << line;
@@ -149,6 +149,88 @@ TEST(Session, eventsOfAWrongType_isAnErrorThatLeavesTheSettingAsItWas) {
         EXPECT_EQ(eventCount(answer), 0U);
     }
     EXPECT_EQ(eventCount(desk.answer(R"({"do":"post","name":"a"})")), 2U);
+}
+
+std::vector<std::string> kindsOf(const Value& answer) {
+    std::vector<std::string> kinds;
+    for (const Value& event : *answer["state"]["events"].array()) kinds.push_back(event["event"].stringOr());
+    return kinds;
+}
+
+/// Nil out of range.
+Value eventAt(const Value& answer, std::size_t index) {
+    const platform::Array& events = *answer["state"]["events"].array();
+    return index < events.size() ? events[index] : Value();
+}
+
+/// A screen whose row sends this action.
+struct Presser : platform::PSListController {
+    PLATFORM_CLASS(Presser, platform::PSListController)
+
+  public:
+    void press(const std::shared_ptr<platform::PSSpecifier>&) { platform::log("pressed"); }
+};
+
+PLATFORM_REGISTER_CLASS(Presser)
+
+TEST(Session, calls_areToldWithEventsAllOnly) {
+    Desk desk;
+    const auto screen = std::make_shared<Presser>();
+    const auto row = plainRow("Press", PSCellType::Button);
+    row->setTarget(screen);
+    row->setButtonAction(platform::method("press:", &Presser::press));
+    desk.list->setRows({row});
+    Session other(desk.application);
+    desk.answer(R"({"do":"state","events":"all"})");
+    Desk::answer(other, R"({"do":"state"})");
+
+    const Value answer = desk.answer(R"({"do":"tap","row":0})");
+    ASSERT_EQ(kindsOf(answer), (std::vector<std::string>{"call", "log"}));
+    EXPECT_EQ(eventAt(answer, 0)["class"], Value("Presser"));
+    EXPECT_EQ(eventAt(answer, 0)["selector"], Value("press:"));
+    EXPECT_EQ(eventAt(answer, 0)["row"], Desk::rows(answer)[0]["key"]);
+    EXPECT_EQ(eventAt(answer, 0)["cause"], Value(platform::Dictionary{{"command", 2}}));
+    EXPECT_TRUE(eventAt(answer, 0)["ms"].number());
+    EXPECT_EQ(eventAt(answer, 1)["cause"], eventAt(answer, 0)["id"]);
+
+    const Value told = Desk::answer(other, R"({"do":"state"})");
+    ASSERT_EQ(kindsOf(told), std::vector<std::string>{"log"}) << "no call, and nothing that comes of one";
+    const Value cause = eventAt(told, 0)["cause"];
+    EXPECT_EQ(cause["command"], Value(2));
+    EXPECT_TRUE(cause["connection"].integer()) << "it was another connection's command";
+
+    EXPECT_EQ(kindsOf(desk.answer(R"({"do":"tap","row":0,"events":true})")), std::vector<std::string>{"log"});
+}
+
+TEST(Session, cause_isTheCommandWithItsIdAndWhatBeganByItselfHasNone) {
+    Desk desk;
+    const Value start = eventAt(desk.answer("no command"), 0);
+    EXPECT_TRUE(start["id"].integer());
+    EXPECT_TRUE(start["cause"].isNil()) << "nobody asked for it";
+    const Value answer = desk.answer(R"({"do":"post","name":"a","id":"mine"})");
+    const Value posted = eventAt(answer, 0);
+    EXPECT_EQ(posted["event"], Value("darwin"));
+    EXPECT_EQ(posted["cause"], Value(platform::Dictionary{{"command", 2}, {"id", "mine"}}));
+    EXPECT_EQ(eventAt(answer, 1)["event"], Value("darwinReceived"));
+    EXPECT_EQ(eventAt(answer, 1)["cause"], posted["id"]) << "the way out and back";
+    EXPECT_LE(posted["at"].number(), eventAt(answer, 1)["at"].number());
+}
+
+TEST(Session, forgottenCalls_areNotCountedForThoseWhoAreToldOfNone) {
+    Desk desk;
+    const auto screen = std::make_shared<Presser>();
+    const auto row = plainRow("Press", PSCellType::Button);
+    row->setTarget(screen);
+    row->setButtonAction(platform::method("press:", &Presser::press));
+    Session all(desk.application);
+    desk.answer(R"({"do":"state"})");
+    Desk::answer(all, R"({"do":"state","events":"all"})");
+    for (std::size_t i = 0; i < settings::EventLog::backlog; ++i) row->performButtonAction();
+    // Of two events for each press half were forgotten.
+    EXPECT_EQ(desk.answer(R"({"do":"state"})")["state"]["droppedEvents"],
+              Value(settings::EventLog::backlog / 2));
+    EXPECT_EQ(Desk::answer(all, R"({"do":"state"})")["state"]["droppedEvents"],
+              Value(settings::EventLog::backlog));
 }
 
 TEST(Session, windowElsewhere_isThatOfAnotherScreenOnly) {
