@@ -151,7 +151,11 @@ constexpr std::array keys{
 }  // namespace
 
 platform::Result<DeviceOptions> DeviceOptions::parse(std::span<const std::string> pairs) {
-    DeviceOptions options;
+    return DeviceOptions().with(pairs);
+}
+
+platform::Result<DeviceOptions> DeviceOptions::with(std::span<const std::string> pairs) const {
+    DeviceOptions options = *this;
     for (const std::string& pair : pairs) {
         const std::size_t equals = pair.find('=');
         if (equals == std::string::npos) {

@@ -47,6 +47,8 @@ struct DeviceOptions {
 
     /// Later pairs win over earlier ones. The error names the key and what its value should be.
     static platform::Result<DeviceOptions> parse(std::span<const std::string> pairs);
+    /// The same with these pairs changed.
+    platform::Result<DeviceOptions> with(std::span<const std::string> pairs) const;
     /// A line for each key with its values, for a program's help.
     static std::string help();
 };

@@ -19,7 +19,10 @@ PLATFORM_REGISTER_CLASS(QuietrixUIToneController)
 
 namespace {
 
-[[maybe_unused]] const bool loaded = (QuietrixUIToneController::load(), true);
+[[maybe_unused]] const bool loaded =
+    (ClassRegistry::shared().runAtLoad(QuietrixUIToneController::staticClass(),
+                                       QuietrixUIToneController::load),
+     true);
 
 }  // namespace
 

@@ -9,7 +9,10 @@
 namespace platform {
 
 Class::Class(std::string name, const Class* superclass, Factory factory)
-    : name_(std::move(name)), superclass_(superclass), factory_(std::move(factory)) {}
+    : name_(std::move(name)),
+      declaredSuperclass_(superclass),
+      superclass_(superclass),
+      factory_(std::move(factory)) {}
 
 std::shared_ptr<Object> Class::make() const {
     return factory_ ? factory_() : nullptr;
@@ -42,6 +45,28 @@ const Class* ClassRegistry::find(std::string_view name) const {
     const std::scoped_lock lock(mutex_);
     const auto entry = entries_.find(name);
     return entry == entries_.end() ? nullptr : entry->second.cls;
+}
+
+void ClassRegistry::runAtLoad(const Class& cls, std::function<void()> load) {
+    load();
+    const std::scoped_lock lock(mutex_);
+    loads_.push_back({&cls, std::move(load)});
+}
+
+void ClassRegistry::loadAgain() {
+    std::vector<Load> loads;
+    {
+        const std::scoped_lock lock(mutex_);
+        loads = loads_;
+    }
+    for (const Load& load : loads) load.cls->superclass_ = load.cls->declaredSuperclass_;
+    for (const Load& load : loads) load.run();
+}
+
+void ClassRegistry::remove(std::string_view name) {
+    const std::scoped_lock lock(mutex_);
+    const auto entry = entries_.find(name);
+    if (entry != entries_.end()) entries_.erase(entry);
 }
 
 std::vector<std::string> ClassRegistry::takeDuplicates() {

@@ -36,6 +36,7 @@ class Class {
     friend class ClassRegistry;
 
     std::string name_;
+    const Class* declaredSuperclass_;
     mutable const Class* superclass_;
     Factory factory_;
 };
@@ -63,6 +64,16 @@ class ClassRegistry {
     /// the main thread, before anything is made of the class.
     static void setSuperclass(const Class& cls, const Class& superclass) { cls.superclass_ = &superclass; }
 
+    /// Runs what a class does when it is loaded, such as choosing its superclass, and remembers it for
+    /// loadAgain().
+    void runAtLoad(const Class& cls, std::function<void()> load);
+    /// Has every class do anew what it does when it is loaded, as if the program had just started: for a
+    /// phone that has become another one. Superclasses that were chosen then are forgotten first. On the main
+    /// thread, while nothing made of these classes is left.
+    void loadAgain();
+    /// Forgets a class, which must be one that no loaded module has; one that it does not know is a success.
+    void remove(std::string_view name);
+
     /// Names that were added twice by different modules since the last call; the call forgets them.
     std::vector<std::string> takeDuplicates();
 
@@ -82,7 +93,12 @@ class ClassRegistry {
         std::string bundlePath;
     };
     mutable std::mutex mutex_;
+    struct Load {
+        const Class* cls;
+        std::function<void()> run;
+    };
     std::map<std::string, Entry, std::less<>> entries_;
+    std::vector<Load> loads_;
     std::vector<std::string> duplicates_;
     std::vector<std::string> loading_;
 };

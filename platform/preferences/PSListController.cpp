@@ -79,6 +79,11 @@ const RowKeys& PSListController::keys() {
     return keys_;
 }
 
+void PSListController::takeOverRowKeys(RowKeys keys) {
+    keys_ = std::move(keys);
+    keyed_.forget();
+}
+
 RowKey PSListController::keyAtIndex(std::int64_t index) {
     return index < 0 ? 0 : keys().keyAt(static_cast<std::size_t>(index));
 }

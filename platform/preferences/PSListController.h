@@ -42,6 +42,11 @@ class PSListController : public PSViewController {
     std::optional<IndexPath> indexPathForIndex(std::int64_t index);
     /// The section that the list index belongs to, group rows included; -1 out of range.
     std::int64_t sectionForIndex(std::int64_t index);
+    /// The rows' keys as they are now.
+    RowKeys rowKeys() { return keys(); }
+    /// Has the rows that are still the same ones keep the keys that they had on another screen: for one that
+    /// takes its place. Before anybody has asked this one for a key.
+    void takeOverRowKeys(RowKeys keys);
     /// The row's key, by which it can be named whatever becomes of the list: see RowKeys. 0 out of range.
     RowKey keyAtIndex(std::int64_t index);
     /// The list index of the row that has the key now; -1 when no row has it (any more).

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tonekit/ToneScreen.h"
 
+#include <map>
 #include <utility>
 
 namespace platform {
@@ -14,13 +15,31 @@ void ToneScreen::setTonePickerViewController(std::shared_ptr<TKTonePickerViewCon
     view()->addSubview(picker_->view());
 }
 
+namespace {
+
+/// Never destroyed, like every class: the registry keeps looking at them.
+std::map<std::string, const Class*>& madeClasses() {
+    static auto& classes = *new std::map<std::string, const Class*>;
+    return classes;
+}
+
+}  // namespace
+
 void makeToneScreenClassExist(const std::string& name) {
     if (ClassRegistry::shared().find(name) != nullptr) return;
-    // Never destroyed, like every class: the registry keeps looking at it.
-    const auto* cls = new Class(name, &PSViewController::staticClass(), [name] {
-        return std::shared_ptr<Object>(std::make_shared<ToneScreen>(*ClassRegistry::shared().find(name)));
-    });
+    const Class*& cls = madeClasses()[name];
+    if (cls == nullptr) {
+        cls = new Class(name, &PSViewController::staticClass(), [name] {
+            return std::shared_ptr<Object>(std::make_shared<ToneScreen>(*ClassRegistry::shared().find(name)));
+        });
+    }
     ClassRegistry::shared().add(*cls);
+}
+
+void forgetToneScreenClasses() {
+    for (const auto& [name, cls] : madeClasses()) {
+        if (ClassRegistry::shared().find(name) == cls) ClassRegistry::shared().remove(name);
+    }
 }
 
 }  // namespace platform

@@ -38,7 +38,9 @@ class ToneScreen : public PSViewController, public TonePickerHost {
 };
 
 /// From now on the class registry knows a tone screen of that name, under PSViewController. Names that it
-/// knows already are left as they are. Before the bundles are loaded that look for it.
+/// knows already are left as they are. Before the bundles are loaded that look for it, or do so again.
 void makeToneScreenClassExist(const std::string& name);
+/// Takes those that were made so out of the registry again. Nothing made of them may be left.
+void forgetToneScreenClasses();
 
 }  // namespace platform

@@ -7,15 +7,17 @@
 #include "platform/foundation/RunLoop.h"
 #include "platform/uikit/UIApplication.h"
 #include "settings/application/BundleOpening.h"
+#include "settings/application/ScreenPath.h"
 #include "settings/application/SettingsRootController.h"
+#include "settings/application/StoredFiles.h"
 
 namespace settings {
 
 using platform::Bundle;
 using platform::UIApplication;
 
-Application::Application(std::string bundlePath, std::shared_ptr<device::VirtualClock> clock)
-    : bundlePath_(std::move(bundlePath)), clock_(std::move(clock)) {}
+Application::Application(std::string bundlePath, RunningPhone* phone)
+    : bundlePath_(std::move(bundlePath)), phone_(phone) {}
 
 Application::~Application() {
     if (!navigation_) return;
@@ -27,17 +29,39 @@ void Application::start() {
     platform::Journal::shared().start();
     platform::RunLoop::main().setBeforeSleeping([this] { keepUp(); });
     // The application outlives its list: its destructor closes the window.
-    const auto list =
-        std::make_shared<SettingsRootController>([this](const std::string& path) { openBundle(path); });
-    navigation_ = platform::UINavigationController::initWithRootViewController(list);
+    list_ = std::make_shared<SettingsRootController>([this](const std::string& path) { openBundle(path); });
+    navigation_ = platform::UINavigationController::initWithRootViewController(list_);
     UIApplication::sharedApplication().setRootViewController(navigation_);
     openBundle(bundlePath_);
 }
 
 void Application::reopen() {
+    leaveScreens();
+    openBundle(bundlePath_);
+}
+
+platform::Result<std::optional<std::string>> Application::changeDevice(
+    const std::vector<std::string>& pairs) {
+    if (!phone_) return platform::failure("This phone stays as it is.");
+    if (const auto checked = phone_->checkDevice(pairs); !checked) return std::unexpected(checked.error());
+    const ScreenPath path = ScreenPath::now();
+    leaveScreens();
+    const auto changed = phone_->changeDevice(pairs);
+    platform::ClassRegistry::shared().loadAgain();
+    // The list of bundles has texts and cells of its own.
+    list_->reloadSpecifiers();
+    std::optional<std::string> ended;
+    if (path.entersBundle()) {
+        openBundle(bundlePath_);
+        ended = path.follow(bundle_);
+    }
+    if (!changed) return std::unexpected(changed.error());
+    return ended;
+}
+
+void Application::leaveScreens() {
     navigation_->dismissViewControllerAnimated_completion(false, {});
     navigation_->popToRootViewControllerAnimated(false);
-    openBundle(bundlePath_);
 }
 
 void Application::keepUp() {
@@ -52,6 +76,7 @@ void Application::openBundle(const std::string& path) {
     bundle_ = Bundle::bundleWithPath(path);
     // A directory that has gone since gives the screen that says so.
     if (!bundle_) bundle_ = std::make_shared<Bundle>(path);
+    if (phone_) phone_->faults().setProfilesPath(storedFilePaths(*bundle_)["profiles"]);
     navigation_->pushViewController_animated(firstScreenOfBundle(bundle_), true);
 }
 

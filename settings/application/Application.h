@@ -3,13 +3,16 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
-#include "device/VirtualClock.h"
 #include "platform/foundation/Bundle.h"
+#include "platform/preferences/PSListController.h"
 #include "platform/uikit/UINavigationController.h"
 #include "settings/application/EventLog.h"
 #include "settings/application/ImageCatalog.h"
+#include "settings/application/RunningPhone.h"
 
 namespace settings {
 
@@ -17,9 +20,9 @@ namespace settings {
 /// bundle that is open. One at a time; main thread. All sessions act on the same one.
 class Application {
   public:
-    /// `bundlePath` is the phone path of the bundle that start() opens. `clock` is the device's clock when
-    /// that is one that can be moved, else null.
-    explicit Application(std::string bundlePath, std::shared_ptr<device::VirtualClock> clock = nullptr);
+    /// `bundlePath` is the phone path of the bundle that start() opens. `phone` is what can be changed of the
+    /// installed device; it must outlive the application, and is null for a device that stays as it is.
+    explicit Application(std::string bundlePath, RunningPhone* phone = nullptr);
     /// Closes the window, with everything that is shown.
     ~Application();
     Application(const Application&) = delete;
@@ -30,6 +33,10 @@ class Application {
     /// Leaves every screen above the list and opens the bundle that was open last anew, in the same process.
     void reopen();
 
+    /// Changes the device by "KEY=VALUE" pairs, all or nothing: every screen is left, and opened anew along
+    /// the same path. What comes back is a sentence on where that path ended, if not where it did before.
+    platform::Result<std::optional<std::string>> changeDevice(const std::vector<std::string>& pairs);
+
     /// Takes over what the journal holds and forgets what no session has asked for in a long time, so that an
     /// idle application does not grow. The main run loop calls it before it sleeps, unless a channel does as
     /// much.
@@ -37,7 +44,10 @@ class Application {
 
     /// The bundle whose screens are above the list, or were last; null before start().
     const std::shared_ptr<platform::Bundle>& bundle() const { return bundle_; }
-    const std::shared_ptr<device::VirtualClock>& clock() const { return clock_; }
+    /// The device's clock when that is one that can be moved, else null.
+    std::shared_ptr<device::VirtualClock> clock() const { return phone_ ? phone_->clock() : nullptr; }
+    /// Null when the device stays as it is.
+    RunningPhone* phone() const { return phone_; }
     EventLog& events() { return events_; }
     ImageCatalog& images() { return images_; }
 
@@ -50,9 +60,11 @@ class Application {
 
   private:
     void openBundle(const std::string& path);
+    void leaveScreens();
 
     std::string bundlePath_;
-    std::shared_ptr<device::VirtualClock> clock_;
+    RunningPhone* phone_;
+    std::shared_ptr<platform::PSListController> list_;
     std::shared_ptr<platform::UINavigationController> navigation_;
     std::shared_ptr<platform::Bundle> bundle_;
     EventLog events_;

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/preferences/PSPlaceholderController.h"
+
 namespace settings {
 
 using platform::Array;
@@ -35,6 +37,12 @@ std::vector<LinkedScreen> linkedScreens(const std::shared_ptr<platform::Bundle>&
         links.push_back(std::move(link));
     }
     return links;
+}
+
+void openLinkedScreen(platform::UINavigationController& navigation, const LinkedScreen& link) {
+    const auto screen = platform::makeViewController(link.className);
+    screen->setSpecifier(link.specifier);
+    navigation.pushViewController_animated(screen, true);
 }
 
 }  // namespace settings

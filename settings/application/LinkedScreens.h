@@ -25,5 +25,7 @@ struct LinkedScreen {
 /// entry that lacks one of the four texts is none. `bundle` may be null.
 std::vector<LinkedScreen> linkedScreens(const std::shared_ptr<platform::Bundle>& bundle,
                                         const TopScreen& top);
+/// Pushes it.
+void openLinkedScreen(platform::UINavigationController& navigation, const LinkedScreen& link);
 
 }  // namespace settings

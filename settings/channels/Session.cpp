@@ -30,7 +30,7 @@ std::string withoutBraces(const std::string& object) {
 }
 
 /// Commands that only look.
-constexpr std::array<std::string_view, 3> looks{"state", "find", "wait"};
+constexpr std::array<std::string_view, 4> looks{"state", "find", "files", "wait"};
 
 Result<RowWindow> windowOf(const CommandFields& fields, RowWindow window) {
     for (const auto& [key, bound] : {std::pair{"from", &window.from}, std::pair{"count", &window.count}}) {

@@ -57,6 +57,11 @@ constexpr std::array commands{
     Command{"advance", WhilePresented::Acts, done<advanceClock>},
     Command{"link", WhilePresented::Refused, done<openLink>},
     Command{"open", WhilePresented::Acts, done<reopenBundle>},
+    Command{"device", WhilePresented::Acts, changeDevice},
+    Command{"fault", WhilePresented::Acts, done<changeFaults>},
+    Command{"files", WhilePresented::Acts, lookAtFiles},
+    Command{"postLocal", WhilePresented::Acts, done<postLocally>},
+    Command{"kill", WhilePresented::Acts, done<killProcess>},
 };
 
 const Command* find(std::string_view name) {

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "platform/messageui/MFMailComposeViewController.h"
-#include "platform/preferences/PSPlaceholderController.h"
 #include "platform/social/SLComposeViewController.h"
 #include "platform/uikit/UIAlertController.h"
 #include "settings/application/LinkedScreens.h"
@@ -117,9 +116,7 @@ Outcome<void> openLink(Application& application, const CommandFields& fields) {
     const auto links = linkedScreens(application.bundle(), top);
     const auto position = static_cast<std::uint64_t>(*number);
     if (position >= links.size()) return failure("This screen has no link " + std::to_string(*number) + ".");
-    const auto screen = platform::makeViewController(links[position].className);
-    screen->setSpecifier(links[position].specifier);
-    top.navigation->pushViewController_animated(screen, true);
+    openLinkedScreen(*top.navigation, links[position]);
     return {};
 }
 

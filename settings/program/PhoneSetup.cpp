@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "settings/program/PhoneSetup.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <string_view>
@@ -19,6 +20,7 @@
 #include "device/SystemClock.h"
 #include "device/SystemShell.h"
 #include "device/calendars/CalendarFolders.h"
+#include "device/faults/FaultyServices.h"
 #include "device/mail/DesktopMail.h"
 #include "device/networks/NetworkListFile.h"
 #include "device/networks/NetworkManagerNetworks.h"
@@ -89,36 +91,61 @@ Result<std::unique_ptr<PhoneSetup>> PhoneSetup::create(const PhoneOptions& optio
 }
 
 Result<void> PhoneSetup::install(const PhoneOptions& options) {
-    const auto& device = options.device;
-    platform::Device phone;
-    phone.log = std::make_shared<device::StandardErrorLog>("quietrix-settings");
-    phone.files = files_;
-    if (device.clock) {
-        clock_ = std::make_shared<device::VirtualClock>(*device.clock);
-        phone.clock = clock_;
-    } else {
-        phone.clock = std::make_shared<device::SystemClock>();
-    }
-    phone.notifications = std::make_shared<device::DatagramTransport>(options.rootDirectory);
-    phone.facts = std::make_shared<device::SettableDeviceFacts>(device, files_);
-    phone.urls = std::make_shared<device::BrowserURLOpener>(
-        device.twitterApp ? device::TwitterApplication::Installed : device::TwitterApplication::Absent);
-    phone.libraries = std::make_shared<device::ConfiguredLibraries>(
-        device.statusBarLibrary ? device::StatusBarLibrary::Present : device::StatusBarLibrary::Absent,
-        files_);
-    phone.calendars = calendarSource(device.calendars, *files_);
-    phone.networks = networkSource(device.networks, *files_);
-    phone.tones = std::make_shared<device::ThemeTones>(device::SoundThemes(
-        device.tones ? std::vector<fs::path>{*device.tones} : device::SoundThemes::systemDirectories()));
-    phone.mail = std::make_shared<device::DesktopMail>(device.mailAccount);
+    options_ = options.device;
+    phone_.log = std::make_shared<device::StandardErrorLog>("quietrix-settings");
+    phone_.files = files_;
+    phone_.notifications = std::make_shared<device::DatagramTransport>(options.rootDirectory);
     const auto shell = std::make_shared<device::SystemShell>(
         options.systemShell, std::filesystem::absolute(options.rootDirectory).string());
-    phone.processes = shell;
-    platform::Device::install(std::move(phone));
-    for (const auto& name : device.toneController) platform::makeToneScreenClassExist(name);
+    phone_.processes = shell;
+    setClock();
+    equip();
     platform::Bundle::setMainBundlePath(std::string(applicationPath));
     if (shell->shortage()) return platform::failure(*shell->shortage());
     return {};
+}
+
+Result<void> PhoneSetup::checkDevice(const std::vector<std::string>& pairs) const {
+    const auto checked = options_.with(pairs);
+    if (!checked) return std::unexpected(checked.error());
+    return {};
+}
+
+Result<void> PhoneSetup::changeDevice(const std::vector<std::string>& pairs) {
+    auto changed = options_.with(pairs);
+    if (!changed) return std::unexpected(changed.error());
+    const auto names = [&](std::string_view key) {
+        return std::ranges::any_of(pairs, [&](const std::string& pair) { return pair.starts_with(key); });
+    };
+    // What was switched since, and the time that has passed, stay unless they are named.
+    if (!names("darkMode=")) changed->darkMode = phone_.facts->isDarkMode();
+    options_ = *std::move(changed);
+    if (names("clock=")) setClock();
+    equip();
+    return {};
+}
+
+void PhoneSetup::setClock() {
+    clock_ = options_.clock ? std::make_shared<device::VirtualClock>(*options_.clock) : nullptr;
+    phone_.clock = clock_;
+    if (!clock_) phone_.clock = std::make_shared<device::SystemClock>();
+}
+
+void PhoneSetup::equip() {
+    phone_.facts = std::make_shared<device::SettableDeviceFacts>(options_, files_);
+    phone_.urls = std::make_shared<device::BrowserURLOpener>(
+        options_.twitterApp ? device::TwitterApplication::Installed : device::TwitterApplication::Absent);
+    phone_.libraries = std::make_shared<device::ConfiguredLibraries>(
+        options_.statusBarLibrary ? device::StatusBarLibrary::Present : device::StatusBarLibrary::Absent,
+        files_);
+    phone_.calendars = calendarSource(options_.calendars, *files_);
+    phone_.networks = networkSource(options_.networks, *files_);
+    phone_.tones = std::make_shared<device::ThemeTones>(device::SoundThemes(
+        options_.tones ? std::vector<fs::path>{*options_.tones} : device::SoundThemes::systemDirectories()));
+    phone_.mail = std::make_shared<device::DesktopMail>(options_.mailAccount);
+    platform::Device::install(device::withFaults(phone_, faults_));
+    platform::forgetToneScreenClasses();
+    for (const auto& name : options_.toneController) platform::makeToneScreenClassExist(name);
 }
 
 PhoneSetup::~PhoneSetup() {

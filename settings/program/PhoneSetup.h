@@ -3,11 +3,14 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "device/DeviceOptions.h"
 #include "device/VirtualClock.h"
+#include "platform/foundation/Device.h"
 #include "platform/foundation/Error.h"
 #include "platform/foundation/FileSystem.h"
+#include "settings/application/RunningPhone.h"
 
 namespace settings {
 
@@ -25,26 +28,35 @@ struct PhoneOptions {
 /// The phone that the application runs on: a root directory made ready, the device's services installed for
 /// the platform, the application's own bundle in place, the Darwin notifications connected. As long as it
 /// lives, no other one may. Main thread.
-class PhoneSetup {
+class PhoneSetup : public RunningPhone {
   public:
     /// The error is one sentence that names what cannot be used.
     static platform::Result<std::unique_ptr<PhoneSetup>> create(const PhoneOptions& options);
     /// Takes the services away again, so that they remove what they left in the root.
-    ~PhoneSetup();
+    ~PhoneSetup() override;
     PhoneSetup(const PhoneSetup&) = delete;
     PhoneSetup& operator=(const PhoneSetup&) = delete;
 
     /// The phone path of the given bundle.
     const std::string& bundlePath() const { return bundlePath_; }
-    /// Null when the phone has the machine's time.
-    const std::shared_ptr<device::VirtualClock>& clock() const { return clock_; }
-    const std::shared_ptr<platform::FileSystem>& files() const { return files_; }
+    platform::Result<void> checkDevice(const std::vector<std::string>& pairs) const override;
+    platform::Result<void> changeDevice(const std::vector<std::string>& pairs) override;
+    std::shared_ptr<device::VirtualClock> clock() const override { return clock_; }
+    std::shared_ptr<platform::FileSystem> files() const override { return files_; }
+    device::Faults& faults() override { return *faults_; }
 
   private:
     PhoneSetup() = default;
     platform::Result<void> install(const PhoneOptions& options);
+    /// Makes anew what depends on the options and puts the whole in place.
+    void equip();
+    void setClock();
 
     std::string bundlePath_;
+    device::DeviceOptions options_;
+    /// Without faults.
+    platform::Device phone_;
+    std::shared_ptr<device::Faults> faults_ = std::make_shared<device::Faults>();
     std::shared_ptr<platform::FileSystem> files_;
     std::shared_ptr<device::VirtualClock> clock_;
 };

@@ -63,7 +63,7 @@ int run(int argumentCount, char** argumentValues) {
     const auto phone = settings::PhoneSetup::create(
         {line->rootDirectory, line->bundleDirectory, *resources, line->device, paths.systemShell()});
     if (!phone) return complain(phone.error().localizedDescription);
-    settings::Application application((*phone)->bundlePath(), (*phone)->clock());
+    settings::Application application((*phone)->bundlePath(), phone->get());
     application.start();
     // The start is over when the channel's loop runs.
     platform::dispatchMain(device::goOnWhenMemoryIsOut);

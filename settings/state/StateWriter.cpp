@@ -45,11 +45,21 @@ Value nameOf(ListedService service) {
     return nullptr;
 }
 
+void writeFaults(const device::Faults& faults, Dictionary& state) {
+    Array names;
+    for (const device::Fault fault : faults.active()) names.emplace_back(device::Faults::nameOf(fault));
+    state["faults"] = std::move(names);
+    if (faults.has(device::Fault::Slow)) state["faultMilliseconds"] = faults.delay().count();
+}
+
 }  // namespace
 
 Dictionary StateWriter::state(RowWindow window) const {
     const TopScreen top = TopScreen::now();
-    return {{"screen", screen(top, window)}, {"presented", presentedValue(top.presented)}};
+    Dictionary state{
+        {"screen", screen(top, window)}, {"presented", presentedValue(top.presented)}, {"faults", Array()}};
+    if (application_.phone()) writeFaults(application_.phone()->faults(), state);
+    return state;
 }
 
 Value StateWriter::screen(const TopScreen& top, RowWindow window) const {

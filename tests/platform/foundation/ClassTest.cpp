@@ -123,6 +123,35 @@ TEST(ClassRegistry, superclassSetLater_changesTheFamily) {
     EXPECT_FALSE(derived.isSubclassOf(declared));
 }
 
+TEST(ClassRegistry, loadAgain_doesAnewWhatAClassDoesWhenItIsLoaded) {
+    ClassRegistry& registry = ClassRegistry::shared();
+    static const Class root("LoadAgainRoot", nullptr, {});
+    static const Class other("LoadAgainOther", nullptr, {});
+    static const Class chooser("LoadAgainChooser", &root, {});
+    static bool choosesOther = true;
+    registry.runAtLoad(chooser, [] {
+        if (choosesOther) ClassRegistry::setSuperclass(chooser, other);
+    });
+    EXPECT_EQ(chooser.superclass(), &other) << "at once, too";
+    choosesOther = false;
+    registry.loadAgain();
+    EXPECT_EQ(chooser.superclass(), &root) << "what was chosen before is forgotten";
+    choosesOther = true;
+    registry.loadAgain();
+    EXPECT_EQ(chooser.superclass(), &other);
+}
+
+TEST(ClassRegistry, removedClass_isNotFoundAndCanBeAddedAgain) {
+    ClassRegistry& registry = ClassRegistry::shared();
+    static const Class cls("RemovedClass", nullptr, {});
+    registry.add(cls);
+    registry.remove("RemovedClass");
+    registry.remove("RemovedClass");
+    EXPECT_EQ(registry.find("RemovedClass"), nullptr);
+    EXPECT_TRUE(registry.add(cls));
+    EXPECT_EQ(registry.find("RemovedClass"), &cls);
+}
+
 TEST(Object, sharedAndWeak_areEmptyWhenNobodyOwnsTheObject) {
     ClassTestDerived unowned;
     EXPECT_EQ(unowned.shared(&unowned), nullptr);

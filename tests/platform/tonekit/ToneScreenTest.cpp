@@ -36,6 +36,18 @@ TEST(ToneScreen, madeToExist_isFoundAndMadeByItsNameOnce) {
     EXPECT_EQ(cls, &(*screen)->getClass());
 }
 
+TEST(ToneScreen, forgottenClasses_canBeMadeToExistAgain) {
+    const doubles::Phone phone;
+    makeToneScreenClassExist("ForgottenToneScreen");
+    const Class* cls = ClassRegistry::shared().find("ForgottenToneScreen");
+    forgetToneScreenClasses();
+    EXPECT_EQ(ClassRegistry::shared().find("ForgottenToneScreen"), nullptr);
+    EXPECT_NE(ClassRegistry::shared().find("PSViewController"), nullptr);
+    makeToneScreenClassExist("ForgottenToneScreen");
+    EXPECT_EQ(ClassRegistry::shared().find("ForgottenToneScreen"), cls);
+    forgetToneScreenClasses();
+}
+
 TEST(ToneScreen, newPicker_takesThePlaceOfTheOldOne) {
     const doubles::Phone phone;
     const auto screen = std::make_shared<ToneScreen>(PSViewController::staticClass());
