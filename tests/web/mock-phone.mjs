@@ -33,8 +33,6 @@ export class MockPhone {
         this.revision = 1;
         this.commands = [];
         this.refuse = new Set();
-        /** Whether rows that a rebuild made anew have new keys. */
-        this.freshKeys = false;
         /** Whether the last command was refused because what it meant is no longer there. */
         this.stale = false;
         this.numbered = new WeakMap();
@@ -185,7 +183,7 @@ export class MockPhone {
             const name = `${likeness} ${place}`;
             // Its own on its screen: rows of other screens have the same.
             if (!keys.has(name)) keys.set(name, String(keys.size + 1));
-            return this.freshKeys ? each : { ...each, key: keys.get(name) };
+            return { ...each, key: keys.get(name) };
         });
         screen.laidOut = { revision: this.revision, rows };
         return rows;

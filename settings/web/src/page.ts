@@ -5,7 +5,6 @@ import { emptyState } from './emptystates';
 import { endsWithNote, sectionsTemplate, type Slot } from './groups';
 import { Gate } from './gate';
 import { chevron } from './icons';
-import { RowIdentity } from './identity';
 import { ListWindow } from './listwindow';
 import { animate } from './motion';
 import { paneTemplate } from './panes';
@@ -58,7 +57,6 @@ export class PageView implements ListUse {
     private readonly above = element('search-place', this.inner);
     private readonly list = element('list', this.inner);
     private readonly below = element('below', this.inner);
-    private readonly identity = new RowIdentity();
     private readonly window: ListWindow;
     private readonly search: Search;
     private readonly found = new FoundRows(this.store);
@@ -150,10 +148,7 @@ export class PageView implements ListUse {
         const { searching } = this;
         const slots = (searching ? this.foundWindow : this.window).slots();
         const rows = slots.map((slot) => (searching ? this.found.rowAt(slot.index) : this.store.at(slot.index))).filter((row): row is Row => row !== undefined);
-        // A section goes by the name of its group row, also where that row is not drawn.
-        const groups = searching ? [] : rows.map((row) => this.store.groupOf(row)).filter((row): row is Row => row !== undefined);
-        this.identity.update([...new Set([...rows, ...groups])]);
-        return { slots, rows, order: rows.map((row) => this.identity.of(row)).join() };
+        return { slots, rows, order: rows.map((row) => this.nameOf(row)).join() };
     }
 
     private paint(plan: Plan): void {
@@ -172,7 +167,7 @@ export class PageView implements ListUse {
         const { searching } = this;
         this.order = order;
         this.rows = rows;
-        this.drawn = { rows: rows.map((row) => ({ name: this.identity.of(row), index: row.index })), count: this.store.count };
+        this.drawn = { rows: rows.map((row) => ({ name: this.nameOf(row), index: row.index })), count: this.store.count };
         this.list.classList.toggle('whole', this.store.whole && !searching);
         this.inner.classList.toggle('with-wheel', this.screen.pane !== null);
         render(barTemplate(this.screen, this.view), this.bar);
@@ -223,7 +218,7 @@ export class PageView implements ListUse {
         return this.searching ? { from: 0, count: 0 } : this.window.wanted();
     }
 
-    nameOf(row: Row): string { return this.identity.of(row); }
+    nameOf(row: Row): string { return `row-${row.key}`; }
 
     uncover(name: string | null, width?: number): void {
         if (name === null && this.uncovered === null) return;

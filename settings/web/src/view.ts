@@ -34,6 +34,7 @@ export interface ListUse {
     readonly editing: boolean;
     /** The element name of the row whose delete button is uncovered. */
     readonly uncovered: string | null;
+    /** The name under which the list keeps a row's element: a row has it for life, so that its element, its focus and its running animation stay. */
     nameOf(row: Row): string;
     uncover(name: string | null): void;
     /** Sends a row's tap; the row is highlighted until it is answered, and while the screen that it opens lies above. */
