@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Builds the page: build.mjs --outdir=DIR [--modules=DIR]. Nothing is written but below the output directory.
-import { copyFile, mkdir } from 'node:fs/promises';
+import { copyFile, mkdir, readdir } from 'node:fs/promises';
 import { createRequire } from 'node:module';
 import { dirname, join, resolve } from 'node:path';
 import { fileURLToPath } from 'node:url';
@@ -24,12 +24,18 @@ const outdir = resolve(values.outdir);
 const modules = resolve(values.modules ?? join(here, 'node_modules'));
 const esbuild = createRequire(join(modules, 'package.json'))('esbuild');
 
+// English is a part of the page; what is loaded on demand has names of its own.
+const languages = (await readdir(join(here, 'src/words'))).map((file) => file.replace(/\.ts$/, '')).filter((name) => name !== 'en');
+
 await mkdir(outdir, { recursive: true });
 try {
     await esbuild.build({
         entryPoints: [
             { in: join(here, 'src/main.ts'), out: 'app' },
             { in: join(here, 'styles/page.css'), out: 'app' },
+            { in: join(here, 'src/workbench/workbench.ts'), out: 'workbench' },
+            { in: join(here, 'styles/workbench.css'), out: 'workbench' },
+            ...languages.map((name) => ({ in: join(here, `src/words/${name}.ts`), out: `words/${name}` })),
         ],
         absWorkingDir: here,
         nodePaths: [modules],
@@ -37,7 +43,7 @@ try {
         minify: true,
         format: 'esm',
         splitting: true,
-        chunkNames: 'words/[name]',
+        chunkNames: 'parts/[name]-[hash]',
         target: ['chrome114', 'firefox115', 'safari16.4'],
         outdir,
         assetNames: 'fonts/[name]',

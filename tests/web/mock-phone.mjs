@@ -32,6 +32,8 @@ export class MockPhone {
         this.device = { darkMode: false, rightToLeft: false, language: 'en', scale: 2, idiom: 'phone', clock: '2026-11-20T09:41:00', clockRuns: false, wifi: true };
         this.revision = 1;
         this.commands = [];
+        /** What has happened since the start; the pages are told on their own sockets. */
+        this.events = [];
         this.refuse = new Set();
         /** Whether the last command was refused because what it meant is no longer there. */
         this.stale = false;

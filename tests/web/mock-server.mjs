@@ -77,13 +77,21 @@ export async function startMockServer({ dist, port = 0, phone = new MockPhone() 
     });
     const sockets = new WebSocketServer({ server, path: '/ws' });
     const windows = new Map();
+    /** Which events each socket wants, and how many it has been told. */
+    const ears = new Map();
+    const stateFor = (socket, window) => {
+        const ear = ears.get(socket);
+        const events = phone.events.slice(ear.told).filter((event) => ear.wants === 'all' || (ear.wants && event.event !== 'call'));
+        ear.told = phone.events.length;
+        return { ...phone.state(window), events };
+    };
     sockets.on('connection', (socket) => {
         if (api.away) {
             socket.terminate();
             return;
         }
         let letIn = false;
-        socket.on('close', () => windows.delete(socket));
+        socket.on('close', () => { windows.delete(socket); ears.delete(socket); });
         socket.on('message', (data) => {
             const command = JSON.parse(String(data));
             if (!letIn) {
@@ -95,19 +103,22 @@ export async function startMockServer({ dist, port = 0, phone = new MockPhone() 
                 } else if (command.secret === api.secret) {
                     letIn = true;
                     windows.set(socket, {});
+                    ears.set(socket, { told: 0, wants: true });
                 } else {
                     socket.close(4401);
                 }
                 return;
             }
+            if (command.events !== undefined) ears.get(socket).wants = command.events;
             if (command.from !== undefined) windows.set(socket, { from: command.from, count: command.count });
-            const { screen } = phone;
+            const { screen, revision } = phone;
             const ok = phone.perform(command);
             if (command.elsewhere && phone.screen !== screen) windows.set(socket, command.elsewhere);
-            const answer = { ok, id: command.id, state: phone.state(windows.get(socket)) };
+            const answer = { ok, id: command.id, state: stateFor(socket, windows.get(socket)) };
             if (ok && command.do === 'find') answer.found = phone.found(command.text);
             if (!ok) answer.error = `cannot do ${command.do}`;
             if (phone.stale) answer.stale = true;
+            if (phone.revision !== revision) for (const [other, window] of windows) if (other !== socket) other.send(JSON.stringify({ state: stateFor(other, window) }));
             if (api.hold) api.held.push(() => socket.send(JSON.stringify(answer)));
             else socket.send(JSON.stringify(answer));
         });
@@ -135,7 +146,7 @@ export async function startMockServer({ dist, port = 0, phone = new MockPhone() 
         held: [],
         /** Sends what waits, and holds nothing any more. */
         letGo() { api.hold = false; for (const send of api.held.splice(0)) send(); },
-        push() { for (const [socket, window] of windows) socket.send(JSON.stringify({ state: phone.state(window) })); },
+        push() { for (const [socket, window] of windows) socket.send(JSON.stringify({ state: stateFor(socket, window) })); },
         raw(text) { for (const socket of windows.keys()) socket.send(text); },
         dropAll() { for (const socket of windows.keys()) socket.terminate(); },
         async close() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
+import { isUserBeside, type Beside } from './beside';
 import { onContrastChanged } from './colour';
-import { Connection, type Status } from './connection';
+import { Connection, type ConnectionEvents, type Status } from './connection';
 import { rowLabel } from './controls';
 import { setDoorOpen } from './door';
 import { enableEdgeSwipe } from './edgeswipe';
@@ -28,7 +29,7 @@ const toneKey = 'tone';
 interface Sent { screen: number | null; row: Row; label: string; text: string }
 
 /** Carries states to the document and the user's actions to the application; knows nothing of what they mean. */
-export class App implements View {
+export class App implements View, Beside {
     texts: Texts = textsFor(navigator.language);
     language = navigator.language;
     scale = 2;
@@ -55,18 +56,21 @@ export class App implements View {
     private readonly finding = new Map<number, (found: readonly Found[] | null) => void>();
     /** Messages that have arrived and wait for the words of their language. */
     private readonly waiting: Message[] = [];
+    private readonly sentListeners: ((command: Command, id: number) => void)[] = [];
+    private readonly endListeners: (() => void)[] = [];
+    private hasEnded = false;
     private lastFetch = '';
     private fetchedFor = '';
     private darkMode = false;
 
-    constructor(root: HTMLElement, url: string, secret: string | null) {
+    constructor(root: HTMLElement, private readonly url: string, private readonly secret: string | null) {
         this.frame = new Frame(() => this.send({ do: 'dark', on: !this.darkMode }), () => this.connection.retryNow());
         this.stage = new Stage(this, { rows: (page, beside) => this.fetch(page, beside), find: (page, text, answered) => this.find(page, text, answered) });
         this.presenter = new Presenter(this, [this.stage.element], this.stage.gate, () => this.stage.page?.focusHeading());
         this.frame.mount(root, this.stage.element, this.presenter.element);
         this.presenter.element.after(this.losses.element);
         enableEdgeSwipe(this.frame.phone, () => (this.presenter.presented ? this.presenter.pull() : this.stage.pull()));
-        this.connection = new Connection(url, secret, {
+        this.connection = this.connect({
             opened: () => this.opened(),
             statusChanged: (status) => this.statusChanged(status),
             received: (message) => this.arrived(message),
@@ -78,6 +82,21 @@ export class App implements View {
         this.connection.open();
         void loadTexts(this.language)?.then(() => this.speak(this.language));
     }
+
+    get phone(): HTMLElement { return this.frame.phone; }
+
+    connect(events: ConnectionEvents): Connection { return new Connection(this.url, this.secret, events); }
+
+    onSent(listener: (command: Command, id: number) => void): void { this.sentListeners.push(listener); }
+
+    onEnded(listener: () => void): void {
+        if (this.hasEnded) listener();
+        else this.endListeners.push(listener);
+    }
+
+    rowElement(key: string): HTMLElement | null { return this.stage.page?.rowElement(key) ?? null; }
+
+    keyAt(target: Element): string | null { return this.stage.page?.keyAt(target) ?? null; }
 
     // Before the first state it is the browser's own language that is spoken.
     private speak(language: string): void {
@@ -123,7 +142,9 @@ export class App implements View {
     }
 
     private send(command: Command): number | null {
-        return this.connection.send({ ...command, ...this.windowsOf(command) });
+        const id = this.connection.send({ ...command, ...this.windowsOf(command) });
+        if (id !== null && command.do !== 'state') for (const listener of this.sentListeners) listener(command, id);
+        return id;
     }
 
     /** The rows to answer with: of this screen, and of the one that the command leads to. */
@@ -166,7 +187,7 @@ export class App implements View {
     }
 
     private disconnected(): void {
-        if (this.lostFocus === undefined) this.lostFocus = document.activeElement instanceof HTMLElement ? document.activeElement : null;
+        if (this.lostFocus === undefined) this.lostFocus = document.activeElement instanceof HTMLElement && !isUserBeside() ? document.activeElement : null;
         this.waiting.length = 0;
         this.pending.clear();
         this.unsent.push(...this.texting.values());
@@ -194,13 +215,15 @@ export class App implements View {
             else this.losses.tell(last.label, last.text);
         }
         if (presented === null) this.stage.page?.sendTyped();
-        if (focus?.isConnected && !focus.closest('[inert]')) focus.focus({ preventScroll: true });
+        if (focus?.isConnected && !focus.closest('[inert]') && !isUserBeside()) focus.focus({ preventScroll: true });
     }
 
     private end(words: string): void {
         this.stage.release();
         for (const sent of [...this.unsent, ...this.texting.values()]) this.losses.tell(sent.label, sent.text);
         this.frame.showEnd(words, this.losses.element, this.texts);
+        this.hasEnded = true;
+        for (const listener of this.endListeners) listener();
     }
 
     /** A state in a language that is not there yet waits for its words, and all that comes after it with it. */

@@ -38,6 +38,7 @@ export class Connection {
     /** Whether the socket has been given the secret. */
     private letIn = false;
     private ended = false;
+    private readonly shut = new AbortController();
     private timer = 0;
     private pause = firstPause;
     private lastId = 0;
@@ -50,8 +51,8 @@ export class Connection {
 
     constructor(private readonly url: string, private readonly secret: string | null, private readonly events: ConnectionEvents) {
         // Somebody who comes back to the page should not wait out a long pause.
-        window.addEventListener('online', () => this.retryNow());
-        document.addEventListener('visibilitychange', () => { if (!document.hidden) this.retryNow(); });
+        window.addEventListener('online', () => this.retryNow(), { signal: this.shut.signal });
+        document.addEventListener('visibilitychange', () => { if (!document.hidden) this.retryNow(); }, { signal: this.shut.signal });
     }
 
     open(): void {
@@ -93,6 +94,19 @@ export class Connection {
             if (event.code === wrongSecret) this.end('refused');
             else this.lost();
         });
+    }
+
+    /** Ends the connection for good, without a word to who listens. */
+    close(): void {
+        this.shut.abort();
+        window.clearTimeout(this.timer);
+        this.timer = 0;
+        this.ended = true;
+        this.letIn = false;
+        this.forgetCommands();
+        const { socket } = this;
+        this.socket = null;
+        socket?.close();
     }
 
     /** Starts the next attempt at once if one is being waited for, and soon after the one that is under way. */

@@ -14,6 +14,7 @@ export const share = (): TemplateResult => icon('0 0 20 24', 'share', svg`<path 
 export const minus = (): TemplateResult => icon('0 0 22 22', 'minus', svg`<circle cx="11" cy="11" r="11" /><path d="M5.5 11h11" />`);
 export const info = (): TemplateResult => icon('0 0 22 22', 'info', svg`<circle cx="11" cy="11" r="9.5" /><path d="M11 10v6M11 6.2v.6" />`);
 export const halfMoon = (): TemplateResult => icon('0 0 20 20', 'moon', svg`<path d="M17 12.5A7.5 7.5 0 0 1 7.5 3 7.5 7.5 0 1 0 17 12.5z" />`);
+export const bench = (): TemplateResult => icon('0 0 20 20', 'bench', svg`<path d="M2.5 4h15v12h-15zM8.5 4v12M11 7.5h4M11 10h4M11 12.5h2.5" />`);
 export const broken = (): TemplateResult =>
     icon('0 0 48 48', 'large', svg`<path d="M10 22a20 20 0 0 1 11-5M38 22a20 20 0 0 0-6-3.6M4 15a28 28 0 0 1 13-6.6M44 15a28 28 0 0 0-17-7.9M16 29a11 11 0 0 1 8-3.5M24 37v.5M6 5l36 38" />`);
 export const padlock = (): TemplateResult => icon('0 0 48 48', 'large', svg`<path d="M14 21v-6a10 10 0 0 1 20 0v6M13 21h22a4 4 0 0 1 4 4v14a4 4 0 0 1-4 4H13a4 4 0 0 1-4-4V25a4 4 0 0 1 4-4zM24 30v5" />`);

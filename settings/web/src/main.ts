@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 import { App } from './app';
 import { takeSecret } from './door';
+import { enableWorkbench } from './launcher';
 
 const scheme = location.protocol === 'https:' ? 'wss' : 'ws';
-new App(document.body, `${scheme}://${location.host}/ws`, takeSecret());
+enableWorkbench(new App(document.body, `${scheme}://${location.host}/ws`, takeSecret()));

@@ -311,6 +311,15 @@ export class PageView implements ListUse {
         }
     }
 
+    /** Where a row is drawn; null where it is not. */
+    rowElement(key: string): HTMLElement | null { return this.list.querySelector<HTMLElement>(`[data-name="${CSS.escape(`row-${key}`)}"]`); }
+
+    /** The key of the row that an element belongs to. */
+    keyAt(target: Element): string | null {
+        const name = this.list.contains(target) ? target.closest<HTMLElement>('[data-name]')?.dataset['name'] : undefined;
+        return this.rows.find((row) => this.nameOf(row) === name)?.key ?? null;
+    }
+
     /** The row that an earlier one is by now, whoever has answered then; undefined when it is not drawn. */
     sameRow(row: Row): Row | undefined { return this.rows.find((each) => each.key === row.key && each.kind === row.kind && each.identifier === row.identifier); }
 

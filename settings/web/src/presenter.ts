@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 import { render } from 'lit-html';
+import { isUserBeside } from './beside';
 import type { Pull } from './edgeswipe';
 import { Gate } from './gate';
 import { glide, hold, inPlace, motionIsReduced, type Pose } from './motion';
@@ -52,7 +53,8 @@ export class Presenter {
             this.restoreFocus();
             return;
         }
-        if (!wasShown) this.returnTo = document.activeElement instanceof HTMLElement ? document.activeElement : null;
+        const isBeside = isUserBeside();
+        if (!wasShown) this.returnTo = document.activeElement instanceof HTMLElement && !isBeside ? document.activeElement : null;
         for (const element of this.rest) element.inert = true;
         const layer = document.createElement('div');
         layer.className = `layer layer-${presented.kind}`;
@@ -63,7 +65,7 @@ export class Presenter {
         this.place();
         this.enter(layer, this.shown.gate);
         const dialog = layer.querySelector<HTMLElement>('[role="dialog"], [role="alertdialog"]');
-        dialog?.focus({ preventScroll: true });
+        if (!isBeside) dialog?.focus({ preventScroll: true });
     }
 
     /** Takes what is presented away, as Escape does; null where nothing could be sent. */
@@ -134,6 +136,7 @@ export class Presenter {
     private restoreFocus(): void {
         const left = this.returnTo;
         this.returnTo = null;
+        if (isUserBeside()) return;
         // A row's delete button is covered again by now; the row itself stands for it.
         const target = left?.closest('.row')?.querySelector<HTMLElement>('button.cell') ?? left;
         if (target && target !== document.body && target.isConnected && !target.closest('[inert]')) target.focus({ preventScroll: true });

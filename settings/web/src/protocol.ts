@@ -95,8 +95,11 @@ export interface Device { darkMode: boolean; rightToLeft: boolean; language: str
 export interface Found { key: string; index: number; name: string }
 
 export interface State { revision: number; screen: Screen; presented: Presented | null; device: Device | null }
-/** `stale` says that what a command meant is no longer there: nothing was done, and the state shows what is there now. */
-export interface Message { id: number | null; ok: boolean; stale: boolean; error: string | null; state: State | null; found: readonly Found[] | null }
+/**
+ * `stale` says that what a command meant is no longer there: nothing was done, and the state shows what is there now. `source` is the
+ * object as it came, for who reads more of it than what draws the phone.
+ */
+export interface Message { id: number | null; ok: boolean; stale: boolean; error: string | null; state: State | null; found: readonly Found[] | null; source: Bag }
 export type Command = { readonly do: string } & Readonly<Record<string, unknown>>;
 
 export const groupKind = 0;
@@ -104,7 +107,8 @@ export const groupKind = 0;
 /** What a command that acts on a row carries: the key means the row wherever it stands by then, and decides where keys are known. */
 export const target = (row: Row): { row: number; key: string } => ({ row: row.index, key: row.key });
 
-type Bag = Record<string, unknown>;
+/** An object of which nothing is known yet. */
+export type Bag = Readonly<Record<string, unknown>>;
 
 const bag = (value: unknown): Bag | null => (typeof value === 'object' && value !== null && !Array.isArray(value) ? (value as Bag) : null);
 const text = (value: unknown): string | null => (typeof value === 'string' ? value : null);
@@ -273,6 +277,15 @@ function found(value: unknown): Found | null {
     return source && index >= 0 && typeof source['row'] === 'number' ? { key: text(source['key']) ?? `index-${index}`, index, name: text(source['name']) ?? '' } : null;
 }
 
+/** What an object says that came as a state, wherever it was kept since; null when it is none. */
+export function parseState(value: unknown): State | null {
+    const inner = bag(value);
+    const shown = inner ? screen(inner['screen']) : null;
+    return inner && shown
+        ? { revision: number(inner['revision'], 0), screen: shown, presented: presented(inner['presented']), device: device(inner['device']) }
+        : null;
+}
+
 /** What a frame of the socket says, or null when it is not of this protocol. Missing or misshapen parts take harmless values. */
 export function parseMessage(data: unknown): Message | null {
     let source: Bag | null;
@@ -282,15 +295,12 @@ export function parseMessage(data: unknown): Message | null {
         return null;
     }
     if (!source) return null;
-    const inner = bag(source['state']);
-    const shown = inner ? screen(inner['screen']) : null;
-    const state = inner && shown
-        ? { revision: number(inner['revision'], 0), screen: shown, presented: presented(inner['presented']), device: device(inner['device']) }
-        : null;
+    const state = parseState(source['state']);
     const id = typeof source['id'] === 'number' ? source['id'] : null;
     if (state === null && id === null) return null;
     return {
         id, ok: source['ok'] !== false, stale: source['stale'] === true, error: text(source['error']), state,
         found: Array.isArray(source['found']) ? list(source['found'], found) : null,
+        source,
     };
 }

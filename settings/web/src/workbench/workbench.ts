@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+import type { Beside } from '../beside';
+import { takeFromWindow } from '../shape';
+import { Link } from './link';
+import { Pointer } from './pointer';
+import { RowsTab } from './rows';
+import { Separator } from './separator';
+import { element, type Tab } from './tab';
+import { TabList } from './tablist';
+
+/** What the workbench tells whoever has opened it. */
+export interface WorkbenchEvents {
+    chosen(tab: string): void;
+    /** The user wants it closed. */
+    closed(): void;
+}
+
+/** The pane beside the phone: tools for who makes the screens. It speaks the protocol on a connection of its own, and goes on listening while it is closed. */
+export class Workbench {
+    private readonly link: Link;
+    private readonly pane = element('workbench', 'aside');
+    private readonly panel = element('wb-panel');
+    private readonly trouble = element('wb-trouble', 'span');
+    private readonly tabs: TabList;
+    private readonly separator: Separator;
+    private isOpen = false;
+
+    constructor(beside: Beside, private readonly place: HTMLElement, first: string, events: WorkbenchEvents) {
+        this.link = new Link(beside);
+        const pointer = new Pointer(beside);
+        const tabs: Tab[] = [new RowsTab(this.link, pointer)];
+        this.pane.id = 'workbench';
+        this.pane.lang = 'en';
+        this.pane.ariaLabel = 'Workbench';
+        this.pane.hidden = true;
+        this.separator = new Separator(this.pane.id, (width) => { if (this.isOpen) takeFromWindow(width); });
+        this.panel.id = 'wb-panel';
+        this.panel.setAttribute('role', 'tabpanel');
+        this.tabs = new TabList(tabs, first, this.panel, (tab, before) => {
+            before?.setVisible(false);
+            this.panel.replaceChildren(tab.element);
+            if (this.isOpen) tab.setVisible(true);
+            events.chosen(tab.name);
+        });
+        const close = element('wb-close', 'button');
+        close.type = 'button';
+        close.title = 'Close (F2)';
+        close.ariaLabel = 'Close the workbench';
+        close.textContent = '×';
+        close.addEventListener('click', () => events.closed());
+        this.trouble.setAttribute('role', 'status');
+        const head = element('wb-head');
+        head.append(this.tabs.element, this.trouble, close);
+        const content = element('wb-content');
+        content.dir = 'ltr';
+        content.append(head, this.panel);
+        this.pane.append(this.separator.element, content);
+        // The phone has its own use for some keys, wherever they are pressed.
+        this.pane.addEventListener('keydown', (event) => event.stopPropagation());
+        place.append(this.pane);
+        this.link.listen({ linked: (isLinked) => this.tellTrouble(isLinked) });
+        this.tellTrouble(false);
+        this.link.open();
+    }
+
+    /** Resolves when the style sheet is there. */
+    static loadStyles(): Promise<void> {
+        return new Promise((resolve, reject) => {
+            const sheet = document.createElement('link');
+            sheet.rel = 'stylesheet';
+            sheet.href = '/workbench.css';
+            sheet.addEventListener('load', () => resolve());
+            sheet.addEventListener('error', () => {
+                sheet.remove();
+                reject(new Error('the workbench has no style sheet'));
+            });
+            document.head.append(sheet);
+        });
+    }
+
+    setOpen(isOpen: boolean, focus: boolean): void {
+        if (isOpen !== this.isOpen) {
+            this.isOpen = isOpen;
+            this.pane.hidden = !isOpen;
+            this.place.classList.toggle('open', isOpen);
+            if (isOpen) this.separator.show();
+            else takeFromWindow(0);
+            this.tabs.chosen.setVisible(isOpen);
+        }
+        if (isOpen && focus) this.tabs.focus();
+    }
+
+    private tellTrouble(isLinked: boolean): void { this.trouble.textContent = isLinked ? '' : 'Not connected'; }
+}
