@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 import type { Beside } from '../beside';
 import { takeFromWindow } from '../shape';
+import { ConsoleTab } from './console';
 import { Link } from './link';
+import { Names } from './names';
 import { Pointer } from './pointer';
 import { RowsTab } from './rows';
 import { Separator } from './separator';
@@ -28,7 +30,7 @@ export class Workbench {
     constructor(beside: Beside, private readonly place: HTMLElement, first: string, events: WorkbenchEvents) {
         this.link = new Link(beside);
         const pointer = new Pointer(beside);
-        const tabs: Tab[] = [new RowsTab(this.link, pointer)];
+        const tabs: Tab[] = [new RowsTab(this.link, pointer), new ConsoleTab(this.link, new Names(this.link))];
         this.pane.id = 'workbench';
         this.pane.lang = 'en';
         this.pane.ariaLabel = 'Workbench';
