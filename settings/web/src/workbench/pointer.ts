@@ -1,25 +1,27 @@
 // SPDX-License-Identifier: MIT
 import type { Beside } from '../beside';
+import { Layer } from './layer';
 import { element } from './tab';
 
-/** Lights up a row of the phone for who points at it in the workbench, and tells which row is pointed at on the phone. */
+/** Lights up a part of the phone for who points at what it is in the workbench, and tells which row is pointed at on the phone. */
 export class Pointer {
-    private readonly layer = element('wb-light');
-    private key: string | null = null;
+    private readonly layer: Layer;
+    private readonly light = element('wb-light');
+    private find: () => Element | null = () => null;
     private frame = 0;
 
-    constructor(private readonly beside: Beside) {
-        this.layer.setAttribute('aria-hidden', 'true');
-    }
+    constructor(private readonly beside: Beside, place: HTMLElement) { this.layer = new Layer(beside, place, 'wb-light-layer'); }
 
     /** Lights up a row as long as it is drawn on the phone; null puts the light out. */
-    light(key: string | null): void {
-        this.key = key;
-        if (key === null) {
-            cancelAnimationFrame(this.frame);
-            this.frame = 0;
-            this.layer.remove();
-        } else if (this.frame === 0) this.follow();
+    lightRow(key: string | null): void { this.lightUp(key === null ? null : () => this.beside.rowElement(key)); }
+
+    /** Lights up whatever `find` finds, frame by frame; null puts the light out. */
+    lightUp(find: (() => Element | null) | null): void {
+        cancelAnimationFrame(this.frame);
+        this.layer.hide();
+        if (!find) return;
+        this.find = find;
+        this.follow();
     }
 
     /** Brings a row into sight on the phone, if it is drawn there. */
@@ -35,15 +37,13 @@ export class Pointer {
         return () => end.abort();
     }
 
-    // The row may be scrolled, moved by others, or drawn anew; the light stays on it.
+    // What is lit may be scrolled, moved by others, or drawn anew; the light stays on it.
     private follow(): void {
-        const row = this.key === null ? null : this.beside.rowElement(this.key);
-        const box = row?.getBoundingClientRect();
+        const box = this.find()?.getBoundingClientRect();
         if (box && box.height > 0) {
-            const phone = this.beside.phone.getBoundingClientRect();
-            Object.assign(this.layer.style, { left: `${box.left - phone.left}px`, top: `${box.top - phone.top}px`, width: `${box.width}px`, height: `${box.height}px` });
-            if (!this.layer.isConnected) this.beside.phone.append(this.layer);
-        } else this.layer.remove();
+            this.layer.place(this.light, box);
+            this.layer.show([this.light]);
+        } else this.layer.hide();
         this.frame = requestAnimationFrame(() => this.follow());
     }
 }

@@ -45,7 +45,7 @@ export class RowsTab implements Tab {
             line: (place) => this.line(place),
             pointed: (place) => {
                 const row = place === null ? undefined : this.rowAt(place);
-                this.pointer.light(row ? keyOf(row) : null);
+                this.pointer.lightRow(row ? keyOf(row) : null);
             },
             chosen: (place) => this.choose(place),
             key: (event, place) => this.key(event, place),
@@ -69,7 +69,7 @@ export class RowsTab implements Tab {
         this.visible = isVisible;
         this.stopWatching();
         this.stopWatching = isVisible ? this.pointer.watch((key) => this.point(key)) : () => {};
-        if (!isVisible) this.pointer.light(null);
+        if (!isVisible) this.pointer.lightRow(null);
         this.list.setVisible(isVisible);
         this.redraw();
     }

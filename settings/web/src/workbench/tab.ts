@@ -8,6 +8,8 @@ export interface Tab {
     readonly element: HTMLElement;
     /** To be called when the tab can be seen from now on, and when it no longer can. */
     setVisible(isVisible: boolean): void;
+    /** To be called when the workbench is open from now on, on whatever tab, and when it no longer is. */
+    setOpen?(isOpen: boolean): void;
 }
 
 /** An element with a class. */

@@ -4,6 +4,7 @@ import { takeFromWindow } from '../shape';
 import { ConsoleTab } from './console';
 import { Link } from './link';
 import { Names } from './names';
+import { OverlaysTab } from './overlays';
 import { Pointer } from './pointer';
 import { RowsTab } from './rows';
 import { Separator } from './separator';
@@ -23,14 +24,17 @@ export class Workbench {
     private readonly pane = element('workbench', 'aside');
     private readonly panel = element('wb-panel');
     private readonly trouble = element('wb-trouble', 'span');
+    private readonly all: readonly Tab[];
     private readonly tabs: TabList;
     private readonly separator: Separator;
     private isOpen = false;
 
     constructor(beside: Beside, private readonly place: HTMLElement, first: string, events: WorkbenchEvents) {
         this.link = new Link(beside);
-        const pointer = new Pointer(beside);
-        const tabs: Tab[] = [new RowsTab(this.link, pointer), new ConsoleTab(this.link, new Names(this.link))];
+        const pointer = new Pointer(beside, place);
+        const names = new Names(this.link);
+        const tabs: Tab[] = [new RowsTab(this.link, pointer), new ConsoleTab(this.link, names), new OverlaysTab(beside, place, pointer)];
+        this.all = tabs;
         this.pane.id = 'workbench';
         this.pane.lang = 'en';
         this.pane.ariaLabel = 'Workbench';
@@ -87,6 +91,7 @@ export class Workbench {
             this.place.classList.toggle('open', isOpen);
             if (isOpen) this.separator.show();
             else takeFromWindow(0);
+            for (const tab of this.all) tab.setOpen?.(isOpen);
             this.tabs.chosen.setVisible(isOpen);
         }
         if (isOpen && focus) this.tabs.focus();
