@@ -7,8 +7,8 @@
 #include "platform/foundation/FileManager.h"
 #include "platform/foundation/Journal.h"
 #include "platform/foundation/LogSink.h"
-#include "platform/foundation/NotificationCenter.h"
 #include "platform/foundation/RunLoop.h"
+#include "shell/base/LocalNotifications.h"
 #include "shell/base/NotificationNames.h"
 
 namespace quietrix {
@@ -68,8 +68,7 @@ Result<ProfilesFile> deleted(const ProfilesFile& file, const ProfileEdit& edit) 
 }
 
 void announce(std::string_view notification) {
-    platform::NotificationCenter::defaultCenter().postNotificationName_object_userInfo(notification, nullptr,
-                                                                                       {});
+    postLocally(notification);
     platform::CFNotificationCenterPostNotification(platform::CFNotificationCenterGetDarwinNotifyCenter(),
                                                    notification, nullptr, {}, true);
 }

@@ -21,4 +21,11 @@ void qx_showError(platform::PSViewController& screen, const std::optional<platfo
     screen.presentViewController_animated_completion(alert, true, nullptr);
 }
 
+std::function<void(const platform::Error&)> errorShownOn(platform::PSViewController& screen, Screen waiting) {
+    return [weak = screen.weak(&screen),
+            kept = waiting == Screen::Kept ? screen.shared(&screen) : nullptr](const platform::Error& error) {
+        if (const auto self = weak.lock()) qx_showError(*self, error);
+    };
+}
+
 }  // namespace quietrix

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/base/NavBarColor.h"
 
-#include "platform/foundation/Bundle.h"
+#include "shell/base/BundleImage.h"
 
 namespace quietrix {
 
@@ -11,7 +11,7 @@ std::shared_ptr<platform::UIImage> getNavBarColorImage(const platform::Class& cl
             platform::UIImage::imageWithContentsOfFile(bundle->pathForResource_ofType("nav", "png"))) {
         return image;
     }
-    return platform::UIImage::imageNamed_inBundle("nav", bundle);
+    return bundleImage(cls, "nav");
 }
 
 std::shared_ptr<platform::UIColor> navBarPatternColor(const platform::Class& cls) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/chrome/ProductScreen.h"
 
-#include "platform/foundation/Bundle.h"
+#include "shell/base/BundleImage.h"
 #include "shell/base/Localization.h"
 #include "shell/base/Lookups.h"
 #include "shell/base/NavBarColor.h"
@@ -20,7 +20,7 @@ std::string ProductScreen::twitterMessage() const {
 }
 
 std::shared_ptr<platform::UIImage> ProductScreen::twitterImage() const {
-    return platform::UIImage::imageNamed_inBundle("twitter", platform::Bundle::bundleForClass(getClass()));
+    return bundleImage(getClass(), "twitter");
 }
 
 std::string ProductScreen::copryRightSpecifierText(const std::shared_ptr<platform::PSSpecifier>&) {

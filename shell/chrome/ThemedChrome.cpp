@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "shell/chrome/ThemedChrome.h"
 
-#include "platform/foundation/Bundle.h"
 #include "platform/uikit/UIImageView.h"
 #include "platform/uikit/UILabel.h"
 #include "profile/model/QXUtils.h"
+#include "shell/base/BundleImage.h"
 #include "shell/base/NavBarColor.h"
 #include "shell/base/ProductInfo.h"
 
@@ -12,31 +12,26 @@ namespace quietrix {
 
 using platform::PSViewController;
 using platform::UIBarButtonItem;
-using platform::UIImage;
 
 namespace {
-
-std::shared_ptr<UIImage> bundleImage(const PSViewController& screen, std::string_view name) {
-    return UIImage::imageNamed_inBundle(name, platform::Bundle::bundleForClass(screen.getClass()));
-}
 
 /// Nobody answers `backButtonAction:`; the item only brings the image.
 void setLogoAsBackItem(PSViewController& screen) {
     screen.navigationItem()->setBackBarButtonItem(std::make_shared<UIBarButtonItem>(
-        bundleImage(screen, "Quietrix"), platform::UIBarButtonItemStylePlain, screen.shared(&screen),
-        BarAction("backButtonAction:", nullptr)));
+        bundleImage(screen.getClass(), "Quietrix"), platform::UIBarButtonItemStylePlain,
+        screen.shared(&screen), BarAction("backButtonAction:", nullptr)));
 }
 
 }  // namespace
 
 std::shared_ptr<UIBarButtonItem> makeShareButton(PSViewController& screen, BarAction action) {
-    return std::make_shared<UIBarButtonItem>(bundleImage(screen, "twitter"),
+    return std::make_shared<UIBarButtonItem>(bundleImage(screen.getClass(), "twitter"),
                                              platform::UIBarButtonItemStylePlain, screen.shared(&screen),
                                              std::move(action));
 }
 
 void fadeInTitleLogo(PSViewController& screen) {
-    const auto logo = std::make_shared<platform::UIImageView>(bundleImage(screen, "Quietrix"));
+    const auto logo = std::make_shared<platform::UIImageView>(bundleImage(screen.getClass(), "Quietrix"));
     screen.navigationItem()->setTitleView(logo);
     logo->setAlpha(0);
     platform::UIView::animateWithDuration_animations(1.0, [logo] { logo->setAlpha(1); });

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "shell/root/BundleEntry.h"
 
-#include "platform/foundation/NotificationCenter.h"
 #include "profile/model/QXProfilesManager.h"
+#include "shell/base/LocalNotifications.h"
 #include "shell/base/NotificationNames.h"
 
 namespace quietrix {
 
 using platform::CFNotificationCallback;
 using platform::DarwinNotificationCenter;
-using platform::NotificationCenter;
 using platform::Value;
 
 [[gnu::constructor]] void CHConstructor2386() {
@@ -27,13 +26,12 @@ using platform::Value;
 void profileAppliedCallBack(DarwinNotificationCenter&, void*, const std::string& name, const void*,
                             const Value&) {
     QXProfilesManager::sharedManager()->reloadProfiles();
-    NotificationCenter::defaultCenter().postNotificationName_object_userInfo(name, nullptr, nullptr);
+    postLocally(name);
 }
 
 void profileDataChangedCallBack(DarwinNotificationCenter&, void*, const std::string&, const void*,
                                 const Value&) {
-    NotificationCenter::defaultCenter().postNotificationName_object_userInfo(
-        ProfileAppliedStateChangedNotification, nullptr, nullptr);
+    postLocally(ProfileAppliedStateChangedNotification);
 }
 
 }  // namespace quietrix
