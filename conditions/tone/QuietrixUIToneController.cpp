@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "conditions/tone/QuietrixUIToneController.h"
 
-#include <array>
 #include <utility>
 
 #include "platform/foundation/LogSink.h"
 #include "profile/model/QXUtils.h"
-#include "support/sharing/Sharing.h"
 
 namespace quietrix {
 
 using platform::Class;
 using platform::ClassRegistry;
-using platform::method;
 using platform::TKTonePickerViewController;
 
 PLATFORM_REGISTER_CLASS(QuietrixUIToneController)
@@ -66,8 +63,6 @@ void QuietrixUIToneController::setTonePickerViewController(
     if (toneScreen_) toneScreen_->setTonePickerViewController(std::move(picker));
 }
 
-// The chrome
-
 void QuietrixUIToneController::loadView() {
     // One view for both: what the superclass puts on its view is this screen's content.
     if (toneScreen_) {
@@ -75,30 +70,6 @@ void QuietrixUIToneController::loadView() {
     } else {
         PSViewController::loadView();
     }
-}
-
-void QuietrixUIToneController::viewDidLoad() {
-    PSViewController::viewDidLoad();
-    chromeDidLoad(*this, method("__tessaneTwitterAction:", &QuietrixUIToneController::__tessaneTwitterAction),
-                  setTitleLabel);
-}
-
-void QuietrixUIToneController::viewWillAppear(bool animated) {
-    PSViewController::viewWillAppear(animated);
-    chromeWillAppear(*this, chrome_);
-}
-
-void QuietrixUIToneController::viewWillDisappear(bool animated) {
-    PSViewController::viewWillDisappear(animated);
-    chromeWillDisappear(*this, chrome_);
-}
-
-void QuietrixUIToneController::shareAction(const std::shared_ptr<platform::Object>&) {
-    presentShareComposer(*this);
-}
-
-void QuietrixUIToneController::__tessaneTwitterAction(const std::shared_ptr<platform::Object>&) {
-    showShareSheet(*this, method("shareAction:", &QuietrixUIToneController::shareAction));
 }
 
 }  // namespace quietrix

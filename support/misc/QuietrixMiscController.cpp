@@ -1,27 +1,25 @@
 // SPDX-License-Identifier: MIT
-// The rows, the reset and the chrome; the problem report is in QuietrixMiscControllerReport.cpp.
+// The rows and the reset; the problem report is in QuietrixMiscControllerReport.cpp.
 #include "support/misc/QuietrixMiscController.h"
 
 #include <utility>
 
-#include "platform/foundation/Bundle.h"
 #include "platform/foundation/FileManager.h"
 #include "platform/foundation/LogSink.h"
 #include "platform/foundation/PropertyList.h"
 #include "platform/foundation/RunLoop.h"
-#include "platform/preferences/PSConfirmationSpecifier.h"
 #include "profile/model/QXProfilesManager.h"
+#include "shell/base/BundleImage.h"
 #include "shell/base/Localization.h"
 #include "shell/base/ProductInfo.h"
+#include "shell/base/Rows.h"
 #include "shell/chrome/CopyRight.h"
-#include "support/sharing/Sharing.h"
 #include "velmora/VMUtils.h"
 
 namespace quietrix {
 
 using platform::FileManager;
 using platform::method;
-using platform::PSCellType;
 using platform::PSConfirmationSpecifier;
 using platform::PSSpecifier;
 using platform::SpecifierArray;
@@ -55,45 +53,43 @@ SpecifierArray QuietrixMiscController::specifiers() {
 
 const SpecifierArray& QuietrixMiscController::mainSettingsSpecifiers() {
     if (mainSettingsSpecifiers_) return mainSettingsSpecifiers_;
-    const auto resetGroup = PSSpecifier::groupSpecifierWithName(localized("Reset Profiles"));
-    resetGroup->setProperty_forKey(
-        "If there is any problem with configured profiles, use this option to reset all profiles.",
-        "footerText");
+    const auto resetGroup =
+        makeGroup(localized("Reset Profiles"),
+                  "If there is any problem with configured profiles, use this option to reset all profiles.");
 
-    const auto reset = PSConfirmationSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-        localized("Reset Profiles"), shared(this), {}, {}, "", PSCellType::Button, "");
-    reset->setIdentifier("resetProfiles");
-    reset->setProperty_forKey(true, "isDestructive");
+    const auto reset =
+        buttonRow(localized("Reset Profiles"), "resetProfiles", Destructive::Yes,
+                  method("showActivityIndicator:", &QuietrixMiscController::showActivityIndicator));
     reset->setOkButton("OK");
-    reset->setCancelButton("Cancel");
     reset->setPrompt("Are you sure you want to continue? Your device will repsring once done.");
     reset->setTitle("Continue");
-    reset->setButtonAction(method("showActivityIndicator:", &QuietrixMiscController::showActivityIndicator));
 
-    const auto contactGroup = PSSpecifier::groupSpecifierWithName(localized("Contact Velmora"));
+    const auto contactGroup = makeGroup(localized("Contact Velmora"), copyRightNotice(currentYear()));
     contactGroup->setIdentifier(std::string(copyRightIdentifier));
-    contactGroup->setProperty_forKey(copyRightNotice(currentYear()), "footerText");
 
-    const auto report = PSConfirmationSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-        localized("Report Problem"), shared(this), {}, {}, "", PSCellType::Button, "");
-    report->setProperty_forKey(
-        platform::UIImage::imageNamed_inBundle("email", platform::Bundle::bundleForClass(getClass())),
-        "iconImage");
-    report->setIdentifier("report");
-    report->setProperty_forKey(false, "isDestructive");
+    const auto report = buttonRow(localized("Report Problem"), "report", Destructive::No,
+                                  method("emailLogFile:", &QuietrixMiscController::emailLogFile));
+    report->setProperty_forKey(bundleImage(getClass(), "email"), "iconImage");
     report->setOkButton("Send Now");
-    report->setCancelButton("Cancel");
     report->setPrompt("Are you sure you want to share log file with Velmora Support Team?");
     report->setTitle("Send Now");
-    report->setButtonAction(method("emailLogFile:", &QuietrixMiscController::emailLogFile));
 
     mainSettingsSpecifiers_ =
         std::make_shared<SpecifierList>(SpecifierList{resetGroup, reset, contactGroup, report});
     return mainSettingsSpecifiers_;
 }
 
-void QuietrixMiscController::updateCopyRightSpecifier() {
-    updateCopyRightFooter(*this);
+std::shared_ptr<PSConfirmationSpecifier> QuietrixMiscController::buttonRow(std::string_view name,
+                                                                           const char* identifier,
+                                                                           Destructive destructive,
+                                                                           PSSpecifier::Action action) {
+    const auto row = PSConfirmationSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
+        name, shared(this), {}, {}, "", platform::PSCellType::Button, "");
+    row->setIdentifier(identifier);
+    row->setProperty_forKey(destructive == Destructive::Yes, "isDestructive");
+    row->setCancelButton("Cancel");
+    row->setButtonAction(std::move(action));
+    return row;
 }
 
 // The reset
@@ -158,33 +154,6 @@ void QuietrixMiscController::showMessage_withMessage(std::string_view /*title*/,
 
 void QuietrixMiscController::showError(const std::string& message) {
     showMessage_withMessage(localized("Error"), message);
-}
-
-// The chrome
-
-void QuietrixMiscController::viewDidLoad() {
-    PSListController::viewDidLoad();
-    chromeDidLoad(*this, method("__tessaneTwitterAction:", &QuietrixMiscController::__tessaneTwitterAction),
-                  fadeInTitleLogo);
-    updateCopyRightSpecifier();
-}
-
-void QuietrixMiscController::viewWillAppear(bool animated) {
-    PSListController::viewWillAppear(animated);
-    chromeWillAppear(*this, chrome_);
-}
-
-void QuietrixMiscController::viewWillDisappear(bool animated) {
-    PSListController::viewWillDisappear(animated);
-    chromeWillDisappear(*this, chrome_);
-}
-
-void QuietrixMiscController::shareAction(const std::shared_ptr<platform::Object>&) {
-    presentShareComposer(*this);
-}
-
-void QuietrixMiscController::__tessaneTwitterAction(const std::shared_ptr<platform::Object>&) {
-    showShareSheet(*this, method("shareAction:", &QuietrixMiscController::shareAction));
 }
 
 }  // namespace quietrix

@@ -1,21 +1,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "platform/messageui/MFMailComposeViewController.h"
+#include "platform/preferences/PSConfirmationSpecifier.h"
 #include "platform/preferences/PSListController.h"
-#include "shell/chrome/ThemedChrome.h"
+#include "shell/chrome/ChromedScreen.h"
 #include "velmora/VMActivityAlertView.h"
 
 namespace quietrix {
 
 /// The screen "Miscellaneous": resets all profiles, and reports a problem to the maker by mail. Main thread.
-class QuietrixMiscController : public platform::PSListController,
+class QuietrixMiscController : public ChromedScreen<platform::PSListController>,
                                public platform::MFMailComposeViewControllerDelegate {
     PLATFORM_CLASS(QuietrixMiscController, platform::PSListController)
 
@@ -25,8 +25,6 @@ class QuietrixMiscController : public platform::PSListController,
     platform::SpecifierArray specifiers() override;
     /// Built once, and kept as long as the screen.
     const platform::SpecifierArray& mainSettingsSpecifiers();
-    /// Puts the version notice under the copyright row; it shows with the next look.
-    void updateCopyRightSpecifier();
 
     // The reset.
 
@@ -51,25 +49,18 @@ class QuietrixMiscController : public platform::PSListController,
         const std::shared_ptr<platform::MFMailComposeViewController>& composer,
         platform::MFMailComposeResult result, const std::optional<platform::Error>& error) override;
 
-    // The chrome.
-
-    void viewDidLoad() override;
-    void viewWillAppear(bool animated) override;
-    void viewWillDisappear(bool animated) override;
-    void shareAction(const std::shared_ptr<platform::Object>& sender);
-    void __tessaneTwitterAction(const std::shared_ptr<platform::Object>& sender);
-    /// What the bar and the status bar looked like before this screen appeared.
-    const std::shared_ptr<platform::UIColor>& prevTintcolor() const { return chrome_.prevTintcolor; }
-    const std::shared_ptr<platform::UIColor>& prevBarTintcolor() const { return chrome_.prevBarTintcolor; }
-    std::int64_t prevStatubarStyle() const { return chrome_.prevStatubarStyle; }
-
   private:
+    enum class Destructive { No, Yes };
+    /// A button that asks before it acts; what it asks is still to be set.
+    std::shared_ptr<platform::PSConfirmationSpecifier> buttonRow(std::string_view name,
+                                                                 const char* identifier,
+                                                                 Destructive destructive,
+                                                                 platform::PSSpecifier::Action action);
     bool deleteProfilesFile();
     bool clearProfilesFile();
 
     platform::SpecifierArray mainSettingsSpecifiers_;
     std::shared_ptr<velmora::VMActivityAlertView> activityAlert_;
-    SavedChrome chrome_;
 };
 
 }  // namespace quietrix
