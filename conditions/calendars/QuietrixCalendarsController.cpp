@@ -5,16 +5,14 @@
 #include <utility>
 #include <vector>
 
-#include "conditions/ConditionScreen.h"
 #include "conditions/calendars/QXCalendarTableCell.h"
 #include "platform/eventkit/EKCalendar.h"
 #include "platform/foundation/CaseInsensitive.h"
 #include "profile/cells/QXSwitchCell.h"
-#include "profile/model/PresentRecord.h"
 #include "profile/model/QXEventManager.h"
 #include "profile/model/QXUtils.h"
 #include "shell/base/Localization.h"
-#include "shell/base/NotificationNames.h"
+#include "shell/base/Rows.h"
 #include "velmora/VMImages.h"
 
 namespace quietrix {
@@ -37,15 +35,14 @@ constexpr const char* eventStatusIdentifier = "applyProfileEventStatus";
 constexpr float swatchCorner = 10.0F;
 
 std::shared_ptr<PSSpecifier> calendarRow(const std::shared_ptr<EKCalendar>& calendar) {
-    const auto row = PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-        calendar->title(), nullptr, {}, {}, "", PSCellType::Link, "");
-    row->setProperty_forKey(QXCalendarTableCell::staticClass().name(), "cellClass");
-    row->setProperty_forKey(velmora::qx_imageWithRoundedCornersSize_usingImage(
-                                swatchCorner, velmora::qx_imageWithColor(calendar->CGColor())),
-                            "iconImage");
-    row->setIdentifier(calendar->calendarIdentifier());
-    row->setUserInfo(calendar);
-    return row;
+    return makeRow(
+        {.name = calendar->title(),
+         .cell = PSCellType::Link,
+         .identifier = calendar->calendarIdentifier(),
+         .userInfo = calendar,
+         .properties = {{"cellClass", QXCalendarTableCell::staticClass().name()},
+                        {"iconImage", velmora::qx_imageWithRoundedCornersSize_usingImage(
+                                          swatchCorner, velmora::qx_imageWithColor(calendar->CGColor()))}}});
 }
 
 std::vector<std::string> groupTitles(const Dictionary& groups) {
@@ -66,24 +63,26 @@ std::vector<std::string> groupTitles(const Dictionary& groups) {
 
 SpecifierArray QuietrixCalendarsController::specifiers() {
     if (specifiers_ && !specifiers_->empty()) return specifiers_;
-    const auto allDay = PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-        localized("Ignore All Day Events"), shared(this),
-        method("setPreferenceValue:specifier:", &QuietrixCalendarsController::setPreferenceValue_specifier),
-        method("readPreferenceValue:", &QuietrixCalendarsController::readPreferenceValue), "",
-        PSCellType::Switch, "");
-    allDay->setIdentifier("allDayEventsIgnored");
-    allDay->setProperty_forKey(true, "default");
-    allDay->setProperty_forKey(QXSwitchCell::staticClass().name(), "cellClass");
-    // On the row itself: there is no group ahead of it.
-    allDay->setProperty_forKey(localized("When turned on Quietrix Go ignores the 'all day' events for the "
-                                         "below selected calendars."),
-                               "footerText");
-
-    auto rows = std::make_shared<SpecifierList>(SpecifierList{allDay});
-    const auto calendars = calendarSpecifiers();
-    rows->insert(rows->end(), calendars.begin(), calendars.end());
-    specifiers_ = std::move(rows);
+    specifiers_ = std::make_shared<SpecifierList>(SpecifierList{allDayRow()});
+    append(*specifiers_, calendarSpecifiers());
     return specifiers_;
+}
+
+QuietrixCalendarsController::Row QuietrixCalendarsController::allDayRow() {
+    return makeRow(
+        {.name = localized("Ignore All Day Events"),
+         .cell = PSCellType::Switch,
+         .identifier = "allDayEventsIgnored",
+         .target = shared(this),
+         .set = method("setPreferenceValue:specifier:",
+                       &QuietrixCalendarsController::setPreferenceValue_specifier),
+         .get = method("readPreferenceValue:", &QuietrixCalendarsController::readPreferenceValue),
+         .properties = {
+             {"default", true},
+             {"cellClass", QXSwitchCell::staticClass().name()},
+             // On the row itself: there is no group ahead of it.
+             {"footerText", localized("When turned on Quietrix Go ignores the 'all day' events for the "
+                                      "below selected calendars.")}}});
 }
 
 SpecifierList QuietrixCalendarsController::calendarSpecifiers() {
@@ -104,43 +103,42 @@ SpecifierList QuietrixCalendarsController::calendarSpecifiers() {
 // Values
 
 Value QuietrixCalendarsController::readPreferenceValue(const Row& specifier) {
-    const auto profile = profileOfScreen(*this);
-    return profile ? profile->valueForKey(specifier->identifier().value_or("")) : Value();
+    const auto record = profile();
+    return record ? record->valueForKey(specifier->identifier().value_or("")) : Value();
 }
 
 void QuietrixCalendarsController::setPreferenceValue_specifier(const Value& value, const Row& specifier) {
-    if (const auto profile = profileOfScreen(*this))
-        profile->setValue_forKey(value, specifier->identifier().value_or(""));
+    if (const auto record = profile()) record->setValue_forKey(value, specifier->identifier().value_or(""));
     saveProfile();
 }
 
 bool QuietrixCalendarsController::isCalendarSelected(const std::string& identifier) const {
-    const auto profile = profileOfScreen(*this);
-    return profile && std::ranges::find(profile->calendarIdentifiers(), identifier) !=
-                          profile->calendarIdentifiers().end();
+    const auto record = profile();
+    return record && std::ranges::find(record->calendarIdentifiers(), identifier) !=
+                         record->calendarIdentifiers().end();
 }
 
-void QuietrixCalendarsController::saveProfile() {
-    saveExistingProfile(*this);
+Saving QuietrixCalendarsController::saving() {
+    return {.waiting = Screen::MayGo};
+}
+
+Dictionary QuietrixCalendarsController::userInfoWith(const std::shared_ptr<QXProfile>& profile) const {
+    return {{"profile", profile}, {"calendars", QXEventManager::sharedManager()->groupedCalendars()}};
 }
 
 // Cells
 
-QuietrixCalendarsController::Row QuietrixCalendarsController::rowAt(IndexPath path) {
-    return specifierAtIndex(indexForRow_inGroup(path.row, path.section));
-}
-
 std::shared_ptr<platform::PSTableCell> QuietrixCalendarsController::tableView_cellForRowAtIndexPath(
     const Table& table, IndexPath path) {
-    auto cell = ProductScreen::tableView_cellForRowAtIndexPath(table, path);
-    const auto row = rowAt(path);
+    auto cell = PickerScreen::tableView_cellForRowAtIndexPath(table, path);
+    const auto row = specifierAtIndexPath(path);
     if (!cell || !row) return cell;
     const std::string identifier = row->identifier().value_or("");
     if (identifier == eventStatusIdentifier) {
-        const auto profile = profileOfScreen(*this);
+        const auto record = profile();
         cell->detailTextLabel()->setTextColor(platform::UIColor::darkGrayColor());
-        cell->detailTextLabel()->setText(profile ? std::optional(profile->applyProfileEventStatusString())
-                                                 : std::nullopt);
+        cell->detailTextLabel()->setText(record ? std::optional(record->applyProfileEventStatusString())
+                                                : std::nullopt);
         return cell;
     }
     cell->setTintColor(QXUtils::isIOS11() ? platform::UIColor::darkGrayColor() : customNavigationBarColor());
@@ -150,18 +148,18 @@ std::shared_ptr<platform::PSTableCell> QuietrixCalendarsController::tableView_ce
 }
 
 void QuietrixCalendarsController::tableView_didSelectRowAtIndexPath(const Table& table, IndexPath path) {
-    const auto row = rowAt(path);
+    const auto row = specifierAtIndexPath(path);
     if (!row) return;
     const std::string identifier = row->identifier().value_or("");
     if (identifier == eventStatusIdentifier) {
-        ProductScreen::tableView_didSelectRowAtIndexPath(table, path);
+        PickerScreen::tableView_didSelectRowAtIndexPath(table, path);
         return;
     }
     const auto cell = table->cellForRowAtIndexPath(path);
     table->deselectRowAtIndexPath_animated(path, false);
     const bool selected = isCalendarSelected(identifier);
-    if (const auto profile = profileOfScreen(*this)) {
-        auto& chosen = profile->mutableCalendarIdentifiers();
+    if (const auto record = profile()) {
+        auto& chosen = record->mutableCalendarIdentifiers();
         if (selected) {
             std::erase(chosen, identifier);
         } else {
@@ -176,23 +174,7 @@ void QuietrixCalendarsController::tableView_didSelectRowAtIndexPath(const Table&
 }
 
 bool QuietrixCalendarsController::rowCanBeSelected(IndexPath path) {
-    return rowAt(path) != nullptr;
-}
-
-// Life cycle
-
-void QuietrixCalendarsController::viewDidLoad() {
-    ProductScreen::viewDidLoad();
-    platform::NotificationCenter::defaultCenter().addObserver_selector_name_object(
-        shared(this),
-        method("profileAppliedStateChanged:", &QuietrixCalendarsController::profileAppliedStateChanged),
-        ProfileAppliedStateChangedNotification, nullptr);
-}
-
-void QuietrixCalendarsController::profileAppliedStateChanged(const platform::Notification&) {
-    if (!specifier()) return;
-    specifier()->setUserInfo(Dictionary{{"profile", presentRecordOf(profileOfScreen(*this))},
-                                        {"calendars", QXEventManager::sharedManager()->groupedCalendars()}});
+    return specifierAtIndexPath(path) != nullptr;
 }
 
 }  // namespace quietrix

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/foundation/NotificationCenter.h"
+#include "conditions/PickerScreen.h"
 #include "shell/chrome/ProductScreen.h"
 
 namespace quietrix {
@@ -11,7 +11,7 @@ namespace quietrix {
 /// Chooses the calendars of a profile, and whether their all-day events count. The opening row's user info
 /// holds the profile under "profile" and the calendars, an array of EKCalendar objects for each group's
 /// title, under "calendars". Every change of an existing profile is saved at once. Main thread.
-class QuietrixCalendarsController : public ProductScreen {
+class QuietrixCalendarsController : public PickerScreen<ProductScreen> {
     PLATFORM_CLASS(QuietrixCalendarsController, velmora::VMMiscSettingsViewController)
 
   public:
@@ -33,14 +33,13 @@ class QuietrixCalendarsController : public ProductScreen {
     /// Every row.
     bool rowCanBeSelected(platform::IndexPath path) override;
 
-    void saveProfile();
-    void viewDidLoad() override;
-    /// Takes the profile and the calendars as they are now; the rows stay as they are. A profile that the
-    /// store does not have stays the screen's own.
-    void profileAppliedStateChanged(const platform::Notification& notification);
+  protected:
+    Saving saving() override;
+    /// With the calendars as they are now.
+    platform::Dictionary userInfoWith(const std::shared_ptr<QXProfile>& profile) const override;
 
   private:
-    Row rowAt(platform::IndexPath path);
+    Row allDayRow();
 };
 
 }  // namespace quietrix

@@ -7,14 +7,14 @@
 #include <string_view>
 #include <utility>
 
-#include "conditions/ConditionScreen.h"
 #include "conditions/eventstatus/QXEventStatusTableCell.h"
 #include "shell/base/Localization.h"
+#include "shell/base/Rows.h"
+#include "shell/chrome/EditedProfile.h"
 
 namespace quietrix {
 
 using platform::IndexPath;
-using platform::PSSpecifier;
 using platform::SpecifierArray;
 using platform::SpecifierList;
 
@@ -40,24 +40,20 @@ SpecifierArray QuietrixEventStatusController::specifiers() {
     if (specifiers_ && !specifiers_->empty()) return specifiers_;
     auto rows = std::make_shared<SpecifierList>();
     for (const auto& title : statusTitles()) {
-        const auto row = PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-            title, nullptr, {}, {}, "", platform::PSCellType::StaticText, "");
-        row->setProperty_forKey(QXEventStatusTableCell::staticClass().name(), "cellClass");
-        row->setIdentifier(title);
-        rows->push_back(row);
+        rows->push_back(
+            makeRow({.name = title,
+                     .cell = platform::PSCellType::StaticText,
+                     .identifier = title,
+                     .properties = {{"cellClass", QXEventStatusTableCell::staticClass().name()}}}));
     }
     specifiers_ = std::move(rows);
     return specifiers_;
 }
 
-std::shared_ptr<PSSpecifier> QuietrixEventStatusController::rowAt(IndexPath path) {
-    return specifierAtIndex(indexForRow_inGroup(path.row, path.section));
-}
-
 std::shared_ptr<platform::PSTableCell> QuietrixEventStatusController::tableView_cellForRowAtIndexPath(
     const Table& table, IndexPath path) {
     auto cell = ProductScreen::tableView_cellForRowAtIndexPath(table, path);
-    const auto row = rowAt(path);
+    const auto row = specifierAtIndexPath(path);
     if (!cell || !row) return cell;
     cell->textLabel()->setUserInteractionEnabled(true);
     cell->setUserInteractionEnabled(true);
@@ -77,7 +73,7 @@ std::shared_ptr<platform::PSTableCell> QuietrixEventStatusController::tableView_
 void QuietrixEventStatusController::tableView_didSelectRowAtIndexPath(const Table& table, IndexPath path) {
     const auto cell = table->cellForRowAtIndexPath(path);
     table->deselectRowAtIndexPath_animated(path, false);
-    const auto row = rowAt(path);
+    const auto row = specifierAtIndexPath(path);
     if (!row) return;
     const auto profile = profileOfScreen(*this);
     const std::int64_t old = statusOfTitle(profile ? profile->applyProfileEventStatusString() : "");
@@ -85,11 +81,11 @@ void QuietrixEventStatusController::tableView_didSelectRowAtIndexPath(const Tabl
         oldCell->setAccessoryType(platform::UITableViewCellAccessoryNone);
     if (cell) cell->setAccessoryType(platform::UITableViewCellAccessoryCheckmark);
     if (profile) profile->setApplyProfileEventStatus(statusOfTitle(row->identifier().value_or("")));
-    saveExistingProfile(*this);
+    saveEditedProfile(*this, profile, {.waiting = Screen::MayGo});
 }
 
 bool QuietrixEventStatusController::rowCanBeSelected(IndexPath path) {
-    return rowAt(path) != nullptr;
+    return specifierAtIndexPath(path) != nullptr;
 }
 
 }  // namespace quietrix

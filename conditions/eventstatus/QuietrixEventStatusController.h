@@ -8,7 +8,8 @@
 namespace quietrix {
 
 /// Chooses by the user's answer which calendar events count: one of four, in the order of the values that the
-/// profile stores. The opening row's user info holds the profile under "profile". Main thread.
+/// profile stores. The opening row's user info holds the profile under "profile". It shows the record that it
+/// was handed, whatever becomes of the store's. Main thread.
 class QuietrixEventStatusController : public ProductScreen {
     PLATFORM_CLASS(QuietrixEventStatusController, velmora::VMMiscSettingsViewController)
 
@@ -23,9 +24,6 @@ class QuietrixEventStatusController : public ProductScreen {
     /// matches no row keeps its checkmark.
     void tableView_didSelectRowAtIndexPath(const Table& table, platform::IndexPath path) override;
     bool rowCanBeSelected(platform::IndexPath path) override;
-
-  private:
-    std::shared_ptr<platform::PSSpecifier> rowAt(platform::IndexPath path);
 };
 
 }  // namespace quietrix

@@ -3,14 +3,14 @@
 
 #include <string>
 
-#include "platform/foundation/NotificationCenter.h"
+#include "conditions/PickerScreen.h"
 #include "shell/chrome/ProductScreen.h"
 
 namespace quietrix {
 
 /// Chooses the Wi-Fi networks that a profile is tied to, a switch for each one that the phone remembers. The
 /// opening row's user info holds the profile under "profile". Main thread.
-class QuietrixWifiController : public ProductScreen {
+class QuietrixWifiController : public PickerScreen<ProductScreen> {
     PLATFORM_CLASS(QuietrixWifiController, velmora::VMMiscSettingsViewController)
 
   public:
@@ -28,13 +28,10 @@ class QuietrixWifiController : public ProductScreen {
     std::shared_ptr<platform::PSTableCell> tableView_cellForRowAtIndexPath(const Table& table,
                                                                            platform::IndexPath path) override;
 
-    /// After a success the opening row holds the store's profile, and nothing else; the saved one if the
-    /// store has lost it since.
-    void saveProfile();
-    void viewDidLoad() override;
-    /// The opening row holds the store's profile, or the screen's own where the store has none, and nothing
-    /// else.
-    void profileAppliedStateChanged(const platform::Notification& notification);
+  protected:
+    /// After a success the opening row holds the store's profile; the saved one if the store has lost it
+    /// since.
+    Saving saving() override;
 
   private:
     platform::SpecifierArray wifiSpecifiers_;

@@ -1,15 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "conditions/tone/QuietrixAlertToneController.h"
 
-#include "conditions/ConditionScreen.h"
-#include "profile/model/PresentRecord.h"
-#include "profile/model/QXProfilesManager.h"
-#include "shell/base/ErrorAlert.h"
-#include "shell/base/NotificationNames.h"
-
 namespace quietrix {
 
-using platform::NotificationCenter;
 using platform::TKTonePickerViewController;
 
 PLATFORM_REGISTER_CLASS(QuietrixAlertToneController)
@@ -24,16 +17,16 @@ constexpr double barHeight = 64;
 }  // namespace
 
 void QuietrixAlertToneController::loadView() {
-    QuietrixUIToneController::loadView();
+    PickerScreen::loadView();
     const auto picker = std::make_shared<QuietrixTKTonePickerViewController>(alertType);
     createdTonePickerViewController_ = picker;
     picker->setShowsVibrations(false);
     picker->setShowsStoreButtonInNavigationBar(true);
     picker->setNoneAtTop(true);
     if (picker->respondsToSelector("setShowsToneStore:")) picker->setShowsToneStore(false);
-    const auto profile = profileOfScreen(*this);
+    const auto record = profile();
     const std::string identifier =
-        profile ? profile->alertToneIdentifier().value_or(toneWithoutAChoice) : toneWithoutAChoice;
+        record ? record->alertToneIdentifier().value_or(toneWithoutAChoice) : toneWithoutAChoice;
     picker->setSelectedToneIdentifier(identifier);
     picker->setDefaultToneIdentifier(identifier);
     picker->setDelegate(shared(this));
@@ -41,43 +34,22 @@ void QuietrixAlertToneController::loadView() {
 }
 
 void QuietrixAlertToneController::viewDidLoad() {
-    QuietrixUIToneController::viewDidLoad();
+    PickerScreen::viewDidLoad();
     const auto& list = createdTonePickerViewController_->view();
     const platform::Rect frame = list->frame();
     list->setFrame({frame.x, barHeight, frame.width, frame.height - barHeight});
-    NotificationCenter::defaultCenter().addObserver_selector_name_object(
-        shared(this),
-        platform::method("profileAppliedStateChanged:",
-                         &QuietrixAlertToneController::profileAppliedStateChanged),
-        ProfileAppliedStateChangedNotification, nullptr);
 }
 
 void QuietrixAlertToneController::tonePickerViewController_selectedToneWithIdentifier(
     const std::shared_ptr<TKTonePickerViewController>& picker, const std::optional<std::string>& identifier) {
-    if (const auto profile = profileOfScreen(*this))
-        profile->setAlertToneIdentifier(identifier ? *identifier : picker->defaultToneIdentifier());
+    if (const auto record = profile())
+        record->setAlertToneIdentifier(identifier ? *identifier : picker->defaultToneIdentifier());
     saveProfile();
 }
 
-void QuietrixAlertToneController::saveProfile() {
-    const auto profile = profileOfScreen(*this);
-    if (profile && profile->isNewProfile()) {
-        NotificationCenter::defaultCenter().postNotificationName_object_userInfo(
-            ProfileDataUpdateNotification, nullptr, nullptr);
-        return;
-    }
-    QXProfilesManager::sharedManager()->updateProfile_success_failure(
-        profile,
-        [] {
-            NotificationCenter::defaultCenter().postNotificationName_object_userInfo(
-                ProfileAppliedStateChangedNotification, nullptr, nullptr);
-        },
-        [self = shared(this)](const platform::Error& error) { qx_showError(*self, error); });
-}
-
-void QuietrixAlertToneController::profileAppliedStateChanged(const platform::Notification&) {
-    if (specifier())
-        specifier()->setUserInfo(platform::Dictionary{{"profile", presentRecordOf(profileOfScreen(*this))}});
+Saving QuietrixAlertToneController::saving() {
+    return {.newProfile = NewProfile::IsAnnounced,
+            .success = [] { postLocally(ProfileAppliedStateChangedNotification); }};
 }
 
 }  // namespace quietrix

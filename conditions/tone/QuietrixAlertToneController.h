@@ -5,16 +5,16 @@
 #include <optional>
 #include <string>
 
+#include "conditions/PickerScreen.h"
 #include "conditions/tone/QuietrixTKTonePickerViewController.h"
 #include "conditions/tone/QuietrixUIToneController.h"
-#include "platform/foundation/NotificationCenter.h"
 
 namespace quietrix {
 
 /// Chooses the sound of a profile's alerts. The opening row's user info holds the profile under "profile".
 /// Each choice for an existing profile is saved at once; one for a new profile is announced to the editor.
 /// Main thread.
-class QuietrixAlertToneController : public QuietrixUIToneController,
+class QuietrixAlertToneController : public PickerScreen<QuietrixUIToneController>,
                                     public platform::TKTonePickerViewControllerDelegate {
     PLATFORM_CLASS(QuietrixAlertToneController, QuietrixUIToneController)
 
@@ -35,10 +35,8 @@ class QuietrixAlertToneController : public QuietrixUIToneController,
         const std::shared_ptr<platform::TKTonePickerViewController>& picker,
         const std::optional<std::string>& identifier) override;
 
-    void saveProfile();
-    /// The opening row holds the store's profile, or the screen's own where the store has none, and nothing
-    /// else.
-    void profileAppliedStateChanged(const platform::Notification& notification);
+  protected:
+    Saving saving() override;
 
   private:
     std::shared_ptr<platform::TKTonePickerViewController> createdTonePickerViewController_;

@@ -38,6 +38,8 @@ class PSListController : public PSViewController {
     std::int64_t indexOfSpecifier(const std::shared_ptr<PSSpecifier>& specifier);
     /// The list index of a row of a section; -1 when there is none.
     std::int64_t indexForRow_inGroup(std::int64_t row, std::int64_t group);
+    /// The row at that index; null when there is none.
+    std::shared_ptr<PSSpecifier> specifierAtIndexPath(IndexPath path);
     /// The section and row of a list index; a group row, or an index out of range, gives nothing.
     std::optional<IndexPath> indexPathForIndex(std::int64_t index);
     /// The section that the list index belongs to, group rows included; -1 out of range.
@@ -133,7 +135,6 @@ class PSListController : public PSViewController {
     /// Follow the rows at the first question after a change.
     const RowKeys& keys();
     void rowsChanged();
-    std::shared_ptr<PSSpecifier> specifierAtIndexPath(IndexPath path);
     std::shared_ptr<PSTableCell> livingCell(const PSSpecifier& specifier) const;
     std::shared_ptr<PSTableCell> makeCellAtIndex(const std::shared_ptr<PSSpecifier>& specifier,
                                                  std::int64_t index);

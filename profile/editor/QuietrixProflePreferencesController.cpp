@@ -6,13 +6,14 @@
 #include "platform/uikit/UIBarButtonItem.h"
 #include "profile/model/QXProfilesManager.h"
 #include "shell/base/ErrorAlert.h"
+#include "shell/base/LocalNotifications.h"
 #include "shell/base/Lookups.h"
 #include "shell/base/NotificationNames.h"
+#include "shell/chrome/EditedProfile.h"
 
 namespace quietrix {
 
 using platform::method;
-using platform::NotificationCenter;
 using platform::SpecifierArray;
 using platform::UIBarButtonItem;
 using platform::Value;
@@ -95,25 +96,19 @@ void QuietrixProflePreferencesController::enableOrDisableProfileSilentedSpecifie
 // Saving
 
 void QuietrixProflePreferencesController::saveProfile(const std::shared_ptr<platform::Object>&) {
-    if (profile_ && profile_->isNewProfile()) return;
-    QXProfilesManager::sharedManager()->updateProfile_success_failure(
-        profile_, nullptr,
-        [self = shared(this)](const platform::Error& error) { qx_showError(*self, error); });
+    saveEditedProfile(*this, profile_, {});
 }
 
 void QuietrixProflePreferencesController::addProfileAction(const std::shared_ptr<platform::Object>&) {
-    const auto weakSelf = weak(this);
     QXProfilesManager::sharedManager()->addProfile_success_failure(
         profile_,
-        [weakSelf] {
+        [weakSelf = weak(this)] {
             const auto self = weakSelf.lock();
             if (!self) return;
             self->navigationItem()->setRightBarButtonItem_animated(nullptr, false);
             self->dismissViewControllerAnimated_completion(true, nullptr);
         },
-        [weakSelf](const platform::Error& error) {
-            if (const auto self = weakSelf.lock()) qx_showError(*self, error);
-        });
+        errorShownOn(*this, Screen::MayGo));
 }
 
 void QuietrixProflePreferencesController::dismissVieControllerAction(
@@ -125,29 +120,23 @@ void QuietrixProflePreferencesController::dismissVieControllerAction(
 
 void QuietrixProflePreferencesController::viewDidLoad() {
     ProductScreen::viewDidLoad();
-    const auto self = shared(this);
     if (profile_ && profile_->isNewProfile()) {
         navigationItem()->setLeftBarButtonItem_animated(
             std::make_shared<UIBarButtonItem>(
-                platform::UIBarButtonSystemItemCancel, self,
+                platform::UIBarButtonSystemItemCancel, shared(this),
                 method("dismissVieControllerAction:",
                        &QuietrixProflePreferencesController::dismissVieControllerAction)),
             false);
         navigationItem()->setRightBarButtonItem_animated(
             std::make_shared<UIBarButtonItem>(
-                platform::UIBarButtonSystemItemSave, self,
+                platform::UIBarButtonSystemItemSave, shared(this),
                 method("addProfileAction:", &QuietrixProflePreferencesController::addProfileAction)),
             false);
     }
-    auto& center = NotificationCenter::defaultCenter();
-    center.addObserver_selector_name_object(
-        self, method("profileUpdated:", &QuietrixProflePreferencesController::profileUpdated),
-        ProfileDataUpdateNotification, nullptr);
-    center.addObserver_selector_name_object(
-        self,
-        method("profileAppliedStateChanged:",
-               &QuietrixProflePreferencesController::profileAppliedStateChanged),
-        ProfileAppliedStateChangedNotification, nullptr);
+    observeLocally(ProfileDataUpdateNotification, *this,
+                   "profileUpdated:", &QuietrixProflePreferencesController::profileUpdated);
+    observeLocally(ProfileAppliedStateChangedNotification, *this, "profileAppliedStateChanged:",
+                   &QuietrixProflePreferencesController::profileAppliedStateChanged);
 }
 
 void QuietrixProflePreferencesController::reloadSpecifiers() {

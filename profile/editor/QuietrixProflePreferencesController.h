@@ -5,10 +5,10 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "platform/foundation/NotificationCenter.h"
 #include "profile/model/QXProfile.h"
+#include "shell/base/Rows.h"
 #include "shell/chrome/ProductScreen.h"
 
 namespace quietrix {
@@ -70,11 +70,19 @@ class QuietrixProflePreferencesController : public ProductScreen {
     void profileAppliedStateChanged(const platform::Notification& notification);
 
   private:
-    /// A row that shows and sets the record's value under the identifier.
-    Row valueRow(std::string_view name, std::string_view identifier, platform::PSCellType kind,
-                 std::string_view detail);
-    Row switchRow(std::string_view name, std::string_view identifier, bool defaultValue);
-    Row volumeRow(std::string_view name, std::string_view identifier);
+    // Parts of the table, from the top of the screen to its end.
+    Row titleRow();
+    platform::SpecifierList scheduleSpecifiers();
+    platform::SpecifierList doNotDisturbSpecifiers();
+    platform::SpecifierList statusBarSpecifiers();
+    platform::SpecifierList networksSpecifiers();
+    platform::SpecifierList calendarsSpecifiers();
+
+    /// A row that shows and sets the record's value under its identifier.
+    Row valueRow(RowParts parts);
+    Row switchRow(std::string name, const char* identifier, bool defaultValue);
+    Row volumeRow(std::string name, const char* identifier);
+
     std::shared_ptr<QXProfile> storedProfile() const;
     void showProfile(std::shared_ptr<QXProfile> profile);
 

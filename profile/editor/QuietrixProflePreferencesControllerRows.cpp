@@ -4,16 +4,17 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/foundation/Bundle.h"
 #include "platform/foundation/Device.h"
 #include "platform/uikit/UIDevice.h"
+#include "profile/cells/EditableTimeColor.h"
 #include "profile/cells/QXEditableTableCell.h"
 #include "profile/cells/QXSliderCell.h"
 #include "profile/cells/QXSwitchCell.h"
-#include "profile/cells/TimeColor.h"
 #include "profile/editor/QuietrixProflePreferencesController.h"
 #include "profile/model/QXEventManager.h"
+#include "shell/base/BundleImage.h"
 #include "shell/base/Localization.h"
+#include "shell/chrome/EditedProfile.h"
 
 namespace quietrix {
 
@@ -33,24 +34,6 @@ namespace {
 constexpr const char* activeHoursCellClass = "QXDateRangeCell";
 constexpr double activeHoursHeight = 64.0;
 constexpr const char* statusBarLibraryPath = "/Library/MobileSubstrate/DynamicLibraries/libstatusbar.dylib";
-
-std::shared_ptr<PSSpecifier> groupRow(std::string_view name, std::string_view footer) {
-    const auto row = PSSpecifier::groupSpecifierWithName(localized(name));
-    row->setProperty_forKey(localized(footer), "footerText");
-    return row;
-}
-
-std::shared_ptr<PSSpecifier> namelessGroupRow(std::string_view footer) {
-    const auto row = PSSpecifier::emptyGroupSpecifier();
-    row->setProperty_forKey(localized(footer), "footerText");
-    return row;
-}
-
-/// A row that only opens a screen.
-std::shared_ptr<PSSpecifier> linkRow(std::string_view name, std::string_view detail) {
-    return PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-        localized(name), nullptr, {}, {}, detail, PSCellType::Link, "");
-}
 
 /// The system's own artwork, at the main screen's scale.
 std::shared_ptr<UIImage> speakerImage(std::string_view pathFormat) {
@@ -72,149 +55,160 @@ std::string toneName(const QXProfile* profile) {
     return localized(std::string_view(identifier).substr(identifier.rfind(':') + 1));
 }
 
-void append(SpecifierList& rows, const SpecifierList& more) {
-    rows.insert(rows.end(), more.begin(), more.end());
-}
-
 }  // namespace
 
 PLATFORM_REGISTER_CLASS(QuietrixProflePreferencesController)
 
+// Rows
+
 SpecifierArray QuietrixProflePreferencesController::specifiers() {
     if (specifiers_ && !specifiers_->empty()) return specifiers_;
-    setProfile(specifier() ? specifier()->userInfo().objectAs<QXProfile>() : nullptr);
-    auto rows = std::make_shared<SpecifierList>(SpecifierList{PSSpecifier::emptyGroupSpecifier()});
-    append(*rows, *profilesSpecifiers());
-    specifiers_ = std::move(rows);
+    setProfile(profileOfRow(specifier()));
+    specifiers_ = std::make_shared<SpecifierList>(SpecifierList{PSSpecifier::emptyGroupSpecifier()});
+    append(*specifiers_, *profilesSpecifiers());
     return specifiers_;
 }
 
 SpecifierArray QuietrixProflePreferencesController::profilesSpecifiers() {
     if (profilesSpecifiers_) return profilesSpecifiers_;
-    const auto title = valueRow("Title", "title", PSCellType::EditText, "");
-    title->setProperty_forKey(profile_ ? Value(profile_->title()) : Value(), "value");
-    title->setProperty_forKey(localized("Required"), "placeholder");
-    title->setProperty_forKey("words", "autoCaps");
-    title->setProperty_forKey(false, "noAutoCorrect");
-    title->setProperty_forKey(QXEditableTableCell::staticClass().name(), "cellClass");
-
-    auto rows = std::make_shared<SpecifierList>(
-        SpecifierList{title, PSSpecifier::emptyGroupSpecifier(), switchRow("Enable", "enabled", true)});
-    if (profile_ && profile_->isEnabled()) append(*rows, profileEnabledSpecifiers());
-    profilesSpecifiers_ = std::move(rows);
+    profilesSpecifiers_ = std::make_shared<SpecifierList>(SpecifierList{
+        titleRow(), PSSpecifier::emptyGroupSpecifier(), switchRow(localized("Enable"), "enabled", true)});
+    if (profile_ && profile_->isEnabled()) append(*profilesSpecifiers_, profileEnabledSpecifiers());
     return profilesSpecifiers_;
 }
 
-SpecifierList QuietrixProflePreferencesController::profileEnabledSpecifiers() {
-    SpecifierList rows;
-    rows.push_back(groupRow("Schedule", "This profile will be active based on these settings."));
-    const auto allDay = switchRow("All Day", "allDay", true);
-    allDay->setSetter(method("setAllDayModeEnabled:specifier:",
-                             &QuietrixProflePreferencesController::setAllDayModeEnabled_specifier));
-    rows.push_back(allDay);
-    if (!profile_ || !profile_->isAllDay()) append(rows, activeTimeSpecifiers());
+QuietrixProflePreferencesController::Row QuietrixProflePreferencesController::titleRow() {
+    return valueRow({.name = localized("Title"),
+                     .cell = PSCellType::EditText,
+                     .identifier = "title",
+                     .properties = {{"value", profile_ ? Value(profile_->title()) : Value()},
+                                    {"placeholder", localized("Required")},
+                                    {"autoCaps", "words"},
+                                    {"noAutoCorrect", false},
+                                    {"cellClass", QXEditableTableCell::staticClass().name()}}});
+}
 
+SpecifierList QuietrixProflePreferencesController::profileEnabledSpecifiers() {
+    SpecifierList rows = scheduleSpecifiers();
+    if (!profile_ || !profile_->isAllDay()) append(rows, activeTimeSpecifiers());
     append(rows, ringerVolumeSpecifiers());
     append(rows, alertSpecifiers());
-
-    rows.push_back(
-        namelessGroupRow("Turning on will enable Apple's 'Do not Disturb' option on your iDevice."));
-    rows.push_back(switchRow("Do not Disturb", "dnDEnabled", false));
-
-    if (hasStatusBarLibrary()) {
-        rows.push_back(
-            namelessGroupRow("Turning on will show Quietrix Go's custom icon on your iDevice's statusbar. "
-                             "This will quickly let "
-                             "you know if there is a profile activated."));
-        const auto statusBar = switchRow("Show on StatusBar", "showOnStatusBar", false);
-        statusBar->setProperty_forKey(
-            UIImage::imageNamed_inBundle("StatusBar", platform::Bundle::bundleForClass(getClass())),
-            "iconImage");
-        rows.push_back(statusBar);
-    }
-
-    rows.push_back(groupRow("WiFi Networks",
-                            "Select WiFi network(s) on which you want to apply this profile automatically. "
-                            "Quietrix Go ignores all the calendar events if this device is connected to "
-                            "these networks."));
-    const auto networks = linkRow("WiFi Networks", "QuietrixWifiController");
-    networks->setIdentifier("wifiNetworks");
-    networks->setUserInfo(Dictionary{{"profile", profile_}});
-    rows.push_back(networks);
-
-    rows.push_back(groupRow("Calendars",
-                            "Select Calendars which you want to apply this profile.\n\nNote: If you do not "
-                            "select any calendar, by default this profile applies to all events on your "
-                            "Calendar."));
-    const auto calendars =
-        valueRow("Calendar", "calendarIdentifiers", PSCellType::Link, "QuietrixCalendarsController");
-    calendars->setUserInfo(Dictionary{{"profile", profile_},
-                                      {"calendars", QXEventManager::sharedManager()->groupedCalendars()}});
-    rows.push_back(calendars);
+    append(rows, doNotDisturbSpecifiers());
+    if (hasStatusBarLibrary()) append(rows, statusBarSpecifiers());
+    append(rows, networksSpecifiers());
+    append(rows, calendarsSpecifiers());
     return rows;
 }
 
+SpecifierList QuietrixProflePreferencesController::scheduleSpecifiers() {
+    const auto allDay = switchRow(localized("All Day"), "allDay", true);
+    allDay->setSetter(method("setAllDayModeEnabled:specifier:",
+                             &QuietrixProflePreferencesController::setAllDayModeEnabled_specifier));
+    return {
+        makeGroup(localized("Schedule"), localized("This profile will be active based on these settings.")),
+        allDay};
+}
+
 SpecifierList QuietrixProflePreferencesController::activeTimeSpecifiers() {
-    const auto row = linkRow("Active Hours", "QXDateRangeController");
-    row->setProperty_forKey(activeHoursCellClass, "cellClass");
-    row->setProperty_forKey(activeHoursHeight, "height");
-    row->setUserInfo(profile_);
-    return {row};
+    return {makeRow({.name = localized("Active Hours"),
+                     .detail = "QXDateRangeController",
+                     .userInfo = profile_,
+                     .properties = {{"cellClass", activeHoursCellClass}, {"height", activeHoursHeight}}})};
 }
 
 SpecifierList QuietrixProflePreferencesController::ringerVolumeSpecifiers() {
     return {PSSpecifier::groupSpecifierWithName(localized("Ringer Volume & Vibrate")),
-            volumeRow("Playback Volume", "playBackVolume"), volumeRow("Ringer Volume", "ringerVolume"),
-            switchRow("Vibrate", "vibrate", true)};
+            volumeRow(localized("Playback Volume"), "playBackVolume"),
+            volumeRow(localized("Ringer Volume"), "ringerVolume"),
+            switchRow(localized("Vibrate"), "vibrate", true)};
 }
 
 SpecifierList QuietrixProflePreferencesController::alertSpecifiers() {
-    SpecifierList rows{groupRow("Alerts",
-                                "Turn on to get notified before and after applying this profile to calendar "
-                                "events."),
-                       switchRow("Ring Alert", "playAlert", true)};
+    SpecifierList rows{makeGroup(localized("Alerts"),
+                                 localized("Turn on to get notified before and after applying this profile "
+                                           "to calendar events.")),
+                       switchRow(localized("Ring Alert"), "playAlert", true)};
     if (profile_ && profile_->isEnabled() && profile_->isPlayAlert()) {
-        const auto tone =
-            valueRow("Alert Tone", "alertToneIdentifier", PSCellType::Link, "QuietrixAlertToneController");
-        tone->setUserInfo(Dictionary{{"profile", profile_}});
-        rows.push_back(tone);
+        rows.push_back(valueRow({.name = localized("Alert Tone"),
+                                 .identifier = "alertToneIdentifier",
+                                 .detail = "QuietrixAlertToneController",
+                                 .userInfo = Dictionary{{"profile", profile_}}}));
     }
-    rows.push_back(switchRow("Vibrate Alert", "vibrateAlert", true));
-    rows.push_back(switchRow("Wake Up Screen", "wakeUpScreen", true));
+    rows.push_back(switchRow(localized("Vibrate Alert"), "vibrateAlert", true));
+    rows.push_back(switchRow(localized("Wake Up Screen"), "wakeUpScreen", true));
     return rows;
 }
 
-QuietrixProflePreferencesController::Row QuietrixProflePreferencesController::valueRow(
-    std::string_view name, std::string_view identifier, PSCellType kind, std::string_view detail) {
-    const auto row = PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-        localized(name), shared(this),
-        method("setPreferenceValue:specifier:",
-               &QuietrixProflePreferencesController::setPreferenceValue_specifier),
-        method("readPreferenceValue:", &QuietrixProflePreferencesController::readPreferenceValue), detail,
-        kind, "");
-    row->setIdentifier(std::string(identifier));
-    return row;
+SpecifierList QuietrixProflePreferencesController::doNotDisturbSpecifiers() {
+    return {makeNamelessGroup(localized("Turning on will enable Apple's 'Do not Disturb' option on your "
+                                        "iDevice.")),
+            switchRow(localized("Do not Disturb"), "dnDEnabled", false)};
+}
+
+SpecifierList QuietrixProflePreferencesController::statusBarSpecifiers() {
+    const auto statusBar = switchRow(localized("Show on StatusBar"), "showOnStatusBar", false);
+    statusBar->setProperty_forKey(bundleImage(getClass(), "StatusBar"), "iconImage");
+    return {makeNamelessGroup(localized("Turning on will show Quietrix Go's custom icon on your iDevice's "
+                                        "statusbar. This will quickly let you know if there is a profile "
+                                        "activated.")),
+            statusBar};
+}
+
+SpecifierList QuietrixProflePreferencesController::networksSpecifiers() {
+    return {makeGroup(localized("WiFi Networks"),
+                      localized("Select WiFi network(s) on which you want to apply this profile "
+                                "automatically. Quietrix Go ignores all the calendar events if this device "
+                                "is connected to these networks.")),
+            makeRow({.name = localized("WiFi Networks"),
+                     .identifier = "wifiNetworks",
+                     .detail = "QuietrixWifiController",
+                     .userInfo = Dictionary{{"profile", profile_}}})};
+}
+
+SpecifierList QuietrixProflePreferencesController::calendarsSpecifiers() {
+    return {makeGroup(localized("Calendars"),
+                      localized("Select Calendars which you want to apply this profile.\n\nNote: If you do "
+                                "not select any calendar, by default this profile applies to all events on "
+                                "your Calendar.")),
+            valueRow({.name = localized("Calendar"),
+                      .identifier = "calendarIdentifiers",
+                      .detail = "QuietrixCalendarsController",
+                      .userInfo =
+                          Dictionary{{"profile", profile_},
+                                     {"calendars", QXEventManager::sharedManager()->groupedCalendars()}}})};
+}
+
+QuietrixProflePreferencesController::Row QuietrixProflePreferencesController::valueRow(RowParts parts) {
+    parts.target = shared(this);
+    parts.set = method("setPreferenceValue:specifier:",
+                       &QuietrixProflePreferencesController::setPreferenceValue_specifier);
+    parts.get = method("readPreferenceValue:", &QuietrixProflePreferencesController::readPreferenceValue);
+    return makeRow(std::move(parts));
 }
 
 QuietrixProflePreferencesController::Row QuietrixProflePreferencesController::switchRow(
-    std::string_view name, std::string_view identifier, bool defaultValue) {
-    const auto row = valueRow(name, identifier, PSCellType::Switch, "");
-    row->setProperty_forKey(defaultValue, "default");
-    row->setProperty_forKey(QXSwitchCell::staticClass().name(), "cellClass");
-    return row;
+    std::string name, const char* identifier, bool defaultValue) {
+    return valueRow(
+        {.name = std::move(name),
+         .cell = PSCellType::Switch,
+         .identifier = identifier,
+         .properties = {{"default", defaultValue}, {"cellClass", QXSwitchCell::staticClass().name()}}});
 }
 
 QuietrixProflePreferencesController::Row QuietrixProflePreferencesController::volumeRow(
-    std::string_view name, std::string_view identifier) {
-    const auto row = valueRow(name, identifier, PSCellType::Slider, "");
-    row->setProperty_forKey(0.0, "min");
-    row->setProperty_forKey(1.0, "max");
-    row->setProperty_forKey(QXSliderCell::staticClass().name(), "cellClass");
-    row->setProperty_forKey(
-        speakerImage("/System/Library/PrivateFrameworks/PreferencesUI.framework/SpeakerMute%@"), "leftImage");
-    row->setProperty_forKey(
-        speakerImage("/System/Library/PrivateFrameworks/PreferencesUI.framework/SpeakerMax%@"), "rightImage");
-    return row;
+    std::string name, const char* identifier) {
+    constexpr const char* leftPath =
+        "/System/Library/PrivateFrameworks/PreferencesUI.framework/SpeakerMute%@";
+    constexpr const char* rightPath =
+        "/System/Library/PrivateFrameworks/PreferencesUI.framework/SpeakerMax%@";
+    return valueRow({.name = std::move(name),
+                     .cell = PSCellType::Slider,
+                     .identifier = identifier,
+                     .properties = {{"min", 0.0},
+                                    {"max", 1.0},
+                                    {"cellClass", QXSliderCell::staticClass().name()},
+                                    {"leftImage", speakerImage(leftPath)},
+                                    {"rightImage", speakerImage(rightPath)}}});
 }
 
 // Cells
@@ -222,12 +216,12 @@ QuietrixProflePreferencesController::Row QuietrixProflePreferencesController::vo
 std::shared_ptr<platform::PSTableCell> QuietrixProflePreferencesController::tableView_cellForRowAtIndexPath(
     const Table& table, IndexPath path) {
     auto cell = ProductScreen::tableView_cellForRowAtIndexPath(table, path);
-    const auto row = specifierAtIndex(indexForRow_inGroup(path.row, path.section));
+    const auto row = specifierAtIndexPath(path);
     if (!cell || !row) return cell;
     const auto& detail = cell->detailTextLabel();
     const std::string identifier = row->identifier().value_or("");
     if (identifier == "startTime" || identifier == "endTime") {
-        detail->setTextColor(timeColor());
+        detail->setTextColor(editableTimeColor());
     } else if (identifier == "alertToneIdentifier") {
         detail->setTextColor(UIColor::lightGrayColor());
         detail->setText(toneName(profile_.get()));
@@ -237,7 +231,7 @@ std::shared_ptr<platform::PSTableCell> QuietrixProflePreferencesController::tabl
 
 double QuietrixProflePreferencesController::tableView_estimatedHeightForRowAtIndexPath(const Table& table,
                                                                                        IndexPath path) {
-    const auto row = specifierAtIndex(indexForRow_inGroup(path.row, path.section));
+    const auto row = specifierAtIndexPath(path);
     if (row && row->propertyForKey("cellClass") == Value(QXSliderCell::staticClass().name()))
         return QXSliderCell::defaultCellHeight();
     return ProductScreen::tableView_estimatedHeightForRowAtIndexPath(table, path);

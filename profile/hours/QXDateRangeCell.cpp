@@ -4,9 +4,9 @@
 #include <optional>
 #include <utility>
 
-#include "profile/cells/TimeColor.h"
-#include "profile/model/QXProfile.h"
+#include "profile/cells/EditableTimeColor.h"
 #include "shell/base/Localization.h"
+#include "shell/chrome/EditedProfile.h"
 
 namespace quietrix {
 
@@ -41,8 +41,8 @@ std::shared_ptr<UILabel> makeLabel(std::int64_t tag, Rect frame, std::optional<s
     return label;
 }
 
-std::optional<std::string> storedTime(const PSSpecifier* specifier, std::string_view key) {
-    const auto profile = specifier ? specifier->userInfo().objectAs<QXProfile>() : nullptr;
+std::optional<std::string> storedTime(const std::shared_ptr<PSSpecifier>& row, std::string_view key) {
+    const auto profile = profileOfRow(row);
     if (!profile) return std::nullopt;
     return profile->valueForKey(key).stringOr();
 }
@@ -52,16 +52,17 @@ std::optional<std::string> storedTime(const PSSpecifier* specifier, std::string_
 QXDateRangeCell::QXDateRangeCell(std::int64_t style, std::string reuseIdentifier,
                                  std::shared_ptr<PSSpecifier> specifier)
     : PSTableCell(style, std::move(reuseIdentifier), std::move(specifier)) {
-    const PSSpecifier* row = PSTableCell::specifier().get();
+    const auto& row = PSTableCell::specifier();
     const auto add = [&](std::int64_t tag, Rect frame, std::optional<std::string> text,
                          std::shared_ptr<UIColor> color, std::int64_t alignment) {
         contentView()->addSubview(makeLabel(tag, frame, std::move(text), std::move(color), alignment));
     };
     add(fromTag, fromFrame, localized("From"), UIColor::blackColor(), platform::NSTextAlignmentLeft);
-    add(fromTimeTag, fromTimeFrame, storedTime(row, "startTime"), timeColor(),
+    add(fromTimeTag, fromTimeFrame, storedTime(row, "startTime"), editableTimeColor(),
         platform::NSTextAlignmentRight);
     add(toTag, toFrame, localized("To"), UIColor::blackColor(), platform::NSTextAlignmentLeft);
-    add(toTimeTag, toTimeFrame, storedTime(row, "endTime"), timeColor(), platform::NSTextAlignmentRight);
+    add(toTimeTag, toTimeFrame, storedTime(row, "endTime"), editableTimeColor(),
+        platform::NSTextAlignmentRight);
 }
 
 QXDateRangeCell::QXDateRangeCell(std::shared_ptr<PSSpecifier> specifier)

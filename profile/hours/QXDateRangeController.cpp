@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "profile/hours/QXDateRangeController.h"
 
-#include "profile/model/PresentRecord.h"
-#include "profile/model/QXProfilesManager.h"
-#include "shell/base/ErrorAlert.h"
+#include "shell/base/LocalNotifications.h"
 #include "shell/base/NotificationNames.h"
+#include "shell/chrome/EditedProfile.h"
 
 namespace quietrix {
-
-using platform::NotificationCenter;
 
 PLATFORM_REGISTER_CLASS(QXDateRangeController)
 
@@ -16,11 +13,8 @@ void QXDateRangeController::loadPane() {
     if (!pane()) {
         setPane(QXDateRangePane::initWithFrame(view()->frame()));
         pane()->setPreferenceSpecifier(specifier());
-        NotificationCenter::defaultCenter().addObserver_selector_name_object(
-            shared(this),
-            platform::method("profileAppliedStateChanged:",
-                             &QXDateRangeController::profileAppliedStateChanged),
-            ProfileAppliedStateChangedNotification, nullptr);
+        observeLocally(ProfileAppliedStateChangedNotification, *this,
+                       "profileAppliedStateChanged:", &QXDateRangeController::profileAppliedStateChanged);
     }
     pane()->setDelegate(shared(this));
 }
@@ -35,20 +29,12 @@ void QXDateRangeController::timeChanged() {
 }
 
 void QXDateRangeController::saveProfile() {
-    const auto record = profile();
-    if (record && record->isNewProfile()) {
-        NotificationCenter::defaultCenter().postNotificationName_object_userInfo(
-            ProfileDataUpdateNotification, nullptr, nullptr);
-        return;
-    }
-    QXProfilesManager::sharedManager()->updateProfile_success_failure(
-        record, nullptr, [self = shared(this)](const platform::Error& error) { qx_showError(*self, error); });
+    saveEditedProfile(*this, profile(), {.newProfile = NewProfile::IsAnnounced});
 }
 
 void QXDateRangeController::profileAppliedStateChanged(const platform::Notification&) {
     const auto& row = pane()->preferenceSpecifier();
-    if (!row) return;
-    row->setUserInfo(presentRecordOf(profile()));
+    if (row) row->setUserInfo(storedRecordOrOwn(profile()));
 }
 
 }  // namespace quietrix

@@ -7,10 +7,11 @@
 
 #include "platform/foundation/Calendar.h"
 #include "platform/preferences/PSTableCell.h"
-#include "platform/uikit/UIAlertController.h"
-#include "profile/cells/TimeColor.h"
+#include "profile/cells/EditableTimeColor.h"
 #include "profile/model/QXUtils.h"
+#include "shell/base/ErrorAlert.h"
 #include "shell/base/Localization.h"
+#include "shell/chrome/EditedProfile.h"
 
 namespace quietrix {
 
@@ -115,8 +116,12 @@ void QXDateRangePane::layoutSubviews() {
 }
 
 std::shared_ptr<QXProfile> QXDateRangePane::profile() const {
-    const auto& row = preferenceSpecifier();
-    return row ? row->userInfo().objectAs<QXProfile>() : nullptr;
+    return profileOfRow(preferenceSpecifier());
+}
+
+std::string QXDateRangePane::timeOfRow(std::int64_t row) const {
+    const auto record = profile();
+    return record ? record->valueForKey(keyOfRow(row)).stringOr() : "";
 }
 
 // The two rows
@@ -134,12 +139,10 @@ std::shared_ptr<UITableViewCell> QXDateRangePane::tableView_cellForRowAtIndexPat
     auto cell = table->dequeueReusableCellWithIdentifier_forIndexPath(cellIdentifier, path);
     if (!cell)
         cell = std::make_shared<UITableViewCell>(platform::UITableViewCellStyleDefault, cellIdentifier);
-    const auto record = profile();
-    const std::string time = record ? record->valueForKey(keyOfRow(path.row)).stringOr() : "";
     cell->textLabel()->setTextAlignment(platform::NSTextAlignmentCenter);
     cell->textLabel()->setText(
-        stringWithFormat("%@ %@", {path.row > 0 ? localized("To") : localized("From"), time}));
-    cell->textLabel()->setTextColor(timeColor());
+        stringWithFormat("%@ %@", {path.row > 0 ? localized("To") : localized("From"), timeOfRow(path.row)}));
+    cell->textLabel()->setTextColor(editableTimeColor());
     return cell;
 }
 
@@ -154,9 +157,7 @@ void QXDateRangePane::setPreferenceSpecifier(std::shared_ptr<PSSpecifier> specif
 }
 
 void QXDateRangePane::showTimeOfRow(std::int64_t row) {
-    const auto record = profile();
-    const std::string time = record ? record->valueForKey(keyOfRow(row)).stringOr() : "";
-    datePicker_->setDate_animated(timeFormatter().dateFromString(time), false);
+    datePicker_->setDate_animated(timeFormatter().dateFromString(timeOfRow(row)), false);
 }
 
 // A new time
@@ -190,17 +191,11 @@ bool QXDateRangePane::endsAfterStart(Date picked) const {
 }
 
 void QXDateRangePane::refuse() {
-    const auto screen = std::dynamic_pointer_cast<platform::UIViewController>(delegate());
-    if (!screen) return;
-    const auto alert = std::make_shared<platform::UIAlertController>(
-        localized("Error"), localized("Invalid configuration, 'To' time cannot be less than 'From' time."),
-        platform::UIAlertControllerStyleAlert);
-    const std::weak_ptr<platform::UIViewController> weakScreen = screen;
-    alert->addAction({localized("Close"), platform::UIAlertActionStyleCancel, [weakScreen] {
-                          if (const auto shown = weakScreen.lock())
-                              shown->dismissViewControllerAnimated_completion(true, nullptr);
-                      }});
-    screen->presentViewController_animated_completion(alert, true, nullptr);
+    if (const auto screen = std::dynamic_pointer_cast<platform::PSViewController>(delegate())) {
+        qx_showError(
+            *screen,
+            platform::Error{localized("Invalid configuration, 'To' time cannot be less than 'From' time.")});
+    }
 }
 
 }  // namespace quietrix

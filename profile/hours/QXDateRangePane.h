@@ -59,6 +59,8 @@ class QXDateRangePane : public platform::PSEditingPane,
 
   private:
     Table table();
+    /// The profile's time as it is stored; empty without a profile.
+    std::string timeOfRow(std::int64_t row) const;
     void showTimeOfRow(std::int64_t row);
     /// Whether the day's period is one with the picked time in place of the edited one.
     bool endsAfterStart(platform::Date picked) const;
