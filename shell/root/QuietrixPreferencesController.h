@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/foundation/NotificationCenter.h"
@@ -64,7 +65,20 @@ class QuietrixPreferencesController : public QuietrixBaseEditableSettingsControl
     void addProfileAction(const std::shared_ptr<platform::Object>& sender);
 
   private:
-    Row specifierAtIndexPath(platform::IndexPath path);
+    static constexpr const char* profileEditorClass = "QuietrixProflePreferencesController";
+
+    /// The switch's key in the settings file, which is its row's identifier too.
+    static std::string enabledKey();
+
+    // Parts of the table, from the top of the screen to its end.
+    Row headerRow();
+    Row enabledRow();
+    Row activeGroup();
+    Row inactiveGroup();
+    /// Opens the class's screen, or none where the name is empty.
+    static Row profileRow(const std::shared_ptr<QXProfile>& profile, std::string_view detail);
+    Row aboutGroup();
+
     void insertProfileSections();
     void removeProfileSections();
     void deleteConfirmed(const std::shared_ptr<QXProfile>& profile, std::int64_t style,
