@@ -8,7 +8,6 @@
 namespace quietrix {
 
 using platform::UIColor;
-using platform::UIView;
 
 namespace {
 
@@ -29,21 +28,12 @@ QXPackageHeaderCell::QXPackageHeaderCell(std::int64_t style, std::string reuseId
         return;
     }
     const double width = frame().width + padOverhang;
-    padBackground_ = std::make_shared<UIView>(
+    const auto background = std::make_shared<platform::UIView>(
         platform::Rect{-padOverhang, 0, width, VMPackageHeaderCell::preferredHeightForWidth(width)});
-    padBackground_->setAutoresizingMask(platform::UIViewAutoresizingFlexibleWidth);
-    padBackground_->setBackgroundColor(color);
-}
-
-void QXPackageHeaderCell::refreshCellContentsWithSpecifier(
-    const std::shared_ptr<platform::PSSpecifier>& specifier) {
-    VMPackageHeaderCell::refreshCellContentsWithSpecifier(specifier);
-    // A cell under construction has no owner that its subviews could point back to, so the background joins
-    // here.
-    if (padBackground_ && !padBackground_->superview()) {
-        addSubview(padBackground_);
-        sendSubviewToBack(padBackground_);
-    }
+    background->setAutoresizingMask(platform::UIViewAutoresizingFlexibleWidth);
+    background->setBackgroundColor(color);
+    addSubview(background);
+    sendSubviewToBack(background);
 }
 
 void QXPackageHeaderCell::layoutSubviews() {

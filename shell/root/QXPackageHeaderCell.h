@@ -17,11 +17,7 @@ class QXPackageHeaderCell : public velmora::VMPackageHeaderCell {
     QXPackageHeaderCell(std::int64_t style, std::string reuseIdentifier,
                         std::shared_ptr<platform::PSSpecifier> specifier);
 
-    void refreshCellContentsWithSpecifier(const std::shared_ptr<platform::PSSpecifier>& specifier) override;
     void layoutSubviews() override;
-
-  private:
-    std::shared_ptr<platform::UIView> padBackground_;
 };
 
 }  // namespace quietrix
