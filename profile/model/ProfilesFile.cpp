@@ -7,8 +7,8 @@
 #include <unordered_map>
 #include <utility>
 
+#include "platform/foundation/LargeXMLList.h"
 #include "platform/foundation/PropertyList.h"
-#include "profile/model/LargeXMLList.h"
 #include "profile/model/ProfilesFileDraft.h"
 
 namespace quietrix {
@@ -31,7 +31,7 @@ Result<BinaryList> binaryList(Data bytes) {
     if (!format) return std::unexpected(format.error());
     if (*format == PropertyListFormat::Binary) return BinaryList::create(std::move(bytes));
     if (bytes.size() > ProfilesFile::largeSize) {
-        auto converted = LargeXMLList::toBinary(bytes);
+        auto converted = platform::LargeXMLList::toBinary(bytes);
         bytes = Data();
         if (!converted) return std::unexpected(converted.error());
         return BinaryList::create(*std::move(converted));

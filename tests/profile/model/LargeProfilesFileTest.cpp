@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <new>
 
+#include "platform/foundation/LargeXMLList.h"
 #include "platform/foundation/PropertyList.h"
-#include "profile/model/LargeXMLList.h"
 #include "profile/model/ProfilesFile.h"
 #include "profile/model/QXProfile.h"
 
@@ -216,7 +216,7 @@ TEST(LargeProfilesFile, xmlFile_takesThreeTimesItsSizeAtMost) {
     const Data document = xmlFile(count);
     const std::size_t before = allocated - document.capacity();
     most = allocated.load();
-    auto binary = quietrix::LargeXMLList::toBinary(document);
+    auto binary = platform::LargeXMLList::toBinary(document);
     EXPECT_LE(static_cast<double>(most - before) / static_cast<double>(document.size()), 3.0);
     ASSERT_TRUE(binary) << binary.error().localizedDescription;
     const auto file = ProfilesFile::parse(*std::move(binary));

@@ -1,20 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "profile/model/LargeXMLList.h"
+#include "platform/foundation/LargeXMLList.h"
 
 #include <algorithm>
 
 #include "platform/foundation/PropertyList.h"
 
-namespace quietrix {
+namespace platform {
 
-using platform::BinaryList;
-using platform::BinaryListBuilder;
-using platform::Data;
-using platform::failure;
-using platform::PropertyListSerialization;
-using platform::Result;
-using platform::Value;
-using Kind = platform::XMLScanner::Kind;
+using Kind = XMLScanner::Kind;
 
 namespace {
 
@@ -159,4 +152,4 @@ Result<LargeXMLList::Token> LargeXMLList::expect(Kind kind, std::string_view nam
                                                std::string(name) + "> is expected");
 }
 
-}  // namespace quietrix
+}  // namespace platform

@@ -3,15 +3,15 @@
 
 #include <string>
 
+#include "platform/foundation/LargeXMLList.h"
 #include "platform/foundation/PropertyList.h"
-#include "profile/model/LargeXMLList.h"
 
 namespace {
 
 using platform::Data;
+using platform::LargeXMLList;
 using platform::PropertyListSerialization;
 using platform::Value;
-using quietrix::LargeXMLList;
 using testing::HasSubstr;
 
 Data bytesOf(std::string_view text) {
