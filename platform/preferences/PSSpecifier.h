@@ -68,11 +68,9 @@ class PSSpecifier : public Object {
     const Setter& setter() const { return setter_; }
     void setSetter(Setter setter) { setter_ = std::move(setter); }
     const Getter& getter() const { return getter_; }
-    void setGetter(Getter getter) { getter_ = std::move(getter); }
     const Action& buttonAction() const { return buttonAction_; }
     void setButtonAction(Action action) { buttonAction_ = std::move(action); }
     const std::string& detailControllerClass() const { return detail_; }
-    void setDetailControllerClass(std::string name) { detail_ = std::move(name); }
     const std::string& editPaneClass() const { return edit_; }
     const Value& userInfo() const { return userInfo_; }
     void setUserInfo(Value userInfo) { userInfo_ = std::move(userInfo); }

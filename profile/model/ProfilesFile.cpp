@@ -169,11 +169,6 @@ std::string ProfilesFile::identifier(Profile profile) const {
     return object ? list_->string(*object).value_or("") : "";
 }
 
-Value ProfilesFile::value(Profile profile, std::string_view key) const {
-    const auto object = list_->find(profile, key);
-    return object ? list_->value(*object) : Value();
-}
-
 Dictionary ProfilesFile::values(Profile profile) const {
     return *list_->value(profile).dictionary();
 }

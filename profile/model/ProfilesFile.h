@@ -41,8 +41,6 @@ class ProfilesFile {
     std::size_t foreignEntries() const { return foreignEntries_; }
     std::optional<Profile> find(std::string_view identifier) const;
     std::string identifier(Profile profile) const;
-    /// One value of a profile, nil for a key that it lacks.
-    platform::Value value(Profile profile, std::string_view key) const;
     platform::Dictionary values(Profile profile) const;
 
     /// The file with one profile more, at the end. The caller has made sure that its identifier is free.

@@ -53,7 +53,6 @@ QXProfile::QXProfile() {
     for (const QXProfileKey& key : profileKeys()) {
         if (key.set) key.set(*this, key.defaultAsValue());
     }
-    revision_ = 0;
     remembersSettings_ = true;
 }
 
@@ -84,7 +83,6 @@ std::shared_ptr<QXProfile> QXProfile::profileWithValues(const platform::Dictiona
         }
         report(line);
     }
-    profile->revision_ = 0;
     profile->remembersSettings_ = true;
     return profile;
 }
@@ -171,20 +169,17 @@ bool QXProfile::hasWiFiNetwork(std::string_view ssid) const {
 void QXProfile::addToWiFiNetwork(std::string_view ssid) {
     if (hasWiFiNetwork(ssid)) return;
     willSet<&QXProfile::setWifiNetworks>(wifiNetworks_);
-    ++revision_;
     wifiNetworks_.emplace_back(ssid);
 }
 
 void QXProfile::removeFromWiFiNetwork(std::string_view ssid) {
     if (!hasWiFiNetwork(ssid)) return;
     willSet<&QXProfile::setWifiNetworks>(wifiNetworks_);
-    ++revision_;
     std::erase(wifiNetworks_, ssid);
 }
 
 std::vector<std::string>& QXProfile::mutableCalendarIdentifiers() {
     willSet<&QXProfile::setCalendarIdentifiers>(calendarIdentifiers_);
-    ++revision_;
     return calendarIdentifiers_;
 }
 

@@ -134,9 +134,6 @@ class QXProfile : public platform::Object, public platform::KeyValueCoding {
     bool isNewProfile() const { return newProfile_; }
     void setNewProfile(bool isNew) { assign<&QXProfile::setNewProfile>(newProfile_, isNew); }
 
-    /// How often the record was changed since it was made or read; setting a value that is there already is
-    /// no change.
-    std::uint64_t revision() const { return revision_; }
     /// From now on the record's first change, or the first setting of a key to the value that it has, is
     /// reported there. The store calls it before it hands the record out.
     void reportChangesTo(std::shared_ptr<ChangedProfiles> changed) { changed_ = std::move(changed); }
@@ -154,8 +151,6 @@ class QXProfile : public platform::Object, public platform::KeyValueCoding {
     template <auto setter, class Field, class T>
     void assign(Field& field, T value) {
         willSet<setter>(field);
-        if (field == value) return;
-        ++revision_;
         field = std::move(value);
     }
     template <auto setter, class Field>
@@ -183,7 +178,6 @@ class QXProfile : public platform::Object, public platform::KeyValueCoding {
     double playBackVolume_ = 0.0;
     double ringerVolume_ = 0.0;
     std::int64_t applyProfileEventStatus_ = 0;
-    std::uint64_t revision_ = 0;
     std::string identifier_;
     std::string title_;
     std::string startTime_;

@@ -125,12 +125,11 @@ TEST(ProfilesFile, listsOfOtherWidths_areTakenOver) {
     }
 }
 
-TEST(ProfilesFile, valueOfAProfile_isFoundByItsKey) {
+TEST(ProfilesFile, profileThatWasAdded_isFoundWithItsValues) {
     const ProfilesFile file = ProfilesFile().adding(profile("A", "a")).value();
-    const auto found = file.find("A").value();
-    EXPECT_EQ(Value("a"), file.value(found, "title"));
-    EXPECT_EQ(Value(), file.value(found, "nothing"));
-    EXPECT_EQ(profile("A", "a"), file.values(found));
+    const auto found = file.find("A");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(profile("A", "a"), file.values(*found));
 }
 
 /// A list under whose "profiles" stand the given references; before them come the objects 0 to 4: the root,
