@@ -6,9 +6,11 @@
 #include <memory>
 
 #include "platform/preferences/PSListController.h"
+#include "shell/base/NavBarColor.h"
 #include "shell/chrome/CopyRight.h"
 #include "shell/chrome/ThemedChrome.h"
 #include "support/sharing/Sharing.h"
+#include "velmora/VMNavigationBarColors.h"
 
 namespace quietrix {
 
@@ -27,11 +29,11 @@ class ChromedScreen : public Base {
     }
     void viewWillAppear(bool animated) override {
         Base::viewWillAppear(animated);
-        chromeWillAppear(*this, chrome_);
+        velmora::applyBarColors(*this, navBarPatternColor(this->getClass()), saved_);
     }
     void viewWillDisappear(bool animated) override {
         Base::viewWillDisappear(animated);
-        chromeWillDisappear(*this, chrome_);
+        velmora::restoreBarColors(*this, saved_);
     }
 
     /// Puts the version notice under the copyright row, where the screen has one; it shows with the next
@@ -48,9 +50,9 @@ class ChromedScreen : public Base {
     }
 
     /// What the bar and the status bar looked like before this screen appeared.
-    const std::shared_ptr<platform::UIColor>& prevTintcolor() const { return chrome_.prevTintcolor; }
-    const std::shared_ptr<platform::UIColor>& prevBarTintcolor() const { return chrome_.prevBarTintcolor; }
-    std::int64_t prevStatubarStyle() const { return chrome_.prevStatubarStyle; }
+    const std::shared_ptr<platform::UIColor>& prevTintcolor() const { return saved_.prevTintcolor; }
+    const std::shared_ptr<platform::UIColor>& prevBarTintcolor() const { return saved_.prevBarTintcolor; }
+    std::int64_t prevStatubarStyle() const { return saved_.prevStatubarStyle; }
 
   protected:
     /// What the share/follow button sends.
@@ -59,7 +61,7 @@ class ChromedScreen : public Base {
     }
 
   private:
-    SavedChrome chrome_;
+    velmora::SavedBarColors saved_;
 };
 
 }  // namespace quietrix

@@ -5,7 +5,6 @@
 #include "platform/uikit/UILabel.h"
 #include "profile/model/QXUtils.h"
 #include "shell/base/BundleImage.h"
-#include "shell/base/NavBarColor.h"
 #include "shell/base/ProductInfo.h"
 
 namespace quietrix {
@@ -55,14 +54,6 @@ void chromeDidLoad(PSViewController& screen, BarAction twitterAction, TitleView 
     showTitle(screen);
     if (!QXUtils::isIOS11()) setLogoAsBackItem(screen);
     if (currentYear() < 1) currentYear() = yearOfPresentDate();
-}
-
-void chromeWillAppear(const PSViewController& screen, SavedChrome& saved) {
-    velmora::applyBarColors(screen, navBarPatternColor(screen.getClass()), saved);
-}
-
-void chromeWillDisappear(const PSViewController& screen, const SavedChrome& saved) {
-    velmora::restoreBarColors(screen, saved);
 }
 
 }  // namespace quietrix

@@ -5,14 +5,10 @@
 
 #include "platform/foundation/Method.h"
 #include "platform/preferences/PSViewController.h"
-#include "velmora/VMNavigationBarColors.h"
 
 namespace quietrix {
 
-/// The look that a themed screen wears while it is on top, as steps that every such screen takes at the same
-/// points of its life. The saved colours are the screen's own properties, filled with each appearance. Main
-/// thread.
-using SavedChrome = velmora::SavedBarColors;
+/// What a themed screen puts into its bar; see ChromedScreen for when. Main thread.
 
 using BarAction = platform::Method<void(const std::shared_ptr<platform::Object>&)>;
 
@@ -28,11 +24,5 @@ void setTitleLabel(platform::PSViewController& screen);
 /// viewDidLoad: the share/follow button at the right, the title, before iOS 11 the logo for the back button
 /// of the screen pushed above, and the shared year if no screen has computed it yet.
 void chromeDidLoad(platform::PSViewController& screen, BarAction twitterAction, TitleView showTitle);
-
-/// viewWillAppear: saves the status-bar style and the bar's colours, then sets the product's.
-void chromeWillAppear(const platform::PSViewController& screen, SavedChrome& saved);
-
-/// viewWillDisappear: puts back what was saved.
-void chromeWillDisappear(const platform::PSViewController& screen, const SavedChrome& saved);
 
 }  // namespace quietrix

@@ -142,15 +142,11 @@ void QuietrixPreferencesController::viewWillAppear(bool animated) {
                                           true);
 }
 
+void QuietrixPreferencesController::profileAppliedStateChanged(const platform::Notification& notification) {
+    profilesUpdated(notification);
+}
+
 void QuietrixPreferencesController::profilesUpdated(const platform::Notification&) {
-    refreshProfiles();
-}
-
-void QuietrixPreferencesController::profileAppliedStateChanged(const platform::Notification&) {
-    refreshProfiles();
-}
-
-void QuietrixPreferencesController::refreshProfiles() {
     QXProfilesManager::sharedManager()->reloadProfiles();
     setEnabledProfilesSpecifiers(nullptr);
     setDisabledProfilesSpecifiers(nullptr);

@@ -83,7 +83,6 @@ class QuietrixPreferencesController : public QuietrixBaseEditableSettingsControl
     void removeProfileSections();
     void deleteConfirmed(const std::shared_ptr<QXProfile>& profile, std::int64_t style,
                          platform::IndexPath path);
-    void refreshProfiles();
 
     platform::SpecifierArray enabledProfilesSpecifiers_;
     platform::SpecifierArray disabledProfilesSpecifiers_;
