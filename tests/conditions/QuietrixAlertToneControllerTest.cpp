@@ -8,6 +8,7 @@
 namespace quietrix {
 namespace {
 
+using doubles::required;
 using platform::Class;
 using platform::ClassRegistry;
 using platform::UIColor;
@@ -23,14 +24,16 @@ class TonePicker : public PickerFixture<QuietrixAlertToneController> {
         ClassRegistry::setSuperclass(QuietrixUIToneController::staticClass(), cls);
     }
     static const std::string& superclass() {
-        return QuietrixUIToneController::staticClass().superclass()->name();
+        return required(QuietrixUIToneController::staticClass().superclass())->name();
     }
     void openOnSystemScreen() {
         platform::makeToneScreenClassExist("TestToneController");
-        standOn(*ClassRegistry::shared().find("TestToneController"));
+        standOn(*required(ClassRegistry::shared().find("TestToneController")));
         open();
     }
-    platform::TKTonePickerViewController& picker() { return *screen_->createdTonePickerViewController(); }
+    platform::TKTonePickerViewController& picker() {
+        return *required(screen_->createdTonePickerViewController());
+    }
     /// Names of the local notifications and store calls, in order.
     std::string happened() {
         phone_.drain();
@@ -69,7 +72,8 @@ TEST_F(TonePicker, superclass_isChosenAmongTheClassesThatExist) {
     platform::makeToneScreenClassExist("PSUIToneController");
     QuietrixUIToneController::load();
     EXPECT_EQ("PSUIToneController", superclass());
-    EXPECT_EQ("QuietrixUIToneController", QuietrixAlertToneController::staticClass().superclass()->name());
+    EXPECT_EQ("QuietrixUIToneController",
+              required(QuietrixAlertToneController::staticClass().superclass())->name());
 }
 
 TEST_F(TonePicker, built_isConfiguredAndFillsTheScreenBelowTheBar) {
@@ -103,10 +107,10 @@ TEST_F(TonePicker, existingProfile_isSavedAndThenAnnouncedAsApplied) {
         "update; com.velmora.ProfileAppliedStateChangedNotification; "
         "com.velmora.ProfileChangedNotification",
         happened());
-    EXPECT_EQ("texttone:Chord", stored()->alertToneIdentifier());
-    ASSERT_EQ(1U, row_->userInfo().dictionary()->size());
+    EXPECT_EQ("texttone:Chord", required(stored())->alertToneIdentifier());
+    ASSERT_EQ(1U, required(row_->userInfo().dictionary())->size());
     EXPECT_NE(profile_, shown());
-    EXPECT_EQ("texttone:Chord", shown()->alertToneIdentifier());
+    EXPECT_EQ("texttone:Chord", required(shown())->alertToneIdentifier());
 }
 
 TEST_F(TonePicker, newProfile_isOnlyAnnouncedToTheEditor) {
@@ -125,11 +129,11 @@ TEST_F(TonePicker, appliedStateChanged_leavesANewProfileItsTone) {
     const bool vibrates = profile_->vibrateAlert();
     post(ProfileAppliedStateChangedNotification);
     ASSERT_EQ(platform::Value(platform::Dictionary{{"profile", profile_}}), row_->userInfo());
-    EXPECT_EQ("texttone:Chord", shown()->alertToneIdentifier());
+    EXPECT_EQ("texttone:Chord", required(shown())->alertToneIdentifier());
     ASSERT_TRUE(picker().userChoseTone("texttone:Calendar Alert"));
     EXPECT_EQ("texttone:Calendar Alert", profile_->alertToneIdentifier());
     EXPECT_EQ(vibrates, profile_->vibrateAlert());
-    EXPECT_EQ(0U, updates());
+    EXPECT_EQ(0U, storeCalls());
     EXPECT_EQ(nullptr, alert());
 }
 
@@ -140,7 +144,7 @@ TEST_F(TonePicker, none_storesTheDefaultTone) {
     phone_.drain();
     ASSERT_TRUE(picker().userChoseTone(std::nullopt));
     phone_.drain();
-    EXPECT_EQ("texttone:Chord", stored()->alertToneIdentifier());
+    EXPECT_EQ("texttone:Chord", required(stored())->alertToneIdentifier());
     EXPECT_EQ(std::nullopt, picker().selectedToneIdentifier());
 }
 
@@ -171,21 +175,21 @@ TEST_F(TonePicker, chrome_isTheProductsWithTheTitleAsText) {
     openOnSystemScreen();
     const auto& item = screen_->navigationItem();
     ASSERT_NE(nullptr, item->rightBarButtonItem());
-    EXPECT_EQ("twitter", item->rightBarButtonItem()->image()->name());
+    EXPECT_EQ("twitter", required(item->rightBarButtonItem()->image())->name());
     EXPECT_EQ("__tessaneTwitterAction:", item->rightBarButtonItem()->action().selector());
     const auto label = std::dynamic_pointer_cast<platform::UILabel>(item->titleView());
     ASSERT_NE(nullptr, label);
     EXPECT_EQ("Condition", label->text());
     EXPECT_EQ(20, label->fontSize());
     EXPECT_EQ(platform::NSTextAlignmentCenter, label->textAlignment());
-    EXPECT_TRUE(label->textColor()->isEqual(*UIColor::whiteColor()));
-    EXPECT_TRUE(label->shadowColor()->isEqual(*UIColor::colorWithWhite_alpha(0, 0.5)));
-    EXPECT_TRUE(label->backgroundColor()->isEqual(*UIColor::clearColor()));
+    EXPECT_TRUE(required(label->textColor())->isEqual(*UIColor::whiteColor()));
+    EXPECT_TRUE(required(label->shadowColor())->isEqual(*UIColor::colorWithWhite_alpha(0, 0.5)));
+    EXPECT_TRUE(required(label->backgroundColor())->isEqual(*UIColor::clearColor()));
     EXPECT_EQ(nullptr, item->backBarButtonItem());
     EXPECT_EQ(2026, currentYear());
 
     const auto& bar = navigation_->navigationBar();
-    EXPECT_EQ("nav", bar->barTintColor()->patternImage()->name());
+    EXPECT_EQ("nav", required(required(bar->barTintColor())->patternImage())->name());
     navigation_->popViewControllerAnimated(false);
     EXPECT_EQ(nullptr, bar->barTintColor());
 }
@@ -195,7 +199,7 @@ TEST_F(TonePicker, beforeEleven_givesTheBackButtonTheLogo) {
     openOnSystemScreen();
     const auto& back = screen_->navigationItem()->backBarButtonItem();
     ASSERT_NE(nullptr, back);
-    EXPECT_EQ("Quietrix", back->image()->name());
+    EXPECT_EQ("Quietrix", required(back->image())->name());
     EXPECT_EQ("backButtonAction:", back->action().selector());
 }
 

@@ -9,6 +9,7 @@
 namespace quietrix {
 namespace {
 
+using doubles::required;
 using platform::CalendarEntry;
 using platform::Dictionary;
 using platform::EKCalendar;
@@ -42,7 +43,7 @@ TEST_F(CalendarsPicker, rows_areTheSwitchAndTheGroupsInTheOrderOfTheirTitles) {
 
 TEST_F(CalendarsPicker, switchRow_isAsDeclared) {
     openPicker();
-    const auto row = ownRows().front();
+    const auto row = ownRows().at(0);
     EXPECT_EQ(PSCellType::Switch, row->cellType());
     EXPECT_EQ(allDayRow, row->identifier());
     EXPECT_EQ("setPreferenceValue:specifier:", row->setter().selector());
@@ -57,7 +58,7 @@ TEST_F(CalendarsPicker, switchRow_isAsDeclared) {
 TEST_F(CalendarsPicker, switchRow_isInThePhonesLanguage) {
     phone_.facts->languages = {"de"};
     openPicker();
-    const auto row = ownRows().front();
+    const auto row = ownRows().at(0);
     EXPECT_EQ("Ganztägige Ereignisse ignorieren", row->name());
     EXPECT_EQ(
         "Wenn diese Option aktiviert ist, ignoriert Quietrix Go ganztägige Ereignisse in den unten "
@@ -67,7 +68,7 @@ TEST_F(CalendarsPicker, switchRow_isInThePhonesLanguage) {
 
 TEST_F(CalendarsPicker, calendarRow_isAsDeclared) {
     openPicker();
-    const auto row = screen_->specifierAtIndex(indexOf("i1"));
+    const auto row = rowOf("i1");
     EXPECT_EQ("Private", row->name());
     EXPECT_EQ(PSCellType::Link, row->cellType());
     EXPECT_FALSE(row->setter());
@@ -77,8 +78,9 @@ TEST_F(CalendarsPicker, calendarRow_isAsDeclared) {
     EXPECT_EQ("QXCalendarTableCell", row->propertyForKey("cellClass").stringOr());
     const auto swatch = row->propertyForKey("iconImage").objectAs<platform::UIImage>();
     ASSERT_NE(nullptr, swatch);
-    EXPECT_TRUE(swatch->fillColor()->isEqual(
-        *UIColor::colorWithRed_green_blue_alpha(0x12 / 255.0, 0x34 / 255.0, 0x56 / 255.0, 1)));
+    EXPECT_TRUE(
+        required(swatch->fillColor())
+            ->isEqual(*UIColor::colorWithRed_green_blue_alpha(0x12 / 255.0, 0x34 / 255.0, 0x56 / 255.0, 1)));
     EXPECT_EQ(10.0, swatch->cornerRadius());
     const auto calendar = row->userInfo().objectAs<EKCalendar>();
     ASSERT_NE(nullptr, calendar);
@@ -124,8 +126,8 @@ TEST_F(CalendarsPicker, tapped_addsAtTheEndAndTappedAgainRemoves) {
 TEST_F(CalendarsPicker, eachTap_isOneStoreUpdate) {
     openPicker();
     tap("h1");
-    EXPECT_EQ(1U, updates());
-    EXPECT_EQ((List{"h1"}), stored()->calendarIdentifiers());
+    EXPECT_EQ(1U, storeCalls());
+    EXPECT_EQ((List{"h1"}), required(stored())->calendarIdentifiers());
 }
 
 TEST_F(CalendarsPicker, newProfile_isNotStored) {
@@ -133,7 +135,7 @@ TEST_F(CalendarsPicker, newProfile_isNotStored) {
     openPicker();
     tap("h1");
     ASSERT_TRUE(cellOf(allDayRow)->userMovedControl(!profile_->allDayEventsIgnored()));
-    EXPECT_EQ(0U, updates());
+    EXPECT_EQ(0U, storeCalls());
     EXPECT_EQ((List{"h1"}), profile_->calendarIdentifiers());
 }
 
@@ -142,9 +144,9 @@ TEST_F(CalendarsPicker, switchMoved_storesTheFlag) {
     const bool before = profile_->allDayEventsIgnored();
     EXPECT_EQ(platform::Value(before), cellOf(allDayRow)->controlValue());
     ASSERT_TRUE(cellOf(allDayRow)->userMovedControl(!before));
-    EXPECT_EQ(1U, updates());
-    EXPECT_EQ(!before, stored()->allDayEventsIgnored());
-    EXPECT_TRUE(stored()->calendarIdentifiers().empty());
+    EXPECT_EQ(1U, storeCalls());
+    EXPECT_EQ(!before, required(stored())->allDayEventsIgnored());
+    EXPECT_TRUE(required(stored())->calendarIdentifiers().empty());
 }
 
 TEST_F(CalendarsPicker, switch_opensAsTheProfileSays) {
@@ -170,11 +172,11 @@ TEST_F(CalendarsPicker, switchRowsBodyTapped_isTickedLikeACalendar) {
 
 TEST_F(CalendarsPicker, cells_areGreyFromElevenOnAndInTheProductsColourBefore) {
     openPicker();
-    EXPECT_TRUE(cellOf("h1")->tintColor()->isEqual(*UIColor::darkGrayColor()));
+    EXPECT_TRUE(required(cellOf("h1")->tintColor())->isEqual(*UIColor::darkGrayColor()));
     phone_.facts->version = "10.3";
     screen_->reloadSpecifiers();
-    ASSERT_NE(nullptr, cellOf("h1")->tintColor()->patternImage());
-    EXPECT_EQ("nav", cellOf("h1")->tintColor()->patternImage()->name());
+    ASSERT_NE(nullptr, required(cellOf("h1")->tintColor())->patternImage());
+    EXPECT_EQ("nav", required(cellOf("h1")->tintColor())->patternImage()->name());
 }
 
 TEST_F(CalendarsPicker, eventStatusRow_wouldShowTheStatusAndOpenItsScreen) {
@@ -186,7 +188,7 @@ TEST_F(CalendarsPicker, eventStatusRow_wouldShowTheStatusAndOpenItsScreen) {
     screen_->insertSpecifier_atIndex_animated(row, 1, false);
     const auto cell = cellOf("applyProfileEventStatus");
     EXPECT_EQ("Tentative", cell->detailTextLabel()->text());
-    EXPECT_TRUE(cell->detailTextLabel()->textColor()->isEqual(*UIColor::darkGrayColor()));
+    EXPECT_TRUE(required(cell->detailTextLabel()->textColor())->isEqual(*UIColor::darkGrayColor()));
     EXPECT_EQ(platform::UITableViewCellAccessoryDisclosureIndicator, cell->accessoryType());
     tap("applyProfileEventStatus");
     EXPECT_NE(screen_, navigation_->topViewController());
@@ -219,15 +221,15 @@ TEST_F(CalendarsPicker, failureAfterTheScreenIsGone_isNotShownAndHoldsNothing) {
 TEST_F(CalendarsPicker, appliedStateChanged_takesProfileAndCalendarsAnewWithoutRebuilding) {
     openPicker();
     const auto rows = *screen_->specifiers();
-    storeOtherValue("calendarIdentifiers", platform::Array{"i1"});
+    storeElsewhere("calendarIdentifiers", platform::Array{"i1"});
     phone_.calendars->entries.push_back({"n1", "New", "Zoo", 0});
     post(ProfileAppliedStateChangedNotification);
     EXPECT_NE(profile_, shown());
-    EXPECT_EQ((List{"i1"}), shown()->calendarIdentifiers());
+    EXPECT_EQ((List{"i1"}), required(shown())->calendarIdentifiers());
     const auto groups = row_->userInfo()["calendars"];
     ASSERT_NE(nullptr, groups.dictionary());
     EXPECT_TRUE(groups.dictionary()->contains("Zoo"));
-    EXPECT_EQ(2U, row_->userInfo().dictionary()->size());
+    EXPECT_EQ(2U, required(row_->userInfo().dictionary())->size());
     EXPECT_EQ(rows, *screen_->specifiers());
 }
 
@@ -238,12 +240,12 @@ TEST_F(CalendarsPicker, appliedStateChanged_leavesANewProfileItsChoices) {
     phone_.calendars->entries.push_back({"n1", "New", "Zoo", 0});
     post(ProfileAppliedStateChangedNotification);
     EXPECT_EQ(profile_, shown());
-    EXPECT_TRUE(row_->userInfo()["calendars"].dictionary()->contains("Zoo"));
-    EXPECT_EQ(2U, row_->userInfo().dictionary()->size());
+    EXPECT_TRUE(required(row_->userInfo()["calendars"].dictionary())->contains("Zoo"));
+    EXPECT_EQ(2U, required(row_->userInfo().dictionary())->size());
     tap("w1");
     EXPECT_EQ((List{"h1", "w1"}), profile_->calendarIdentifiers());
     EXPECT_TRUE(isChecked("w1"));
-    EXPECT_EQ(0U, updates());
+    EXPECT_EQ(0U, storeCalls());
     EXPECT_EQ(nullptr, alert());
 }
 
@@ -252,12 +254,12 @@ TEST_F(CalendarsPicker, appliedStateChanged_withoutAProfileStaysWithoutOne) {
     row_->setUserInfo(nullptr);
     post(ProfileAppliedStateChangedNotification);
     EXPECT_EQ(nullptr, shown());
-    EXPECT_EQ(2U, row_->userInfo().dictionary()->size());
+    EXPECT_EQ(2U, required(row_->userInfo().dictionary())->size());
 }
 
 TEST_F(CalendarsPicker, profileGone_isReportedAndLeavesTheScreenItsRecord) {
     openPicker();
-    QXProfilesManager::sharedManager()->deleteProfile_success_failure(profile_, nullptr, nullptr);
+    deleteElsewhere();
     post(ProfileAppliedStateChangedNotification);
     EXPECT_EQ(profile_, shown());
     tap("h1");

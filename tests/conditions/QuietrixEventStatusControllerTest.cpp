@@ -9,6 +9,7 @@
 namespace quietrix {
 namespace {
 
+using doubles::required;
 using platform::PSCellType;
 
 class EventStatusPicker : public ListPickerFixture<QuietrixEventStatusController> {
@@ -17,7 +18,8 @@ class EventStatusPicker : public ListPickerFixture<QuietrixEventStatusController
     std::string checked() {
         std::string titles;
         for (const auto& row : ownRows()) {
-            if (isChecked(*row->identifier())) titles += (titles.empty() ? "" : ", ") + *row->identifier();
+            const std::string title = row->identifier().value_or("");
+            if (isChecked(title)) titles += (titles.empty() ? "" : ", ") + title;
         }
         return titles;
     }
@@ -55,8 +57,8 @@ TEST_F(EventStatusPicker, chosen_movesTheCheckmarkAndStoresTheValue) {
     EXPECT_EQ("Declined/Cancelled", checked());
     EXPECT_EQ(std::nullopt, screen_->table()->indexPathForSelectedRow());
     EXPECT_EQ(3, profile_->applyProfileEventStatus());
-    EXPECT_EQ(1U, updates());
-    EXPECT_EQ(3, stored()->applyProfileEventStatus());
+    EXPECT_EQ(1U, storeCalls());
+    EXPECT_EQ(3, required(stored())->applyProfileEventStatus());
 }
 
 TEST_F(EventStatusPicker, chosenAgain_keepsTheCheckmarkAndSavesOnceMore) {
@@ -64,7 +66,7 @@ TEST_F(EventStatusPicker, chosenAgain_keepsTheCheckmarkAndSavesOnceMore) {
     open();
     tap("Accepted");
     EXPECT_EQ("Accepted", checked());
-    EXPECT_EQ(1U, updates());
+    EXPECT_EQ(1U, storeCalls());
 }
 
 TEST_F(EventStatusPicker, statusWithoutATitle_leavesTwoCheckmarksUntilRedrawn) {
@@ -83,7 +85,7 @@ TEST_F(EventStatusPicker, newProfile_isChangedInMemoryOnly) {
     open();
     tap("Declined/Cancelled");
     EXPECT_EQ(3, profile_->applyProfileEventStatus());
-    EXPECT_EQ(0U, updates());
+    EXPECT_EQ(0U, storeCalls());
 }
 
 TEST_F(EventStatusPicker, otherLanguage_knowsTheRowsByItsTitles) {
@@ -92,7 +94,7 @@ TEST_F(EventStatusPicker, otherLanguage_knowsTheRowsByItsTitles) {
     open();
     EXPECT_EQ("Vorläufig", checked());
     tap("Abgelehnt/Abgesagt");
-    EXPECT_EQ(3, stored()->applyProfileEventStatus());
+    EXPECT_EQ(3, required(stored())->applyProfileEventStatus());
     EXPECT_EQ("Abgelehnt/Abgesagt", checked());
 }
 
@@ -102,10 +104,10 @@ TEST_F(EventStatusPicker, cells_showTheirTitleInALabelOfTheirOwn) {
     EXPECT_TRUE(cell->isUserInteractionEnabled());
     EXPECT_TRUE(cell->textLabel()->isUserInteractionEnabled());
     EXPECT_EQ(std::nullopt, cell->textLabel()->text());
-    EXPECT_TRUE(cell->textLabel()->textColor()->isEqual(*platform::UIColor::redColor()));
+    EXPECT_TRUE(required(cell->textLabel()->textColor())->isEqual(*platform::UIColor::redColor()));
     EXPECT_EQ(2, cell->tag());
-    ASSERT_NE(nullptr, cell->tintColor()->patternImage());
-    EXPECT_EQ("nav", cell->tintColor()->patternImage()->name());
+    ASSERT_NE(nullptr, required(cell->tintColor())->patternImage());
+    EXPECT_EQ("nav", required(cell->tintColor())->patternImage()->name());
     const auto label = std::dynamic_pointer_cast<platform::UILabel>(cell->viewWithTag(123123));
     ASSERT_NE(nullptr, label);
     EXPECT_EQ(cell, label->superview());
@@ -128,7 +130,7 @@ TEST_F(EventStatusPicker, failedSave_showsTheErrorAndKeepsTheChoice) {
 
 TEST_F(EventStatusPicker, appliedStateChanged_isNotItsBusiness) {
     open();
-    storeOtherValue("applyProfileEventStatus", 3);
+    storeElsewhere("applyProfileEventStatus", 3);
     post(ProfileAppliedStateChangedNotification);
     EXPECT_EQ(profile_, shown());
 }

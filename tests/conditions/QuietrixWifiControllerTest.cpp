@@ -9,6 +9,7 @@
 namespace quietrix {
 namespace {
 
+using doubles::required;
 using platform::Dictionary;
 using platform::Value;
 
@@ -16,7 +17,6 @@ class NetworksPicker : public ListPickerFixture<QuietrixWifiController> {
   protected:
     NetworksPicker() { phone_.networks->ssids = {"Office", "Café ☕", "Attic"}; }
     bool isOn(std::string_view ssid) { return cellOf(ssid)->controlValue().isTrue(); }
-    void move(std::string_view ssid, bool on) { ASSERT_TRUE(cellOf(ssid)->userMovedControl(on)); }
     using List = std::vector<std::string>;
 };
 
@@ -51,39 +51,39 @@ TEST_F(NetworksPicker, switchedOff_isRemovedAndSaved) {
     profile_->setWifiNetworks({"Attic", "Office"});
     open();
     move("Attic", false);
-    EXPECT_EQ(1U, updates());
-    EXPECT_EQ((List{"Office"}), stored()->wifiNetworks());
+    EXPECT_EQ(1U, storeCalls());
+    EXPECT_EQ((List{"Office"}), required(stored())->wifiNetworks());
 }
 
 TEST_F(NetworksPicker, movedAnyWay_togglesWhatIsStored) {
     open();
     move("Office", false);
     EXPECT_EQ((List{"Office"}), profile_->wifiNetworks()) << "off, and yet added: it was not there";
-    screen_->setPreferenceValue_specifier(true, screen_->specifierAtIndex(indexOf("Office")));
+    screen_->setPreferenceValue_specifier(true, rowOf("Office"));
     EXPECT_TRUE(profile_->wifiNetworks().empty());
 }
 
 TEST_F(NetworksPicker, saved_holdsTheStoresProfileAndNothingElse) {
     open(Dictionary{{"leftover", "dropped"}});
     move("Office", true);
-    EXPECT_EQ(2U, row_->userInfo().dictionary()->size()) << "only after the store has answered";
+    EXPECT_EQ(2U, required(row_->userInfo().dictionary())->size()) << "only after the store has answered";
     phone_.drain();
-    ASSERT_EQ(1U, row_->userInfo().dictionary()->size());
+    ASSERT_EQ(1U, required(row_->userInfo().dictionary())->size());
     EXPECT_NE(profile_, shown());
-    EXPECT_EQ((List{"Office"}), shown()->wifiNetworks());
+    EXPECT_EQ((List{"Office"}), required(shown())->wifiNetworks());
 }
 
 TEST_F(NetworksPicker, appliedStateChanged_holdsTheStoresProfileAndNothingElse) {
     open(Dictionary{{"leftover", "dropped"}});
-    storeOtherValue("wifiNetworks", platform::Array{"Attic"});
+    storeElsewhere("wifiNetworks", platform::Array{"Attic"});
     const auto rows = *screen_->specifiers();
     EXPECT_FALSE(isOn("Attic"));
     post(ProfileAppliedStateChangedNotification);
-    EXPECT_EQ(1U, row_->userInfo().dictionary()->size());
-    EXPECT_EQ((List{"Attic"}), shown()->wifiNetworks());
+    EXPECT_EQ(1U, required(row_->userInfo().dictionary())->size());
+    EXPECT_EQ((List{"Attic"}), required(shown())->wifiNetworks());
     EXPECT_EQ(rows, *screen_->specifiers());
-    const auto path = *screen_->indexPathForIndex(indexOf("Attic"));
-    const auto redrawn = screen_->tableView_cellForRowAtIndexPath(screen_->table(), path);
+    const auto redrawn = screen_->tableView_cellForRowAtIndexPath(screen_->table(), pathOf("Attic"));
+    ASSERT_NE(nullptr, redrawn);
     EXPECT_TRUE(redrawn->controlValue().isTrue());
 }
 
@@ -95,29 +95,29 @@ TEST_F(NetworksPicker, twoOfOneName_areTwoRowsOfOneEntry) {
     ASSERT_EQ(2U, rows.size());
     EXPECT_EQ(rows[0]->identifier(), rows[1]->identifier());
     EXPECT_NE(rows[0], rows[1]);
-    EXPECT_TRUE(screen_->cellAtIndex(0)->controlValue().isTrue());
-    EXPECT_TRUE(screen_->cellAtIndex(1)->controlValue().isTrue());
-    ASSERT_TRUE(screen_->cellAtIndex(1)->userMovedControl(false));
+    EXPECT_TRUE(cellAt(0)->controlValue().isTrue());
+    EXPECT_TRUE(cellAt(1)->controlValue().isTrue());
+    ASSERT_TRUE(cellAt(1)->userMovedControl(false));
     EXPECT_TRUE(profile_->wifiNetworks().empty());
     phone_.drain();
     screen_->reloadSpecifiers();
-    EXPECT_FALSE(screen_->cellAtIndex(0)->controlValue().isTrue());
-    EXPECT_FALSE(screen_->cellAtIndex(1)->controlValue().isTrue());
+    EXPECT_FALSE(cellAt(0)->controlValue().isTrue());
+    EXPECT_FALSE(cellAt(1)->controlValue().isTrue());
 }
 
 TEST_F(NetworksPicker, switchOfTwoOfOneName_takesTheOtherWithItAndNoMore) {
     phone_.networks->ssids = {"Office", "Attic", "Office"};
     open();
-    const auto moved = screen_->cellAtIndex(0);
-    const auto other = screen_->cellAtIndex(1);
-    const auto twin = screen_->cellAtIndex(2);
+    const auto moved = cellAt(0);
+    const auto other = cellAt(1);
+    const auto twin = cellAt(2);
     const auto rows = *screen_->specifiers();
     ASSERT_TRUE(moved->userMovedControl(true));
     phone_.drain();
-    EXPECT_NE(twin, screen_->cellAtIndex(2));
-    EXPECT_TRUE(screen_->cellAtIndex(2)->controlValue().isTrue());
-    EXPECT_EQ(moved, screen_->cellAtIndex(0));
-    EXPECT_EQ(other, screen_->cellAtIndex(1));
+    EXPECT_NE(twin, cellAt(2));
+    EXPECT_TRUE(cellAt(2)->controlValue().isTrue());
+    EXPECT_EQ(moved, cellAt(0));
+    EXPECT_EQ(other, cellAt(1));
     EXPECT_EQ(rows, *screen_->specifiers());
     const auto events = phone_.takeEvents();
     const auto count = [&](std::string_view kind) {
@@ -132,17 +132,17 @@ TEST_F(NetworksPicker, switchOfTwoOfOneName_takesTheOtherWithItInANewProfileToo)
     profile_->setNewProfile(true);
     phone_.networks->ssids = {"Office", "Office"};
     open();
-    ASSERT_FALSE(screen_->cellAtIndex(0)->controlValue().isTrue());
-    ASSERT_TRUE(screen_->cellAtIndex(1)->userMovedControl(true));
-    EXPECT_TRUE(screen_->cellAtIndex(0)->controlValue().isTrue());
-    EXPECT_EQ(0U, updates());
+    ASSERT_FALSE(cellAt(0)->controlValue().isTrue());
+    ASSERT_TRUE(cellAt(1)->userMovedControl(true));
+    EXPECT_TRUE(cellAt(0)->controlValue().isTrue());
+    EXPECT_EQ(0U, storeCalls());
 }
 
 TEST_F(NetworksPicker, newProfile_isChangedInMemoryOnly) {
     profile_->setNewProfile(true);
     open();
     move("Office", true);
-    EXPECT_EQ(0U, updates());
+    EXPECT_EQ(0U, storeCalls());
     EXPECT_EQ((List{"Office"}), profile_->wifiNetworks());
     EXPECT_EQ(profile_, shown());
 }
@@ -155,14 +155,14 @@ TEST_F(NetworksPicker, appliedStateChanged_leavesANewProfileItsChoices) {
     EXPECT_EQ(Value(Dictionary{{"profile", profile_}}), row_->userInfo());
     move("Attic", true);
     EXPECT_EQ((List{"Office", "Attic"}), profile_->wifiNetworks());
-    EXPECT_EQ(0U, updates());
+    EXPECT_EQ(0U, storeCalls());
     EXPECT_EQ(nullptr, alert());
 }
 
 TEST_F(NetworksPicker, profileGoneBeforeTheStoreAnswers_staysTheScreensOwn) {
     open();
     move("Office", true);
-    QXProfilesManager::sharedManager()->deleteProfile_success_failure(profile_, nullptr, nullptr);
+    deleteElsewhere();
     ASSERT_EQ(nullptr, stored());
     phone_.drain();
     EXPECT_EQ(Value(Dictionary{{"profile", profile_}}), row_->userInfo());

@@ -6,6 +6,7 @@
 #include "platform/foundation/Journal.h"
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/foundation/RunLoop.h"
+#include "platform/uikit/UIApplication.h"
 
 namespace doubles {
 
@@ -41,6 +42,17 @@ void Phone::install() {
     static_cast<void>(platform::DarwinNotificationCenter::shared().connect());
 }
 
+std::shared_ptr<platform::UINavigationController> Phone::show(
+    const std::shared_ptr<platform::UIViewController>& screen) {
+    auto navigation = screen ? platform::UINavigationController::initWithRootViewController(screen) : nullptr;
+    platform::UIApplication::sharedApplication().setRootViewController(navigation);
+    return navigation;
+}
+
+std::shared_ptr<platform::UIViewController> Phone::top() {
+    return platform::UIApplication::sharedApplication().topmostPresented();
+}
+
 void Phone::drain() {
     platform::RunLoop::main().drain();
 }
@@ -66,10 +78,16 @@ std::vector<platform::Dictionary> Phone::takeEvents(std::string_view kind) {
 void Phone::forgetEverything() {
     // Background work first, because it posts to the rest.
     platform::GlobalQueue::shared().waitUntilIdle();
+    platform::UIApplication::sharedApplication().setRootViewController(nullptr);
+    platform::UIApplication::sharedApplication().setStatusBarStyle(platform::UIStatusBarStyleDefault);
     platform::RunLoop::main().reset();
     platform::NotificationCenter::defaultCenter().reset();
     platform::DarwinNotificationCenter::shared().reset();
     platform::Journal::shared().stop();
+}
+
+std::shared_ptr<platform::UIAlertController> shownAlert() {
+    return std::dynamic_pointer_cast<platform::UIAlertController>(Phone::top());
 }
 
 }  // namespace doubles

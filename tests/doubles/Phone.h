@@ -8,6 +8,8 @@
 
 #include "device/VirtualClock.h"
 #include "platform/foundation/Value.h"
+#include "platform/uikit/UIAlertController.h"
+#include "platform/uikit/UINavigationController.h"
 #include "tests/doubles/Fakes.h"
 #include "tests/doubles/LoopbackTransport.h"
 #include "tests/doubles/MemoryFileSystem.h"
@@ -15,8 +17,8 @@
 namespace doubles {
 
 /// A phone made of doubles, for one test: the installed device as long as it lives. The constructor and the
-/// destructor leave a main run loop, notification centres and a journal in which nothing is left of another
-/// test; the journal is being kept. The clock is a virtual one at noon of a fixed day. Main thread.
+/// destructor leave a main run loop, notification centres, a window and a journal in which nothing is left of
+/// another test; the journal is being kept. The clock is a virtual one at noon of a fixed day. Main thread.
 ///
 /// Declare it first in a test: the tasks that a test leaves behind are dropped, not run, when it goes.
 class Phone {
@@ -41,6 +43,11 @@ class Phone {
 
     /// Installs the device again, after a member was exchanged or emptied, and connects it anew.
     void install();
+    /// Shows the screen as the first of a navigation controller in the window; null leaves the window empty.
+    std::shared_ptr<platform::UINavigationController> show(
+        const std::shared_ptr<platform::UIViewController>& screen);
+    /// What is on top of everything; null for an empty window.
+    static std::shared_ptr<platform::UIViewController> top();
     /// Runs the main loop until nothing is left to do now.
     void drain();
     /// Moves the clock, making the delayed calls on the way.
@@ -52,5 +59,8 @@ class Phone {
   private:
     static void forgetEverything();
 };
+
+/// The alert or sheet on top of everything; null when something else is.
+std::shared_ptr<platform::UIAlertController> shownAlert();
 
 }  // namespace doubles

@@ -3,12 +3,14 @@
 
 #include "platform/preferences/PSListController.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Rows.h"
 #include "velmora/VMControlTableCell.h"
 #include "velmora/VMPackageHeaderCell.h"
 
 namespace velmora {
 namespace {
 
+using doubles::required;
 using platform::PSCellType;
 using platform::PSSpecifier;
 using platform::PSTableCell;
@@ -44,14 +46,11 @@ class HeaderList : public platform::PSListController {
 };
 
 std::shared_ptr<PSSpecifier> switchRow(std::string_view cellClass) {
-    auto row = PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-        "Switch", nullptr, {}, {}, {}, PSCellType::Switch, {});
-    row->setProperty_forKey(cellClass, "cellClass");
-    return row;
+    return doubles::makeRowOfCellClass("Switch", PSCellType::Switch, cellClass);
 }
 
 std::shared_ptr<platform::UISwitch> switchOf(const std::shared_ptr<PSTableCell>& cell) {
-    return std::dynamic_pointer_cast<VMControlTableCell>(cell)->switchControl();
+    return required(std::dynamic_pointer_cast<VMControlTableCell>(cell))->switchControl();
 }
 
 void expectInside(const Rect& inner, const Rect& outer) {
@@ -62,7 +61,7 @@ void expectInside(const Rect& inner, const Rect& outer) {
 
 TEST(VMControlTableCell, switchOfTheBase_hasTheSystemsColour) {
     doubles::Phone phone;
-    const auto cell = PSTableCell::makeCell(switchRow("VMControlTableCell"));
+    const auto cell = required(PSTableCell::makeCell(switchRow("VMControlTableCell")));
     ASSERT_EQ("VMControlTableCell", cell->getClass().name());
     EXPECT_EQ(nullptr, switchOf(cell)->onTintColor());
 }
@@ -71,14 +70,14 @@ TEST(VMControlTableCell, subclassesColour_isAskedForAtEachLook) {
     doubles::Phone phone;
     ColouredTestCell::dark = false;
     const auto row = switchRow("ColouredTestCell");
-    const auto cell = PSTableCell::makeCell(row);
-    EXPECT_TRUE(switchOf(cell)->onTintColor()->isEqual(*UIColor::redColor()));
+    const auto cell = required(PSTableCell::makeCell(row));
+    EXPECT_TRUE(required(switchOf(cell)->onTintColor())->isEqual(*UIColor::redColor()));
     ColouredTestCell::dark = true;
     cell->refreshCellContentsWithSpecifier(row);
-    EXPECT_TRUE(switchOf(cell)->onTintColor()->isEqual(*UIColor::whiteColor()));
+    EXPECT_TRUE(required(switchOf(cell)->onTintColor())->isEqual(*UIColor::whiteColor()));
     ColouredTestCell::dark = false;
     cell->layoutIfNeeded();
-    EXPECT_TRUE(switchOf(cell)->onTintColor()->isEqual(*UIColor::redColor()));
+    EXPECT_TRUE(required(switchOf(cell)->onTintColor())->isEqual(*UIColor::redColor()));
 }
 
 TEST(VMPackageHeaderCell, header_showsTitleAboveSubtitleCentred) {
@@ -112,8 +111,8 @@ TEST(VMPackageHeaderCell, narrowHeader_hasRoomForASecondLine) {
 
 TEST(VMPackageHeaderCell, rowWithoutTexts_showsNone) {
     doubles::Phone phone;
-    const auto cell =
-        PSTableCell::makeCellOfClass("VMPackageHeaderCell", PSSpecifier::groupSpecifierWithName("Name"));
+    const auto cell = required(
+        PSTableCell::makeCellOfClass("VMPackageHeaderCell", PSSpecifier::groupSpecifierWithName("Name")));
     EXPECT_FALSE(cell->textLabel()->text().has_value());
     EXPECT_FALSE(cell->detailTextLabel()->text().has_value());
 }

@@ -3,12 +3,13 @@
 
 #include "platform/social/SLComposeViewController.h"
 #include "platform/uikit/UIApplication.h"
-#include "tests/doubles/Phone.h"
+#include "tests/doubles/ScreenFixture.h"
 #include "velmora/VMMiscSettingsViewController.h"
 
 namespace velmora {
 namespace {
 
+using doubles::required;
 using platform::PSSpecifier;
 using platform::SpecifierList;
 using platform::UIApplication;
@@ -44,23 +45,15 @@ class MiscTestScreen : public VMMiscSettingsViewController {
 };
 PLATFORM_REGISTER_CLASS(MiscTestScreen)
 
-class MiscSettings : public testing::Test {
+class MiscSettings : public doubles::ScreenFixture<MiscTestScreen, doubles::Phone> {
   protected:
-    ~MiscSettings() override {
-        UIApplication::sharedApplication().setRootViewController(nullptr);
-        UIApplication::sharedApplication().setStatusBarStyle(platform::UIStatusBarStyleDefault);
-    }
+    MiscSettings() { screen_ = std::make_shared<MiscTestScreen>(); }
+    /// Pushes the screen above one whose bar is dark grey.
     void show() {
-        navigation_ = platform::UINavigationController::initWithRootViewController(
-            std::make_shared<platform::PSViewController>());
+        navigation_ = phone_.show(std::make_shared<platform::PSViewController>());
         navigation_->navigationBar()->setTintColor(UIColor::darkGrayColor());
-        UIApplication::sharedApplication().setRootViewController(navigation_);
         navigation_->pushViewController_animated(screen_, false);
     }
-
-    doubles::Phone phone_;
-    std::shared_ptr<MiscTestScreen> screen_ = std::make_shared<MiscTestScreen>();
-    std::shared_ptr<platform::UINavigationController> navigation_;
 };
 
 TEST_F(MiscSettings, loaded_hasOneCopyrightRowAfterTheScreensOwn) {
@@ -76,18 +69,18 @@ TEST_F(MiscSettings, loaded_hasOneCopyrightRowAfterTheScreensOwn) {
 
 TEST_F(MiscSettings, everyRebuild_keepsTheCopyrightRowLastAndSingle) {
     show();
-    const auto row = screen_->specifiers()->back();
+    const auto row = screen_->specifiers()->at(2);
     for (int rebuild = 0; rebuild < 3; ++rebuild) screen_->reloadSpecifiers();
     EXPECT_EQ(3U, screen_->specifiers()->size());
-    EXPECT_EQ(row, screen_->specifiers()->back());
+    EXPECT_EQ(row, screen_->specifiers()->at(2));
     EXPECT_EQ(1, screen_->copyRightRows());
 }
 
 TEST_F(MiscSettings, rowInsertedBehindIt_doesNotStayBehind) {
     show();
     screen_->insertSpecifier_atIndex_animated(PSSpecifier::groupSpecifierWithName("Late"), 3, false);
-    EXPECT_EQ("CopyRightHeader", screen_->specifierAtIndex(3)->identifier());
-    EXPECT_EQ("Late", screen_->specifierAtIndex(2)->name());
+    EXPECT_EQ("CopyRightHeader", rowAt(3)->identifier());
+    EXPECT_EQ("Late", rowAt(2)->name());
     EXPECT_EQ(1, screen_->copyRightRows());
 }
 
@@ -102,12 +95,12 @@ TEST_F(MiscSettings, screenWithoutRows_hasTheCopyrightRowAlone) {
 TEST_F(MiscSettings, onTop_wearsTheCustomColourAndGivesTheOldBack) {
     show();
     const auto& bar = navigation_->navigationBar();
-    EXPECT_TRUE(bar->barTintColor()->isEqual(*UIColor::redColor()));
-    EXPECT_TRUE(bar->tintColor()->isEqual(*UIColor::whiteColor()));
+    EXPECT_TRUE(required(bar->barTintColor())->isEqual(*UIColor::redColor()));
+    EXPECT_TRUE(required(bar->tintColor())->isEqual(*UIColor::whiteColor()));
     EXPECT_EQ(platform::UIStatusBarStyleLightContent, UIApplication::sharedApplication().statusBarStyle());
     navigation_->popViewControllerAnimated(false);
     EXPECT_EQ(nullptr, bar->barTintColor());
-    EXPECT_TRUE(bar->tintColor()->isEqual(*UIColor::darkGrayColor()));
+    EXPECT_TRUE(required(bar->tintColor())->isEqual(*UIColor::darkGrayColor()));
     EXPECT_EQ(platform::UIStatusBarStyleDefault, UIApplication::sharedApplication().statusBarStyle());
 }
 
@@ -124,7 +117,7 @@ TEST_F(MiscSettings, withoutCustomColour_leavesTheBarAlone) {
     screen_->wearsColor = false;
     show();
     EXPECT_EQ(nullptr, navigation_->navigationBar()->barTintColor());
-    EXPECT_TRUE(navigation_->navigationBar()->tintColor()->isEqual(*UIColor::darkGrayColor()));
+    EXPECT_TRUE(required(navigation_->navigationBar()->tintColor())->isEqual(*UIColor::darkGrayColor()));
 }
 
 TEST_F(MiscSettings, shareButton_composesTheScreensMessage) {
@@ -132,8 +125,7 @@ TEST_F(MiscSettings, shareButton_composesTheScreensMessage) {
     const auto button = screen_->navigationItem()->rightBarButtonItem();
     ASSERT_NE(nullptr, button);
     screen_->shareTwitterMessage(nullptr);
-    const auto composer = std::dynamic_pointer_cast<platform::SLComposeViewController>(
-        UIApplication::sharedApplication().topmostPresented());
+    const auto composer = std::dynamic_pointer_cast<platform::SLComposeViewController>(doubles::Phone::top());
     ASSERT_NE(nullptr, composer);
     EXPECT_EQ("Try it", composer->initialText());
     EXPECT_EQ(platform::SLServiceTypeTwitter, composer->serviceType());

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/messageui/MFMailComposeViewController.h"
-#include "tests/platform/uikit/ShownScreens.h"
+#include "tests/doubles/ShownScreens.h"
 
 namespace platform {
 namespace {

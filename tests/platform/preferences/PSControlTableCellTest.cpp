@@ -7,20 +7,23 @@
 #include "platform/preferences/PSEditableTableCell.h"
 #include "platform/preferences/PSSliderTableCell.h"
 #include "platform/preferences/PSSwitchTableCell.h"
-#include "tests/platform/preferences/ListFixture.h"
+#include "tests/doubles/Required.h"
+#include "tests/doubles/ShownList.h"
 
 namespace platform {
 namespace {
 
+using doubles::errorOf;
 using doubles::makeControlRow;
 using doubles::makeRow;
+using doubles::required;
 using doubles::RowTarget;
 
 class ControlCells : public testing::Test {
   protected:
     std::shared_ptr<PSSpecifier> rowOf(PSCellType type) { return makeControlRow("Row", type, target_); }
     static std::shared_ptr<PSTableCell> laidOut(const std::shared_ptr<PSSpecifier>& row, double height) {
-        auto cell = PSTableCell::makeCell(row);
+        auto cell = required(PSTableCell::makeCell(row));
         cell->setFrame({0, 0, 390, height});
         cell->layoutIfNeeded();
         return cell;
@@ -33,7 +36,7 @@ class ControlCells : public testing::Test {
 TEST_F(ControlCells, switch_showsItsRowsValueAsATruth) {
     target_->stored = 1;
     const auto row = rowOf(PSCellType::Switch);
-    const auto cell = PSTableCell::makeCell(row);
+    const auto cell = required(PSTableCell::makeCell(row));
     EXPECT_EQ(Value(true), cell->controlValue());
     target_->stored = "text";
     cell->refreshCellContentsWithSpecifier(row);
@@ -46,7 +49,7 @@ TEST_F(ControlCells, switch_showsItsRowsValueAsATruth) {
 
 TEST_F(ControlCells, switchWithoutAGetter_staysAsItWasSet) {
     const auto row = makeRow("Network", PSCellType::Switch);
-    const auto cell = std::dynamic_pointer_cast<PSSwitchTableCell>(PSTableCell::makeCell(row));
+    const auto cell = required(std::dynamic_pointer_cast<PSSwitchTableCell>(PSTableCell::makeCell(row)));
     cell->setOn(true);
     cell->refreshCellContentsWithSpecifier(row);
     EXPECT_EQ(Value(true), cell->controlValue());
@@ -54,7 +57,7 @@ TEST_F(ControlCells, switchWithoutAGetter_staysAsItWasSet) {
 
 TEST_F(ControlCells, movedSwitch_writesOnceAndSetOnNever) {
     const auto row = rowOf(PSCellType::Switch);
-    const auto cell = std::dynamic_pointer_cast<PSSwitchTableCell>(PSTableCell::makeCell(row));
+    const auto cell = required(std::dynamic_pointer_cast<PSSwitchTableCell>(PSTableCell::makeCell(row)));
     cell->setOn(true);
     EXPECT_EQ(0, target_->writes);
     ASSERT_TRUE(cell->userMovedControl(false).has_value());
@@ -64,27 +67,25 @@ TEST_F(ControlCells, movedSwitch_writesOnceAndSetOnNever) {
 }
 
 TEST_F(ControlCells, valuesOfAnotherType_areRefusedAndWriteNothing) {
-    const auto toggle = PSTableCell::makeCell(rowOf(PSCellType::Switch));
-    const auto slider = PSTableCell::makeCell(rowOf(PSCellType::Slider));
-    const auto field = PSTableCell::makeCell(rowOf(PSCellType::EditText));
-    EXPECT_EQ("A switch takes true or false, not 1.",
-              toggle->userMovedControl(1).error().localizedDescription);
+    const auto toggle = required(PSTableCell::makeCell(rowOf(PSCellType::Switch)));
+    const auto slider = required(PSTableCell::makeCell(rowOf(PSCellType::Slider)));
+    const auto field = required(PSTableCell::makeCell(rowOf(PSCellType::EditText)));
+    EXPECT_EQ("A switch takes true or false, not 1.", errorOf(toggle->userMovedControl(1)));
     EXPECT_FALSE(toggle->userMovedControl(nullptr).has_value());
     EXPECT_FALSE(slider->userMovedControl(true).has_value());
     EXPECT_FALSE(slider->userMovedControl("0.5").has_value());
-    EXPECT_EQ("A slider takes a number, not nan.",
-              slider->userMovedControl(std::nan("")).error().localizedDescription);
-    EXPECT_EQ("A text field takes a text, not 5.", field->userMovedControl(5).error().localizedDescription);
+    EXPECT_EQ("A slider takes a number, not nan.", errorOf(slider->userMovedControl(std::nan(""))));
+    EXPECT_EQ("A text field takes a text, not 5.", errorOf(field->userMovedControl(5)));
     EXPECT_EQ(0, target_->writes);
 }
 
 TEST_F(ControlCells, disabledControl_cannotBeMoved) {
     for (const auto type : {PSCellType::Switch, PSCellType::Slider, PSCellType::EditText}) {
-        const auto cell = std::dynamic_pointer_cast<PSControlTableCell>(PSTableCell::makeCell(rowOf(type)));
+        const auto cell =
+            required(std::dynamic_pointer_cast<PSControlTableCell>(PSTableCell::makeCell(rowOf(type))));
         cell->control()->setEnabled(false);
         for (const Value& value : {Value(true), Value(0.5), Value("text")}) {
-            EXPECT_EQ("The row \"Row\" is disabled.",
-                      cell->userMovedControl(value).error().localizedDescription);
+            EXPECT_EQ("The row \"Row\" is disabled.", errorOf(cell->userMovedControl(value)));
         }
     }
     EXPECT_EQ(0, target_->writes);
@@ -105,7 +106,7 @@ TEST_F(ControlCells, slider_takesRangeImagesAndValueFromItsRow) {
     row->setProperty_forKey(left, "leftImage");
     row->setProperty_forKey(right, "rightImage");
     target_->stored = 3;
-    const auto cell = std::dynamic_pointer_cast<PSSliderTableCell>(PSTableCell::makeCell(row));
+    const auto cell = required(std::dynamic_pointer_cast<PSSliderTableCell>(PSTableCell::makeCell(row)));
     EXPECT_EQ(2.0, cell->slider()->minimumValue());
     EXPECT_EQ(4.5, cell->slider()->maximumValue());
     EXPECT_EQ(left, cell->slider()->minimumValueImage());
@@ -114,7 +115,7 @@ TEST_F(ControlCells, slider_takesRangeImagesAndValueFromItsRow) {
 }
 
 TEST_F(ControlCells, movedSlider_writesARealWithinTheRange) {
-    const auto cell = PSTableCell::makeCell(rowOf(PSCellType::Slider));
+    const auto cell = required(PSTableCell::makeCell(rowOf(PSCellType::Slider)));
     ASSERT_TRUE(cell->userMovedControl(0.25).has_value());
     EXPECT_EQ(Value(0.25), target_->stored);
     ASSERT_TRUE(cell->userMovedControl(7).has_value());
@@ -150,7 +151,7 @@ TEST_F(ControlCells, textField_showsTheValuePropertyElseTheGetters) {
     const auto row = rowOf(PSCellType::EditText);
     row->setProperty_forKey("Required", "placeholder");
     target_->stored = "from the getter";
-    const auto cell = std::dynamic_pointer_cast<PSEditableTableCell>(PSTableCell::makeCell(row));
+    const auto cell = required(std::dynamic_pointer_cast<PSEditableTableCell>(PSTableCell::makeCell(row)));
     EXPECT_EQ("from the getter", cell->textField()->text());
     EXPECT_EQ("Required", cell->textField()->placeholder());
     row->setProperty_forKey("from the row", "value");
@@ -162,7 +163,7 @@ TEST_F(ControlCells, textField_showsTheValuePropertyElseTheGetters) {
 TEST_F(ControlCells, typedText_isWrittenOnceWhenItChanged) {
     const auto row = rowOf(PSCellType::EditText);
     row->setProperty_forKey("Work", "value");
-    const auto cell = std::dynamic_pointer_cast<PSEditableTableCell>(PSTableCell::makeCell(row));
+    const auto cell = required(std::dynamic_pointer_cast<PSEditableTableCell>(PSTableCell::makeCell(row)));
     ASSERT_TRUE(cell->userMovedControl("Work").has_value());
     EXPECT_EQ(0, target_->writes) << "the same text is no change";
     ASSERT_TRUE(cell->userMovedControl("Büro").has_value());
@@ -176,14 +177,14 @@ TEST_F(ControlCells, typedText_isWrittenOnceWhenItChanged) {
 TEST_F(ControlCells, textThatNobodyTakes_leavesTheRowsValue) {
     const auto row = makeRow("Title", PSCellType::EditText);
     row->setProperty_forKey("Work", "value");
-    const auto cell = PSTableCell::makeCell(row);
+    const auto cell = required(PSTableCell::makeCell(row));
     ASSERT_TRUE(cell->userMovedControl("other").has_value());
     EXPECT_EQ(Value("Work"), row->propertyForKey("value"));
 }
 
 TEST_F(ControlCells, textBeingTyped_isNotTakenAwayByARefresh) {
     const auto row = rowOf(PSCellType::EditText);
-    const auto cell = std::dynamic_pointer_cast<PSEditableTableCell>(PSTableCell::makeCell(row));
+    const auto cell = required(std::dynamic_pointer_cast<PSEditableTableCell>(PSTableCell::makeCell(row)));
     cell->textField()->becomeFirstResponder();
     cell->textField()->setText("half");
     cell->refreshCellContentsWithSpecifier(row);
@@ -193,8 +194,8 @@ TEST_F(ControlCells, textBeingTyped_isNotTakenAwayByARefresh) {
 }
 
 TEST_F(ControlCells, fieldThatOutlivesItsCell_tellsNobody) {
-    auto cell =
-        std::dynamic_pointer_cast<PSEditableTableCell>(PSTableCell::makeCell(rowOf(PSCellType::EditText)));
+    auto cell = required(
+        std::dynamic_pointer_cast<PSEditableTableCell>(PSTableCell::makeCell(rowOf(PSCellType::EditText))));
     const auto field = cell->textField();
     cell.reset();
     field->becomeFirstResponder();
@@ -225,8 +226,8 @@ TEST_F(ControlCells, ownTargetsOfTheControl_areToldAfterTheRow) {
         RowTarget& row_;
     };
     const auto watcher = std::make_shared<Watcher>(*target_);
-    const auto cell =
-        std::dynamic_pointer_cast<PSSwitchTableCell>(PSTableCell::makeCell(rowOf(PSCellType::Switch)));
+    const auto cell = required(
+        std::dynamic_pointer_cast<PSSwitchTableCell>(PSTableCell::makeCell(rowOf(PSCellType::Switch))));
     cell->control()->addTarget_action_forControlEvents(watcher, method("moved:", &Watcher::moved),
                                                        UIControlEventValueChanged);
     ASSERT_TRUE(cell->userMovedControl(true).has_value());

@@ -5,10 +5,13 @@
 #include "platform/preferences/PSPlaceholderController.h"
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UINavigationController.h"
-#include "tests/platform/preferences/ListFixture.h"
+#include "tests/doubles/Required.h"
+#include "tests/doubles/ShownList.h"
 
 namespace platform {
 namespace {
+
+using doubles::required;
 
 class TestEditingPane : public PSEditingPane {
     PLATFORM_CLASS(TestEditingPane, PSEditingPane)
@@ -90,19 +93,15 @@ TEST(PSViewController, rowsName_becomesTheTitleWhenThereIsOne) {
 
 class Placeholders : public testing::Test {
   protected:
-    Placeholders() { UIApplication::sharedApplication().setRootViewController(root_); }
-    ~Placeholders() override { UIApplication::sharedApplication().setRootViewController(nullptr); }
-
     doubles::Phone phone_;
     std::shared_ptr<UIViewController> first_ = std::make_shared<UIViewController>();
-    std::shared_ptr<UINavigationController> root_ =
-        UINavigationController::initWithRootViewController(first_);
+    std::shared_ptr<UINavigationController> root_ = phone_.show(first_);
     std::shared_ptr<PSViewController> placeholder_ = makeViewController("NoSuchScreen");
 };
 
 TEST_F(Placeholders, unknownScreen_isAPlaceholder) {
     EXPECT_EQ("PSPlaceholderController", placeholder_->getClass().name());
-    EXPECT_EQ("PSDetailController", makeViewController("PSDetailController")->getClass().name());
+    EXPECT_EQ("PSDetailController", required(makeViewController("PSDetailController"))->getClass().name());
 }
 
 TEST_F(Placeholders, presentedPlaceholder_hasADoneButtonThatClosesIt) {

@@ -2,15 +2,15 @@
 #include <gtest/gtest.h>
 
 #include "platform/preferences/PSEditableListController.h"
-#include "platform/uikit/UIApplication.h"
-#include "platform/uikit/UINavigationController.h"
-#include "tests/platform/preferences/ListFixture.h"
+#include "tests/doubles/ScreenFixture.h"
+#include "tests/doubles/ShownList.h"
 
 namespace platform {
 namespace {
 
 using doubles::makeGroup;
 using doubles::makeRow;
+using doubles::required;
 
 /// Lets its rows named "deletable" be deleted.
 class DeletingList : public PSEditableListController {
@@ -24,7 +24,7 @@ class DeletingList : public PSEditableListController {
     }
     std::int64_t tableView_editingStyleForRowAtIndexPath(const std::shared_ptr<UITableView>& /*table*/,
                                                          IndexPath path) override {
-        const auto row = specifierAtIndex(indexForRow_inGroup(path.row, path.section));
+        const auto row = required(specifierAtIndex(indexForRow_inGroup(path.row, path.section)));
         return row->name() == "deletable" ? UITableViewCellEditingStyleDelete
                                           : UITableViewCellEditingStyleNone;
     }
@@ -36,18 +36,13 @@ class DeletingList : public PSEditableListController {
     bool wasEditing = false;
 };
 
-class EditableList : public testing::Test {
+class EditableList : public doubles::ScreenFixture<DeletingList, doubles::Phone> {
   protected:
-    ~EditableList() override { UIApplication::sharedApplication().setRootViewController(nullptr); }
-    void show() {
-        UIApplication::sharedApplication().setRootViewController(
-            UINavigationController::initWithRootViewController(list_));
-        phone_.takeEvents();
+    EditableList() { screen_ = std::make_shared<DeletingList>(); }
+    void show() { openScreen(doubles::Place::First, screen_); }
+    std::shared_ptr<UIBarButtonItem> button() const {
+        return screen_->navigationItem()->rightBarButtonItem();
     }
-    std::shared_ptr<UIBarButtonItem> button() const { return list_->navigationItem()->rightBarButtonItem(); }
-
-    doubles::Phone phone_;
-    std::shared_ptr<DeletingList> list_ = std::make_shared<DeletingList>();
 };
 
 TEST_F(EditableList, editButton_standsAtTheRightWhenTheSideIsEmpty) {
@@ -55,36 +50,36 @@ TEST_F(EditableList, editButton_standsAtTheRightWhenTheSideIsEmpty) {
     ASSERT_NE(nullptr, button());
     EXPECT_EQ(UIBarButtonSystemItemEdit, button()->systemItem());
     EXPECT_EQ("editButtonAction:", button()->action().selector());
-    EXPECT_NE(list_->_editButtonBarItem(), list_->_editButtonBarItem());
+    EXPECT_NE(screen_->_editButtonBarItem(), screen_->_editButtonBarItem());
 }
 
 TEST_F(EditableList, buttonOfTheScreensOwn_isNotReplaced) {
     const auto own =
-        std::make_shared<UIBarButtonItem>(UIBarButtonSystemItemAdd, list_, UIBarButtonItem::Action());
-    list_->navigationItem()->setRightBarButtonItem_animated(own, true);
+        std::make_shared<UIBarButtonItem>(UIBarButtonSystemItemAdd, screen_, UIBarButtonItem::Action());
+    screen_->navigationItem()->setRightBarButtonItem_animated(own, true);
     show();
     EXPECT_EQ(own, button());
-    list_->setEditing(true);
+    screen_->setEditing(true);
     EXPECT_EQ(own, button());
 }
 
 TEST_F(EditableList, editButton_switchesEditingAndItsOwnLook) {
     show();
-    button()->press();
-    EXPECT_TRUE(list_->isEditing());
-    EXPECT_EQ(UIBarButtonSystemItemDone, button()->systemItem());
-    button()->press();
-    EXPECT_FALSE(list_->isEditing());
-    EXPECT_EQ(UIBarButtonSystemItemEdit, button()->systemItem());
+    required(button())->press();
+    EXPECT_TRUE(screen_->isEditing());
+    EXPECT_EQ(UIBarButtonSystemItemDone, required(button())->systemItem());
+    required(button())->press();
+    EXPECT_FALSE(screen_->isEditing());
+    EXPECT_EQ(UIBarButtonSystemItemEdit, required(button())->systemItem());
 }
 
 TEST_F(EditableList, deletedRow_isRemovedAndEditingEnds) {
     show();
-    EXPECT_TRUE(list_->userDeletedRow({0, 1}));
-    EXPECT_TRUE(list_->wasEditing);
-    EXPECT_FALSE(list_->isEditing());
-    EXPECT_EQ(3U, list_->specifiers()->size());
-    EXPECT_EQ("last", list_->specifierAtIndex(2)->name());
+    EXPECT_TRUE(screen_->userDeletedRow({0, 1}));
+    EXPECT_TRUE(screen_->wasEditing);
+    EXPECT_FALSE(screen_->isEditing());
+    EXPECT_EQ(3U, screen_->specifiers()->size());
+    EXPECT_EQ("last", rowAt(2)->name());
     const auto events = phone_.takeEvents("remove");
     ASSERT_EQ(1U, events.size());
     EXPECT_EQ(Value(2), events[0].at("index"));
@@ -120,7 +115,7 @@ class SwipedList : public EditableList {
   protected:
     using Names = std::vector<std::string>;
     SwipedList() {
-        list_ = asking_;
+        screen_ = asking_;
         show();
         EXPECT_TRUE(asking_->userDeletedRow({0, 1}));
         EXPECT_EQ((IndexPath{0, 1}), asking_->asked.second);
@@ -176,20 +171,20 @@ TEST_F(SwipedList, pathThatNobodySwiped_meansTheRowThere) {
 
 TEST_F(EditableList, rowWithoutTheDeleteStyle_staysAndEditingDoesNotBegin) {
     show();
-    EXPECT_FALSE(list_->userDeletedRow({0, 0}));
-    EXPECT_FALSE(list_->userDeletedRow({0, 9}));
-    EXPECT_FALSE(list_->userDeletedRow({4, 0}));
-    EXPECT_FALSE(list_->isEditing());
-    EXPECT_EQ(4U, list_->specifiers()->size());
+    EXPECT_FALSE(screen_->userDeletedRow({0, 0}));
+    EXPECT_FALSE(screen_->userDeletedRow({0, 9}));
+    EXPECT_FALSE(screen_->userDeletedRow({4, 0}));
+    EXPECT_FALSE(screen_->isEditing());
+    EXPECT_EQ(4U, screen_->specifiers()->size());
 }
 
 TEST_F(EditableList, otherStyles_commitNothing) {
     show();
-    list_->setEditing(true);
-    list_->tableView_commitEditingStyle_forRowAtIndexPath(list_->table(), UITableViewCellEditingStyleNone,
-                                                          {0, 1});
-    EXPECT_EQ(4U, list_->specifiers()->size());
-    EXPECT_TRUE(list_->isEditing());
+    screen_->setEditing(true);
+    screen_->tableView_commitEditingStyle_forRowAtIndexPath(screen_->table(), UITableViewCellEditingStyleNone,
+                                                            {0, 1});
+    EXPECT_EQ(4U, screen_->specifiers()->size());
+    EXPECT_TRUE(screen_->isEditing());
 }
 
 }  // namespace

@@ -2,13 +2,15 @@
 #include <gtest/gtest.h>
 
 #include "platform/preferences/PSListController.h"
-#include "tests/platform/preferences/ListFixture.h"
+#include "tests/doubles/Required.h"
+#include "tests/doubles/ShownList.h"
 
 namespace platform {
 namespace {
 
 using doubles::makeGroup;
 using doubles::makeRow;
+using doubles::required;
 using Names = std::vector<std::string>;
 
 class ListRows : public testing::Test, public doubles::ShownList {
@@ -104,7 +106,7 @@ TEST_F(ListRows, everyRow_hasThePathThatLeadsBackToIt) {
     show({makeRow("lead"), makeGroup("A"), makeRow("a"), makeGroup("B"), makeRow("b0"), makeRow("b1")});
     for (std::int64_t index = 0; index < std::ssize(*list->specifiers()); ++index) {
         const auto path = list->indexPathForIndex(index);
-        EXPECT_EQ(list->specifierAtIndex(index)->isGroup(), !path.has_value());
+        EXPECT_EQ(required(list->specifierAtIndex(index))->isGroup(), !path.has_value());
         if (!path) continue;
         EXPECT_EQ(index, list->indexForRow_inGroup(path->row, path->section));
         EXPECT_EQ(path->section, list->sectionForIndex(index));

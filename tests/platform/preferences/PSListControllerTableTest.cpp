@@ -7,7 +7,8 @@
 #include "platform/preferences/PSConfirmationSpecifier.h"
 #include "platform/preferences/PSPlaceholderController.h"
 #include "platform/preferences/PSSwitchTableCell.h"
-#include "tests/platform/preferences/ListFixture.h"
+#include "tests/doubles/Required.h"
+#include "tests/doubles/ShownList.h"
 
 namespace platform {
 namespace {
@@ -15,6 +16,7 @@ namespace {
 using doubles::makeControlRow;
 using doubles::makeGroup;
 using doubles::makeRow;
+using doubles::required;
 using doubles::RowTarget;
 
 /// Counts its living and its made instances.
@@ -54,7 +56,7 @@ class DressingList : public doubles::GivenList {
     std::shared_ptr<PSTableCell> tableView_cellForRowAtIndexPath(const std::shared_ptr<UITableView>& table,
                                                                  IndexPath path) override {
         ++dressed;
-        auto cell = GivenList::tableView_cellForRowAtIndexPath(table, path);
+        auto cell = required(GivenList::tableView_cellForRowAtIndexPath(table, path));
         cell->detailTextLabel()->setText("dressed");
         cell->setAccessoryType(UITableViewCellAccessoryCheckmark);
         return cell;
@@ -108,13 +110,13 @@ TEST_F(ListTable, cell_isLaidOutAtTheScreensWidthAndTheRowsHeight) {
     const auto tall = makeRow("tall");
     tall->setProperty_forKey(64.0, "height");
     show({tall, countedRow("counted"), makeRow("plain")});
-    EXPECT_EQ((Rect{0, 0, 390, 64}), list->cellAtIndex(0)->frame());
-    EXPECT_EQ((Rect{0, 0, 390, 70}), list->cellAtIndex(1)->frame());
-    const auto plain = list->cellAtIndex(2);
+    EXPECT_EQ((Rect{0, 0, 390, 64}), required(list->cellAtIndex(0))->frame());
+    EXPECT_EQ((Rect{0, 0, 390, 70}), required(list->cellAtIndex(1))->frame());
+    const auto plain = required(list->cellAtIndex(2));
     EXPECT_EQ((Rect{0, 0, 390, 44}), plain->frame());
     EXPECT_EQ(16.0, plain->textLabel()->frame().x);
     phone.facts->idiom = 1;
-    EXPECT_EQ(768.0, list->cellAtIndex(2)->frame().width);
+    EXPECT_EQ(768.0, required(list->cellAtIndex(2))->frame().width);
 }
 
 TEST_F(ListTable, heightThatIsNone_isTheCellClassesOwn) {
@@ -169,7 +171,7 @@ TEST_F(ListTable, nextLook_showsWhatTheGetterGivesNow) {
     const auto target = std::make_shared<RowTarget>();
     target->stored = false;
     show({makeControlRow("Switch", PSCellType::Switch, target)});
-    const auto cell = list->cellAtIndex(0);
+    const auto cell = required(list->cellAtIndex(0));
     target->stored = true;
     EXPECT_EQ(cell, list->cellAtIndex(0));
     EXPECT_EQ(Value(true), cell->controlValue());
@@ -180,7 +182,7 @@ TEST(DressedList, dressing_isDoneOnceAndStays) {
     doubles::ShownList shown(screen);
     shown.show({makeRow("Calendar", PSCellType::Link)});
     screen->cellAtIndex(0);
-    const auto cell = screen->cellAtIndex(0);
+    const auto cell = required(screen->cellAtIndex(0));
     EXPECT_EQ(1, screen->dressed);
     EXPECT_EQ("dressed", cell->detailTextLabel()->text());
     EXPECT_EQ(UITableViewCellAccessoryCheckmark, cell->accessoryType());
@@ -233,8 +235,9 @@ TEST_F(ListTable, linkRowOfAnUnknownClass_opensAPlaceholderAndIsLogged) {
           makeRow("View", PSCellType::Link, "UIView")});
     for (const int index : {0, 1, 2}) {
         tap(index);
-        EXPECT_EQ("PSPlaceholderController", navigation->topViewController()->getClass().name());
-        EXPECT_EQ(list->specifierAtIndex(index)->name(), navigation->topViewController()->title());
+        EXPECT_EQ("PSPlaceholderController", required(navigation->topViewController())->getClass().name());
+        EXPECT_EQ(required(list->specifierAtIndex(index))->name(),
+                  required(navigation->topViewController())->title());
         navigation->popViewControllerAnimated(true);
     }
     const auto lines = phone.log->lines();
@@ -298,8 +301,8 @@ TEST_F(ListTable, cancelledConfirmation_sendsNothing) {
     row->setProperty_forKey(true, "isDestructive");
     show({row});
     tap(0);
-    EXPECT_EQ(UIAlertActionStyleDestructive, question()->actions()[0].style);
-    question()->choose(1);
+    EXPECT_EQ(UIAlertActionStyleDestructive, required(question())->actions()[0].style);
+    required(question())->choose(1);
     EXPECT_TRUE(target->presses.empty());
     EXPECT_EQ(navigation, top());
 }
@@ -337,7 +340,7 @@ TEST_F(ListTable, setterThatRebuildsTheRows_mayDropTheCellThatIsMoved) {
       public:
         void rebuild(const Value& value, const std::shared_ptr<PSSpecifier>& /*row*/) {
             stored = value;
-            list.lock()->reloadSpecifiers();
+            required(list.lock())->reloadSpecifiers();
         }
         std::weak_ptr<PSListController> list;
     };
@@ -352,9 +355,9 @@ TEST_F(ListTable, setterThatRebuildsTheRows_mayDropTheCellThatIsMoved) {
         const Value value = type == PSCellType::Switch   ? Value(true)
                             : type == PSCellType::Slider ? Value(0.5)
                                                          : Value("text");
-        EXPECT_TRUE(list->cellAtIndex(0)->userMovedControl(value).has_value());
+        EXPECT_TRUE(required(list->cellAtIndex(0))->userMovedControl(value).has_value());
         EXPECT_EQ(value, target->stored);
-        EXPECT_EQ(value, list->cellAtIndex(0)->controlValue());
+        EXPECT_EQ(value, required(list->cellAtIndex(0))->controlValue());
         target->stored = nullptr;
     }
 }

@@ -3,7 +3,7 @@
 
 #include "platform/preferences/PSConfirmationSpecifier.h"
 #include "platform/preferences/PSSpecifier.h"
-#include "tests/platform/preferences/ListFixture.h"
+#include "tests/doubles/ShownList.h"
 
 namespace platform {
 namespace {

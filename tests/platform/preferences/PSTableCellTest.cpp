@@ -5,13 +5,16 @@
 #include "platform/preferences/PSSliderTableCell.h"
 #include "platform/preferences/PSSwitchTableCell.h"
 #include "platform/preferences/PSTableCell.h"
-#include "tests/platform/preferences/ListFixture.h"
+#include "tests/doubles/Required.h"
+#include "tests/doubles/ShownList.h"
 
 namespace platform {
 namespace {
 
+using doubles::errorOf;
 using doubles::makeControlRow;
 using doubles::makeRow;
+using doubles::required;
 using doubles::RowTarget;
 
 class TallTestCell : public PSTableCell {
@@ -63,26 +66,27 @@ TEST_F(TableCells, kinds_haveTheirStockClasses) {
 }
 
 TEST_F(TableCells, cellClass_isMadeInsteadOfTheStockOne) {
-    EXPECT_EQ("TallTestCell", cellOfClass("TallTestCell")->getClass().name());
+    EXPECT_EQ("TallTestCell", required(cellOfClass("TallTestCell"))->getClass().name());
     EXPECT_TRUE(phone_.log->lines().empty());
 }
 
 TEST_F(TableCells, unknownClassOrOneThatIsNoCell_isLoggedAndTheStockCellMade) {
-    EXPECT_EQ("PSSwitchTableCell", cellOfClass("NoSuchCell")->getClass().name());
-    EXPECT_EQ("PSSwitchTableCell", cellOfClass("UILabel")->getClass().name());
+    EXPECT_EQ("PSSwitchTableCell", required(cellOfClass("NoSuchCell"))->getClass().name());
+    EXPECT_EQ("PSSwitchTableCell", required(cellOfClass("UILabel"))->getClass().name());
     const auto lines = phone_.log->lines();
     ASSERT_EQ(2U, lines.size());
     EXPECT_EQ("PSTableCell: There is no class named \"NoSuchCell\".", lines[0]);
     EXPECT_EQ("PSTableCell: The class \"UILabel\" is no \"PSTableCell\".", lines[1]);
     const auto row = makeRow("Row");
     row->setProperty_forKey(5, "cellClass");
-    EXPECT_EQ("PSTableCell", PSTableCell::makeCell(row)->getClass().name());
+    EXPECT_EQ("PSTableCell", required(PSTableCell::makeCell(row))->getClass().name());
     EXPECT_EQ(3U, phone_.log->lines().size());
 }
 
 TEST_F(TableCells, headerCell_isOfTheNamedClassOrNone) {
     const auto group = doubles::makeGroup("Header");
-    EXPECT_EQ("TallTestCell", PSTableCell::makeCellOfClass("TallTestCell", group)->getClass().name());
+    EXPECT_EQ("TallTestCell",
+              required(PSTableCell::makeCellOfClass("TallTestCell", group))->getClass().name());
     EXPECT_EQ(nullptr, PSTableCell::makeCellOfClass("NoSuchCell", group));
     EXPECT_EQ(1U, phone_.log->lines().size());
 }
@@ -92,13 +96,13 @@ TEST_F(TableCells, heights_areTheClassesOwnAndInherited) {
     EXPECT_EQ(70.0, PSTableCell::heightOfClass("TallTestCell"));
     EXPECT_EQ(70.0, PSTableCell::heightOfClass("TallerTestCell"));
     EXPECT_EQ(44.0, PSTableCell::heightOfClass("NoSuchCell"));
-    EXPECT_EQ(70.0, cellOfClass("TallTestCell")->preferredHeightForWidth(390));
+    EXPECT_EQ(70.0, required(cellOfClass("TallTestCell"))->preferredHeightForWidth(390));
 }
 
 TEST_F(TableCells, linkRow_hasAnArrowAndNeverItsGettersValue) {
     const auto target = std::make_shared<RowTarget>();
     target->stored = "an identifier";
-    const auto cell = PSTableCell::makeCell(makeControlRow("Link", PSCellType::Link, target));
+    const auto cell = required(PSTableCell::makeCell(makeControlRow("Link", PSCellType::Link, target)));
     EXPECT_EQ(UITableViewCellAccessoryDisclosureIndicator, cell->accessoryType());
     EXPECT_EQ(UITableViewCellStyleValue1, cell->style());
     EXPECT_FALSE(cell->detailTextLabel()->text().has_value());
@@ -107,7 +111,7 @@ TEST_F(TableCells, linkRow_hasAnArrowAndNeverItsGettersValue) {
 TEST_F(TableCells, titleValueRow_showsItsGettersValue) {
     const auto target = std::make_shared<RowTarget>();
     const auto row = makeControlRow("Version", PSCellType::TitleValue, target);
-    const auto cell = PSTableCell::makeCell(row);
+    const auto cell = required(PSTableCell::makeCell(row));
     EXPECT_FALSE(cell->detailTextLabel()->text().has_value());
     target->stored = 3;
     cell->refreshCellContentsWithSpecifier(row);
@@ -118,7 +122,7 @@ TEST_F(TableCells, icon_comesFromTheRow) {
     const auto image = std::make_shared<UIImage>();
     const auto row = makeRow("Misc", PSCellType::Link);
     row->setProperty_forKey(image, "iconImage");
-    const auto cell = PSTableCell::makeCell(row);
+    const auto cell = required(PSTableCell::makeCell(row));
     EXPECT_EQ(image, cell->imageView()->image());
     cell->setFrame({0, 0, 390, 44});
     cell->layoutIfNeeded();
@@ -127,14 +131,15 @@ TEST_F(TableCells, icon_comesFromTheRow) {
 
 TEST_F(TableCells, destructiveButton_isRed) {
     const auto row = makeRow("Reset", PSCellType::Button);
-    EXPECT_EQ(nullptr, PSTableCell::makeCell(row)->textLabel()->textColor());
+    EXPECT_EQ(nullptr, required(PSTableCell::makeCell(row))->textLabel()->textColor());
     row->setProperty_forKey(true, "isDestructive");
-    EXPECT_TRUE(PSTableCell::makeCell(row)->textLabel()->textColor()->isEqual(*UIColor::redColor()));
+    EXPECT_TRUE(required(required(PSTableCell::makeCell(row))->textLabel()->textColor())
+                    ->isEqual(*UIColor::redColor()));
 }
 
 TEST_F(TableCells, refresh_leavesWhatAScreenDressed) {
     const auto row = makeRow("Calendar", PSCellType::Link);
-    const auto cell = PSTableCell::makeCell(row);
+    const auto cell = required(PSTableCell::makeCell(row));
     cell->setAccessoryType(UITableViewCellAccessoryCheckmark);
     cell->detailTextLabel()->setText("All Day");
     cell->detailTextLabel()->setTextColor(UIColor::darkGrayColor());
@@ -143,17 +148,17 @@ TEST_F(TableCells, refresh_leavesWhatAScreenDressed) {
     cell->refreshCellContentsWithSpecifier(row);
     EXPECT_EQ(UITableViewCellAccessoryCheckmark, cell->accessoryType());
     EXPECT_EQ("All Day", cell->detailTextLabel()->text());
-    EXPECT_TRUE(cell->textLabel()->textColor()->isEqual(*UIColor::redColor()));
+    EXPECT_TRUE(required(cell->textLabel()->textColor())->isEqual(*UIColor::redColor()));
     EXPECT_EQ("Renamed", cell->textLabel()->text());
 }
 
 TEST_F(TableCells, cellWithoutAControl_saysSo) {
-    const auto cell = PSTableCell::makeCell(makeRow("Plain"));
+    const auto cell = required(PSTableCell::makeCell(makeRow("Plain")));
     EXPECT_TRUE(cell->controlValue().isNil());
     EXPECT_EQ(nullptr, cell->controlView());
     const auto moved = cell->userMovedControl(true);
     ASSERT_FALSE(moved.has_value());
-    EXPECT_EQ("The row \"Plain\" has no control.", moved.error().localizedDescription);
+    EXPECT_EQ("The row \"Plain\" has no control.", errorOf(moved));
 }
 
 TEST_F(TableCells, cellOfNoRow_isHarmless) {

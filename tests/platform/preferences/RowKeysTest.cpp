@@ -7,7 +7,7 @@
 
 #include "platform/foundation/KeyValueCoding.h"
 #include "platform/preferences/RowKeys.h"
-#include "tests/platform/preferences/ListFixture.h"
+#include "tests/doubles/ShownList.h"
 
 namespace platform {
 namespace {

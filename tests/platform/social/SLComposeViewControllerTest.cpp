@@ -3,11 +3,13 @@
 
 #include "platform/social/SLComposeViewController.h"
 #include "platform/uikit/UIAlertController.h"
-#include "tests/platform/uikit/ShownScreens.h"
+#include "tests/doubles/Required.h"
+#include "tests/doubles/ShownScreens.h"
 
 namespace platform {
 namespace {
 
+using doubles::required;
 using Lines = std::vector<std::string>;
 
 class Composer : public testing::Test, public doubles::ShownScreens {
@@ -65,7 +67,7 @@ TEST_F(Composer, composer_coversNothingAndIsFreedWhenItEnds) {
     const std::weak_ptr<SLComposeViewController> gone = present(SLServiceTypeTwitter, "text");
     EXPECT_TRUE(root->isVisible());
     ASSERT_FALSE(gone.expired());
-    gone.lock()->finish(SLComposeViewController::Outcome::Sent);
+    required(gone.lock())->finish(SLComposeViewController::Outcome::Sent);
     EXPECT_TRUE(gone.expired());
 }
 

@@ -3,9 +3,12 @@
 
 #include "platform/tonekit/ToneScreen.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Required.h"
 
 namespace platform {
 namespace {
+
+using doubles::errorOf;
 
 /// Remembers what a picker tells it.
 class ToneDelegate : public Object, public TKTonePickerViewControllerDelegate {
@@ -87,7 +90,7 @@ TEST(TonePicker, entryThatIsNotThere_isRefusedByName) {
     picker->setSelectedToneIdentifier("texttone:Chord");
     const auto unknown = picker->userChoseTone("texttone:Nowhere");
     ASSERT_FALSE(unknown);
-    EXPECT_NE(std::string::npos, unknown.error().localizedDescription.find("texttone:Nowhere"));
+    EXPECT_NE(std::string::npos, errorOf(unknown).find("texttone:Nowhere"));
     EXPECT_FALSE(picker->userChoseTone(std::nullopt)) << "no \"None\" in this list";
     EXPECT_EQ("texttone:Chord", picker->selectedToneIdentifier());
     EXPECT_TRUE(delegate->chosen.empty());

@@ -3,11 +3,13 @@
 
 #include "platform/social/SLComposeViewController.h"
 #include "platform/uikit/UIAlertController.h"
-#include "tests/platform/uikit/ShownScreens.h"
+#include "tests/doubles/Required.h"
+#include "tests/doubles/ShownScreens.h"
 
 namespace platform {
 namespace {
 
+using doubles::required;
 using Lines = std::vector<std::string>;
 
 class Alerts : public testing::Test, public doubles::ShownScreens {
@@ -133,7 +135,7 @@ TEST_F(Alerts, pressedAlert_isFreedWithItsHandler) {
     const auto captured = std::make_shared<int>(0);
     std::weak_ptr<UIAlertController> gone = presentAlert(root, [captured] { ++*captured; });
     ASSERT_FALSE(gone.expired());
-    gone.lock()->choose(0);
+    required(gone.lock())->choose(0);
     EXPECT_TRUE(gone.expired());
     EXPECT_EQ(1, *captured);
     EXPECT_EQ(1, captured.use_count());

@@ -2,10 +2,13 @@
 #include <gtest/gtest.h>
 
 #include "platform/uikit/UIAlertView.h"
-#include "tests/platform/uikit/ShownScreens.h"
+#include "tests/doubles/Required.h"
+#include "tests/doubles/ShownScreens.h"
 
 namespace platform {
 namespace {
+
+using doubles::required;
 
 class AlertView : public testing::Test, public doubles::ShownScreens {
   protected:
@@ -36,7 +39,7 @@ TEST_F(AlertView, shown_aboveWhateverIsShown) {
     UIAlertView alert("Title", std::nullopt, nullptr, std::nullopt, {"One", "Two"});
     alert.show();
     EXPECT_EQ(sheet, top()->presentingViewController());
-    EXPECT_EQ(2U, shown()->actions().size());
+    EXPECT_EQ(2U, required(shown())->actions().size());
     alert.dismiss();
     EXPECT_EQ(sheet, top());
 }

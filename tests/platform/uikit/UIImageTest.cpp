@@ -5,9 +5,12 @@
 #include "platform/uikit/UIImage.h"
 #include "platform/uikit/UIImageView.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Required.h"
 
 namespace platform {
 namespace {
+
+using doubles::required;
 
 /// The beginning of a PNG of that size: what tells its dimensions.
 Data png(std::uint8_t width, std::uint8_t height) {
@@ -104,8 +107,8 @@ TEST_F(Images, namedImageOfBadBytes_givesWayToTheNextScale) {
 
 TEST_F(Images, patternsOfTheSameFile_areEqual) {
     phone_.files->put("/nav.png", png(0, 10));
-    const auto one = UIColor::colorWithPatternImage(UIImage::imageWithContentsOfFile("/nav.png"));
-    const auto other = UIColor::colorWithPatternImage(UIImage::imageWithContentsOfFile("/nav.png"));
+    const auto one = UIColor::colorWithPatternImage(required(UIImage::imageWithContentsOfFile("/nav.png")));
+    const auto other = UIColor::colorWithPatternImage(required(UIImage::imageWithContentsOfFile("/nav.png")));
     EXPECT_TRUE(one->isEqual(*other));
     EXPECT_FALSE(one->isEqual(*other->colorWithAlphaComponent(0.5)));
 }
@@ -115,18 +118,18 @@ TEST_F(Images, areaOfOneColour_keepsColourSizeAndCorners) {
     ASSERT_NE(nullptr, area);
     EXPECT_EQ((Size{29, 20}), area->size());
     EXPECT_EQ(0, area->cornerRadius());
-    const auto rounded = area->withCornerRadius(10);
+    const auto rounded = required(area->withCornerRadius(10));
     EXPECT_EQ(10, rounded->cornerRadius());
     EXPECT_EQ((Size{29, 20}), rounded->size());
-    EXPECT_TRUE(rounded->fillColor()->isEqual(*UIColor::redColor()));
+    EXPECT_TRUE(required(rounded->fillColor())->isEqual(*UIColor::redColor()));
     EXPECT_EQ(0, area->cornerRadius()) << "the first one stays as it was";
     EXPECT_EQ(nullptr, UIImage::imageFilledWithColor(nullptr, {1, 1}));
 }
 
 TEST_F(Images, roundedPicture_isTheSameFile) {
     phone_.files->put("/nav@2x.png", png(4, 40));
-    const auto picture = UIImage::imageWithContentsOfFile("/nav@2x.png");
-    const auto rounded = picture->withCornerRadius(4);
+    const auto picture = required(UIImage::imageWithContentsOfFile("/nav@2x.png"));
+    const auto rounded = required(picture->withCornerRadius(4));
     EXPECT_EQ(picture->path(), rounded->path());
     EXPECT_EQ(picture->name(), rounded->name());
     EXPECT_EQ(picture->scale(), rounded->scale());

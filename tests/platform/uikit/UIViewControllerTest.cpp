@@ -3,11 +3,13 @@
 
 #include "platform/uikit/UIAlertController.h"
 #include "platform/uikit/UIViewController.h"
-#include "tests/platform/uikit/ShownScreens.h"
+#include "tests/doubles/Required.h"
+#include "tests/doubles/ShownScreens.h"
 
 namespace platform {
 namespace {
 
+using doubles::required;
 using Calls = doubles::RecordedScreen::Calls;
 using Lines = std::vector<std::string>;
 
@@ -111,7 +113,7 @@ TEST_F(Presentation, screenAskingFromBelow_presentsAboveEverything) {
     const auto editor = screen("editor");
     const auto sheet = modal(editor);
     present(root, sheet);
-    const auto late = alert();
+    const auto late = required(alert());
     present(root, late);
     EXPECT_EQ(late, top());
     EXPECT_EQ(sheet, late->presentingViewController());

@@ -3,24 +3,21 @@
 
 #include "profile/cells/QXEditableTableCell.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Rows.h"
 
 namespace quietrix {
 namespace {
 
+using doubles::makeCellOf;
 using platform::PSSpecifier;
-using platform::PSTableCell;
 
-std::shared_ptr<QXEditableTableCell> makeCell() {
-    const auto row = PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-        "Title", nullptr, {}, {}, "", platform::PSCellType::EditText, "");
-    row->setProperty_forKey("QXEditableTableCell", "cellClass");
-    return std::dynamic_pointer_cast<QXEditableTableCell>(PSTableCell::makeCell(row));
+std::shared_ptr<PSSpecifier> titleRow() {
+    return doubles::makeRowOfCellClass("Title", platform::PSCellType::EditText, "QXEditableTableCell");
 }
 
 TEST(QXEditableTableCell, beginOfEditing_givesTheDoneKeyWhateverTheFieldHad) {
     const doubles::Phone phone;
-    const auto cell = makeCell();
-    ASSERT_NE(nullptr, cell);
+    const auto cell = makeCellOf<QXEditableTableCell>(titleRow());
     const auto field = cell->textField();
     for (const std::int64_t other : {platform::UIReturnKeyDefault, std::int64_t{4}}) {
         field->setReturnKeyType(other);
@@ -40,13 +37,11 @@ class TitleKeeper : public platform::Object {
 TEST(QXEditableTableCell, editingThatChangesNothing_storesNothing) {
     const doubles::Phone phone;
     const auto keeper = std::make_shared<TitleKeeper>();
-    const auto row = PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-        "Title", keeper, platform::method("keep:specifier:", &TitleKeeper::keep), {}, "",
-        platform::PSCellType::EditText, "");
-    row->setProperty_forKey("QXEditableTableCell", "cellClass");
+    const auto row = titleRow();
+    row->setTarget(keeper);
+    row->setSetter(platform::method("keep:specifier:", &TitleKeeper::keep));
     row->setProperty_forKey("Work", "value");
-    const auto cell = std::dynamic_pointer_cast<QXEditableTableCell>(PSTableCell::makeCell(row));
-    ASSERT_NE(nullptr, cell);
+    const auto cell = makeCellOf<QXEditableTableCell>(row);
     const auto field = cell->textField();
     ASSERT_EQ("Work", field->text());
     field->becomeFirstResponder();
@@ -60,8 +55,7 @@ TEST(QXEditableTableCell, editingThatChangesNothing_storesNothing) {
 
 TEST(QXEditableTableCell, return_closesTheKeyboardAndAnswersYes) {
     const doubles::Phone phone;
-    const auto cell = makeCell();
-    ASSERT_NE(nullptr, cell);
+    const auto cell = makeCellOf<QXEditableTableCell>(titleRow());
     const auto field = cell->textField();
     field->becomeFirstResponder();
     EXPECT_TRUE(field->pressReturn());

@@ -4,10 +4,12 @@
 #include "platform/uikit/UISlider.h"
 #include "profile/cells/QXSliderCell.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Rows.h"
 
 namespace quietrix {
 namespace {
 
+using doubles::makeCellOf;
 using platform::PSSpecifier;
 using platform::PSTableCell;
 using platform::Rect;
@@ -15,10 +17,7 @@ using platform::Rect;
 constexpr const char* longName = "The volume of everything that plays music, films and games on this phone";
 
 std::shared_ptr<PSSpecifier> volumeRow(std::string_view name) {
-    const auto row = PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-        name, nullptr, {}, {}, "", platform::PSCellType::Slider, "");
-    row->setProperty_forKey("QXSliderCell", "cellClass");
-    return row;
+    return doubles::makeRowOfCellClass(name, platform::PSCellType::Slider, "QXSliderCell");
 }
 
 void layOut(PSTableCell& cell) {
@@ -33,7 +32,7 @@ TEST(QXSliderCell, layout_movesTitleUpAndSliderDownByFifteenPoints) {
     platform::PSSliderTableCell plain(0, "", row);
     plain.refreshCellContentsWithSpecifier(row);
     layOut(plain);
-    const auto cell = PSTableCell::makeCell(row);
+    const auto cell = makeCellOf<QXSliderCell>(row);
     layOut(*cell);
     Rect title = plain.textLabel()->frame();
     title.y -= 15;
@@ -48,8 +47,7 @@ TEST(QXSliderCell, layout_movesTitleUpAndSliderDownByFifteenPoints) {
 
 TEST(QXSliderCell, longTitle_mayWrapAndStaysVisibleAfterEveryLayout) {
     const doubles::Phone phone;
-    const auto cell = PSTableCell::makeCell(volumeRow(longName));
-    ASSERT_NE(nullptr, std::dynamic_pointer_cast<QXSliderCell>(cell));
+    const auto cell = makeCellOf<QXSliderCell>(volumeRow(longName));
     for (int pass = 0; pass < 3; ++pass) {
         cell->textLabel()->setAlpha(0);
         layOut(*cell);
@@ -63,7 +61,7 @@ TEST(QXSliderCell, longTitle_mayWrapAndStaysVisibleAfterEveryLayout) {
 TEST(QXSliderCell, madeFromTheRowAlone_hasTheSameTitleAndLayout) {
     const doubles::Phone phone;
     const auto row = volumeRow(longName);
-    const auto byFramework = PSTableCell::makeCell(row);
+    const auto byFramework = makeCellOf<QXSliderCell>(row);
     const auto alone = std::make_shared<QXSliderCell>(row);
     EXPECT_EQ("", alone->reuseIdentifier());
     EXPECT_EQ(longName, alone->textLabel()->text());

@@ -2,25 +2,22 @@
 #include <gtest/gtest.h>
 
 #include "profile/cells/QXSwitchCell.h"
-#include "tests/shell/phone/PluginPhone.h"
+#include "tests/doubles/PluginPhone.h"
+#include "tests/doubles/Required.h"
+#include "tests/doubles/Rows.h"
 
 namespace quietrix {
 namespace {
 
-using platform::PSSpecifier;
-using platform::PSTableCell;
-
+using doubles::required;
 std::shared_ptr<QXSwitchCell> makeCell() {
-    const auto row = PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-        "Vibrate", nullptr, {}, {}, "", platform::PSCellType::Switch, "");
-    row->setProperty_forKey("QXSwitchCell", "cellClass");
-    return std::dynamic_pointer_cast<QXSwitchCell>(PSTableCell::makeCell(row));
+    return doubles::makeCellOf<QXSwitchCell>(
+        doubles::makeRowOfCellClass("Vibrate", platform::PSCellType::Switch, "QXSwitchCell"));
 }
 
 TEST(QXSwitchCell, inLightMode_isThePatternWhenOn) {
     const doubles::PluginPhone phone;
     const auto cell = makeCell();
-    ASSERT_NE(nullptr, cell);
     const auto color = cell->switchControl()->onTintColor();
     ASSERT_NE(nullptr, color);
     ASSERT_NE(nullptr, color->patternImage());
@@ -30,7 +27,6 @@ TEST(QXSwitchCell, inLightMode_isThePatternWhenOn) {
 TEST(QXSwitchCell, darkModeChangedBetweenTwoDisplays_changesTheColourAndBack) {
     const doubles::PluginPhone phone;
     const auto cell = makeCell();
-    ASSERT_NE(nullptr, cell);
     phone.facts->dark = true;
     cell->refreshCellContentsWithSpecifier(cell->specifier());
     const auto dark = cell->switchControl()->onTintColor();
@@ -39,7 +35,7 @@ TEST(QXSwitchCell, darkModeChangedBetweenTwoDisplays_changesTheColourAndBack) {
     EXPECT_TRUE(dark->isEqual(*platform::UIColor::colorWithWhite_alpha(1, 0.6)));
     phone.facts->dark = false;
     cell->refreshCellContentsWithSpecifier(cell->specifier());
-    EXPECT_NE(nullptr, cell->switchControl()->onTintColor()->patternImage());
+    EXPECT_NE(nullptr, required(cell->switchControl()->onTintColor())->patternImage());
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 namespace quietrix {
 namespace {
 
+using doubles::required;
 using platform::Value;
 
 /// What only an enabled profile has, from the last row up.
@@ -52,7 +53,7 @@ TEST_F(Editor, changedValue_isSavedOnceAndChangesNoRows) {
         move(identifier, other);
         EXPECT_EQ("update ok", happened()) << identifier;
         phone_.drain();
-        EXPECT_EQ(other, stored()->valueForKey(identifier)) << identifier;
+        EXPECT_EQ(other, required(stored())->valueForKey(identifier)) << identifier;
     }
 }
 
@@ -60,7 +61,7 @@ TEST_F(Editor, emptyTitle_isAccepted) {
     open();
     move("title", "");
     phone_.drain();
-    EXPECT_EQ("", stored()->title());
+    EXPECT_EQ("", required(stored())->title());
     EXPECT_EQ(nullptr, alert());
 }
 
@@ -108,8 +109,8 @@ TEST_F(Editor, allDayOn_takesTheHoursAndTheSliderBehindThem) {
     move("allDay", false);
     EXPECT_EQ("update ok; insert 6 Active Hours animated", happened());
     EXPECT_EQ(-1, indexOf("playBackVolume"));
-    EXPECT_EQ("Active Hours", screen_->specifierAtIndex(6)->name());
-    EXPECT_EQ("allDay", screen_->specifierAtIndex(5)->identifier());
+    EXPECT_EQ("Active Hours", rowAt(6)->name());
+    EXPECT_EQ("allDay", rowAt(5)->identifier());
     screen_->reloadSpecifiers();
     EXPECT_EQ(8, indexOf("playBackVolume"));
 }
@@ -147,11 +148,7 @@ class ToneForgettingEditor : public QuietrixProflePreferencesController {
 };
 
 TEST_F(Editor, rebuiltWithoutTheToneRow_addsItWithoutAnimation) {
-    open();
-    screen_ = std::make_shared<ToneForgettingEditor>();
-    screen_->setSpecifier(row_);
-    phone_.show(screen_);
-    phone_.takeEvents();
+    open(std::make_shared<ToneForgettingEditor>());
     screen_->reloadSpecifiers();
     EXPECT_EQ("insert 13 Alert Tone", happened());
 }
@@ -164,7 +161,7 @@ TEST_F(Editor, silentedOperation_insertsAtTheTopForWantOfItsRow) {
 
 TEST_F(Editor, failedSave_showsTheErrorAndKeepsTheValue) {
     open();
-    phone_.files->failWrites("No space left on device", std::string(profilesPath));
+    failWrites();
     move("title", "Office");
     EXPECT_EQ("update failed", happened());
     phone_.drain();
@@ -179,10 +176,9 @@ TEST_F(Editor, failedSave_showsTheErrorAndKeepsTheValue) {
 
 TEST_F(Editor, failedSaveOfARowsOwnScreen_showsTheKeptValueInTheRow) {
     open();
-    phone_.files->failWrites("No space left on device", std::string(profilesPath));
-    ASSERT_NE(nullptr, cellOf("alertToneIdentifier"));
-    screen_->tableView_didSelectRowAtIndexPath(screen_->table(),
-                                               *screen_->indexPathForIndex(indexOf("alertToneIdentifier")));
+    failWrites();
+    cellOf("alertToneIdentifier");
+    tap("alertToneIdentifier");
     profile_->setAlertToneIdentifier("texttone:Bell");
     navigation_->popViewControllerAnimated(true);
     EXPECT_EQ("Bell", cellOf("alertToneIdentifier")->detailTextLabel()->text());
@@ -190,7 +186,7 @@ TEST_F(Editor, failedSaveOfARowsOwnScreen_showsTheKeptValueInTheRow) {
 
 TEST_F(Editor, failureAfterTheScreenIsGone_isHeardByTheScreenAndThenFreesIt) {
     open();
-    phone_.files->failWrites("No space left on device", std::string(profilesPath));
+    failWrites();
     move("title", "Office");
     const std::weak_ptr<QuietrixProflePreferencesController> screen = screen_;
     screen_.reset();
@@ -208,16 +204,14 @@ TEST_F(Editor, dataUpdated_savesAndTakesTheStoresRecord) {
     post(ProfileDataUpdateNotification);
     EXPECT_EQ("update ok", happened());
     EXPECT_NE(profile_, screen_->profile());
-    EXPECT_EQ("8:00 AM", screen_->profile()->startTime());
+    EXPECT_EQ("8:00 AM", required(screen_->profile())->startTime());
     EXPECT_EQ(screen_->profile(), row_->userInfo().objectAs<QXProfile>());
     EXPECT_EQ(screen_->profile(), rowOf("wifiNetworks")->userInfo()["profile"].objectAs<QXProfile>());
 }
 
 TEST_F(Editor, appliedStateChanged_takesTheStoresRecordAndSavesNothing) {
     open();
-    const auto theirs = QXProfile::profileWithValues(profile_->storedValues());
-    theirs->setTitle("Renamed elsewhere");
-    QXProfilesManager::sharedManager()->updateProfile_success_failure(theirs, nullptr, nullptr);
+    storeElsewhere("title", "Renamed elsewhere");
     phone_.takeEvents();
     post(ProfileAppliedStateChangedNotification);
     EXPECT_EQ("", happened());
@@ -228,7 +222,7 @@ TEST_F(Editor, appliedStateChanged_takesTheStoresRecordAndSavesNothing) {
 
 TEST_F(Editor, profileDeletedElsewhere_leavesAUsableScreenWithoutARecord) {
     open();
-    QXProfilesManager::sharedManager()->deleteProfile_success_failure(profile_, nullptr, nullptr);
+    deleteElsewhere();
     post(ProfileAppliedStateChangedNotification);
     EXPECT_EQ(nullptr, screen_->profile());
     EXPECT_TRUE(row_->userInfo().isNil());
@@ -250,11 +244,7 @@ TEST_F(Editor, closed_isNotKeptAliveAndHearsNothing) {
     open();
     move("allDay", true);
     phone_.drain();
-    const std::weak_ptr<QuietrixProflePreferencesController> screen = screen_;
-    screen_.reset();
-    navigation_->popViewControllerAnimated(false);
-    phone_.drain();
-    EXPECT_TRUE(screen.expired());
+    EXPECT_TRUE(closesForGood());
     post(ProfileAppliedStateChangedNotification);
     post(ProfileDataUpdateNotification);
 }

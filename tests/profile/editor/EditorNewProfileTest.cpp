@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: MIT
-#include "platform/uikit/UIApplication.h"
 #include "shell/base/NotificationNames.h"
 #include "tests/profile/editor/EditorFixture.h"
 
 namespace quietrix {
 namespace {
 
+using doubles::required;
+
 class NewProfileEditor : public EditorFixture {
   protected:
     NewProfileEditor() { profile_->setNewProfile(true); }
-    bool isPresented() const {
-        return platform::UIApplication::sharedApplication().topmostPresented() != navigation_;
-    }
+    bool isPresented() const { return doubles::Phone::top() != navigation_; }
 };
 
 TEST_F(NewProfileEditor, bar_hasCancelAndSave) {
@@ -22,8 +21,8 @@ TEST_F(NewProfileEditor, bar_hasCancelAndSave) {
     EXPECT_EQ(platform::UIBarButtonSystemItemCancel, cancel->systemItem());
     EXPECT_EQ("dismissVieControllerAction:", cancel->action().selector());
     ASSERT_EQ(1U, item->rightBarButtonItems().size());
-    EXPECT_EQ(platform::UIBarButtonSystemItemSave, item->rightBarButtonItem()->systemItem());
-    EXPECT_EQ("addProfileAction:", item->rightBarButtonItem()->action().selector());
+    EXPECT_EQ(platform::UIBarButtonSystemItemSave, required(item->rightBarButtonItem())->systemItem());
+    EXPECT_EQ("addProfileAction:", required(item->rightBarButtonItem())->action().selector());
 }
 
 TEST_F(NewProfileEditor, existingProfile_hasNoButtonsOfItsOwn) {
@@ -31,7 +30,8 @@ TEST_F(NewProfileEditor, existingProfile_hasNoButtonsOfItsOwn) {
     open();
     EXPECT_TRUE(screen_->navigationItem()->leftBarButtonItems().empty());
     ASSERT_EQ(1U, screen_->navigationItem()->rightBarButtonItems().size());
-    EXPECT_EQ("twitter", screen_->navigationItem()->rightBarButtonItem()->image()->name());
+    EXPECT_EQ("twitter",
+              required(required(screen_->navigationItem()->rightBarButtonItem())->image())->name());
 }
 
 TEST_F(NewProfileEditor, changes_stayInMemory) {
@@ -57,7 +57,7 @@ TEST_F(NewProfileEditor, saved_addsOnceAndCloses) {
     phone_.drain();
     EXPECT_FALSE(isPresented());
     EXPECT_EQ(nullptr, screen_->navigationItem()->rightBarButtonItem());
-    EXPECT_EQ("Gym", stored()->title());
+    EXPECT_EQ("Gym", required(stored())->title());
 }
 
 /// Tells whether the Save button was still there when the screen began to leave.
@@ -71,13 +71,8 @@ class LeavingEditor : public QuietrixProflePreferencesController {
 };
 
 TEST_F(NewProfileEditor, saved_losesItsButtonBeforeItLeaves) {
-    open();
     const auto leaving = std::make_shared<LeavingEditor>();
-    leaving->setSpecifier(row_);
-    const auto beneath = std::make_shared<platform::PSViewController>();
-    navigation_ = phone_.show(beneath);
-    beneath->presentViewController_animated_completion(
-        platform::UINavigationController::initWithRootViewController(leaving), false, nullptr);
+    open(leaving);
     ASSERT_NE(nullptr, leaving->navigationItem()->rightBarButtonItem());
     leaving->addProfileAction(nullptr);
     phone_.drain();
@@ -96,7 +91,7 @@ TEST_F(NewProfileEditor, savedWithoutATitle_isAdded) {
 
 TEST_F(NewProfileEditor, failedSave_staysOpenWithItsButtonAndValues) {
     open();
-    phone_.files->failWrites("No space left on device", std::string(profilesPath));
+    failWrites();
     move("title", "Gym");
     screen_->addProfileAction(nullptr);
     phone_.drain();

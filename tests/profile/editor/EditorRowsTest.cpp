@@ -12,6 +12,7 @@
 namespace quietrix {
 namespace {
 
+using doubles::required;
 using platform::PSSpecifier;
 using platform::Value;
 
@@ -66,7 +67,7 @@ std::string userInfo(const PSSpecifier& row, const std::shared_ptr<QXProfile>& p
     if (info.isNil()) return "nil";
     if (info.objectAs<QXProfile>() == profile) return "QXProfile";
     std::string keys;
-    for (const auto& [key, value] : *info.dictionary()) {
+    for (const auto& [key, value] : *required(info.dictionary())) {
         keys += (keys.empty() ? "" : " ") + key;
         if (key == "profile" && value.objectAs<QXProfile>() != profile) keys += " of another";
         if (key == "calendars" && value.dictionary() == nullptr) keys += " that are none";
@@ -95,7 +96,8 @@ class EditorRows : public EditorFixture {
     std::vector<std::string> table() {
         std::vector<std::string> lines;
         for (const auto& row : *screen_->specifiers()) lines.push_back(printed(*row, profile_));
-        EXPECT_TRUE(lines.back().starts_with(copyRightRow)) << lines.back();
+        if (lines.empty() || !lines.back().starts_with(copyRightRow))
+            doubles::endTest("The last row is not the copyright row.", Where::current());
         lines.pop_back();
         return lines;
     }
@@ -170,11 +172,12 @@ TEST_F(EditorRows, alertOnButDisabled_buildNoTone) {
 TEST_F(EditorRows, builders_makeNewRowsWhileTheCacheKeepsIts) {
     open();
     EXPECT_EQ(screen_->profilesSpecifiers(), screen_->profilesSpecifiers());
-    EXPECT_NE(screen_->activeTimeSpecifiers().front(), screen_->activeTimeSpecifiers().front());
-    EXPECT_NE(screen_->profileEnabledSpecifiers().front(), screen_->profileEnabledSpecifiers().front());
+    EXPECT_NE(screen_->activeTimeSpecifiers().at(0), screen_->activeTimeSpecifiers().at(0));
+    EXPECT_NE(screen_->profileEnabledSpecifiers().at(0), screen_->profileEnabledSpecifiers().at(0));
     const auto cached = screen_->profilesSpecifiers();
     screen_->reloadSpecifiers();
     EXPECT_NE(cached, screen_->profilesSpecifiers());
+    ASSERT_FALSE(screen_->profilesSpecifiers()->empty());
     EXPECT_EQ("title", screen_->profilesSpecifiers()->front()->identifier())
         << "the leading group and the copyright row are not the cache's";
     EXPECT_EQ("calendarIdentifiers", screen_->profilesSpecifiers()->back()->identifier());
@@ -211,7 +214,7 @@ TEST_F(EditorRows, toneCell_showsTheLocalisedLastPieceInLightGrey) {
         screen_->reloadSpecifiers();
         const auto& label = cellOf("alertToneIdentifier")->detailTextLabel();
         EXPECT_EQ(shown, label->text());
-        EXPECT_TRUE(label->textColor()->isEqual(*platform::UIColor::lightGrayColor()));
+        EXPECT_TRUE(required(label->textColor())->isEqual(*platform::UIColor::lightGrayColor()));
     }
     EXPECT_NE("None", localized("None")) << "the language must differ for this test to mean something";
 }
@@ -226,13 +229,15 @@ TEST_F(EditorRows, timeRows_haveTheirDetailInBlueAndTheTextLeftAlone) {
     open();
     const auto blue = platform::UIColor::colorWithRed_green_blue_alpha(0, 0.478431, 1, 1);
     const auto row = rowOf("wifiNetworks");
-    const auto path = *screen_->indexPathForIndex(indexOf("wifiNetworks"));
+    const auto path = pathOf("wifiNetworks");
     const auto& label = cellOf("wifiNetworks")->detailTextLabel();
     for (const auto* identifier : {"startTime", "endTime"}) {
         label->setTextColor(nullptr);
         label->setText("at noon");
         row->setIdentifier(identifier);
-        ASSERT_EQ(label, screen_->tableView_cellForRowAtIndexPath(screen_->table(), path)->detailTextLabel());
+        ASSERT_EQ(
+            label,
+            required(screen_->tableView_cellForRowAtIndexPath(screen_->table(), path))->detailTextLabel());
         ASSERT_NE(nullptr, label->textColor()) << identifier;
         EXPECT_TRUE(label->textColor()->isEqual(*blue)) << identifier;
         EXPECT_EQ("at noon", label->text()) << identifier;
@@ -242,8 +247,8 @@ TEST_F(EditorRows, timeRows_haveTheirDetailInBlueAndTheTextLeftAlone) {
 TEST_F(EditorRows, estimatedHeights_areTheSlidersOwnElseTheBases) {
     open();
     const auto estimate = [this](std::int64_t index) {
-        return screen_->tableView_estimatedHeightForRowAtIndexPath(screen_->table(),
-                                                                   *screen_->indexPathForIndex(index));
+        return screen_->tableView_estimatedHeightForRowAtIndexPath(
+            screen_->table(), required(screen_->indexPathForIndex(index)).value());
     };
     EXPECT_EQ(QXSliderCell::defaultCellHeight(), estimate(8));
     EXPECT_EQ(QXSliderCell::defaultCellHeight(), estimate(9));
@@ -258,9 +263,10 @@ TEST_F(EditorRows, appearance_isTheProducts) {
     open();
     EXPECT_EQ("Work", screen_->title());
     EXPECT_TRUE(screen_->hasCustomNavigationBarColor());
-    EXPECT_EQ("nav", screen_->customNavigationBarColor()->patternImage()->name());
-    EXPECT_EQ("nav", navigation_->navigationBar()->barTintColor()->patternImage()->name());
-    EXPECT_EQ("twitter", screen_->twitterImage()->name());
+    EXPECT_EQ("nav", required(required(screen_->customNavigationBarColor())->patternImage())->name());
+    EXPECT_EQ("nav",
+              required(required(navigation_->navigationBar()->barTintColor())->patternImage())->name());
+    EXPECT_EQ("twitter", required(screen_->twitterImage())->name());
     EXPECT_TRUE(screen_->twitterMessage().starts_with("I'm Loving #Quietrix"));
     EXPECT_EQ(rowOf("CopyRightHeader"), screen_->copyRightSpecifier());
     EXPECT_TRUE(rowOf("CopyRightHeader")->propertyForKey("footerText").stringOr().starts_with("Version "));

@@ -3,11 +3,13 @@
 
 #include "profile/hours/QXDateRangeCell.h"
 #include "profile/model/QXProfile.h"
-#include "tests/shell/phone/PluginPhone.h"
+#include "tests/doubles/PluginPhone.h"
+#include "tests/doubles/Rows.h"
 
 namespace quietrix {
 namespace {
 
+using doubles::required;
 using platform::PSSpecifier;
 using platform::PSTableCell;
 using platform::Rect;
@@ -15,15 +17,14 @@ using platform::UIColor;
 using platform::UILabel;
 
 std::shared_ptr<PSSpecifier> hoursRow(std::shared_ptr<QXProfile> profile) {
-    const auto row = PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-        "Active Hours", nullptr, {}, {}, "QXDateRangeController", platform::PSCellType::Link, "");
-    row->setProperty_forKey("QXDateRangeCell", "cellClass");
+    const auto row =
+        doubles::makeRowOfCellClass("Active Hours", platform::PSCellType::Link, "QXDateRangeCell");
     row->setUserInfo(std::move(profile));
     return row;
 }
 
 std::shared_ptr<UILabel> label(PSTableCell& cell, std::int64_t tag) {
-    return std::dynamic_pointer_cast<UILabel>(cell.contentView()->viewWithTag(tag));
+    return required(std::dynamic_pointer_cast<UILabel>(cell.contentView()->viewWithTag(tag)));
 }
 
 struct HoursLabel {
@@ -39,7 +40,7 @@ TEST(QXDateRangeCell, labels_showTheStoredTimesAtTheirPlaces) {
     const auto profile = std::make_shared<QXProfile>();
     profile->setStartTime("09:05 am");
     profile->setEndTime("whenever");
-    const auto cell = PSTableCell::makeCell(hoursRow(profile));
+    const auto cell = doubles::makeCellOf<QXDateRangeCell>(hoursRow(profile));
     cell->setFrame({0, 0, 375, 64});
     cell->layoutIfNeeded();
     const auto blue = UIColor::colorWithRed_green_blue_alpha(0, 0.478431, 1.0, 1.0);
@@ -49,10 +50,9 @@ TEST(QXDateRangeCell, labels_showTheStoredTimesAtTheirPlaces) {
                                            {24, "whenever", {375 - 135, 34, 100, 20}, blue, 2}};
     for (const auto& wanted : expected) {
         const auto shown = label(*cell, wanted.tag);
-        ASSERT_NE(nullptr, shown) << wanted.tag;
         EXPECT_EQ(wanted.text, shown->text()) << wanted.tag;
         EXPECT_EQ(wanted.frame, shown->frame()) << wanted.tag;
-        EXPECT_TRUE(wanted.color->isEqual(*shown->textColor())) << wanted.tag;
+        EXPECT_TRUE(wanted.color->isEqual(*required(shown->textColor()))) << wanted.tag;
         EXPECT_EQ(wanted.alignment, shown->textAlignment()) << wanted.tag;
         EXPECT_EQ(1, shown->numberOfLines()) << wanted.tag;
     }
@@ -60,7 +60,7 @@ TEST(QXDateRangeCell, labels_showTheStoredTimesAtTheirPlaces) {
 
 TEST(QXDateRangeCell, everyLayout_keepsTheRowsNameOff) {
     const doubles::PluginPhone phone;
-    const auto cell = PSTableCell::makeCell(hoursRow(std::make_shared<QXProfile>()));
+    const auto cell = doubles::makeCellOf<QXDateRangeCell>(hoursRow(std::make_shared<QXProfile>()));
     for (const double width : {320.0, 390.0}) {
         cell->refreshCellContentsWithSpecifier(cell->specifier());
         cell->setFrame({0, 0, width, 64});
@@ -82,7 +82,7 @@ TEST(QXDateRangeCell, madeFromTheRowAlone_hasTheSameLabels) {
 
 TEST(QXDateRangeCell, rowWithoutAProfile_hasNoTimes) {
     const doubles::PluginPhone phone;
-    const auto cell = PSTableCell::makeCell(hoursRow(nullptr));
+    const auto cell = doubles::makeCellOf<QXDateRangeCell>(hoursRow(nullptr));
     EXPECT_EQ(std::nullopt, label(*cell, 22)->text());
     EXPECT_EQ("To", label(*cell, 23)->text());
 }

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "platform/uikit/UIApplication.h"
 #include "profile/hours/QXDateRangeController.h"
 #include "shell/base/NotificationNames.h"
 #include "tests/profile/hours/HoursFixture.h"
@@ -11,19 +10,14 @@ using platform::NotificationCenter;
 
 class HoursScreen : public HoursFixture {
   protected:
-    void postAppliedState() {
-        NotificationCenter::defaultCenter().postNotificationName_object_userInfo(
-            ProfileAppliedStateChangedNotification, nullptr, nullptr);
-    }
+    static void postAppliedState() { post(ProfileAppliedStateChangedNotification); }
 };
 
 TEST_F(HoursScreen, newProfile_onlyAnnouncesTheChange) {
-    const auto profile = makeProfile("9:00 AM", "5:00 PM");
-    profile->setNewProfile(true);
-    open(profile);
+    openNew("9:00 AM", "5:00 PM");
     pick("10:00 AM");
     phone_.drain();
-    EXPECT_EQ("10:00 AM", profile->startTime());
+    EXPECT_EQ("10:00 AM", profile_->startTime());
     const auto events = phone_.takeEvents();
     const auto stores =
         std::ranges::count_if(events, [](const auto& event) { return event.at("event") == "store"; });
@@ -44,7 +38,7 @@ TEST_F(HoursScreen, existingProfile_announcesNoDataChange) {
 
 TEST_F(HoursScreen, failedSave_showsTheErrorAndKeepsTheTimeInMemory) {
     openStored("9:00 AM", "5:00 PM");
-    phone_.files->failWrites("No space left on device", std::string(profilesPath));
+    failWrites();
     pick("10:00 AM");
     phone_.drain();
     ASSERT_NE(nullptr, alert());
@@ -56,9 +50,7 @@ TEST_F(HoursScreen, failedSave_showsTheErrorAndKeepsTheTimeInMemory) {
 TEST_F(HoursScreen, appliedStateChanged_takesTheStoresCopyWithoutRefreshing) {
     openStored("9:00 AM", "5:00 PM");
     EXPECT_EQ("From 9:00 AM", rowText(0));
-    const auto other = QXProfile::profileWithValues(profile_->storedValues());
-    other->setStartTime("7:00 AM");
-    QXProfilesManager::sharedManager()->updateProfile_success_failure(other, nullptr, nullptr);
+    storeElsewhere("startTime", "7:00 AM");
     postAppliedState();
     const auto fresh = row_->userInfo().objectAs<QXProfile>();
     ASSERT_NE(nullptr, fresh);
@@ -71,8 +63,7 @@ TEST_F(HoursScreen, appliedStateChanged_takesTheStoresCopyWithoutRefreshing) {
 
 TEST_F(HoursScreen, profileGoneFromTheStore_keepsItsRecordAndSaysSoOnAChange) {
     openStored("9:00 AM", "5:00 PM");
-    QXProfilesManager::sharedManager()->deleteProfile_success_failure(
-        QXProfile::profileWithValues(profile_->storedValues()), nullptr, nullptr);
+    deleteElsewhere();
     postAppliedState();
     EXPECT_EQ(profile_, row_->userInfo().objectAs<QXProfile>());
     selectRow(1);
@@ -82,19 +73,17 @@ TEST_F(HoursScreen, profileGoneFromTheStore_keepsItsRecordAndSaysSoOnAChange) {
 }
 
 TEST_F(HoursScreen, newProfileWhenTheAppliedStateChanges_keepsWhatWasSet) {
-    const auto profile = makeProfile("9:00 AM", "5:00 PM");
-    profile->setNewProfile(true);
-    open(profile);
+    openNew("9:00 AM", "5:00 PM");
     pick("10:00 AM");
     postAppliedState();
     selectRow(1);
     pick("6:00 PM");
     phone_.drain();
-    EXPECT_EQ(profile, row_->userInfo().objectAs<QXProfile>());
-    EXPECT_EQ("10:00 AM", profile->startTime());
-    EXPECT_EQ("6:00 PM", profile->endTime());
+    EXPECT_EQ(profile_, row_->userInfo().objectAs<QXProfile>());
+    EXPECT_EQ("10:00 AM", profile_->startTime());
+    EXPECT_EQ("6:00 PM", profile_->endTime());
     EXPECT_EQ(nullptr, alert());
-    EXPECT_TRUE(phone_.takeEvents("store").empty());
+    EXPECT_EQ(0U, storeCalls());
 }
 
 TEST_F(HoursScreen, shownAgain_keepsItsPaneAndObservesOnce) {
@@ -109,13 +98,10 @@ TEST_F(HoursScreen, closed_isNotKeptAlive) {
     openStored("9:00 AM", "5:00 PM");
     pick("10:00 AM");
     phone_.drain();
-    const std::weak_ptr<QXDateRangeController> screen = screen_;
     const std::weak_ptr<QXDateRangePane> pane = pane_;
-    screen_.reset();
     pane_.reset();
     table_.reset();
-    platform::UIApplication::sharedApplication().setRootViewController(nullptr);
-    EXPECT_TRUE(screen.expired());
+    EXPECT_TRUE(closesForGood());
     EXPECT_TRUE(pane.expired());
     postAppliedState();
 }

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "platform/uikit/UIApplication.h"
 #include "profile/hours/QXDateRangePane.h"
 #include "profile/model/QXUtils.h"
 #include "shell/base/Localization.h"
@@ -8,6 +7,7 @@
 namespace quietrix {
 namespace {
 
+using doubles::required;
 using platform::Rect;
 using platform::UIColor;
 
@@ -53,11 +53,11 @@ TEST_F(HoursPane, rows_showLabelAndStoredTimeCentredInBlue) {
     EXPECT_EQ("From 9:05 AM", rowText(0));
     EXPECT_EQ("To 12:30 PM", rowText(1));
     for (const std::int64_t row : {0, 1}) {
-        const auto& label = table_->cellForRowAtIndexPath({0, row})->textLabel();
+        const auto& label = hourCell(row)->textLabel();
         EXPECT_EQ(platform::NSTextAlignmentCenter, label->textAlignment());
-        EXPECT_TRUE(
-            label->textColor()->isEqual(*UIColor::colorWithRed_green_blue_alpha(0, 0.478431, 1.0, 1.0)));
-        EXPECT_EQ("dateCell", table_->cellForRowAtIndexPath({0, row})->reuseIdentifier());
+        EXPECT_TRUE(required(label->textColor())
+                        ->isEqual(*UIColor::colorWithRed_green_blue_alpha(0, 0.478431, 1.0, 1.0)));
+        EXPECT_EQ("dateCell", hourCell(row)->reuseIdentifier());
     }
 }
 
@@ -71,7 +71,6 @@ TEST_F(HoursPane, selectingTo_movesThePickerToTheStoredTimeAndSavesNothing) {
     selectRow(1);
     EXPECT_EQ("5:00 PM", pickedTime());
     EXPECT_EQ(1, pane_->datePicker()->tag());
-    phone_.drain();
     EXPECT_EQ(0U, storeCalls());
     selectRow(0);
     EXPECT_EQ("9:05 AM", pickedTime());
@@ -148,12 +147,9 @@ TEST_F(HoursPane, refusal_doesNotKeepItsScreen) {
     pick("6:00 PM");
     const auto refusal = alert();
     ASSERT_NE(nullptr, refusal);
-    const std::weak_ptr<QXDateRangeController> screen = screen_;
-    screen_ = nullptr;
     pane_ = nullptr;
     table_ = nullptr;
-    platform::UIApplication::sharedApplication().setRootViewController(nullptr);
-    EXPECT_TRUE(screen.expired());
+    EXPECT_TRUE(closesForGood());
     refusal->choose(0);
 }
 
@@ -209,9 +205,7 @@ TEST_F(HoursPane, fromOneMinuteBeforeTo_isStoredAndSavedOnce) {
     phone_.drain();
     EXPECT_EQ(nullptr, alert());
     EXPECT_EQ(1U, storeCalls());
-    const auto stored =
-        QXProfilesManager::sharedManager()->profileByIdentifier_shouldReload(profile_->identifier(), true);
-    EXPECT_EQ("4:59 PM", stored->startTime());
+    EXPECT_EQ("4:59 PM", required(stored())->startTime());
 }
 
 TEST_F(HoursPane, acceptedTime_isShownInItsRowWhichStaysSelected) {

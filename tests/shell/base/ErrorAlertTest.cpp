@@ -2,37 +2,28 @@
 #include <gtest/gtest.h>
 
 #include "platform/preferences/PSListController.h"
-#include "platform/uikit/UIAlertController.h"
-#include "platform/uikit/UIApplication.h"
 #include "shell/base/ErrorAlert.h"
-#include "tests/shell/phone/PluginPhone.h"
+#include "tests/doubles/PluginPhone.h"
+#include "tests/doubles/ScreenFixture.h"
 
 namespace quietrix {
 namespace {
 
-using platform::UIAlertController;
-
-class ErrorAlert : public testing::Test {
+using doubles::required;
+class ErrorAlert : public doubles::ScreenFixture<platform::PSListController, doubles::PluginPhone> {
   protected:
-    ErrorAlert() { phone_.show(screen_); }
-    std::shared_ptr<UIAlertController> shown() const {
-        return std::dynamic_pointer_cast<UIAlertController>(
-            platform::UIApplication::sharedApplication().topmostPresented());
-    }
-
-    doubles::PluginPhone phone_;
-    std::shared_ptr<platform::PSListController> screen_ = std::make_shared<platform::PSListController>();
+    ErrorAlert() { openScreen(doubles::Place::First); }
 };
 
 TEST_F(ErrorAlert, anError_isShownWithItsDescription) {
     qx_showError(*screen_, platform::Error{"The disk is full."});
-    ASSERT_NE(nullptr, shown());
-    EXPECT_EQ("Error", shown()->title());
-    EXPECT_EQ("The disk is full.", shown()->message());
-    EXPECT_EQ(platform::UIAlertControllerStyleAlert, shown()->preferredStyle());
-    ASSERT_EQ(1U, shown()->actions().size());
-    EXPECT_EQ("Close", shown()->actions()[0].title);
-    EXPECT_EQ(platform::UIAlertActionStyleCancel, shown()->actions()[0].style);
+    ASSERT_NE(nullptr, alert());
+    EXPECT_EQ("Error", alert()->title());
+    EXPECT_EQ("The disk is full.", alert()->message());
+    EXPECT_EQ(platform::UIAlertControllerStyleAlert, alert()->preferredStyle());
+    ASSERT_EQ(1U, alert()->actions().size());
+    EXPECT_EQ("Close", alert()->actions()[0].title);
+    EXPECT_EQ(platform::UIAlertActionStyleCancel, alert()->actions()[0].style);
 }
 
 TEST_F(ErrorAlert, titleAndButton_areThePluginsOwn) {
@@ -42,15 +33,15 @@ TEST_F(ErrorAlert, titleAndButton_areThePluginsOwn) {
     phone_.files->put("/Applications/Settings.app/de.lproj/UIKit.strings",
                       R"("Error" = "Toolkit"; "Close" = "Toolkit";)");
     qx_showError(*screen_, platform::Error{"x"});
-    ASSERT_NE(nullptr, shown());
-    EXPECT_EQ("Fehler", shown()->title());
-    EXPECT_EQ("Schließen", shown()->actions().at(0).title);
+    ASSERT_NE(nullptr, alert());
+    EXPECT_EQ("Fehler", alert()->title());
+    EXPECT_EQ("Schließen", alert()->actions().at(0).title);
 }
 
 TEST_F(ErrorAlert, noError_isShownWithoutAMessage) {
     qx_showError(*screen_, std::nullopt);
-    ASSERT_NE(nullptr, shown());
-    EXPECT_EQ(std::nullopt, shown()->message());
+    ASSERT_NE(nullptr, alert());
+    EXPECT_EQ(std::nullopt, alert()->message());
 }
 
 TEST_F(ErrorAlert, close_dismissesTheAlertOnly) {
@@ -58,19 +49,20 @@ TEST_F(ErrorAlert, close_dismissesTheAlertOnly) {
         std::make_shared<platform::PSViewController>());
     screen_->presentViewController_animated_completion(modal, true, nullptr);
     qx_showError(*screen_, platform::Error{"x"});
-    shown()->choose(0);
-    EXPECT_EQ(modal, platform::UIApplication::sharedApplication().topmostPresented());
+    required(alert())->choose(0);
+    EXPECT_EQ(modal, doubles::Phone::top());
 }
 
 TEST_F(ErrorAlert, screenGoneBeforeClose_doesNothing) {
     qx_showError(*screen_, platform::Error{"x"});
-    const auto alert = shown();
-    platform::UIApplication::sharedApplication().setRootViewController(nullptr);
+    const auto shown = required(alert());
+    phone_.show(nullptr);
+    navigation_ = nullptr;
     const std::weak_ptr<platform::PSListController> weak = screen_;
     screen_ = nullptr;
     EXPECT_TRUE(weak.expired()) << "the alert does not hold its screen";
-    alert->choose(0);
-    EXPECT_EQ(nullptr, platform::UIApplication::sharedApplication().topmostPresented());
+    shown->choose(0);
+    EXPECT_EQ(nullptr, doubles::Phone::top());
 }
 
 }  // namespace

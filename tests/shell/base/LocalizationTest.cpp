@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "shell/base/Localization.h"
-#include "tests/shell/phone/PluginPhone.h"
+#include "tests/doubles/PluginPhone.h"
 
 namespace quietrix {
 namespace {

@@ -2,7 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "shell/base/Lookups.h"
-#include "tests/shell/phone/PluginPhone.h"
+#include "tests/doubles/PluginPhone.h"
+#include "tests/doubles/Rows.h"
 
 namespace quietrix {
 namespace {
@@ -11,8 +12,7 @@ using platform::PSSpecifier;
 using platform::PSViewController;
 
 std::shared_ptr<PSSpecifier> row(const char* name, const char* identifier = nullptr) {
-    const auto specifier = PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
-        name, nullptr, {}, {}, "", platform::PSCellType::StaticText, "");
+    const auto specifier = doubles::makeRow(name);
     if (identifier) specifier->setIdentifier(identifier);
     return specifier;
 }

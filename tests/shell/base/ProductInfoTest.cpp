@@ -4,7 +4,7 @@
 #include "shell/base/Localization.h"
 #include "shell/base/NavBarColor.h"
 #include "shell/base/ProductInfo.h"
-#include "tests/shell/phone/PluginPhone.h"
+#include "tests/doubles/PluginPhone.h"
 
 namespace quietrix {
 namespace {

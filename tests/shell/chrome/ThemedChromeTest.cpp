@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include "platform/uikit/UIAlertController.h"
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIImageView.h"
 #include "shell/base/Localization.h"
 #include "shell/base/ProductInfo.h"
 #include "shell/chrome/CopyRight.h"
 #include "shell/chrome/ThemedChrome.h"
+#include "tests/doubles/PluginPhone.h"
+#include "tests/doubles/ScreenFixture.h"
 #include "tests/shell/chrome/ThemedScreen.h"
-#include "tests/shell/phone/PluginPhone.h"
 
 namespace quietrix {
 
@@ -17,21 +17,20 @@ PLATFORM_REGISTER_CLASS(ThemedScreen)
 
 namespace {
 
+using doubles::required;
 using platform::PSSpecifier;
 using platform::UIApplication;
 using platform::UIColor;
 
-class ThemedChrome : public testing::Test {
+class ThemedChrome : public doubles::ScreenFixture<ThemedScreen, doubles::PluginPhone> {
   protected:
+    ThemedChrome() { screen_ = std::make_shared<ThemedScreen>(); }
     std::shared_ptr<PSSpecifier> addCopyRightRow() {
         const auto row = PSSpecifier::groupSpecifierWithName("About");
         row->setIdentifier("CopyRightHeader");
         screen_->rows->push_back(row);
         return row;
     }
-
-    doubles::PluginPhone phone_;
-    std::shared_ptr<ThemedScreen> screen_ = std::make_shared<ThemedScreen>();
 };
 
 TEST_F(ThemedChrome, pushedAndPopped_leavesTheBarAsItWas) {
@@ -44,7 +43,7 @@ TEST_F(ThemedChrome, pushedAndPopped_leavesTheBarAsItWas) {
     auto& application = UIApplication::sharedApplication();
 
     navigation->pushViewController_animated(screen_, true);
-    EXPECT_TRUE(bar->tintColor()->isEqual(*UIColor::whiteColor()));
+    EXPECT_TRUE(required(bar->tintColor())->isEqual(*UIColor::whiteColor()));
     ASSERT_NE(nullptr, bar->barTintColor());
     ASSERT_NE(nullptr, bar->barTintColor()->patternImage());
     EXPECT_EQ("nav", bar->barTintColor()->patternImage()->name());
@@ -62,7 +61,7 @@ TEST_F(ThemedChrome, pushedAndPopped_leavesTheBarAsItWas) {
 TEST_F(ThemedChrome, shownTwiceWithoutDisappearing_savesItsOwnColours) {
     const auto navigation = phone_.show(screen_);
     screen_->viewWillAppear(false);
-    EXPECT_TRUE(screen_->prevTintcolor()->isEqual(*UIColor::whiteColor()));
+    EXPECT_TRUE(required(screen_->prevTintcolor())->isEqual(*UIColor::whiteColor()));
     EXPECT_EQ(platform::UIStatusBarStyleLightContent, screen_->prevStatubarStyle());
 }
 
@@ -95,7 +94,7 @@ TEST_F(ThemedChrome, loaded_hasShareButtonAndLogo) {
     EXPECT_EQ(screen_, button->target());
     const auto logo = std::dynamic_pointer_cast<platform::UIImageView>(item->titleView());
     ASSERT_NE(nullptr, logo);
-    EXPECT_EQ("Quietrix", logo->image()->name());
+    EXPECT_EQ("Quietrix", required(logo->image())->name());
     EXPECT_EQ(1.0, logo->alpha());
     EXPECT_EQ(nullptr, item->backBarButtonItem());
 }
@@ -113,7 +112,7 @@ TEST_F(ThemedChrome, beforeIOS11_hasTheLogoForTheBackButton) {
     phone_.show(screen_);
     const auto back = screen_->navigationItem()->backBarButtonItem();
     ASSERT_NE(nullptr, back);
-    EXPECT_EQ("Quietrix", back->image()->name());
+    EXPECT_EQ("Quietrix", required(back->image())->name());
     EXPECT_EQ("backButtonAction:", back->action().selector());
 }
 
@@ -165,18 +164,15 @@ TEST_F(ThemedChrome, noCopyrightRow_loadsAllTheSame) {
 
 TEST_F(ThemedChrome, shareButtonPressed_showsTheSheet) {
     phone_.show(screen_);
-    screen_->navigationItem()->rightBarButtonItem()->press();
-    EXPECT_NE(nullptr, std::dynamic_pointer_cast<platform::UIAlertController>(
-                           UIApplication::sharedApplication().topmostPresented()));
+    required(screen_->navigationItem()->rightBarButtonItem())->press();
+    EXPECT_NE(nullptr, alert());
 }
 
 TEST_F(ThemedChrome, closedScreen_isFreed) {
     const auto navigation = phone_.show(std::make_shared<platform::PSViewController>());
     navigation->pushViewController_animated(screen_, true);
-    screen_->navigationItem()->rightBarButtonItem()->press();
-    std::dynamic_pointer_cast<platform::UIAlertController>(
-        UIApplication::sharedApplication().topmostPresented())
-        ->choose(2);
+    required(screen_->navigationItem()->rightBarButtonItem())->press();
+    required(alert())->choose(2);
     const std::weak_ptr<ThemedScreen> weak = screen_;
     screen_ = nullptr;
     navigation->popViewControllerAnimated(true);

@@ -4,7 +4,7 @@
 #include "platform/foundation/NotificationCenter.h"
 #include "profile/model/QXProfilesManager.h"
 #include "shell/root/BundleEntry.h"
-#include "tests/shell/phone/PluginPhone.h"
+#include "tests/doubles/PluginPhone.h"
 
 namespace quietrix {
 namespace {

@@ -2,11 +2,13 @@
 #include <gtest/gtest.h>
 
 #include "shell/root/QXPackageHeaderCell.h"
-#include "tests/shell/phone/PluginPhone.h"
+#include "tests/doubles/PluginPhone.h"
+#include "tests/doubles/Required.h"
 
 namespace quietrix {
 namespace {
 
+using doubles::required;
 using platform::PSSpecifier;
 
 class HeaderCell : public testing::Test {
@@ -29,7 +31,7 @@ TEST_F(HeaderCell, onAPhone_hasThePatternAsItsOwnBackground) {
     ASSERT_NE(nullptr, cell);
     const auto color = cell->backgroundColor();
     ASSERT_NE(nullptr, color);
-    EXPECT_EQ("nav", color->patternImage()->name());
+    EXPECT_EQ("nav", required(color->patternImage())->name());
     EXPECT_EQ(0.85, color->alpha());
 }
 
@@ -38,7 +40,7 @@ TEST_F(HeaderCell, onAPad_hasAViewBehindItsContents) {
     const auto cell = makeCell();
     ASSERT_NE(nullptr, cell);
     EXPECT_EQ(nullptr, cell->backgroundColor());
-    const auto background = cell->subviews().front();
+    const auto background = cell->subviews().at(0);
     EXPECT_EQ(-40, background->frame().x);
     EXPECT_EQ(0, background->frame().y);
     EXPECT_EQ(cell->frame().width + 40, background->frame().width);
@@ -50,19 +52,19 @@ TEST_F(HeaderCell, onAPad_hasAViewBehindItsContents) {
 
 TEST_F(HeaderCell, onADeviceThatDoesNotKnowItsIdiom_looksAsOnAPhone) {
     phone_.facts->idiom = std::nullopt;
-    EXPECT_NE(nullptr, makeCell()->backgroundColor());
+    EXPECT_NE(nullptr, required(makeCell())->backgroundColor());
 }
 
 TEST_F(HeaderCell, laidOut_hasWhiteTextOnClear) {
-    const auto label = makeCell()->textLabel();
+    const auto label = required(makeCell())->textLabel();
     EXPECT_EQ("Quietrix Go", label->text());
-    EXPECT_TRUE(label->textColor()->isEqual(*platform::UIColor::whiteColor()));
-    EXPECT_TRUE(label->backgroundColor()->isEqual(*platform::UIColor::clearColor()));
+    EXPECT_TRUE(required(label->textColor())->isEqual(*platform::UIColor::whiteColor()));
+    EXPECT_TRUE(required(label->backgroundColor())->isEqual(*platform::UIColor::clearColor()));
 }
 
 TEST_F(HeaderCell, withoutTheColourImage_hasNoBackground) {
     phone_.removePluginBundle();
-    EXPECT_EQ(nullptr, makeCell()->backgroundColor());
+    EXPECT_EQ(nullptr, required(makeCell())->backgroundColor());
 }
 
 }  // namespace

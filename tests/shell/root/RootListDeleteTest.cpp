@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "platform/uikit/UIApplication.h"
 #include "tests/shell/root/RootListFixture.h"
 
 namespace quietrix {
 namespace {
 
+using doubles::required;
 using platform::UITableViewCellEditingStyleDelete;
 using platform::UITableViewCellEditingStyleNone;
 
@@ -16,13 +16,15 @@ class RootListDelete : public RootListFixture {
         switchProductBefore(true);
         open();
     }
-    platform::IndexPath pathOf(const std::string& name) { return *screen_->indexPathForIndex(indexOf(name)); }
-    bool swipe(const std::string& name) { return screen_->userDeletedRow(pathOf(name)); }
+    platform::IndexPath pathNamed(const std::string& name, const Where& where = Where::current()) {
+        return *required(screen_->indexPathForIndex(indexNamed(name, where)), where);
+    }
+    bool swipe(const std::string& name) { return screen_->userDeletedRow(pathNamed(name)); }
 };
 
 TEST_F(RootListDelete, onlyProfileRows_canBeDeleted) {
     const auto style = [this](const std::string& name) {
-        return screen_->tableView_editingStyleForRowAtIndexPath(screen_->table(), pathOf(name));
+        return screen_->tableView_editingStyleForRowAtIndexPath(screen_->table(), pathNamed(name));
     };
     EXPECT_EQ(UITableViewCellEditingStyleDelete, style("Work"));
     EXPECT_EQ(UITableViewCellEditingStyleNone, style("Enabled"));
@@ -55,31 +57,31 @@ TEST_F(RootListDelete, swiped_asksInThePhonesLanguage) {
 
 TEST_F(RootListDelete, otherStyle_doesNothing) {
     screen_->tableView_commitEditingStyle_forRowAtIndexPath(screen_->table(), UITableViewCellEditingStyleNone,
-                                                            pathOf("Work"));
+                                                            pathNamed("Work"));
     EXPECT_EQ(nullptr, alert());
 }
 
 TEST_F(RootListDelete, cancelled_leavesEditingModeAndKeepsTheProfile) {
     ASSERT_TRUE(swipe("Work"));
     EXPECT_TRUE(screen_->isEditing());
-    alert()->choose(1);
+    required(alert())->choose(1);
     EXPECT_FALSE(screen_->isEditing());
     EXPECT_EQ(nullptr, alert());
     phone_.drain();
-    EXPECT_NE(nullptr, rowNamed("Work"));
+    EXPECT_NE(nullptr, findRow("Work"));
     EXPECT_EQ(2U, QXProfilesManager::sharedManager()->enabledProfiles().size());
 }
 
 TEST_F(RootListDelete, confirmed_removesTheRowAtOnceAndThenTheProfile) {
     ASSERT_TRUE(swipe("Work"));
     phone_.takeEvents();
-    alert()->choose(0);
+    required(alert())->choose(0);
     const auto removals = phone_.takeEvents("remove");
     ASSERT_EQ(1U, removals.size());
     EXPECT_EQ("3", doubles::joined(removals, "index"));
     EXPECT_FALSE(screen_->isEditing());
     phone_.drain();
-    EXPECT_EQ(nullptr, rowNamed("Work"));
+    EXPECT_EQ(nullptr, findRow("Work"));
     const auto left = QXProfilesManager::sharedManager()->enabledProfiles();
     ASSERT_EQ(1U, left.size());
     EXPECT_EQ("Sleep", left[0]->title());
@@ -90,8 +92,8 @@ TEST_F(RootListDelete, confirmedWhileTheFileIsLocked_leavesTheWaitingToTheBackgr
     auto lock = phone_.files->lockExclusively(profilesPath, 0);
     ASSERT_TRUE(lock);
     // Deleted here, on the main thread, the profile would wait for the lock until its time is over.
-    alert()->choose(0);
-    EXPECT_EQ(nullptr, rowNamed("Work"));
+    required(alert())->choose(0);
+    EXPECT_EQ(nullptr, findRow("Work"));
     lock->reset();
     phone_.drain();
     EXPECT_EQ(nullptr, alert());
@@ -105,7 +107,7 @@ TEST_F(RootListDelete, screenGoneWhileAsking_isNotKeptByTheSheet) {
     const std::weak_ptr<QuietrixPreferencesController> weak = screen_;
     screen_ = nullptr;
     navigation_ = nullptr;
-    platform::UIApplication::sharedApplication().setRootViewController(nullptr);
+    phone_.show(nullptr);
     EXPECT_TRUE(weak.expired());
     sheet->choose(0);
     phone_.drain();
@@ -115,15 +117,15 @@ TEST_F(RootListDelete, screenGoneWhileAsking_isNotKeptByTheSheet) {
 TEST_F(RootListDelete, deletedMeanwhile_takesNoOtherRowWithIt) {
     ASSERT_TRUE(swipe("Work"));
     const auto store = QXProfilesManager::sharedManager();
-    store->deleteProfile_success_failure(store->enabledProfiles()[0], nullptr, nullptr);
+    store->deleteProfile_success_failure(store->enabledProfiles().at(0), nullptr, nullptr);
     phone_.drain();
-    ASSERT_EQ(nullptr, rowNamed("Work"));
+    ASSERT_EQ(nullptr, findRow("Work"));
     phone_.takeEvents();
-    alert()->choose(0);
+    required(alert())->choose(0);
     EXPECT_TRUE(phone_.takeEvents("remove").empty());
     EXPECT_FALSE(screen_->isEditing());
     phone_.drain();
-    EXPECT_NE(nullptr, rowNamed("Sleep"));
+    EXPECT_NE(nullptr, findRow("Sleep"));
     ASSERT_NE(nullptr, alert());
     EXPECT_EQ("Error", alert()->title());
 }
@@ -131,30 +133,30 @@ TEST_F(RootListDelete, deletedMeanwhile_takesNoOtherRowWithIt) {
 TEST_F(RootListDelete, renamedAndMovedToTheOtherSectionMeanwhile_losesThatRow) {
     ASSERT_TRUE(swipe("Work"));
     const auto store = QXProfilesManager::sharedManager();
-    const auto profile = store->enabledProfiles()[0];
+    const auto profile = store->enabledProfiles().at(0);
     profile->setTitle("Renamed");
     profile->setEnabled(false);
     store->updateProfile_success_failure(profile, nullptr, nullptr);
     phone_.drain();
-    const auto index = indexOf("Renamed");
-    ASSERT_GT(index, indexOf("Sleep"));
+    const auto index = indexNamed("Renamed");
+    ASSERT_GT(index, indexNamed("Sleep"));
     phone_.takeEvents();
-    alert()->choose(0);
+    required(alert())->choose(0);
     const auto removals = phone_.takeEvents("remove");
     ASSERT_EQ(1U, removals.size());
     EXPECT_EQ(platform::Value("Renamed"), removals[0].at("name"));
     EXPECT_EQ(platform::Value(index), removals[0].at("index"));
     phone_.drain();
-    EXPECT_EQ(nullptr, rowNamed("Renamed"));
-    EXPECT_NE(nullptr, rowNamed("Sleep"));
+    EXPECT_EQ(nullptr, findRow("Renamed"));
+    EXPECT_NE(nullptr, findRow("Sleep"));
     EXPECT_TRUE(store->disabledProfiles().empty());
 }
 
 TEST_F(RootListDelete, failed_showsTheErrorAndTheNextRefreshBringsTheRowBack) {
     ASSERT_TRUE(swipe("Work"));
     phone_.files->failWrites("No space left on device");
-    alert()->choose(0);
-    EXPECT_EQ(nullptr, rowNamed("Work"));
+    required(alert())->choose(0);
+    EXPECT_EQ(nullptr, findRow("Work"));
     phone_.drain();
     ASSERT_NE(nullptr, alert());
     EXPECT_EQ("Error", alert()->title());
@@ -163,20 +165,20 @@ TEST_F(RootListDelete, failed_showsTheErrorAndTheNextRefreshBringsTheRowBack) {
     alert()->choose(0);
     screen_->profilesUpdated({});
     phone_.drain();
-    EXPECT_NE(nullptr, rowNamed("Work"));
+    EXPECT_NE(nullptr, findRow("Work"));
 }
 
 TEST_F(RootListDelete, screenGoneBeforeTheFailure_showsNothing) {
     ASSERT_TRUE(swipe("Work"));
     phone_.files->failWrites("No space left on device");
-    alert()->choose(0);
-    platform::UIApplication::sharedApplication().setRootViewController(nullptr);
+    required(alert())->choose(0);
+    phone_.show(nullptr);
     const std::weak_ptr<QuietrixPreferencesController> weak = screen_;
     screen_ = nullptr;
     navigation_ = nullptr;
     phone_.drain();
     EXPECT_TRUE(weak.expired());
-    EXPECT_EQ(nullptr, platform::UIApplication::sharedApplication().topmostPresented());
+    EXPECT_EQ(nullptr, doubles::Phone::top());
 }
 
 }  // namespace

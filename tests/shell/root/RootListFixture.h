@@ -1,26 +1,24 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <string>
 
 #include "platform/foundation/PropertyList.h"
-#include "profile/model/QXProfilesManager.h"
 #include "shell/root/QuietrixPreferencesController.h"
-#include "tests/shell/phone/PluginPhone.h"
+#include "tests/doubles/ProfileScreenFixture.h"
 
 namespace quietrix {
 
 /// The root list on a phone with the profiles and the switch that a test asks for.
-class RootListFixture : public testing::Test {
+class RootListFixture : public doubles::PluginScreenFixture<QuietrixPreferencesController> {
   protected:
     static constexpr const char* settingsPath = "/var/mobile/Library/Preferences/com.velmora.quietrix.plist";
 
     void writeSettings(platform::Value settings) {
-        phone_.files->put(settingsPath, *platform::PropertyListSerialization::dataWithPropertyList(
-                                            settings, platform::PropertyListFormat::XML));
+        phone_.files->put(settingsPath, platform::PropertyListSerialization::dataWithPropertyList(
+                                            settings, platform::PropertyListFormat::XML)
+                                            .value());
     }
     void switchProductBefore(bool on) {
         writeSettings(platform::Dictionary{{"com.velmora.quietrix.enabled", on}, {"other", "kept"}});
@@ -33,31 +31,30 @@ class RootListFixture : public testing::Test {
         phone_.drain();
         return profile;
     }
-    void open() {
-        screen_ = std::make_shared<QuietrixPreferencesController>();
-        navigation_ = phone_.show(screen_);
-        phone_.drain();
-        phone_.takeEvents();
-    }
-    std::shared_ptr<platform::PSSpecifier> rowNamed(const std::string& name) {
+    void open() { openScreen(doubles::Place::First); }
+    /// The rows stand under their names: those of the profiles have one identifier. Null for none.
+    std::shared_ptr<platform::PSSpecifier> findRow(const std::string& name) {
         for (const auto& row : *screen_->specifiers()) {
             if (row->name() == name) return row;
         }
         return nullptr;
     }
-    std::int64_t indexOf(const std::string& name) { return screen_->indexOfSpecifier(rowNamed(name)); }
-    std::shared_ptr<platform::PSTableCell> cellNamed(const std::string& name) {
-        return screen_->cellAtIndex(indexOf(name));
+    std::shared_ptr<platform::PSSpecifier> rowNamed(const std::string& name,
+                                                    const Where& where = Where::current()) {
+        const auto row = findRow(name);
+        if (!row) doubles::endTest("There is no \"" + name + "\" in " + doubles::rowNames(*screen_), where);
+        return row;
     }
-    void moveSwitch(bool on) {
-        phone_.takeEvents();
-        ASSERT_TRUE(cellNamed("Enabled")->userMovedControl(on));
+    std::int64_t indexNamed(const std::string& name, const Where& where = Where::current()) {
+        return screen_->indexOfSpecifier(rowNamed(name, where));
     }
-    static std::shared_ptr<platform::UIAlertController> alert() { return doubles::shownAlert(); }
-
-    doubles::PluginPhone phone_;
-    std::shared_ptr<QuietrixPreferencesController> screen_;
-    std::shared_ptr<platform::UINavigationController> navigation_;
+    std::shared_ptr<platform::PSTableCell> cellNamed(const std::string& name,
+                                                     const Where& where = Where::current()) {
+        return cellAt(indexNamed(name, where), where);
+    }
+    void moveSwitch(bool on, const Where& where = Where::current()) {
+        move("com.velmora.quietrix.enabled", on, where);
+    }
 };
 
 }  // namespace quietrix

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/preferences/PSViewController.h"
-#include "platform/uikit/UIApplication.h"
 #include "shell/base/ProductInfo.h"
 #include "tests/shell/root/RootListFixture.h"
 
@@ -9,6 +8,7 @@ namespace quietrix {
 namespace {
 
 using doubles::joined;
+using doubles::required;
 using doubles::rowNames;
 using platform::NotificationCenter;
 using platform::PSCellType;
@@ -16,10 +16,6 @@ using platform::PSCellType;
 using RootList = RootListFixture;
 
 constexpr const char* switchOffNames = "-, Enabled, About, Miscellaneous";
-
-void postLocally(const std::string& name) {
-    NotificationCenter::defaultCenter().postNotificationName_object_userInfo(name, nullptr, nullptr);
-}
 
 TEST_F(RootList, switchedOff_isHeaderSwitchAboutAndMiscellaneous) {
     addProfile("Work", true);
@@ -33,6 +29,7 @@ TEST_F(RootList, rows_areAsDeclared) {
     switchProductBefore(false);
     open();
     const auto& rows = *screen_->specifiers();
+    ASSERT_EQ(4U, rows.size());
     EXPECT_TRUE(rows[0]->isGroup());
     EXPECT_EQ("QXPackageHeaderCell", rows[0]->propertyForKey("headerCellClass").stringOr());
     EXPECT_EQ("Quietrix Go", rows[0]->propertyForKey("title").stringOr());
@@ -132,11 +129,11 @@ TEST_F(RootList, switchMoved_writesABinaryListWithTheOtherKeysKept) {
     const auto data = phone_.files->read(settingsPath);
     ASSERT_TRUE(data);
     EXPECT_EQ(platform::PropertyListFormat::Binary,
-              *platform::PropertyListSerialization::formatOfData(*data));
+              platform::PropertyListSerialization::formatOfData(*data).value());
     EXPECT_EQ(
         platform::Value(platform::Dictionary{{"com.velmora.quietrix.enabled", true}, {"other", "kept"}}),
-        *platform::PropertyListSerialization::propertyListWithData(*data));
-    EXPECT_EQ("write", phone_.takeEvents("write").front().at("event").stringOr());
+        platform::PropertyListSerialization::propertyListWithData(*data).value());
+    EXPECT_EQ("write", phone_.takeEvents("write").at(0).at("event").stringOr());
 }
 
 TEST_F(RootList, switchMoved_writesTheSettingsFileInPlace) {
@@ -158,6 +155,7 @@ TEST_F(RootList, settingsFileMissing_storesNothingButPostsAndRebuilds) {
     moveSwitch(true);
     EXPECT_FALSE(phone_.files->exists(settingsPath));
     const auto events = phone_.takeEvents();
+    ASSERT_GE(events.size(), 2U);
     EXPECT_EQ("darwin", events.at(events.size() - 2).at("event").stringOr());
     EXPECT_EQ("reload", events.back().at("event").stringOr());
     EXPECT_EQ(switchOffNames, rowNames(*screen_));
@@ -169,7 +167,7 @@ TEST_F(RootList, settingsFileThatIsNoDictionary_isLeftAloneWithOneLogLine) {
     const auto before = phone_.files->read(settingsPath);
     open();
     moveSwitch(true);
-    EXPECT_EQ(*before, *phone_.files->read(settingsPath));
+    EXPECT_EQ(before, phone_.files->read(settingsPath));
     ASSERT_EQ(1U, phone_.log->lines().size());
     EXPECT_TRUE(phone_.log->lines()[0].find(settingsPath) != std::string::npos);
 }
@@ -250,7 +248,7 @@ TEST_F(RootList, rightButtons_areAddOutermostAndShare) {
     ASSERT_EQ(2U, items.size());
     EXPECT_EQ(4, items[0]->systemItem());
     EXPECT_EQ("addProfileAction:", items[0]->action().selector());
-    EXPECT_EQ("twitter", items[1]->image()->name());
+    EXPECT_EQ("twitter", required(items[1]->image())->name());
     EXPECT_EQ("__tessaneTwitterAction:", items[1]->action().selector());
 }
 
@@ -261,7 +259,7 @@ TEST_F(RootList, eachNotification_reloadsTheStoreAndRebuildsLater) {
          {"com.velmora.ProfileAddedNotification", "com.velmora.ProfileChangedNotification",
           "com.velmora.ProfileDeletedNotification", "com.velmora.ProfileAppliedStateChangedNotification"}) {
         phone_.takeEvents();
-        postLocally(name);
+        post(name);
         EXPECT_EQ(1U, phone_.takeEvents("store").size()) << name;
         phone_.drain();
         EXPECT_EQ(1U, phone_.takeEvents("reload").size()) << name;
@@ -272,17 +270,17 @@ TEST_F(RootList, profileAddedElsewhere_appearsAfterTheNotification) {
     switchProductBefore(true);
     open();
     addProfile("Later", true);
-    EXPECT_NE(nullptr, rowNamed("Later"));
+    EXPECT_NE(nullptr, findRow("Later"));
 }
 
 TEST_F(RootList, notificationAfterTheScreenIsGone_doesNothing) {
     switchProductBefore(true);
     open();
-    postLocally("com.velmora.ProfileChangedNotification");
+    post("com.velmora.ProfileChangedNotification");
     const std::weak_ptr<QuietrixPreferencesController> weak = screen_;
     screen_ = nullptr;
     navigation_ = nullptr;
-    platform::UIApplication::sharedApplication().setRootViewController(nullptr);
+    phone_.show(nullptr);
     EXPECT_TRUE(weak.expired());
     EXPECT_EQ(0U,
               NotificationCenter::defaultCenter().observerCount("com.velmora.ProfileChangedNotification"));
@@ -294,16 +292,15 @@ TEST_F(RootList, notificationAfterTheScreenIsGone_doesNothing) {
 TEST_F(RootList, addButton_presentsTheEditorForANewProfile) {
     switchProductBefore(true);
     open();
-    screen_->navigationItem()->rightBarButtonItems()[0]->press();
-    const auto modal = std::dynamic_pointer_cast<platform::UINavigationController>(
-        platform::UIApplication::sharedApplication().topmostPresented());
+    screen_->navigationItem()->rightBarButtonItems().at(0)->press();
+    const auto modal = std::dynamic_pointer_cast<platform::UINavigationController>(doubles::Phone::top());
     ASSERT_NE(nullptr, modal);
     ASSERT_NE(navigation_, modal);
     const auto editor = std::dynamic_pointer_cast<platform::PSViewController>(modal->topViewController());
     ASSERT_NE(nullptr, editor);
-    EXPECT_EQ("New Profile", editor->specifier()->name());
-    EXPECT_EQ("title", editor->specifier()->identifier());
-    const auto profile = editor->specifier()->userInfo().objectAs<QXProfile>();
+    EXPECT_EQ("New Profile", required(editor->specifier())->name());
+    EXPECT_EQ("title", required(editor->specifier())->identifier());
+    const auto profile = required(editor->specifier())->userInfo().objectAs<QXProfile>();
     ASSERT_NE(nullptr, profile);
     EXPECT_TRUE(profile->isNewProfile());
     EXPECT_TRUE(QXProfilesManager::sharedManager()->enabledProfiles().empty());

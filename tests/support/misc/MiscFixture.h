@@ -1,31 +1,23 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <memory>
-#include <string>
+#include <string_view>
 
 #include "platform/foundation/PropertyList.h"
 #include "platform/preferences/PSConfirmationSpecifier.h"
-#include "platform/uikit/UIApplication.h"
-#include "profile/model/QXProfilesManager.h"
 #include "shell/base/ProductInfo.h"
 #include "support/misc/QuietrixMiscController.h"
-#include "tests/shell/phone/PluginPhone.h"
+#include "tests/doubles/ProfileScreenFixture.h"
 
 namespace quietrix {
 
 /// The miscellaneous screen above another one, on a phone with or without a profiles file.
-class MiscFixture : public testing::Test {
+class MiscFixture : public doubles::PluginScreenFixture<QuietrixMiscController> {
   protected:
     void open() {
         currentYear() = 2026;
-        screen_ = std::make_shared<QuietrixMiscController>();
-        navigation_ = phone_.show(std::make_shared<platform::PSViewController>());
-        navigation_->pushViewController_animated(screen_, false);
-        phone_.drain();
-        phone_.takeEvents();
+        openScreen(doubles::Place::AboveAnother);
     }
     void addProfile() {
         QXProfilesManager::sharedManager()->addProfile_success_failure(QXProfile::defaultProfile(), nullptr,
@@ -33,29 +25,22 @@ class MiscFixture : public testing::Test {
         phone_.drain();
     }
     bool hasProfilesFile() const { return phone_.files->exists(profilesPath); }
-    std::shared_ptr<platform::PSConfirmationSpecifier> row(std::int64_t index) {
-        return std::dynamic_pointer_cast<platform::PSConfirmationSpecifier>(screen_->specifierAtIndex(index));
+    std::shared_ptr<platform::PSConfirmationSpecifier> questionRow(std::string_view identifier,
+                                                                   const Where& where = Where::current()) {
+        return doubles::required(
+            std::dynamic_pointer_cast<platform::PSConfirmationSpecifier>(rowOf(identifier, where)), where);
     }
     /// Taps the row and presses the button of its question.
-    void tapAndChoose(std::int64_t index, std::size_t button) {
-        screen_->tableView_didSelectRowAtIndexPath(screen_->table(), *screen_->indexPathForIndex(index));
-        ASSERT_NE(nullptr, alert());
-        alert()->choose(button);
+    void tapAndChoose(std::string_view identifier, std::size_t button,
+                      const Where& where = Where::current()) {
+        tap(identifier, where);
+        doubles::required(alert(), where)->choose(button);
     }
-    void confirmReset() { tapAndChoose(1, 0); }
-    void confirmReport() { tapAndChoose(3, 0); }
-    static std::shared_ptr<platform::UIAlertController> alert() { return doubles::shownAlert(); }
+    void confirmReset() { tapAndChoose("resetProfiles", 0); }
+    void confirmReport() { tapAndChoose("report", 0); }
     static std::shared_ptr<platform::MFMailComposeViewController> composer() {
-        return std::dynamic_pointer_cast<platform::MFMailComposeViewController>(
-            platform::UIApplication::sharedApplication().topmostPresented());
+        return std::dynamic_pointer_cast<platform::MFMailComposeViewController>(doubles::Phone::top());
     }
-    std::string footer(std::int64_t index) {
-        return screen_->specifierAtIndex(index)->propertyForKey("footerText").stringOr();
-    }
-
-    doubles::PluginPhone phone_;
-    std::shared_ptr<QuietrixMiscController> screen_;
-    std::shared_ptr<platform::UINavigationController> navigation_;
 };
 
 }  // namespace quietrix

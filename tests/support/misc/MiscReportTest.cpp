@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "platform/uikit/UIApplication.h"
 #include "tests/support/misc/MiscFixture.h"
 
 namespace quietrix {
 namespace {
+
+using doubles::required;
 
 constexpr const char* deviceLines =
     "Please donot remove the below information.\nSerial number: F4KESERIAL01\nPhone7,2 with iOS:11.4, "
@@ -22,8 +23,8 @@ TEST_F(MiscReport, confirmed_composesTheMailWithTheLog) {
     const auto& draft = composer()->draft();
     EXPECT_EQ("Quietrix Go - velmora.log", draft.subject);
     EXPECT_EQ(std::vector<std::string>{"support@velmora.com"}, draft.to);
-    EXPECT_EQ(std::string(deviceLines) + "\n" + footer(2), draft.body);
-    EXPECT_TRUE(footer(2).starts_with("Version " + doubles::productVersion() + ". Quietrix Go "));
+    EXPECT_EQ(std::string(deviceLines) + "\n" + footerAt(2), draft.body);
+    EXPECT_TRUE(footerAt(2).starts_with("Version " + doubles::productVersion() + ". Quietrix Go "));
     EXPECT_TRUE(draft.isHTML);
     ASSERT_EQ(1U, draft.attachments.size());
     EXPECT_EQ("velmora.log", draft.attachments[0].name);
@@ -33,7 +34,7 @@ TEST_F(MiscReport, confirmed_composesTheMailWithTheLog) {
 
 TEST_F(MiscReport, cancelledQuestion_composesNothing) {
     open();
-    tapAndChoose(3, 1);
+    tapAndChoose("report", 1);
     EXPECT_EQ(nullptr, composer());
 }
 
@@ -46,7 +47,7 @@ TEST_F(MiscReport, everyEndOfTheComposer_returnsToTheScreenSilently) {
         ASSERT_NE(nullptr, composer());
         ASSERT_TRUE(composer()->finish(result));
         phone_.drain();
-        EXPECT_EQ(navigation_, platform::UIApplication::sharedApplication().topmostPresented());
+        EXPECT_EQ(navigation_, doubles::Phone::top());
         EXPECT_TRUE(screen_->isVisible());
     }
     EXPECT_EQ(1U, phone_.mail->sent.size());
@@ -67,8 +68,7 @@ class ReportedScreen : public QuietrixMiscController {
 
 TEST_F(MiscReport, screen_isToldOfTheEndAndClosesTheComposer) {
     const auto told = std::make_shared<ReportedScreen>();
-    screen_ = told;
-    navigation_ = phone_.show(screen_);
+    openScreen(doubles::Place::First, told);
     confirmReport();
     ASSERT_NE(nullptr, composer());
     EXPECT_EQ(told, composer()->mailComposeDelegate());
@@ -113,17 +113,17 @@ TEST_F(MiscReport, withoutAnAccount_saysSoInTheHostsWords) {
     phone_.removePluginBundle();
     alert()->choose(0);
     confirmReport();
-    EXPECT_EQ("Es sind keine E-Mail-Accounts konfiguriert.", alert()->message());
+    EXPECT_EQ("Es sind keine E-Mail-Accounts konfiguriert.", required(alert())->message());
 }
 
 TEST_F(MiscReport, beforeTheViewHasLoaded_endsWithTheCopyrightAlone) {
     currentYear() = 2026;
     screen_ = std::make_shared<QuietrixMiscController>();
-    const auto row = screen_->specifierAtIndex(3);
-    const std::string copyright = footer(2);
+    const auto row = rowAt(3);
+    const std::string copyright = footerAt(2);
     phone_.show(screen_);
     // Whatever loading the view has put there.
-    screen_->specifierAtIndex(2)->setProperty_forKey(copyright, "footerText");
+    rowAt(2)->setProperty_forKey(copyright, "footerText");
     screen_->emailLogFile(row);
     ASSERT_NE(nullptr, composer());
     EXPECT_EQ(std::string(deviceLines) + "\n" + copyright, composer()->draft().body);

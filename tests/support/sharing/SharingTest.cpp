@@ -3,17 +3,16 @@
 
 #include "platform/social/SLComposeViewController.h"
 #include "platform/uikit/UIAlertController.h"
-#include "platform/uikit/UIApplication.h"
-#include "platform/uikit/UINavigationController.h"
 #include "support/sharing/Sharing.h"
-#include "tests/shell/phone/PluginPhone.h"
+#include "tests/doubles/PluginPhone.h"
+#include "tests/doubles/ScreenFixture.h"
 
 namespace quietrix {
 namespace {
 
+using doubles::required;
 using platform::SLComposeViewController;
 using platform::UIAlertController;
-using platform::UIApplication;
 
 /// A screen with the two actions, as each of the product's has them.
 class SharingScreen : public platform::PSViewController {
@@ -25,29 +24,23 @@ class SharingScreen : public platform::PSViewController {
     bool senderWasNil = false;
 };
 
-class Sharing : public testing::Test {
+class Sharing : public doubles::ScreenFixture<SharingScreen, doubles::PluginPhone> {
   protected:
-    Sharing() { phone_.show(screen_); }
+    Sharing() { openScreen(doubles::Place::First); }
 
     std::shared_ptr<UIAlertController> showSheet() {
         showShareSheet(*screen_, platform::method("shareAction:", &SharingScreen::shareAction));
-        return std::dynamic_pointer_cast<UIAlertController>(top());
-    }
-    static std::shared_ptr<platform::UIViewController> top() {
-        return UIApplication::sharedApplication().topmostPresented();
+        return alert();
     }
     std::string serviceChosenFor(std::vector<std::string> languages) {
         phone_.facts->languages = std::move(languages);
-        showSheet()->choose(0);
-        const auto composer = std::dynamic_pointer_cast<SLComposeViewController>(top());
+        required(showSheet())->choose(0);
+        const auto composer = std::dynamic_pointer_cast<SLComposeViewController>(doubles::Phone::top());
         if (!composer) return "no composer";
         const std::string service = composer->serviceType();
         composer->finish(SLComposeViewController::Outcome::Cancelled);
         return service;
     }
-
-    doubles::PluginPhone phone_;
-    std::shared_ptr<SharingScreen> screen_ = std::make_shared<SharingScreen>();
 };
 
 TEST_F(Sharing, sheet_hasThreeItemsInOrder) {
@@ -68,13 +61,13 @@ TEST_F(Sharing, sheet_hasThreeItemsInOrder) {
 TEST_F(Sharing, sheetTexts_comeFromTheMainBundleOnly) {
     phone_.facts->languages = {"de"};
     phone_.files->put("/Applications/Settings.app/de.lproj/Localizable.strings", "\"Cancel\" = \"Host\";");
-    EXPECT_EQ("Host", showSheet()->actions()[2].title);
+    EXPECT_EQ("Host", required(showSheet())->actions().at(2).title);
 }
 
 TEST_F(Sharing, share_sendsNilAndOpensTheComposerWithTheSentence) {
-    showSheet()->choose(0);
+    required(showSheet())->choose(0);
     EXPECT_TRUE(screen_->senderWasNil);
-    const auto composer = std::dynamic_pointer_cast<SLComposeViewController>(top());
+    const auto composer = std::dynamic_pointer_cast<SLComposeViewController>(doubles::Phone::top());
     ASSERT_NE(nullptr, composer);
     EXPECT_EQ(
         "I'm Loving #Quietrix, which automatically silence your iPhone by syncing with your calendar on your "
@@ -90,30 +83,31 @@ TEST_F(Sharing, onlyPlainSimplifiedChineseFirst_choosesWeibo) {
 
 TEST_F(Sharing, followWithTheApp_opensTheApp) {
     phone_.urls->openable.push_back("twitter://");
-    showSheet()->choose(1);
+    required(showSheet())->choose(1);
     EXPECT_EQ(std::vector<std::string>{"twitter://user?screen_name=velmora"}, phone_.urls->opened);
-    EXPECT_EQ(nullptr, std::dynamic_pointer_cast<UIAlertController>(top()));
+    EXPECT_EQ(nullptr, alert());
 }
 
 TEST_F(Sharing, followWithoutTheApp_opensTheWebPage) {
-    showSheet()->choose(1);
+    required(showSheet())->choose(1);
     EXPECT_EQ(std::vector<std::string>{"https://twitter.com/velmora"}, phone_.urls->opened);
 }
 
 TEST_F(Sharing, cancel_onlyClosesTheSheet) {
-    showSheet()->choose(2);
-    EXPECT_EQ(nullptr, std::dynamic_pointer_cast<UIAlertController>(top()));
+    required(showSheet())->choose(2);
+    EXPECT_EQ(nullptr, alert());
     EXPECT_TRUE(phone_.urls->opened.empty());
 }
 
 TEST_F(Sharing, sheet_doesNotKeepTheScreenAlive) {
-    const auto sheet = showSheet();
-    UIApplication::sharedApplication().setRootViewController(nullptr);
+    const auto sheet = required(showSheet());
+    phone_.show(nullptr);
+    navigation_ = nullptr;
     const std::weak_ptr<SharingScreen> weak = screen_;
     screen_ = nullptr;
     EXPECT_TRUE(weak.expired());
     sheet->choose(0);
-    EXPECT_EQ(nullptr, top());
+    EXPECT_EQ(nullptr, doubles::Phone::top());
 }
 
 }  // namespace

@@ -6,8 +6,9 @@
 #include <vector>
 
 #include "platform/preferences/PSListController.h"
-#include "platform/uikit/UIAlertController.h"
-#include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/UIBarButtonItem.h"
+#include "platform/uikit/UIColor.h"
+#include "platform/uikit/UIImage.h"
 #include "tests/doubles/Phone.h"
 
 namespace doubles {
@@ -25,10 +26,6 @@ class PluginPhone : public Phone {
     /// Takes the plug-in's bundle off the phone.
     void removePluginBundle();
 
-    /// Shows the screen as the first of a navigation controller in the window.
-    std::shared_ptr<platform::UINavigationController> show(
-        const std::shared_ptr<platform::UIViewController>& screen);
-
   private:
     std::vector<std::string> pluginFiles_;
 };
@@ -36,11 +33,14 @@ class PluginPhone : public Phone {
 /// The product's version, as the build knows it.
 std::string productVersion();
 
-/// The alert or sheet on top of everything; null when something else is.
-std::shared_ptr<platform::UIAlertController> shownAlert();
-
 /// The rows' names, "-" for a row without one, joined by ", ".
 std::string rowNames(platform::PSListController& screen);
+
+/// An image's name, a pattern's, and how a bar button is drawn: the name of its image. "none" for want of
+/// one.
+std::string nameOf(const std::shared_ptr<platform::UIImage>& image);
+std::string nameOfPattern(const std::shared_ptr<platform::UIColor>& color);
+std::string nameOfImage(const std::shared_ptr<platform::UIBarButtonItem>& button);
 
 /// What the events of a kind say under the key, joined by ", ".
 std::string joined(const std::vector<platform::Dictionary>& events, std::string_view key);

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "tests/shell/phone/PluginPhone.h"
+#include "tests/doubles/PluginPhone.h"
 
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 
 #include "platform/foundation/Bundle.h"
-#include "platform/uikit/UIApplication.h"
 #include "profile/model/QXProfilesManager.h"
 #include "shell/base/Localization.h"
 #include "shell/base/ProductInfo.h"
@@ -39,8 +38,6 @@ void forgetProcessWideState() {
     quietrix::currentYear() = 0;
     quietrix::productInfoDict() = nullptr;
     quietrix::QXProfilesManager::resetSharedManager();
-    platform::UIApplication::sharedApplication().setRootViewController(nullptr);
-    platform::UIApplication::sharedApplication().setStatusBarStyle(platform::UIStatusBarStyleDefault);
 }
 
 }  // namespace
@@ -71,20 +68,8 @@ void PluginPhone::removePluginBundle() {
     (void)files->remove(quietrix::bundlePath);
 }
 
-std::shared_ptr<platform::UINavigationController> PluginPhone::show(
-    const std::shared_ptr<platform::UIViewController>& screen) {
-    auto navigation = platform::UINavigationController::initWithRootViewController(screen);
-    platform::UIApplication::sharedApplication().setRootViewController(navigation);
-    return navigation;
-}
-
 std::string productVersion() {
     return QUIETRIX_VERSION;
-}
-
-std::shared_ptr<platform::UIAlertController> shownAlert() {
-    return std::dynamic_pointer_cast<platform::UIAlertController>(
-        platform::UIApplication::sharedApplication().topmostPresented());
 }
 
 std::string rowNames(platform::PSListController& screen) {
@@ -94,6 +79,18 @@ std::string rowNames(platform::PSListController& screen) {
         names += row->name().value_or("-");
     }
     return names;
+}
+
+std::string nameOf(const std::shared_ptr<platform::UIImage>& image) {
+    return image ? image->name() : "none";
+}
+
+std::string nameOfPattern(const std::shared_ptr<platform::UIColor>& color) {
+    return color ? nameOf(color->patternImage()) : "none";
+}
+
+std::string nameOfImage(const std::shared_ptr<platform::UIBarButtonItem>& button) {
+    return button ? nameOf(button->image()) : "none";
 }
 
 std::string joined(const std::vector<platform::Dictionary>& events, std::string_view key) {

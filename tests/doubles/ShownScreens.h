@@ -8,7 +8,7 @@
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UINavigationController.h"
 #include "tests/doubles/Phone.h"
-#include "tests/platform/uikit/RecordedScreen.h"
+#include "tests/doubles/RecordedScreen.h"
 
 namespace doubles {
 
@@ -16,21 +16,19 @@ namespace doubles {
 class ShownScreens {
   public:
     ShownScreens() {
-        navigation = platform::UINavigationController::initWithRootViewController(root);
-        platform::UIApplication::sharedApplication().setRootViewController(navigation);
+        navigation = phone.show(root);
         calls.clear();
         phone.takeEvents();
     }
-    ~ShownScreens() { platform::UIApplication::sharedApplication().setRootViewController(nullptr); }
+    /// The screens write into `calls` to their end.
+    ~ShownScreens() { phone.show(nullptr); }
     ShownScreens(const ShownScreens&) = delete;
     ShownScreens& operator=(const ShownScreens&) = delete;
 
     std::shared_ptr<RecordedScreen> screen(const std::string& name) {
         return std::make_shared<RecordedScreen>(name, calls);
     }
-    static std::shared_ptr<platform::UIViewController> top() {
-        return platform::UIApplication::sharedApplication().topmostPresented();
-    }
+    static std::shared_ptr<platform::UIViewController> top() { return Phone::top(); }
     /// The journal's events since the last call, as "present UIAlertController".
     std::vector<std::string> takeJournal() {
         std::vector<std::string> lines;

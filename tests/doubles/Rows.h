@@ -2,13 +2,13 @@
 #pragma once
 
 #include <memory>
-#include <string>
+#include <source_location>
+#include <string_view>
 #include <vector>
 
-#include "platform/preferences/PSListController.h"
-#include "platform/uikit/UIApplication.h"
-#include "platform/uikit/UINavigationController.h"
-#include "tests/doubles/Phone.h"
+#include "platform/preferences/PSSpecifier.h"
+#include "platform/preferences/PSTableCell.h"
+#include "tests/doubles/Required.h"
 
 namespace doubles {
 
@@ -57,54 +57,20 @@ inline std::shared_ptr<platform::PSSpecifier> makeGroup(std::string_view name) {
     return platform::PSSpecifier::groupSpecifierWithName(name);
 }
 
-/// A list screen with the rows that the test gives it; each build takes them anew.
-class GivenList : public platform::PSListController {
-  public:
-    platform::SpecifierArray specifiers() override {
-        if (!specifiers_ || specifiers_->empty()) {
-            ++builds;
-            specifiers_ = std::make_shared<platform::SpecifierList>(given);
-        }
-        return specifiers_;
-    }
-    void replaceRows(platform::SpecifierList rows) {
-        specifiers_ = std::make_shared<platform::SpecifierList>(std::move(rows));
-    }
-    std::vector<std::string> names() {
-        std::vector<std::string> found;
-        for (const auto& row : *specifiers()) found.push_back(row->name().value_or("(none)"));
-        return found;
-    }
+/// A row of the cell class.
+inline std::shared_ptr<platform::PSSpecifier> makeRowOfCellClass(std::string_view name,
+                                                                 platform::PSCellType type,
+                                                                 std::string_view cellClass) {
+    const auto row = makeRow(name, type);
+    row->setProperty_forKey(cellClass, "cellClass");
+    return row;
+}
 
-    platform::SpecifierList given;
-    int builds = 0;
-};
-
-/// A phone that shows a list screen, on a stack, in its window.
-class ShownList {
-  public:
-    explicit ShownList(std::shared_ptr<GivenList> screen = std::make_shared<GivenList>())
-        : list(std::move(screen)) {}
-    ~ShownList() { platform::UIApplication::sharedApplication().setRootViewController(nullptr); }
-    ShownList(const ShownList&) = delete;
-    ShownList& operator=(const ShownList&) = delete;
-
-    void show(platform::SpecifierList rows) {
-        list->given = std::move(rows);
-        navigation = platform::UINavigationController::initWithRootViewController(list);
-        platform::UIApplication::sharedApplication().setRootViewController(navigation);
-        phone.takeEvents();
-    }
-    void tap(std::int64_t index) {
-        list->tableView_didSelectRowAtIndexPath(list->table(), list->indexPathForIndex(index).value());
-    }
-    static std::shared_ptr<platform::UIViewController> top() {
-        return platform::UIApplication::sharedApplication().topmostPresented();
-    }
-
-    Phone phone;
-    std::shared_ptr<GivenList> list;
-    std::shared_ptr<platform::UINavigationController> navigation;
-};
+/// The row's cell as the framework makes it. Ends the test when it is of another class.
+template <class Cell>
+std::shared_ptr<Cell> makeCellOf(const std::shared_ptr<platform::PSSpecifier>& row,
+                                 const std::source_location& where = std::source_location::current()) {
+    return required(std::dynamic_pointer_cast<Cell>(platform::PSTableCell::makeCell(row)), where);
+}
 
 }  // namespace doubles
