@@ -12,8 +12,11 @@
 #include "platform/foundation/PropertyList.h"
 #include "profile/model/ProfilesFile.h"
 #include "profile/model/QXProfile.h"
+#include "tests/doubles/Required.h"
 
 namespace {
+
+using doubles::errorOf;
 
 std::atomic<std::size_t> allocated = 0;
 std::atomic<std::size_t> most = 0;
@@ -164,8 +167,7 @@ TEST(LargeProfilesFile, oneEntryAgainAndAgain_isRefusedWithinThreeTimesItsSize) 
     platform::Result<ProfilesFile> file = ProfilesFile();
     EXPECT_LE(readingTakes(std::move(list).finish(), file), 3.0);
     ASSERT_FALSE(file);
-    EXPECT_EQ("Its array \"profiles\" names the same few objects too often.",
-              file.error().localizedDescription);
+    EXPECT_EQ("Its array \"profiles\" names the same few objects too often.", errorOf(file));
 }
 
 TEST(LargeProfilesFile, objectsOnTopOfEachOther_areRefusedWithinThreeTimesTheirSize) {
@@ -242,7 +244,7 @@ TEST(LargeProfilesFile, xmlFile_isConvertedPieceByPiece) {
     *(found + 2) = 'A';
     const auto damaged = ProfilesFile::parse(std::move(document));
     ASSERT_FALSE(damaged);
-    EXPECT_NE(std::string::npos, damaged.error().localizedDescription.find("</array> is expected"))
+    EXPECT_NE(std::string::npos, errorOf(damaged).find("</array> is expected"))
         << "the reader of whole documents words it otherwise";
 }
 

@@ -8,9 +8,11 @@
 #include "profile/model/QXProfile.h"
 #include "profile/model/QXProfileKeys.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Required.h"
 
 namespace {
 
+using doubles::required;
 using platform::Array;
 using platform::Dictionary;
 using platform::Value;
@@ -34,7 +36,7 @@ class Edit : public testing::Test {
     }
     static Array listAfter(const QXProfile& record, Array present, std::string_view key = "wifiNetworks") {
         const Dictionary stored = record.edit().appliedTo({{std::string(key), std::move(present)}});
-        return *stored.at(std::string(key)).array();
+        return *required(stored.at(std::string(key)).array());
     }
 
     doubles::Phone phone_;

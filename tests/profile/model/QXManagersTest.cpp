@@ -5,10 +5,12 @@
 #include "profile/model/QXEventManager.h"
 #include "profile/model/QXWiFiManager.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Required.h"
 
 namespace quietrix {
 namespace {
 
+using doubles::required;
 using platform::Array;
 using platform::Dictionary;
 using platform::EKCalendar;
@@ -16,8 +18,8 @@ using platform::Value;
 
 std::string titles(const Value& calendars) {
     std::string text;
-    for (const auto& entry : *calendars.array()) {
-        text += (text.empty() ? "" : ", ") + entry.objectAs<EKCalendar>()->title();
+    for (const auto& entry : *required(calendars.array())) {
+        text += (text.empty() ? "" : ", ") + required(entry.objectAs<EKCalendar>())->title();
     }
     return text;
 }
@@ -27,7 +29,7 @@ TEST(QXEventManager, calendars_areGroupedByAccountInThePhonesOrder) {
     phone.calendars->entries = {
         {"1", "Zebra", "Home", 0}, {"2", "Work", "Office", 0}, {"3", "Apple", "Home", 0}};
     const Value groups = QXEventManager::sharedManager()->groupedCalendars();
-    ASSERT_EQ(2U, groups.dictionary()->size());
+    ASSERT_EQ(2U, required(groups.dictionary())->size());
     EXPECT_EQ("Zebra, Apple", titles(groups["Home"]));
     EXPECT_EQ("Work", titles(groups["Office"]));
 }

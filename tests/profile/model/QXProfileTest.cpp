@@ -12,9 +12,11 @@
 #include "profile/model/QXProfile.h"
 #include "profile/model/QXProfileKeys.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Required.h"
 
 namespace {
 
+using doubles::required;
 using platform::Array;
 using platform::Dictionary;
 using platform::Value;
@@ -175,7 +177,7 @@ TEST_F(Profile, booleanKey_takesBooleansAndZeroAndOne) {
 TEST_F(Profile, volume_takesEveryNumberAsItIs) {
     for (const Value& number : {Value(1), Value(0.5), Value(-3.5), Value(7)}) {
         profile_->setValue_forKey(number, "ringerVolume");
-        EXPECT_EQ(Value(*number.number()), profile_->valueForKey("ringerVolume"));
+        EXPECT_EQ(Value(*required(number.number())), profile_->valueForKey("ringerVolume"));
     }
     EXPECT_THAT(phone_.log->lines(), IsEmpty());
 }
@@ -243,7 +245,7 @@ TEST_F(Profile, dates_carryTheTimesOfDay) {
     profile_->setEndTime("9:05 PM");
     EXPECT_EQ("0:0:0", timeOfDay(profile_->startDate()));
     EXPECT_EQ("21:5:0", timeOfDay(profile_->endDate()));
-    EXPECT_EQ(Value(*profile_->endDate()), profile_->valueForKey("endDate"));
+    EXPECT_EQ(Value(*required(profile_->endDate())), profile_->valueForKey("endDate"));
 }
 
 TEST_F(Profile, timeThatIsNone_givesNoDate) {

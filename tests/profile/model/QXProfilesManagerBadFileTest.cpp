@@ -5,6 +5,7 @@
 
 namespace {
 
+using doubles::required;
 using platform::Array;
 using platform::Data;
 using platform::Dictionary;
@@ -139,7 +140,7 @@ TEST_F(StoreBadFile, unreadableFile_keepsTheStoreAndIsTriedAgain) {
     EXPECT_EQ(Value(false), phone_.takeEvents("store").at(0).at("ok"));
     phone_.files->failReads("");
     store_->reloadProfiles();
-    EXPECT_EQ("new", stored("A")->title());
+    EXPECT_EQ("new", required(stored("A"))->title());
     EXPECT_EQ(1U, phone_.log->lines().size());
 }
 

@@ -11,6 +11,7 @@
 
 namespace {
 
+using doubles::required;
 using platform::Array;
 using platform::Dictionary;
 using platform::Value;
@@ -77,7 +78,7 @@ TEST_F(StoreChange, newNeverAddedProfile_isNotFound) {
 TEST_F(StoreChange, update_writesTheWholeRecord) {
     add(profile("A"));
     add(profile("B"));
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     record->setTitle("Night");
     record->setEnabled(false);
     record->setAlertToneIdentifier("texttone:Bell");
@@ -103,10 +104,10 @@ TEST_F(StoreChange, everyChange_replacesTheFileAsAWhole) {
 
 TEST_F(StoreChange, success_givesANewRecordAndLeavesTheOldOneAlone) {
     add(profile("A"));
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     record->setTitle("Night");
     EXPECT_EQ("success", update(record));
-    const auto fresh = stored("A");
+    const auto fresh = required(stored("A"));
     EXPECT_NE(record, fresh);
     EXPECT_EQ("Night", fresh->title());
     fresh->setTitle("Day");
@@ -117,7 +118,7 @@ TEST_F(StoreChange, success_givesANewRecordAndLeavesTheOldOneAlone) {
 TEST_F(StoreChange, changeOfOneProfile_leavesTheRecordsOfTheOthers) {
     add(profile("A"));
     add(profile("B"));
-    const auto other = stored("B");
+    const auto other = required(stored("B"));
     other->setTitle("not saved");
     EXPECT_EQ("success", update(stored("A")));
     EXPECT_EQ(other, stored("B"));
@@ -141,7 +142,7 @@ TEST_F(StoreChange, identifierThatIsThere_isNotAddedAgain) {
     const auto before = rawFile();
     EXPECT_THAT(add(profile("A", "second")), AllOf(HasSubstr("\"A\""), HasSubstr("already")));
     EXPECT_EQ(before, rawFile());
-    EXPECT_EQ("first", stored("A")->title());
+    EXPECT_EQ("first", required(stored("A"))->title());
 }
 
 TEST_F(StoreChange, profilesWhoseIdentifiersHaveOneHash_areTwo) {
@@ -179,13 +180,13 @@ TEST_F(StoreChange, nilRecord_fails) {
 
 TEST_F(StoreChange, profileOfAnotherProcess_isKept) {
     add(profile("A"));
-    const auto mine = stored("A");
+    const auto mine = required(stored("A"));
     putFile(fileOf({profile("A")->storedValues(), profile("X", "theirs")->storedValues()}));
     mine->setTitle("mine");
     EXPECT_EQ("success", update(mine));
     EXPECT_EQ(Value("mine"), storedProfile(0)["title"]);
     EXPECT_EQ(Value("theirs"), storedProfile(1)["title"]);
-    EXPECT_EQ("theirs", stored("X")->title());
+    EXPECT_EQ("theirs", required(stored("X"))->title());
 }
 
 TEST_F(StoreChange, profileDeletedByAnotherProcess_isNotUpdated) {
@@ -209,18 +210,18 @@ TEST_F(StoreChange, lockNotHad_fails) {
     add(profile("A"));
     const auto before = rawFile();
     phone_.files->failLocks(true);
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     record->setTitle("x");
     EXPECT_THAT(update(record), AllOf(HasSubstr("locked"), HasSubstr(path_)));
     EXPECT_THAT(add(profile("B")), HasSubstr("locked"));
     EXPECT_THAT(remove(record), HasSubstr("locked"));
     EXPECT_EQ(before, rawFile());
-    EXPECT_EQ("x", stored("A")->title());
+    EXPECT_EQ("x", required(stored("A"))->title());
 }
 
 TEST_F(StoreChange, failedWrite_keepsFileStoreAndRecord) {
     add(profile("A", "old"));
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     record->setTitle("new");
     const auto before = rawFile();
     phone_.files->failWrites("No space left on device");
@@ -230,7 +231,7 @@ TEST_F(StoreChange, failedWrite_keepsFileStoreAndRecord) {
     EXPECT_EQ("new", record->title());
     phone_.files->failWrites("");
     EXPECT_EQ("success", update(record));
-    EXPECT_EQ("new", stored("A")->title());
+    EXPECT_EQ("new", required(stored("A"))->title());
 }
 
 TEST_F(StoreChange, callbackNotificationAndBroadcast_comeInThisOrder) {
@@ -282,7 +283,7 @@ TEST_F(StoreChange, successCallback_findsTheNewStateAndMayCallTheStore) {
     store_->addProfile_success_failure(
         profile("A", "Work"),
         [&] {
-            title = stored("A")->title();
+            title = required(stored("A"))->title();
             store_->addProfile_success_failure(profile("B"), nullptr, nullptr);
         },
         nullptr);
@@ -319,7 +320,7 @@ TEST_F(StoreChange, unknownKeys_areKeptInFileAndRecord) {
     theirs.merge(unknown);
     putFile(fileOf({theirs, "no profile", 7}, {{"owner", Dictionary{{"name", "engine"}}}, {"serial", 12}}));
     for (int i = 0; i < 100; ++i) {
-        const auto record = stored("A");
+        const auto record = required(stored("A"));
         record->setTitle("turn " + std::to_string(i));
         ASSERT_EQ("success", update(record));
     }
@@ -337,16 +338,16 @@ TEST_F(StoreChange, entriesThatAreNoProfiles_areLeftAlone) {
     const Dictionary numbered{{"identifier", 5}};
     putFile(fileOf({nameless, first, Array{}, second, numbered, Dictionary{{"identifier", ""}}}));
     EXPECT_THAT(identifiersOf(store_->enabledProfiles()), ElementsAre("A"));
-    EXPECT_EQ("first", stored("A")->title());
+    EXPECT_EQ("first", required(stored("A"))->title());
     EXPECT_EQ(nullptr, stored(""));
     EXPECT_THAT(phone_.log->lines(), ElementsAre(AllOf(HasSubstr(path_), HasSubstr("5 entries"))));
 
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     record->setTitle("changed");
     EXPECT_EQ("success", update(record));
     EXPECT_EQ(Value("changed"), storedProfile(1)["title"]);
     EXPECT_EQ(Value(second), storedProfile(3));
-    EXPECT_EQ("changed", stored("A")->title());
+    EXPECT_EQ("changed", required(stored("A"))->title());
 
     EXPECT_EQ("success", remove(record));
     EXPECT_EQ(nullptr, stored("A")) << "the second one would be the deleted profile come back";
@@ -363,7 +364,7 @@ TEST_F(StoreChange, xmlFile_isTakenOver) {
 
 TEST_F(StoreChange, integersForBooleansAndReals_becomeWhatTheyStandFor) {
     putFile(fileOf({Dictionary{{"identifier", "A"}, {"enabled", 0}, {"ringerVolume", 1}}}));
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     EXPECT_FALSE(record->isEnabled());
     EXPECT_EQ(1.0, record->ringerVolume());
     EXPECT_EQ("success", update(record));
@@ -375,7 +376,7 @@ TEST_F(StoreChange, manyChanges_doNotLetTheFileGrow) {
     add(profile("B"));
     const std::string longTitle(3000, 'x');
     for (int i = 0; i < 200; ++i) {
-        const auto record = stored("A");
+        const auto record = required(stored("A"));
         record->setTitle(longTitle + std::to_string(i));
         ASSERT_EQ("success", update(record));
         ASSERT_EQ("success", add(profile("C" + std::to_string(i))));

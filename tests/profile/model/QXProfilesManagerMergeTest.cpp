@@ -10,6 +10,7 @@
 
 namespace {
 
+using doubles::required;
 using platform::Array;
 using platform::Dictionary;
 using platform::Value;
@@ -55,7 +56,7 @@ class StoreMerge : public StoreFixture {
 };
 
 TEST_F(StoreMerge, differentKeys_areBothStored) {
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     changeElsewhere("title", "theirs");
     changeElsewhere("alertToneIdentifier", "texttone:Bell");
     record->setVibrate(false);
@@ -63,13 +64,13 @@ TEST_F(StoreMerge, differentKeys_areBothStored) {
     EXPECT_EQ(Value("theirs"), inFile("title"));
     EXPECT_EQ(Value("texttone:Bell"), inFile("alertToneIdentifier"));
     EXPECT_EQ(Value(false), inFile("vibrate"));
-    EXPECT_EQ("theirs", stored("A")->title());
+    EXPECT_EQ("theirs", required(stored("A"))->title());
     EXPECT_EQ("read", record->title()) << "the caller's record is the caller's";
 }
 
 TEST_F(StoreMerge, keyTakenAwayElsewhere_staysAway) {
     changeElsewhere("alertToneIdentifier", "texttone:Bell");
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     changeElsewhere("alertToneIdentifier", Value());
     record->setVibrate(false);
     EXPECT_EQ("success", update(record));
@@ -77,7 +78,7 @@ TEST_F(StoreMerge, keyTakenAwayElsewhere_staysAway) {
 }
 
 TEST_F(StoreMerge, sameKey_theLaterChangeStands) {
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     changeElsewhere("title", "theirs");
     record->setTitle("mine");
     EXPECT_EQ("success", update(record));
@@ -92,7 +93,7 @@ TEST_F(StoreMerge, sameKey_theLaterChangeStands) {
 }
 
 TEST_F(StoreMerge, whatWasStoredOnce_isNotStoredAgain) {
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     record->setTitle("mine");
     EXPECT_EQ("success", update(record));
     changeElsewhere("title", "theirs");
@@ -103,7 +104,7 @@ TEST_F(StoreMerge, whatWasStoredOnce_isNotStoredAgain) {
 }
 
 TEST_F(StoreMerge, failedUpdate_isMadeUpForByTheNext) {
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     record->setTitle("mine");
     files_->failWrites("No space left on device");
     EXPECT_THAT(update(record), HasSubstr("No space left"));
@@ -115,7 +116,7 @@ TEST_F(StoreMerge, failedUpdate_isMadeUpForByTheNext) {
 }
 
 TEST_F(StoreMerge, keySetBetweenHandOverAndSuccess_isStoredByTheNext) {
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     record->setTitle("handed over");
     files_->interruption = [&] {
         record->setTitle("after");
@@ -132,7 +133,7 @@ TEST_F(StoreMerge, keySetBetweenHandOverAndSuccess_isStoredByTheNext) {
 
 TEST_F(StoreMerge, lists_areMergedAlsoOverSeveralUpdates) {
     changeElsewhere("wifiNetworks", Array{"Home", "Office"});
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     changeElsewhere("wifiNetworks", Array{"Office", "Train", "Home"});
     record->removeFromWiFiNetwork("Home");
     record->addToWiFiNetwork("Café");
@@ -155,7 +156,7 @@ TEST_F(StoreMerge, newProfile_isHandedOverWhole) {
 TEST_F(StoreMerge, listWithOneBadElement_isNotEmptiedBySavingAnotherKey) {
     changeElsewhere("calendarIdentifiers", Array{"Home/family", 5, "Work/meetings"});
     for (int turn = 0; turn < 3; ++turn) {
-        const auto record = stored("A");
+        const auto record = required(stored("A"));
         EXPECT_THAT(record->calendarIdentifiers(), ElementsAre("Home/family", "Work/meetings"));
         record->setTitle("turn " + std::to_string(turn));
         EXPECT_EQ("success", update(record));
@@ -171,7 +172,7 @@ TEST_F(StoreMerge, listWithOneBadElement_isNotEmptiedBySavingAnotherKey) {
 }
 
 TEST_F(StoreMerge, deletionInTheBackground_doesNotReadTheRecord) {
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     std::atomic<bool> isOver = false;
     std::thread deletion([&] {
         store_->deleteProfile_success_failure(record, nullptr, nullptr);
@@ -187,7 +188,7 @@ TEST_F(StoreMerge, deletionInTheBackground_doesNotReadTheRecord) {
 class StoreThatCannotLook : public StoreMerge, public testing::WithParamInterface<const char*> {};
 
 TEST_P(StoreThatCannotLook, keepsWhatWasReadAndRefusesChanges) {
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     const platform::Data before = rawFile();
     const std::string reason = GetParam();
     files_->failStamps(reason);
@@ -231,14 +232,14 @@ INSTANTIATE_TEST_SUITE_P(Reasons, StoreThatCannotLook,
                                          "Value too large for defined data type", "Stale file handle"));
 
 TEST_F(StoreMerge, fileThatCannotBeLookedAtAfterAChange_isReadAgain) {
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     record->setTitle("mine");
     files_->interruption = [&] { files_->failStamps("Input/output error"); };
     EXPECT_EQ("success", update(record));
-    EXPECT_EQ("mine", stored("A")->title()) << "what was written is what the store has";
+    EXPECT_EQ("mine", required(stored("A"))->title()) << "what was written is what the store has";
     files_->failStamps("");
     changeElsewhere("title", "theirs");
-    EXPECT_EQ("theirs", stored("A")->title());
+    EXPECT_EQ("theirs", required(stored("A"))->title());
 }
 
 }  // namespace

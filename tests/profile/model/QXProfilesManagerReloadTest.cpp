@@ -5,6 +5,7 @@
 
 namespace {
 
+using doubles::required;
 using platform::Dictionary;
 using platform::Value;
 using quietrix::QXProfilesManager;
@@ -51,10 +52,10 @@ TEST_F(StoreReload, fileWrittenByTheStoreItself_isNotRead) {
 
 TEST_F(StoreReload, changedFile_givesNewRecordsAndLeavesOldOnesAlone) {
     putFile(fileOf({profile("A", "old")->storedValues()}));
-    const auto old = stored("A");
+    const auto old = required(stored("A"));
     putFile(fileOf({profile("A", "new")->storedValues(), profile("B")->storedValues()}));
     store_->reloadProfiles();
-    EXPECT_EQ("new", stored("A")->title());
+    EXPECT_EQ("new", required(stored("A"))->title());
     EXPECT_EQ("old", old->title());
     EXPECT_NE(nullptr, stored("B"));
     EXPECT_EQ(2, reads());
@@ -62,11 +63,11 @@ TEST_F(StoreReload, changedFile_givesNewRecordsAndLeavesOldOnesAlone) {
 
 TEST_F(StoreReload, everyQuestion_isAnsweredFromTheFileAsItIs) {
     putFile(fileOf({profile("A", "old")->storedValues()}));
-    const auto old = stored("A");
+    const auto old = required(stored("A"));
     const auto question = [this](int number) -> std::vector<std::string> {
         if (number == 0) return identifiersOf(store_->enabledProfiles());
         if (number == 1) return identifiersOf(store_->disabledProfiles());
-        const auto found = stored(std::to_string(number));
+        const auto found = required(stored(std::to_string(number)));
         return found ? std::vector<std::string>{found->title()} : std::vector<std::string>();
     };
     for (int number = 0; number < 3; ++number) {
@@ -93,7 +94,7 @@ TEST_F(StoreReload, question_costsOneLookAndTellsNothing) {
     EXPECT_EQ(1, reads());
 
     putFile(fileOf({profile("A", "new")->storedValues()}));
-    EXPECT_EQ("new", stored("A")->title());
+    EXPECT_EQ("new", required(stored("A"))->title());
     EXPECT_EQ(2, reads());
     phone_.drain();
     EXPECT_THAT(phone_.takeEvents(), IsEmpty());
@@ -102,7 +103,7 @@ TEST_F(StoreReload, question_costsOneLookAndTellsNothing) {
 
 TEST_F(StoreReload, recordThatCouldNotBeSaved_outlivesQuestions) {
     putFile(fileOf({profile("A", "saved")->storedValues()}));
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     record->setTitle("unsaved");
     phone_.files->failWrites("No space left on device");
     EXPECT_THAT(update(record), testing::HasSubstr("No space left"));
@@ -113,13 +114,13 @@ TEST_F(StoreReload, recordThatCouldNotBeSaved_outlivesQuestions) {
 
 TEST_F(StoreReload, recordThatWasChangedAndNotSaved_isReplaced) {
     putFile(fileOf({profile("A", "saved")->storedValues(), profile("B")->storedValues()}));
-    const auto changed = stored("A");
+    const auto changed = required(stored("A"));
     const auto untouched = stored("B");
     changed->setTitle("unsaved");
     EXPECT_EQ(changed, stored("A"));
     store_->reloadProfiles();
     EXPECT_NE(changed, stored("A"));
-    EXPECT_EQ("saved", stored("A")->title());
+    EXPECT_EQ("saved", required(stored("A"))->title());
     EXPECT_EQ("unsaved", changed->title());
     EXPECT_EQ(untouched, stored("B"));
     EXPECT_EQ(1, reads());
@@ -139,13 +140,13 @@ TEST_F(StoreReload, everyKindOfChange_isNoticed) {
         change(record);
         store_->reloadProfiles();
         EXPECT_NE(record, stored("A"));
-        EXPECT_EQ(Value(profile("A")->storedValues()), Value(stored("A")->storedValues()));
+        EXPECT_EQ(Value(profile("A")->storedValues()), Value(required(stored("A"))->storedValues()));
     }
 }
 
 TEST_F(StoreReload, recordSavedInTheMeantime_isNotReplacedOnceMore) {
     putFile(fileOf({profile("A")->storedValues()}));
-    const auto record = stored("A");
+    const auto record = required(stored("A"));
     record->setTitle("x");
     EXPECT_EQ("success", update(record));
     const auto fresh = stored("A");
@@ -172,7 +173,7 @@ TEST_F(StoreReload, shouldReload_isAReload) {
 
 TEST_F(StoreReload, unsavedSwitchingOff_isSeenInTheLists) {
     putFile(fileOf({profile("A")->storedValues()}));
-    stored("A")->setEnabled(false);
+    required(stored("A"))->setEnabled(false);
     EXPECT_THAT(store_->enabledProfiles(), IsEmpty());
     EXPECT_THAT(identifiersOf(store_->disabledProfiles()), ElementsAre("A"));
     store_->reloadProfiles();

@@ -11,6 +11,7 @@
 #include "platform/foundation/PropertyList.h"
 #include "profile/model/QXProfilesManager.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Required.h"
 
 /// A phone of doubles with a fresh store on it.
 class StoreFixture : public testing::Test {
@@ -48,7 +49,7 @@ class StoreFixture : public testing::Test {
             platform::Value());
     }
     platform::Value storedProfile(std::size_t position) const {
-        return file()["profiles"].array()->at(position);
+        return doubles::required(file()["profiles"].array())->at(position);
     }
     std::size_t storedCount() const {
         return file()["profiles"].array() ? file()["profiles"].array()->size() : 0;

@@ -13,9 +13,12 @@
 
 #include "device/RootFileSystem.h"
 #include "platform/foundation/Device.h"
+#include "tests/doubles/TemporaryDirectory.h"
 #include "tests/profile/model/StoreFixture.h"
 
 namespace {
+
+using doubles::required;
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
@@ -23,11 +26,9 @@ using testing::HasSubstr;
 class StoreProcesses : public StoreFixture {
   protected:
     StoreProcesses() {
-        std::string name = (fs::temp_directory_path() / "store-XXXXXX").string();
-        root_ = mkdtemp(name.data());
-        host_ = root_ / fs::path(path_).relative_path();
+        host_ = root_.path() / fs::path(path_).relative_path();
         fs::create_directories(host_.parent_path());
-        files_ = std::make_shared<device::RootFileSystem>(root_.string());
+        files_ = std::make_shared<device::RootFileSystem>(root_.path().string());
         platform::Device device = platform::Device::current();
         device.files = files_;
         platform::Device::install(device);
@@ -38,12 +39,11 @@ class StoreProcesses : public StoreFixture {
             kill(child, SIGKILL);
             waitFor(child);
         }
-        fs::remove_all(root_);
     }
 
     pid_t start(const std::string& prefix, int count) {
         std::string program = STORE_WRITER;
-        std::string root = root_.string();
+        std::string root = root_.path().string();
         std::string prefixArgument = prefix;
         std::string countArgument = std::to_string(count);
         char* arguments[] = {program.data(), root.data(), prefixArgument.data(), countArgument.data(),
@@ -89,7 +89,7 @@ class StoreProcesses : public StoreFixture {
         return true;
     }
 
-    fs::path root_;
+    testing_support::TemporaryDirectory root_;
     fs::path host_;
     std::set<pid_t> children_;
     std::shared_ptr<device::RootFileSystem> files_;
@@ -144,13 +144,13 @@ TEST_F(StoreProcesses, killedAtAnyInstant_leavesAWholeFile) {
 
 TEST_F(StoreProcesses, changeOfAnotherProcess_isSeenByTheNextQuestion) {
     EXPECT_EQ(0, waitFor(start("x", 1)));
-    EXPECT_EQ("renamed", stored("x0")->title());
+    EXPECT_EQ("renamed", required(stored("x0"))->title());
     EXPECT_EQ(0, waitFor(start("y", 1)));
-    EXPECT_EQ("renamed", stored("y0")->title());
+    EXPECT_EQ("renamed", required(stored("y0"))->title());
 }
 
 TEST_F(StoreProcesses, symbolicLink_staysAndItsTargetChanges) {
-    const fs::path elsewhere = root_ / "elsewhere" / "real.plist";
+    const fs::path elsewhere = root_ / "elsewhere/real.plist";
     fs::create_directories(elsewhere.parent_path());
     fs::create_symlink(elsewhere, host_);
     EXPECT_EQ("success", add(profile("A")));
@@ -165,7 +165,7 @@ TEST_F(StoreProcesses, lockHeldByAnother_failsInTime) {
     const auto held = files_->lockExclusively(path_, 1);
     ASSERT_TRUE(held);
     EXPECT_THAT(update(profile("A", "x")), testing::AllOf(HasSubstr(path_), HasSubstr("2 seconds")));
-    EXPECT_EQ("", stored("A")->title());
+    EXPECT_EQ("", required(stored("A"))->title());
 }
 
 TEST_F(StoreProcesses, directoryInPlaceOfTheFile_isRefused) {
