@@ -7,10 +7,13 @@
 #include "platform/foundation/BinaryList.h"
 #include "platform/foundation/BinaryListBuilder.h"
 #include "platform/foundation/PropertyList.h"
+#include "tests/doubles/Required.h"
 #include "tests/platform/foundation/HandmadeList.h"
 
 namespace {
 
+using doubles::errorOf;
+using doubles::required;
 using platform::Array;
 using platform::BinaryList;
 using platform::BinaryListBuilder;
@@ -126,9 +129,9 @@ TEST(BinaryList, sharedObjects_areMadeOnceForTheRoot) {
         BinaryList::create(HandmadeList().array({1, 1, 2, 2}).array({2}).object({0x51, 'a'}).build()).value();
     const Value root = list.rootValue();
     EXPECT_EQ(list.value(list.root()), root);
-    const Array& elements = *root.array();
-    EXPECT_EQ(elements[0].array(), elements[1].array());
-    EXPECT_EQ(elements[2].string(), elements[3].string());
+    const Array& elements = *required(root.array());
+    EXPECT_EQ(elements.at(0).array(), elements.at(1).array());
+    EXPECT_EQ(elements.at(2).string(), elements.at(3).string());
 }
 
 TEST(BinaryList, objectsOnTopOfEachOther_areRefused) {
@@ -229,8 +232,7 @@ TEST(BinaryListBuilder, elements_areAddedWithoutTheirArrayAndShareTheirScalars) 
 TEST(BinaryListBuilder, valueThatNoListHolds_isAnError) {
     BinaryListBuilder builder;
     EXPECT_FALSE(builder.add(Value()));
-    EXPECT_THAT(builder.addElements(Array{1, Value()}).error().localizedDescription,
-                HasSubstr("\"[1]\" is nil"));
+    EXPECT_THAT(errorOf(builder.addElements(Array{1, Value()})), HasSubstr("\"[1]\" is nil"));
 }
 
 }  // namespace

@@ -6,10 +6,13 @@
 #include <limits>
 
 #include "platform/foundation/PropertyList.h"
+#include "tests/doubles/Required.h"
 #include "tests/platform/foundation/HandmadeList.h"
 
 namespace {
 
+using doubles::errorOf;
+using doubles::required;
 using platform::Array;
 using platform::Data;
 using platform::Date;
@@ -23,9 +26,6 @@ using testing::HasSubstr;
 
 Result<Value> read(const HandmadeList& list) {
     return PropertyListSerialization::propertyListWithData(list.build());
-}
-std::string errorOf(const Result<Value>& result) {
-    return result ? "no error" : result.error().localizedDescription;
 }
 Result<Value> object(std::initializer_list<int> bytes) {
     return read(HandmadeList().object(bytes));
@@ -191,7 +191,7 @@ TEST(BinaryPropertyListReading, sharedContainer_isMadeOnce) {
     const auto value = read(HandmadeList().array({1, 1}).array({2}).object({0x09}));
     ASSERT_TRUE(value);
     EXPECT_EQ(*value, Value(Array{Array{true}, Array{true}}));
-    EXPECT_EQ((*value->array())[0].array(), (*value->array())[1].array());
+    EXPECT_EQ(required(value->array())->at(0).array(), required(value->array())->at(1).array());
 }
 
 TEST(BinaryPropertyListReading, referencesThatUnfoldExponentially_areRefused) {
@@ -245,7 +245,7 @@ Data wholeFile() {
         {"date", Date{123.25}},
         {"dictionary", Dictionary{{"a", Array{}}, {"b", "ä😀"}}},
         {"long", std::string(300, 'x')}});
-    return *PropertyListSerialization::dataWithPropertyList(value, PropertyListFormat::Binary);
+    return *required(PropertyListSerialization::dataWithPropertyList(value, PropertyListFormat::Binary));
 }
 
 TEST(BinaryPropertyListReading, everyPrefixOfAFile_isAnError) {
@@ -266,7 +266,7 @@ TEST(BinaryPropertyListReading, everyByteChanged_givesAnErrorOrAValueThatCanBeWr
             changed[i] = static_cast<std::uint8_t>(changed[i] ^ change);
             const auto value = PropertyListSerialization::propertyListWithData(changed);
             if (!value) {
-                EXPECT_FALSE(value.error().localizedDescription.empty());
+                EXPECT_FALSE(errorOf(value).empty());
                 ++errors;
                 continue;
             }

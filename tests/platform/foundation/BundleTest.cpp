@@ -10,8 +10,13 @@
 #include "platform/foundation/Object.h"
 #include "platform/foundation/PropertyList.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Required.h"
+#include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
+
+using doubles::errorOf;
+using doubles::required;
 
 class FixtureTakenName : public platform::Object {
     PLATFORM_CLASS(FixtureTakenName, platform::Object)
@@ -46,9 +51,6 @@ class BundleTest : public testing::Test {
                            {"PlatformInterfaceVersion", version},
                            {"NSPrincipalClass", "FixtureScreen"}});
         return Bundle(fixtures);
-    }
-    static std::string errorOf(const Result<void>& result) {
-        return result ? "no error" : result.error().localizedDescription;
     }
 
     doubles::Phone phone;
@@ -184,13 +186,13 @@ TEST_F(BundleTest, load_bringsTheBundlesClasses) {
 
 TEST_F(BundleTest, load_byAnotherPath_opensTheSameCodeOnce) {
     ASSERT_TRUE(fixture("Good").load());
-    std::string link = std::filesystem::temp_directory_path() / "bundle-test-XXXXXX";
-    ASSERT_NE(::mkdtemp(link.data()), nullptr);
-    std::filesystem::create_symlink(fixtures + "/Good", link + "/Good");
+    const testing_support::TemporaryDirectory directory;
+    const std::string link = directory.path();
+    std::filesystem::create_symlink(fixtures + "/Good", directory / "Good");
     putInfo(link, {{"CFBundleExecutable", "Good"}, {"PlatformInterfaceVersion", 1}});
     EXPECT_EQ(errorOf(Bundle(link).load()), "no error");
-    EXPECT_EQ(Bundle::bundleForClass(*ClassRegistry::shared().find("FixtureScreen"))->bundlePath(), fixtures);
-    std::filesystem::remove_all(link);
+    EXPECT_EQ(Bundle::bundleForClass(*required(ClassRegistry::shared().find("FixtureScreen")))->bundlePath(),
+              fixtures);
 }
 
 TEST_F(BundleTest, load_ofAnotherInterfaceVersion_runsNoneOfTheCode) {
@@ -240,10 +242,10 @@ TEST_F(BundleTest, load_withoutAUsableInfoList_saysWhatIsWrong) {
 
 TEST_F(BundleTest, principalClass_tellsItsFailuresApart) {
     putInfo(path, {{"a", 1}});
-    EXPECT_EQ(Bundle(path).principalClass().error().localizedDescription,
+    EXPECT_EQ(errorOf(Bundle(path).principalClass()),
               "The bundle \"" + path + "\" names no principal class in its Info list.");
     putInfo(path, {{"NSPrincipalClass", "NoSuch"}});
-    EXPECT_EQ(Bundle(path).principalClass().error().localizedDescription,
+    EXPECT_EQ(errorOf(Bundle(path).principalClass()),
               "The bundle \"" + path +
                   "\" names the principal class \"NoSuch\", but there is no class of that name.");
 }

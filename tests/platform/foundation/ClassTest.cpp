@@ -3,8 +3,12 @@
 
 #include "platform/foundation/Class.h"
 #include "platform/foundation/Object.h"
+#include "tests/doubles/Required.h"
 
 namespace {
+
+using doubles::errorOf;
+using doubles::required;
 
 class ClassTestBase : public platform::Object {
     PLATFORM_CLASS(ClassTestBase, platform::Object)
@@ -55,16 +59,15 @@ TEST(ClassRegistry, make_givesANewInstanceOfTheNamedClass) {
     const auto made = ClassRegistry::shared().make<ClassTestBase>("ClassTestDerived");
     ASSERT_TRUE(made);
     EXPECT_EQ(&(*made)->getClass(), &ClassTestDerived::staticClass());
-    EXPECT_NE(*made, *ClassRegistry::shared().make<ClassTestBase>("ClassTestDerived"));
+    EXPECT_NE(*made, *required(ClassRegistry::shared().make<ClassTestBase>("ClassTestDerived")));
 }
 
 TEST(ClassRegistry, make_tellsItsThreeFailuresApart) {
     const ClassRegistry& registry = ClassRegistry::shared();
-    EXPECT_EQ(registry.make<Object>("NoSuch").error().localizedDescription,
-              "There is no class named \"NoSuch\".");
-    EXPECT_EQ(registry.make<ClassTestBase>("ClassTestOther").error().localizedDescription,
+    EXPECT_EQ(errorOf(registry.make<Object>("NoSuch")), "There is no class named \"NoSuch\".");
+    EXPECT_EQ(errorOf(registry.make<ClassTestBase>("ClassTestOther")),
               "The class \"ClassTestOther\" is no \"ClassTestBase\".");
-    EXPECT_EQ(registry.make<ClassTestBase>("ClassTestAbstract").error().localizedDescription,
+    EXPECT_EQ(errorOf(registry.make<ClassTestBase>("ClassTestAbstract")),
               "The class \"ClassTestAbstract\" cannot be made by its name.");
 }
 

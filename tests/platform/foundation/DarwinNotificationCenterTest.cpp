@@ -8,9 +8,11 @@
 #include "platform/foundation/DarwinNotificationCenter.h"
 #include "platform/foundation/RunLoop.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Required.h"
 
 namespace {
 
+using doubles::errorOf;
 using platform::CFNotificationSuspensionBehavior;
 using platform::DarwinNotificationCenter;
 using platform::Dictionary;
@@ -134,7 +136,7 @@ TEST_F(DarwinNotificationCenterTest, connect_aTransportThatDoesNotStart_isItsErr
     phone.install();
     const auto connected = center.connect();
     ASSERT_FALSE(connected);
-    EXPECT_EQ(connected.error().localizedDescription, "It does not start.");
+    EXPECT_EQ(errorOf(connected), "It does not start.");
 }
 
 TEST_F(DarwinNotificationCenterTest, postsFromBackgroundWork_areDeliveredBeforeDrainReturns) {

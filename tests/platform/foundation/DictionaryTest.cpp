@@ -7,9 +7,11 @@
 
 #include "platform/foundation/PropertyList.h"
 #include "platform/foundation/Value.h"
+#include "tests/doubles/Required.h"
 
 namespace {
 
+using doubles::required;
 using platform::Array;
 using platform::Dictionary;
 using platform::PropertyListFormat;
@@ -112,9 +114,11 @@ TEST(Dictionary, dictionariesOfOneBinaryList_shareTheirKeys) {
     const auto bytes = PropertyListSerialization::dataWithPropertyList(records, PropertyListFormat::Binary);
     const Value read = PropertyListSerialization::propertyListWithData(*bytes).value();
     EXPECT_EQ(read, records);
-    const Array& elements = *read.array();
-    EXPECT_EQ(elements[0].dictionary()->keys().get(), elements[1].dictionary()->keys().get());
-    EXPECT_NE(elements[0].dictionary()->keys().get(), elements[2].dictionary()->keys().get());
+    const Array& elements = *required(read.array());
+    EXPECT_EQ(required(elements.at(0).dictionary())->keys().get(),
+              required(elements.at(1).dictionary())->keys().get());
+    EXPECT_NE(required(elements.at(0).dictionary())->keys().get(),
+              required(elements.at(2).dictionary())->keys().get());
 }
 
 }  // namespace

@@ -4,9 +4,12 @@
 #include "platform/foundation/Device.h"
 #include "platform/foundation/FileManager.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Required.h"
 
 namespace {
 
+using doubles::errorOf;
+using doubles::required;
 using platform::Data;
 using platform::Dictionary;
 using platform::FileManager;
@@ -35,10 +38,10 @@ TEST_F(FileManagerTest, changes_areWrittenToTheJournalWithTheirOutcome) {
 
 TEST_F(FileManagerTest, reading_goesToTheDevicesFileSystem) {
     phone.files->put("/d/f", "text");
-    EXPECT_EQ(*manager.contentsAtPath("/d/f"), (Data{'t', 'e', 'x', 't'}));
+    EXPECT_EQ(*required(manager.contentsAtPath("/d/f")), (Data{'t', 'e', 'x', 't'}));
     EXPECT_TRUE(manager.fileExistsAtPath("/d/f"));
     EXPECT_TRUE(manager.directoryExistsAtPath("/d"));
-    EXPECT_EQ(*manager.contentsOfDirectoryAtPath("/d"), std::vector<std::string>{"f"});
+    EXPECT_EQ(*required(manager.contentsOfDirectoryAtPath("/d")), std::vector<std::string>{"f"});
     EXPECT_TRUE(phone.takeEvents().empty());
 }
 
@@ -47,8 +50,7 @@ TEST_F(FileManagerTest, withoutAFileSystem_everyOperationFailsAndNamesTheFile) {
     phone.install();
     const auto read = manager.contentsAtPath("/a");
     ASSERT_FALSE(read);
-    EXPECT_EQ(read.error().localizedDescription,
-              "The file \"/a\" could not be read: the device has no file system.");
+    EXPECT_EQ(errorOf(read), "The file \"/a\" could not be read: the device has no file system.");
     EXPECT_FALSE(manager.writeData_toFile(bytes, "/a", Write::InPlace));
     EXPECT_FALSE(manager.removeItemAtPath("/a"));
     EXPECT_FALSE(manager.createDirectoryAtPath("/a"));

@@ -3,9 +3,11 @@
 
 #include "platform/foundation/PropertyList.h"
 #include "platform/foundation/StringTable.h"
+#include "tests/doubles/Required.h"
 
 namespace {
 
+using doubles::errorOf;
 using platform::Array;
 using platform::Data;
 using platform::Dictionary;
@@ -19,9 +21,8 @@ Data bytes(std::string_view text) {
     return {text.begin(), text.end()};
 }
 
-std::string errorOf(std::string_view text) {
-    const auto table = parseStringTable(bytes(text));
-    return table ? "no error" : table.error().localizedDescription;
+std::string problemIn(std::string_view text) {
+    return errorOf(parseStringTable(bytes(text)));
 }
 
 Data utf16(std::u16string_view text, bool bigEndian) {
@@ -68,32 +69,33 @@ TEST(StringTable, utf16_isReadInBothByteOrders) {
 
 TEST(StringTable, propertyLists_areReadInBothFormats) {
     for (const auto format : {PropertyListFormat::XML, PropertyListFormat::Binary}) {
-        const auto good = PropertyListSerialization::dataWithPropertyList(Dictionary{{"a", "1"}}, format);
-        EXPECT_EQ(parseStringTable(*good), (StringTable{{"a", "1"}}));
-        const auto list = PropertyListSerialization::dataWithPropertyList(Array{"a"}, format);
-        EXPECT_EQ(parseStringTable(*list).error().localizedDescription,
-                  "The string table's property list is no dictionary.");
-        const auto number = PropertyListSerialization::dataWithPropertyList(Dictionary{{"a", 1}}, format);
-        EXPECT_EQ(parseStringTable(*number).error().localizedDescription,
+        const auto good =
+            PropertyListSerialization::dataWithPropertyList(Dictionary{{"a", "1"}}, format).value();
+        EXPECT_EQ(parseStringTable(good), (StringTable{{"a", "1"}}));
+        const auto list = PropertyListSerialization::dataWithPropertyList(Array{"a"}, format).value();
+        EXPECT_EQ(errorOf(parseStringTable(list)), "The string table's property list is no dictionary.");
+        const auto number =
+            PropertyListSerialization::dataWithPropertyList(Dictionary{{"a", 1}}, format).value();
+        EXPECT_EQ(errorOf(parseStringTable(number)),
                   "The string table's value for the key \"a\" is no string.");
     }
 }
 
 TEST(StringTable, errors_nameTheLineAndWhatWasExpected) {
     const std::string damaged = "The string table is damaged at line ";
-    EXPECT_EQ(errorOf("\n\nkey = \"a\";"), damaged + "3: expected a key in quotation marks, found \"k\".");
-    EXPECT_EQ(errorOf("\"a\"\n\"b\";"), damaged + "2: expected \"=\" after the key, found \"\"\".");
-    EXPECT_EQ(errorOf("\"a\" = ä;"), damaged + "1: expected a value in quotation marks, found \"ä\".");
-    EXPECT_EQ(errorOf("\"a\" = \"b\""), damaged + "1: expected \";\" after the value, found the end.");
-    EXPECT_EQ(errorOf("\n\"a\" = \"b\n\n"),
+    EXPECT_EQ(problemIn("\n\nkey = \"a\";"), damaged + "3: expected a key in quotation marks, found \"k\".");
+    EXPECT_EQ(problemIn("\"a\"\n\"b\";"), damaged + "2: expected \"=\" after the key, found \"\"\".");
+    EXPECT_EQ(problemIn("\"a\" = ä;"), damaged + "1: expected a value in quotation marks, found \"ä\".");
+    EXPECT_EQ(problemIn("\"a\" = \"b\""), damaged + "1: expected \";\" after the value, found the end.");
+    EXPECT_EQ(problemIn("\n\"a\" = \"b\n\n"),
               damaged + "2: expected a closing quotation mark for the text that begins here.");
-    EXPECT_EQ(errorOf("\n/* open"), damaged + "2: expected \"*/\" after this comment.");
-    EXPECT_EQ(errorOf("\"\\x\""), damaged + R"(1: expected one of \" \\ \n \t \r \U after the backslash.)");
-    EXPECT_EQ(errorOf("\"\\U12g4\""), damaged + "1: expected four hexadecimal digits after \\U.");
-    EXPECT_EQ(errorOf("\"\\U12"), damaged + "1: expected four hexadecimal digits after \\U.");
-    EXPECT_EQ(errorOf("\"\\Ud83d\""), damaged + "1: expected both halves of a surrogate pair.");
-    EXPECT_EQ(errorOf("\"\\Ud83d\\U0041\""), damaged + "1: expected both halves of a surrogate pair.");
-    EXPECT_EQ(errorOf("\"a\" = \"b\";\n\xFF"), damaged + "2: expected UTF-8 at byte 11.");
+    EXPECT_EQ(problemIn("\n/* open"), damaged + "2: expected \"*/\" after this comment.");
+    EXPECT_EQ(problemIn("\"\\x\""), damaged + R"(1: expected one of \" \\ \n \t \r \U after the backslash.)");
+    EXPECT_EQ(problemIn("\"\\U12g4\""), damaged + "1: expected four hexadecimal digits after \\U.");
+    EXPECT_EQ(problemIn("\"\\U12"), damaged + "1: expected four hexadecimal digits after \\U.");
+    EXPECT_EQ(problemIn("\"\\Ud83d\""), damaged + "1: expected both halves of a surrogate pair.");
+    EXPECT_EQ(problemIn("\"\\Ud83d\\U0041\""), damaged + "1: expected both halves of a surrogate pair.");
+    EXPECT_EQ(problemIn("\"a\" = \"b\";\n\xFF"), damaged + "2: expected UTF-8 at byte 11.");
 }
 
 TEST(StringTable, everyPrefixOfAFile_isReadOrRefused) {

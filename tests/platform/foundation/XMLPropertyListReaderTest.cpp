@@ -7,9 +7,12 @@
 
 #include "platform/foundation/PropertyList.h"
 #include "platform/foundation/XMLPropertyListReader.h"
+#include "tests/doubles/Required.h"
 
 namespace {
 
+using doubles::errorOf;
+using doubles::required;
 using platform::Array;
 using platform::Data;
 using platform::Date;
@@ -24,9 +27,6 @@ Result<Value> read(std::string_view document) {
 }
 Result<Value> element(std::string_view content) {
     return read("<plist>" + std::string(content) + "</plist>");
-}
-std::string errorOf(const Result<Value>& result) {
-    return result ? "no error" : result.error().localizedDescription;
 }
 
 TEST(XMLPropertyListReader, aUsualFile_isRead) {
@@ -75,7 +75,7 @@ TEST(XMLPropertyListReader, reals_areReadWithTheirSpecialValues) {
     EXPECT_EQ(element("<real>-0</real>"), Value(-0.0));
     EXPECT_EQ(element("<real>inf</real>"), Value(HUGE_VAL));
     EXPECT_EQ(element("<real>-infinity</real>"), Value(-HUGE_VAL));
-    EXPECT_TRUE(std::isnan(*element("<real>nan</real>")->real()));
+    EXPECT_TRUE(std::isnan(*required(element("<real>nan</real>")->real())));
     for (const char* bad : {"", "x", "1,5", "1e999", "0x10", "+-1", "++1"}) {
         EXPECT_THAT(errorOf(element("<real>" + std::string(bad) + "</real>")),
                     HasSubstr("is no real number"));

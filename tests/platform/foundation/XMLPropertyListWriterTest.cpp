@@ -6,9 +6,11 @@
 
 #include "platform/foundation/PropertyList.h"
 #include "platform/foundation/XMLPropertyListWriter.h"
+#include "tests/doubles/Required.h"
 
 namespace {
 
+using doubles::required;
 using platform::Array;
 using platform::Data;
 using platform::Date;
@@ -79,7 +81,7 @@ TEST(XMLPropertyListWriter, values_comeBack) {
 TEST(XMLPropertyListWriter, fractionsOfSecondsAndPayloadsOfNaN_areLost) {
     EXPECT_EQ(throughBytes(Date{1.75}), Value(Date{1}));
     EXPECT_EQ(throughBytes(Date{-0.25}), Value(Date{-1}));
-    EXPECT_TRUE(std::isnan(*throughBytes(std::nan("7")).real()));
+    EXPECT_TRUE(std::isnan(*required(throughBytes(std::nan("7")).real())));
 }
 
 }  // namespace
