@@ -21,9 +21,12 @@
 #include "platform/foundation/RunLoop.h"
 #include "tests/device/Child.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Required.h"
 #include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
+
+using doubles::errorOf;
 
 namespace fs = std::filesystem;
 using device::DatagramTransport;
@@ -424,7 +427,7 @@ TEST_F(DatagramTransportTest, directoryThatCannotBeMade_isOneSentence) {
     DatagramTransport transport(root.path().string());
     const auto started = transport.start([](const std::string&) {});
     ASSERT_FALSE(started);
-    EXPECT_EQ(started.error().localizedDescription,
+    EXPECT_EQ(errorOf(started),
               "The notifications directory \"" + directory() + "\" could not be opened: Not a directory.");
 }
 

@@ -4,12 +4,14 @@
 
 #include "device/DeviceOptions.h"
 #include "device/VirtualClock.h"
+#include "tests/doubles/Required.h"
 #include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
 
 using device::DeviceOptions;
 using device::Idiom;
+using doubles::required;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -59,7 +61,7 @@ TEST(DeviceOptions, everyKey_isStored) {
     EXPECT_EQ(options.scale, 3.0);
     EXPECT_THAT(options.languages, ElementsAre("de-AT", "zh-Hans", "en"));
     EXPECT_TRUE(options.darkMode);
-    EXPECT_EQ(options.clock, *device::VirtualClock::parse("2026-11-20T09:00:00"));
+    EXPECT_EQ(options.clock, *required(device::VirtualClock::parse("2026-11-20T09:00:00")));
     EXPECT_FALSE(options.statusBarLibrary);
     EXPECT_THAT(options.toneController, ElementsAre("SHSToneController", "ToneController"));
     EXPECT_EQ(options.mailAccount, "a@b.example");

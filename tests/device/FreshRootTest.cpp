@@ -16,9 +16,13 @@
 #include "device/RootLink.h"
 #include "platform/foundation/PropertyList.h"
 #include "tests/device/Child.h"
+#include "tests/doubles/Required.h"
 #include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
+
+using doubles::errorOf;
+using doubles::required;
 
 namespace fs = std::filesystem;
 using device::prepareRoot;
@@ -84,8 +88,9 @@ TEST_F(FreshRootTest, settingsFile_isABinaryListWithTheSwitchTurnedOff) {
     EXPECT_EQ(prepare(), "");
     const std::string text = readText(root + "/var/mobile/Library/Preferences/com.velmora.quietrix.plist");
     const platform::Data data(text.begin(), text.end());
-    EXPECT_EQ(*platform::PropertyListSerialization::formatOfData(data), platform::PropertyListFormat::Binary);
-    EXPECT_EQ(*platform::PropertyListSerialization::propertyListWithData(data),
+    EXPECT_EQ(*required(platform::PropertyListSerialization::formatOfData(data)),
+              platform::PropertyListFormat::Binary);
+    EXPECT_EQ(*required(platform::PropertyListSerialization::propertyListWithData(data)),
               platform::Value(platform::Dictionary{{"com.velmora.quietrix.enabled", false}}));
 }
 
@@ -127,13 +132,13 @@ TEST_F(FreshRootTest, directoryWhereTheLinkBelongs_isLeftAndNamed) {
 
 TEST_F(FreshRootTest, badRootBundleOrResources_areOneSentenceEach) {
     writeText(base / "file", "x");
-    EXPECT_EQ(prepareRoot(base / "file", resources, bundle).error().localizedDescription,
+    EXPECT_EQ(errorOf(prepareRoot(base / "file", resources, bundle)),
               "The root \"" + (base / "file") + "\" is not a directory.");
-    EXPECT_EQ(prepareRoot(base / "file/below", resources, bundle).error().localizedDescription,
+    EXPECT_EQ(errorOf(prepareRoot(base / "file/below", resources, bundle)),
               "\"" + (base / "file/below") + "\" could not be created: Not a directory.");
-    EXPECT_EQ(prepareRoot(root, resources, base / "none").error().localizedDescription,
+    EXPECT_EQ(errorOf(prepareRoot(root, resources, base / "none")),
               "The bundle \"" + (base / "none") + "\" is not a directory.");
-    EXPECT_EQ(prepareRoot(root, base / "none", bundle).error().localizedDescription,
+    EXPECT_EQ(errorOf(prepareRoot(root, base / "none", bundle)),
               "\"" + (base / "none/root") + "\" could not be read: No such file or directory.");
 }
 

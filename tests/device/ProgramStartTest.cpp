@@ -8,9 +8,11 @@
 
 #include "device/ProgramStart.h"
 #include "tests/device/Child.h"
+#include "tests/doubles/Required.h"
 
 namespace {
 
+using doubles::errorOf;
 using testing_support::Child;
 
 std::ptrdiff_t openDescriptors() {
@@ -35,7 +37,7 @@ TEST(ProgramStart, descriptors_areCountedAndGivenBack) {
     const auto enough = device::checkDescriptors(20);
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
     ASSERT_FALSE(enough);
-    EXPECT_NE(enough.error().localizedDescription.find("20 are needed"), std::string::npos);
+    EXPECT_NE(errorOf(enough).find("20 are needed"), std::string::npos);
     EXPECT_EQ(openDescriptors(), before);
 }
 
@@ -43,7 +45,7 @@ TEST(ProgramStart, memory_isAskedForAsAWhole) {
     EXPECT_TRUE(device::checkMemory(1 << 20));
     const auto enough = device::checkMemory(std::size_t{1} << 60);
     ASSERT_FALSE(enough);
-    EXPECT_EQ(enough.error().localizedDescription, "There is too little memory.");
+    EXPECT_EQ(errorOf(enough), "There is too little memory.");
 }
 
 TEST(ProgramStart, memoryThatIsOut_endsTheProcessWithTheStatus) {

@@ -15,9 +15,13 @@
 
 #include "device/RootFileSystem.h"
 #include "tests/device/Child.h"
+#include "tests/doubles/Required.h"
 #include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
+
+using doubles::errorOf;
+using doubles::required;
 
 namespace fs = std::filesystem;
 using device::RootFileSystem;
@@ -39,10 +43,6 @@ class RootFileSystemTest : public testing::Test {
     TemporaryDirectory outside;
     RootFileSystem files{root.path().string()};
 
-    template <class T>
-    static std::string errorOf(const platform::Result<T>& result) {
-        return result ? "" : result.error().localizedDescription;
-    }
     static fs::perms modeOf(const fs::path& path) { return fs::status(path).permissions(); }
 };
 
@@ -67,7 +67,7 @@ TEST_F(RootFileSystemTest, pathsThatAreNone_areErrors) {
 
 TEST_F(RootFileSystemTest, read_givesTheBytes_orOneSentence) {
     writeText(root / "d/f", std::string("a\0b", 3));
-    EXPECT_EQ(*files.read("/d/f"), (Data{'a', 0, 'b'}));
+    EXPECT_EQ(*required(files.read("/d/f")), (Data{'a', 0, 'b'}));
     EXPECT_EQ(errorOf(files.read("/var/mobile/none")),
               "The file \"/var/mobile/none\" could not be read: No such file or directory.");
     EXPECT_EQ(errorOf(files.read("/d")), "The file \"/d\" could not be read: Is a directory.");
@@ -84,7 +84,7 @@ TEST_F(RootFileSystemTest, write_inPlace_keepsTheFileItself) {
     const auto before = files.stamp("/f").value();
     ASSERT_TRUE(files.write("/f", bytes("short"), Write::InPlace));
     EXPECT_EQ(readText(root / "f"), "short");
-    EXPECT_EQ(files.stamp("/f").value()->inode, before->inode);
+    EXPECT_EQ(files.stamp("/f").value().value().inode, before->inode);
 }
 
 TEST_F(RootFileSystemTest, write_inPlace_whereNothingIs_makesTheFileWhole) {
@@ -174,8 +174,8 @@ TEST_F(RootFileSystemTest, write_atomically_replacesTheFileAndLeavesNothingBesid
     const auto before = files.stamp("/f").value();
     ASSERT_TRUE(files.write("/f", bytes("new"), Write::Atomically));
     EXPECT_EQ(readText(root / "f"), "new");
-    EXPECT_NE(files.stamp("/f").value()->inode, before->inode);
-    EXPECT_THAT(*files.list("/"), ElementsAre("f"));
+    EXPECT_NE(files.stamp("/f").value().value().inode, before->inode);
+    EXPECT_THAT(*required(files.list("/")), ElementsAre("f"));
 }
 
 TEST_F(RootFileSystemTest, write_newFiles_areForTheirOwnerOnly_andForNobodyWhomTheUmaskKeepsOut) {
@@ -216,7 +216,7 @@ TEST_F(RootFileSystemTest, write_throughASymbolicLink_replacesItsTargetAndKeepsT
     EXPECT_TRUE(fs::is_symlink(root / "first"));
     EXPECT_TRUE(fs::is_symlink(root / "second"));
     EXPECT_EQ(readText(outside / "real"), "new");
-    EXPECT_THAT(*files.list("/"), ElementsAre("first", "second"));
+    EXPECT_THAT(*required(files.list("/")), ElementsAre("first", "second"));
     EXPECT_EQ(std::distance(fs::directory_iterator(outside.path()), {}), 1);
 }
 
@@ -240,7 +240,7 @@ TEST_F(RootFileSystemTest, write_thatFails_leavesTheOldAndNoTemporary) {
               "The file \"/d\" could not be written: Is a directory.");
     EXPECT_EQ(errorOf(files.write("/none/f", bytes("x"), Write::Atomically)),
               "The file \"/none/f\" could not be written: No such file or directory.");
-    EXPECT_THAT(*files.list("/"), ElementsAre("d"));
+    EXPECT_THAT(*required(files.list("/")), ElementsAre("d"));
     EXPECT_TRUE(files.isDirectory("/d/inner"));
 }
 
@@ -261,7 +261,7 @@ TEST_F(RootFileSystemTest, write_killedAtAnyInstant_leavesAWholeFileAndTheNextWr
         EXPECT_TRUE(std::ranges::all_of(*data, [&](std::uint8_t byte) { return byte == data->front(); }));
     }
     ASSERT_TRUE(files.write("/f", bytes("end"), Write::Atomically));
-    EXPECT_THAT(*files.list("/"), ElementsAre("f"));
+    EXPECT_THAT(*required(files.list("/")), ElementsAre("f"));
 }
 
 TEST_F(RootFileSystemTest, write_staleTemporaries_areReusedOrRemoved_aLivingWritersIsNot) {
@@ -272,7 +272,7 @@ TEST_F(RootFileSystemTest, write_staleTemporaries_areReusedOrRemoved_aLivingWrit
     ASSERT_EQ(flock(living.get(), LOCK_EX), 0);
     ASSERT_TRUE(files.write("/f", bytes("new"), Write::Atomically));
     EXPECT_EQ(readText(root / "f"), "new");
-    EXPECT_THAT(*files.list("/"), ElementsAre(".f.0.tmp", "f"));
+    EXPECT_THAT(*required(files.list("/")), ElementsAre(".f.0.tmp", "f"));
     EXPECT_EQ(readText(root / ".f.0.tmp"), "a living writer's");
 }
 
@@ -282,7 +282,7 @@ TEST_F(RootFileSystemTest, write_temporaryNamesThatAreTaken_areLeftAndTheNextIsT
     ASSERT_EQ(mkfifo((root / ".f.2.tmp").c_str(), 0600), 0);
     ASSERT_TRUE(files.write("/f", bytes("new"), Write::Atomically));
     EXPECT_EQ(readText(root / "f"), "new");
-    EXPECT_THAT(*files.list("/"), ElementsAre(".f.0.tmp", ".f.1.tmp", ".f.2.tmp", "f"));
+    EXPECT_THAT(*required(files.list("/")), ElementsAre(".f.0.tmp", ".f.1.tmp", ".f.2.tmp", "f"));
     EXPECT_FALSE(fs::exists(outside / "elsewhere"));
 }
 
@@ -310,7 +310,7 @@ TEST_F(RootFileSystemTest, write_fromManyThreadsAtOnce_leavesOneOfTheirFilesWhol
     const Data data = files.read("/f").value_or(Data());
     EXPECT_EQ(data, Data(5000, data.empty() ? 0 : data.front()));
     ASSERT_TRUE(files.write("/f", {}, Write::Atomically));
-    EXPECT_THAT(*files.list("/"), ElementsAre("f"));
+    EXPECT_THAT(*required(files.list("/")), ElementsAre("f"));
 }
 
 TEST_F(RootFileSystemTest, stamp_changesWithTheFile_andIsEmptyWithoutOne) {
@@ -368,7 +368,7 @@ TEST_F(RootFileSystemTest, remove_takesFilesDirectoriesAndLinksButNotTheirTarget
     EXPECT_TRUE(files.remove("/d"));
     EXPECT_TRUE(files.remove("/link"));
     EXPECT_TRUE(fs::exists(outside / "real"));
-    EXPECT_THAT(*files.list("/"), ElementsAre());
+    EXPECT_THAT(*required(files.list("/")), ElementsAre());
     EXPECT_EQ(errorOf(files.remove("/d")),
               "The file \"/d\" could not be removed: No such file or directory.");
     EXPECT_FALSE(files.remove("/"));
@@ -387,7 +387,7 @@ TEST_F(RootFileSystemTest, createDirectory_makesThoseAboveAndAcceptsOneThatExist
 
 TEST_F(RootFileSystemTest, list_sortsByBytes) {
     for (const char* name : {"b", "a", "Z", "\xc3\xa4"}) writeText(root / name, "");
-    EXPECT_THAT(*files.list("/"), ElementsAre("Z", "a", "b", "\xc3\xa4"));
+    EXPECT_THAT(*required(files.list("/")), ElementsAre("Z", "a", "b", "\xc3\xa4"));
     EXPECT_EQ(errorOf(files.list("/a")), "The file \"/a\" could not be listed: Not a directory.");
 }
 

@@ -7,12 +7,14 @@
 #include "platform/foundation/PropertyList.h"
 #include "tests/device/Child.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Required.h"
 #include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
 
 using device::DeviceOptions;
 using device::SettableDeviceFacts;
+using doubles::required;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 
@@ -89,7 +91,7 @@ TEST_F(SettableDeviceFactsTest, fileWithSomethingElse_isLeftAloneAndNamed) {
         phone.drain();
         ASSERT_EQ(phone.log->lines().size(), linesBefore + 1);
         EXPECT_THAT(phone.log->lines().back(), HasSubstr(factsPath));
-        EXPECT_EQ(*phone.files->read(factsPath), content);
+        EXPECT_EQ(*required(phone.files->read(factsPath)), content);
     }
 }
 

@@ -12,11 +12,13 @@
 #include "device/SystemShell.h"
 #include "platform/foundation/RunLoop.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Required.h"
 #include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
 
 using device::SystemShell;
+using doubles::required;
 using namespace std::chrono_literals;
 
 constexpr auto timeLimit = 60s;
@@ -124,7 +126,9 @@ TEST_F(SystemShellTest, killedBeforeItWasReady_isStartedAgain) {
     startGoodProgram();
     EXPECT_TRUE(shell->killProcessByName("SpringBoard"));
     phone.drain();
-    EXPECT_EQ("started", states().back());
+    const States told = states();
+    ASSERT_FALSE(told.empty());
+    EXPECT_EQ("started", told.back());
 }
 
 TEST_F(SystemShellTest, killedFromOutside_isStartedAgain) {
@@ -142,7 +146,7 @@ TEST_F(SystemShellTest, killedFromOutsideOftenerThanTheLimit_isThereEachTime) {
     phone.drain();
     const auto kills = static_cast<std::size_t>(pace.limit) + 2;
     for (std::size_t done = 1; done <= kills; ++done) {
-        ASSERT_EQ(0, kill(*shell->processId(), SIGKILL));
+        ASSERT_EQ(0, kill(*required(shell->processId()), SIGKILL));
         ASSERT_TRUE(runUntil([&] { return startCount() == done + 1; }));
         phone.drain();
     }
@@ -217,6 +221,7 @@ TEST_F(SystemShellTest, programThatRecovers_isForgivenItsFailures) {
     phone.drain();
     const States all = states();
     EXPECT_EQ(6, std::ranges::count(all, "started"));
+    ASSERT_FALSE(all.empty());
     EXPECT_EQ("started", all.back());
     EXPECT_TRUE(phone.log->lines().empty());
 }

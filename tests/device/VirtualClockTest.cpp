@@ -5,10 +5,12 @@
 
 #include "device/SystemClock.h"
 #include "device/VirtualClock.h"
+#include "tests/doubles/Required.h"
 
 namespace {
 
 using device::VirtualClock;
+using doubles::errorOf;
 using platform::Date;
 
 TEST(VirtualClock, parse_isLocalTime) {
@@ -32,7 +34,7 @@ TEST(VirtualClock, parse_badTexts_areErrorsThatNameThem) {
           "2026-11-20T09:00:60", "2026-00-20T09:00:00", "x026-11-20T09:00:00"}) {
         const auto date = VirtualClock::parse(text);
         ASSERT_FALSE(date) << text;
-        EXPECT_EQ(date.error().localizedDescription,
+        EXPECT_EQ(errorOf(date),
                   "\"" + std::string(text) + "\" is no date and time such as 2026-11-20T09:00:00.");
     }
     EXPECT_TRUE(VirtualClock::parse("2028-02-29T23:59:59"));

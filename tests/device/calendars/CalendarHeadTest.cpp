@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "device/calendars/CalendarHead.h"
+#include "tests/doubles/Required.h"
 
 namespace {
 
 using device::CalendarHead;
+using doubles::errorOf;
 using testing::Optional;
 
 CalendarHead parsed(const std::string& text) {
@@ -81,7 +83,7 @@ TEST(CalendarHead, lineThatIsNoProperty_breaksTheFile) {
     }
     const auto head = CalendarHead::parse("\nBEGIN:VCALENDAR\r\nVERSION:2.0\r\n folded\r\n\r\ngarbage");
     ASSERT_FALSE(head);
-    EXPECT_EQ(head.error().localizedDescription, "is no iCalendar file: its line 6 is no property");
+    EXPECT_EQ(errorOf(head), "is no iCalendar file: its line 6 is no property");
 }
 
 TEST(CalendarHead, underscoreInAName_isTaken) {
@@ -105,12 +107,11 @@ TEST(CalendarHead, colourThatIsNone_doesNotHideAGoodOne) {
 }
 
 TEST(CalendarHead, otherFiles_areRefused) {
-    EXPECT_EQ(CalendarHead::parse("").error().localizedDescription, "does not begin with BEGIN:VCALENDAR");
+    EXPECT_EQ(errorOf(CalendarHead::parse("")), "does not begin with BEGIN:VCALENDAR");
     EXPECT_FALSE(CalendarHead::parse("BEGIN:VCARD\nNAME:x\nEND:VCARD\n"));
     EXPECT_FALSE(CalendarHead::parse("\n \nNAME:x\n"));
-    EXPECT_EQ(
-        CalendarHead::parse(std::string("BEGIN:VCALENDAR\nNAME:a\0b\n", 25)).error().localizedDescription,
-        "holds a null character");
+    EXPECT_EQ(errorOf(CalendarHead::parse(std::string("BEGIN:VCALENDAR\nNAME:a\0b\n", 25))),
+              "holds a null character");
 }
 
 TEST(CalendarHead, lineThatTheLimitCuts_isNoName) {

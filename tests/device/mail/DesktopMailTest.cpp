@@ -13,11 +13,13 @@
 #include "platform/foundation/RunLoop.h"
 #include "tests/doubles/Desktop.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Required.h"
 #include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
 
 using device::DesktopMail;
+using doubles::errorOf;
 using testing_support::Desktop;
 using testing_support::TemporaryDirectory;
 
@@ -87,7 +89,7 @@ TEST_F(DesktopMailTest, mailThatIsNone_leavesNoFile) {
     draft.to = {"nobody"};
     const auto refused = mail.send(draft);
     ASSERT_FALSE(refused);
-    EXPECT_NE(std::string::npos, refused.error().localizedDescription.find("nobody"));
+    EXPECT_NE(std::string::npos, errorOf(refused).find("nobody"));
     EXPECT_TRUE(mailsIn(device::phonePaths::mailOutbox).empty());
 }
 
@@ -95,7 +97,7 @@ TEST_F(DesktopMailTest, outboxThatCannotBeMade_isAnErrorThatNamesIt) {
     testing_support::writeText(directory.path() / "var/mobile/Library/Mail", "in the way");
     const auto refused = mail.send(draft);
     ASSERT_FALSE(refused);
-    EXPECT_NE(std::string::npos, refused.error().localizedDescription.find("/var/mobile/Library/Mail"));
+    EXPECT_NE(std::string::npos, errorOf(refused).find("/var/mobile/Library/Mail"));
 }
 
 TEST_F(DesktopMailTest, onADesktop_theFileIsOfferedToItsMailProgram) {
@@ -111,6 +113,7 @@ TEST_F(DesktopMailTest, onADesktopWithoutAMailProgram_aLogLineSaysSo) {
     ASSERT_TRUE(mail.send(draft));
     EXPECT_TRUE(platform::RunLoop::main().runUntil([&] { return phone.log->lines().size() == 2; },
                                                    std::chrono::minutes(1)));
+    ASSERT_FALSE(phone.log->lines().empty());
     EXPECT_NE(std::string::npos, phone.log->lines().back().find("no program for"));
     EXPECT_NE(std::string::npos,
               phone.log->lines().back().find(mailsIn(device::phonePaths::mailOutbox).at(0)));

@@ -26,8 +26,8 @@ class NetworkListFileTest : public testing::Test {
     NetworkListFile source{path, Missing::IsAFault};
 
     void put(const Value& value, platform::PropertyListFormat format = platform::PropertyListFormat::XML) {
-        const auto data = platform::PropertyListSerialization::dataWithPropertyList(value, format);
-        testing_support::writeText(path, std::string(data->begin(), data->end()));
+        const auto data = platform::PropertyListSerialization::dataWithPropertyList(value, format).value();
+        testing_support::writeText(path, std::string(data.begin(), data.end()));
     }
     static Value network(const std::string& name) { return Dictionary{{"SSID", name}, {"other", 1}}; }
 };

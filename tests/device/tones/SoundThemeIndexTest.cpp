@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "device/tones/SoundThemeIndex.h"
+#include "tests/doubles/Required.h"
 
 namespace {
 
 using device::SoundThemeIndex;
+using doubles::errorOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -48,11 +50,9 @@ TEST(SoundThemeIndex, longLists_areCut) {
 }
 
 TEST(SoundThemeIndex, otherFiles_areRefused) {
-    EXPECT_THAT(SoundThemeIndex::parse("").error().localizedDescription,
-                HasSubstr("no group \"Sound Theme\""));
+    EXPECT_THAT(errorOf(SoundThemeIndex::parse("")), HasSubstr("no group \"Sound Theme\""));
     EXPECT_FALSE(SoundThemeIndex::parse("[Icon Theme]\nDirectories=a\n"));
-    EXPECT_THAT(SoundThemeIndex::parse("nonsense").error().localizedDescription,
-                HasSubstr("is no sound theme: "));
+    EXPECT_THAT(errorOf(SoundThemeIndex::parse("nonsense")), HasSubstr("is no sound theme: "));
     EXPECT_FALSE(SoundThemeIndex::parse("\xFF\xFE[Sound Theme]\n"));
 }
 

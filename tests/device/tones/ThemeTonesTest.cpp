@@ -7,12 +7,14 @@
 #include "device/tones/ThemeTones.h"
 #include "platform/foundation/Bundle.h"
 #include "tests/doubles/Phone.h"
+#include "tests/doubles/Required.h"
 #include "tests/doubles/TemporaryDirectory.h"
 
 namespace {
 
 using device::SoundThemes;
 using device::ThemeTones;
+using doubles::required;
 using platform::ToneEntry;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -53,23 +55,23 @@ TEST_F(ThemeTonesTest, sound_isTheFileWithItsMediaType) {
     ASSERT_TRUE(one) << one.error().localizedDescription;
     EXPECT_EQ(one->mediaType, "audio/ogg");
     EXPECT_EQ(one->bytes, platform::Data{'a'});
-    EXPECT_EQ(source.sound("texttone:two")->mediaType, "audio/ogg");
-    EXPECT_EQ(source.sound("texttone:Three")->mediaType, "audio/wav");
+    EXPECT_EQ(required(source.sound("texttone:two"))->mediaType, "audio/ogg");
+    EXPECT_EQ(required(source.sound("texttone:Three"))->mediaType, "audio/wav");
 }
 
 TEST_F(ThemeTonesTest, soundsThatWouldShareAName_areBothHad) {
     writeText(directory / "chord.oga", "theme");
     writeText(directory / "Chord.wav", "own");
     EXPECT_THAT(names(), ElementsAre("Calendar Alert", "Chord", "Chord (chord)"));
-    EXPECT_EQ(source.sound("texttone:chord")->bytes.size(), 5U);
-    EXPECT_EQ(source.sound("texttone:Chord")->bytes.size(), 3U);
+    EXPECT_EQ(required(source.sound("texttone:chord"))->bytes.size(), 5U);
+    EXPECT_EQ(required(source.sound("texttone:Chord"))->bytes.size(), 3U);
 }
 
 TEST_F(ThemeTonesTest, nameThatIsNoText_isEscapedOnceAndCanBeHeard) {
     writeText(directory / "a\xFF.wav", "odd");
     EXPECT_THAT(source.tones(), ElementsAre(ToneEntry{R"(texttone:a\xFF)", R"(A\xFF)"},
                                             ToneEntry{"texttone:Calendar Alert", "Calendar Alert"}));
-    EXPECT_EQ(source.sound(R"(texttone:a\xFF)")->bytes.size(), 3U);
+    EXPECT_EQ(required(source.sound(R"(texttone:a\xFF)"))->bytes.size(), 3U);
 }
 
 TEST_F(ThemeTonesTest, noSoundAtAll_offersTheBuiltInTones) {
@@ -78,10 +80,11 @@ TEST_F(ThemeTonesTest, noSoundAtAll_offersTheBuiltInTones) {
 
 TEST_F(ThemeTonesTest, builtInTone_canBeHeardBesideOthers) {
     writeText(directory / "alarm.ogg", "c");
-    EXPECT_EQ(source.sound("texttone:Chord")->mediaType, "audio/wav");
-    EXPECT_EQ(source.sound("texttone:Calendar Alert")->bytes, *device::builtInTone("Calendar Alert"));
+    EXPECT_EQ(required(source.sound("texttone:Chord"))->mediaType, "audio/wav");
+    EXPECT_EQ(required(source.sound("texttone:Calendar Alert"))->bytes,
+              *required(device::builtInTone("Calendar Alert")));
     writeText(directory / "Calendar Alert.ogg", "mine");
-    EXPECT_EQ(source.sound("texttone:Calendar Alert")->bytes.size(), 4U);
+    EXPECT_EQ(required(source.sound("texttone:Calendar Alert"))->bytes.size(), 4U);
     EXPECT_THAT(names(), ElementsAre("Alarm", "Calendar Alert"));
 }
 
@@ -126,7 +129,7 @@ TEST_F(ThemeTonesTest, soundThatCannotBeRead_isNamed) {
     std::filesystem::resize_file(directory / "huge.wav", ThemeTones::maximumBytes + 1);
     EXPECT_EQ(errorOf("texttone:huge"), "The tone \"texttone:huge\" is larger than 8 MiB.");
     std::filesystem::resize_file(directory / "huge.wav", ThemeTones::maximumBytes);
-    EXPECT_EQ(source.sound("texttone:huge")->bytes.size(), ThemeTones::maximumBytes);
+    EXPECT_EQ(required(source.sound("texttone:huge"))->bytes.size(), ThemeTones::maximumBytes);
 }
 
 TEST_F(ThemeTonesTest, pipe_isNoTone) {
