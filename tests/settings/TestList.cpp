@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "settings/application/TopScreen.h"
+#include "tests/doubles/Required.h"
+#include "tests/doubles/Rows.h"
 
 namespace fixtures {
 
@@ -25,8 +27,7 @@ void TestList::setRows(platform::SpecifierList rows) {
 }
 
 std::shared_ptr<PSSpecifier> plainRow(const std::string& name, platform::PSCellType kind) {
-    return PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(name, nullptr, {}, {}, {},
-                                                                                 kind, {});
+    return doubles::makeRow(name, kind);
 }
 
 Desk::Desk() : list(std::make_shared<TestList>()) {
@@ -41,7 +42,7 @@ Value Desk::answer(settings::Session& by, const std::string& line) {
 }
 
 const platform::Array& Desk::rows(const Value& answer) {
-    return *answer["state"]["screen"]["rows"].array();
+    return *doubles::required(answer["state"]["screen"]["rows"].array());
 }
 
 }  // namespace fixtures

@@ -5,10 +5,12 @@
 #include "platform/foundation/DarwinNotificationCenter.h"
 #include "platform/foundation/Journal.h"
 #include "settings/channels/Clients.h"
+#include "tests/doubles/Required.h"
 #include "tests/settings/TestList.h"
 
 namespace {
 
+using doubles::required;
 using fixtures::Desk;
 using platform::Value;
 using settings::Clients;
@@ -25,8 +27,8 @@ class ClientsTest : public testing::Test {
             const Value message = settings::parseJSON(text).value();
             const bool ok = message["ok"].isNil() || message["ok"] == Value(true);
             const Value& id = message["id"];
-            texts.push_back(std::to_string(connection) + " " + (id.isNil() ? "push" : *id.string()) +
-                            (ok ? "" : " in vain"));
+            texts.push_back(std::to_string(connection) + " " +
+                            (id.isNil() ? "push" : *required(id.string())) + (ok ? "" : " in vain"));
         }
         return texts;
     }

@@ -7,10 +7,12 @@
 #include "platform/foundation/Journal.h"
 #include "platform/foundation/RunLoop.h"
 #include "settings/channels/Session.h"
+#include "tests/doubles/Required.h"
 #include "tests/settings/TestList.h"
 
 namespace {
 
+using doubles::required;
 using fixtures::Desk;
 using fixtures::plainRow;
 using platform::PSCellType;
@@ -23,13 +25,13 @@ std::uint64_t revisionOf(const Value& answer) {
 }
 
 std::size_t eventCount(const Value& answer) {
-    return answer["state"]["events"].array()->size();
+    return required(answer["state"]["events"].array())->size();
 }
 
 TEST(Session, firstAnswer_holdsTheEventsSinceTheStart) {
     Desk desk;
     const Value first = desk.answer(R"({"do":"state"})");
-    const platform::Array& events = *first["state"]["events"].array();
+    const platform::Array& events = *required(first["state"]["events"].array());
     ASSERT_GE(events.size(), 2U);
     EXPECT_EQ(events.back()["event"], Value("push"));
     EXPECT_EQ(events.back()["class"], Value("TestList"));
@@ -54,7 +56,7 @@ TEST(Session, forgottenEvents_areCountedAndTheNewestStay) {
     const Value answer = desk.answer(R"({"do":"state"})");
     EXPECT_EQ(eventCount(answer), 10'000U);
     EXPECT_EQ(answer["state"]["droppedEvents"], Value(7));
-    EXPECT_EQ(answer["state"]["events"].array()->back()["text"], Value(10'006));
+    EXPECT_EQ(required(answer["state"]["events"].array())->at(9'999)["text"], Value(10'006));
     EXPECT_TRUE(desk.answer(R"({"do":"state"})")["state"]["droppedEvents"].isNil());
 }
 
@@ -261,7 +263,7 @@ TEST(Session, search_makesNoCell) {
     desk.list->setRows(std::move(rows));
     fixtures::CountedCell::made = 0;
     const Value answer = desk.answer(R"({"do":"find","text":"rOw 999"})");
-    const platform::Array& found = *answer["found"].array();
+    const platform::Array& found = *required(answer["found"].array());
     ASSERT_EQ(found.size(), 11U);
     EXPECT_EQ(found[0]["index"], Value(999));
     EXPECT_EQ(found[10]["name"], Value("Row 9999"));
@@ -333,7 +335,7 @@ TEST(Session, begunWait_hasItsAnswerOnceTheEventHasCome) {
     const Value answer = settings::parseJSON(*text).value();
     EXPECT_EQ(answer["ok"], Value(true));
     EXPECT_EQ(answer["id"], Value(7));
-    EXPECT_EQ(answer["state"]["events"].array()->front()["name"], Value("other"));
+    EXPECT_EQ(required(answer["state"]["events"].array())->at(0)["name"], Value("other"));
     EXPECT_FALSE(desk.session.isWaiting());
 }
 

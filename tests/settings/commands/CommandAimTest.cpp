@@ -6,10 +6,12 @@
 #include "platform/preferences/PSEditableListController.h"
 #include "platform/uikit/UIAlertController.h"
 #include "settings/application/TopScreen.h"
+#include "tests/doubles/Required.h"
 #include "tests/settings/TestList.h"
 
 namespace {
 
+using doubles::required;
 using fixtures::Desk;
 using fixtures::plainRow;
 using platform::Array;
@@ -97,7 +99,7 @@ TEST_F(CommandAim, screens_haveANumberOfTheirOwnEachTime) {
 TEST_F(CommandAim, otherScreen_isStaleForEveryCommand) {
     desk_.list->setRows({button("Press")});
     const Value here = screen();
-    const Value elsewhere(*here.integer() + 1000);
+    const Value elsewhere(*required(here.integer()) + 1000);
     for (const auto& [command, fields] :
          std::vector<std::pair<std::string, Fields>>{{"state", {}},
                                                      {"tap", {{"row", 0}}},
@@ -141,7 +143,7 @@ TEST_F(CommandAim, whilePresented_theScreenIsTheOneBeneath) {
     const Value here = screen();
     present("Alert");
     EXPECT_EQ(screen(), here);
-    EXPECT_TRUE(isStale("choose", {{"action", "Close"}, {"screen", *here.integer() + 1000}}));
+    EXPECT_TRUE(isStale("choose", {{"action", "Close"}, {"screen", *required(here.integer()) + 1000}}));
     EXPECT_TRUE(isStale("choose", {{"action", "Close"}, {"screen", presented()}}));
     EXPECT_TRUE(isMistake("back", {{"screen", here}})) << "the screen is there, but covered";
     EXPECT_EQ(send("choose", {{"action", "Close"}, {"screen", here}})["ok"], Value(true));
@@ -247,11 +249,12 @@ TEST_F(CommandAim, rowThatIsDrawnAnewUnderItsKey_showsWhatItHasBecome) {
     const Value before = send("state");
     desk_.list->setRows({row("Two", 2)});
     const Value after = send("state");
-    EXPECT_EQ(Desk::rows(after)[0]["key"], Desk::rows(before)[0]["key"]);
-    EXPECT_EQ(Desk::rows(after)[0]["name"], Value("Two"));
-    EXPECT_EQ(Desk::rows(after)[0]["text"], Value("Two"));
-    EXPECT_EQ(Desk::rows(after)[0]["properties"]["count"], Value(2));
-    EXPECT_GT(*after["state"]["revision"].integer(), *before["state"]["revision"].integer());
+    EXPECT_EQ(Desk::rows(after).at(0)["key"], Desk::rows(before).at(0)["key"]);
+    EXPECT_EQ(Desk::rows(after).at(0)["name"], Value("Two"));
+    EXPECT_EQ(Desk::rows(after).at(0)["text"], Value("Two"));
+    EXPECT_EQ(Desk::rows(after).at(0)["properties"]["count"], Value(2));
+    EXPECT_GT(*required(after["state"]["revision"].integer()),
+              *required(before["state"]["revision"].integer()));
 }
 
 }  // namespace

@@ -6,10 +6,12 @@
 #include "platform/uikit/UIAlertView.h"
 #include "settings/application/TopScreen.h"
 #include "settings/state/PresentedWriter.h"
+#include "tests/doubles/Required.h"
 #include "tests/settings/TestList.h"
 
 namespace {
 
+using doubles::required;
 using fixtures::Desk;
 using platform::Data;
 using platform::Dictionary;
@@ -32,7 +34,7 @@ class MailDesk {
         desk.list->presentViewController_animated_completion(composer, true, {});
     }
     Value presented() { return desk.answer(R"({"do":"state"})")["state"]["presented"]; }
-    Value preview() { return (*presented()["attachments"].array())[0]["preview"]; }
+    Value preview() { return required(presented()["attachments"].array())->at(0)["preview"]; }
     Value compose(const std::string& result) {
         return desk.answer(R"({"do":"compose","result":")" + result + "\"}");
     }

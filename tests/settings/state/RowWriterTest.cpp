@@ -5,10 +5,12 @@
 
 #include "platform/foundation/KeyValueCoding.h"
 #include "settings/state/RowWriter.h"
+#include "tests/doubles/Required.h"
 #include "tests/settings/TestList.h"
 
 namespace {
 
+using doubles::required;
 using fixtures::Desk;
 using fixtures::plainRow;
 using platform::Array;
@@ -66,6 +68,7 @@ TEST(RowWriter, rowAheadOfTheFirstGroup_isInTheFirstSection) {
                         plainRow("B", PSCellType::StaticText)});
     const Value answer = desk.answer(R"({"do":"state"})");
     const Array& rows = Desk::rows(answer);
+    ASSERT_EQ(rows.size(), 3U);
     EXPECT_EQ(rows[0]["section"], Value(0));
     EXPECT_EQ(rows[0]["row"], Value(0));
     EXPECT_EQ(rows[1]["section"], Value(1));
@@ -83,23 +86,24 @@ TEST(RowWriter, ownLabels_areWrittenWithTheirLook) {
     label->setText("Own");
     label->setTextColor(UIColor::redColor());
     label->setTextAlignment(platform::NSTextAlignmentRight);
-    desk.list->cellAtIndex(0)->contentView()->addSubview(label);
+    required(desk.list->cellAtIndex(0))->contentView()->addSubview(label);
     const Value answer = desk.answer(R"({"do":"state"})");
-    EXPECT_EQ(Desk::rows(answer)[0]["labels"], Value(Array{Dictionary{{"tag", 7},
-                                                                      {"text", "Own"},
-                                                                      {"frame", Array{1, 2, 3.5, 4}},
-                                                                      {"colour", "#ff0000ff"},
-                                                                      {"alignment", 2}}}));
+    EXPECT_EQ(Desk::rows(answer).at(0)["labels"], Value(Array{Dictionary{{"tag", 7},
+                                                                         {"text", "Own"},
+                                                                         {"frame", Array{1, 2, 3.5, 4}},
+                                                                         {"colour", "#ff0000ff"},
+                                                                         {"alignment", 2}}}));
 }
 
 TEST(RowWriter, colours_areBoundedAndRounded) {
     Desk desk;
     const auto row = plainRow("Row", PSCellType::StaticText);
     desk.list->setRows({row});
-    desk.list->cellAtIndex(0)->setBackgroundColor(
-        UIColor::colorWithRed_green_blue_alpha(2, -1, 0.5, std::numeric_limits<double>::quiet_NaN()));
+    required(desk.list->cellAtIndex(0))
+        ->setBackgroundColor(
+            UIColor::colorWithRed_green_blue_alpha(2, -1, 0.5, std::numeric_limits<double>::quiet_NaN()));
     const Value answer = desk.answer(R"({"do":"state"})");
-    const std::string colour = Desk::rows(answer)[0]["background"].stringOr();
+    const std::string colour = Desk::rows(answer).at(0)["background"].stringOr();
     ASSERT_EQ(colour.size(), 9U);
     EXPECT_EQ(colour.substr(0, 7), "#ff0080");
 }

@@ -196,6 +196,7 @@ TEST_F(SecretFileTest, fileThatCannotBeReplaced_costsNothingButTheNextStart) {
     fs::remove(file);
     fs::create_directories(file / "full");
     EXPECT_NE(secret(), secret());
+    ASSERT_FALSE(log_->lines.empty());
     EXPECT_THAT(log_->lines.back(), HasSubstr(file.string()));
     EXPECT_EQ(files().size(), 1u) << "nothing half-written is left";
 }

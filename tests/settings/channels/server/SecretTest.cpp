@@ -4,6 +4,7 @@
 #include <set>
 
 #include "settings/channels/server/Secret.h"
+#include "tests/doubles/Required.h"
 
 namespace settings::server {
 
@@ -35,7 +36,7 @@ TEST(Secret, candidateOfAnotherLength_isRefused) {
 }
 
 TEST(Secret, form_isThatOfAMadeOneOnly) {
-    EXPECT_TRUE(isSecretText(*makeSecret()));
+    EXPECT_TRUE(isSecretText(*doubles::required(makeSecret())));
     for (const std::string& text :
          {std::string(), std::string(63, 'a'), std::string(65, 'a'), std::string(64, 'A'),
           std::string(63, 'a') + "\n", std::string(63, 'a') + '\0'})
