@@ -18,7 +18,20 @@ import png_image
 import string_table
 
 LANGUAGES = ("ar", "de", "en", "es", "fr", "ja", "zh-Hans")
-SOURCE_FOLDERS = ("shell", "profile", "conditions", "support")
+SOURCE_FOLDERS = ("shell", "profile", "conditions", "support", "velmora")
+HOST_FOLDERS = ("settings/application", "settings/state", "settings/commands")
+# They hand on what they are given.
+FORWARDERS = frozenset({"localized", "localizedInMainBundle", "localizedLabelFromUIKit"})
+# Functions that make the text while they run, and where it stands: the title that a profile begins with, the
+# default tone's name (other tones show the name that the system gives them), a linked screen's title, which is
+# looked for in the property list.
+KEYS_OF_PROFILE = "profile/model/QXProfileKeys.cpp"
+DEFAULT_TONE = "conditions/tone/QuietrixAlertToneController.cpp"
+AT_RUN_TIME = {
+    "defaultProfile": (KEYS_OF_PROFILE, re.compile(r'"title",\s*"([^"]*)"')),
+    "toneName": (DEFAULT_TONE, re.compile(r'"texttone:([^"]*)"')),
+    "linkedScreens": ("resources/Info.plist", re.compile(r"<key>Title</key>\s*<string>([^<]*)</string>")),
+}
 EVENT_STATUSES = ("All", "Accepted", "Tentative", "Declined/Cancelled")
 NAMES_KEPT = ("Quietrix Go", "#Quietrix", "Velmora", "@velmora")
 PLACEHOLDER = re.compile(r"%(?:\d+\$)?(?:@|l?[dus]|%)")
@@ -278,23 +291,47 @@ def check_event(path: Path, report: Report) -> list[bytes]:
 
 def check_sources(root: Path, tables: Tables, report: Report) -> None:
     """What the sources ask for is in the table that they ask."""
-    asked = {
-        "localized": tables.named("plug-in", "Localizable", "en"),
-        "localizedInMainBundle": tables.named("main", "Localizable", "en"),
-        "localizedLabelFromUIKit": tables.named("main", "UIKit", "en"),
-    }
-    found = 0
-    for path in sorted(path for folder in SOURCE_FOLDERS for path in (root / folder).rglob("*")):
-        if path.suffix not in (".cpp", ".h"):
-            continue
-        source = path.read_text("utf-8")
-        for function, table in asked.items():
-            for key, line in cpp_calls.literals(source, function):
-                found += 1
-                report.check(
-                    key in table, f'{path.relative_to(root)}:{line}: no table has "{key}" for {function}()'
-                )
+    main = tables.named("main", "Localizable", "en")
+    plug_in = tables.named("plug-in", "Localizable", "en")
+    found = check_asked(
+        root,
+        SOURCE_FOLDERS,
+        {
+            "localized": plug_in,
+            "localizedInMainBundle": main,
+            "localizedLabelFromUIKit": tables.named("main", "UIKit", "en"),
+        },
+        report,
+    )
     report.check(found > 0, "no source asks for a localised text: the search does not know the call any more")
+    check_asked(root, HOST_FOLDERS, {"localizedStringForKey_value_table": main | plug_in}, report)
+
+
+def texts_at_run_time(root: Path) -> dict[str, list[str]]:
+    texts = {}
+    for function, (path, pattern) in AT_RUN_TIME.items():
+        source = root / path
+        texts[function] = pattern.findall(source.read_text("utf-8")) if source.is_file() else []
+    return texts
+
+
+def check_asked(root: Path, folders: tuple[str, ...], asked: dict[str, dict[str, str]], report: Report) -> int:
+    """How many texts the sources of the folders ask for."""
+    paths = sorted(path for folder in folders for path in (root / folder).rglob("*"))
+    sources = cpp_calls.Sources(
+        {str(path.relative_to(root)): path.read_text("utf-8") for path in paths if path.suffix in (".cpp", ".h")}
+    )
+    found = 0
+    at_run_time = texts_at_run_time(root)
+    for function, table in asked.items():
+        for each in sources.asked(function, FORWARDERS, at_run_time):
+            found += 1
+            where = f"{each.path}:{each.line}"
+            if each.text is None:
+                report.check(False, f"{where}: which text {function}() is given cannot be told from the source")
+            else:
+                report.check(each.text in table, f'{where}: no table has "{each.text}" for {function}()')
+    return found
 
 
 def main() -> int:
