@@ -4,13 +4,22 @@
 #include <algorithm>
 
 #include "platform/foundation/Device.h"
+#include "platform/foundation/LogSink.h"
 
 namespace platform {
 
 PLATFORM_REGISTER_CLASS(TKTonePickerViewController)
 
 bool TKTonePickerViewController::respondsToSelector(std::string_view selector) const {
-    return selector == "setShowsToneStore:";
+    return hasToneStore_ && selector == "setShowsToneStore:";
+}
+
+void TKTonePickerViewController::setShowsToneStore(bool shows) {
+    if (!hasToneStore_) {
+        log(getClass().name() + ": there is no \"setShowsToneStore:\".");
+        return;
+    }
+    showsToneStore_ = shows;
 }
 
 Result<void> TKTonePickerViewController::userChoseTone(const std::optional<std::string>& identifier) {

@@ -36,8 +36,11 @@ class TKTonePickerViewController : public UIViewController {
     TKTonePickerViewController() = default;
 
     std::int64_t alertType() const { return alertType_; }
-    /// Whether it has the method of that name: "setShowsToneStore:" is the one that some versions lack.
+    /// Whether it has the method of that name. "setShowsToneStore:" is the one that some versions lack.
     bool respondsToSelector(std::string_view selector) const;
+    /// Says of the phone's class whether it has "setShowsToneStore:". It has, unless this was called. For the
+    /// whole process.
+    static void setHasToneStore(bool has) { hasToneStore_ = has; }
 
     bool showsVibrations() const { return showsVibrations_; }
     void setShowsVibrations(bool shows) { showsVibrations_ = shows; }
@@ -46,7 +49,8 @@ class TKTonePickerViewController : public UIViewController {
     bool noneAtTop() const { return noneAtTop_; }
     void setNoneAtTop(bool atTop) { noneAtTop_ = atTop; }
     bool showsToneStore() const { return showsToneStore_; }
-    void setShowsToneStore(bool shows) { showsToneStore_ = shows; }
+    /// Not to be called where the class lacks it: logged, and nothing changes.
+    void setShowsToneStore(bool shows);
 
     /// Empty for "None".
     const std::optional<std::string>& selectedToneIdentifier() const { return selected_; }
@@ -62,6 +66,8 @@ class TKTonePickerViewController : public UIViewController {
     Result<void> userChoseTone(const std::optional<std::string>& identifier);
 
   private:
+    static inline bool hasToneStore_ = true;
+
     std::int64_t alertType_ = 0;
     bool showsVibrations_ = true;
     bool showsStoreButton_ = false;

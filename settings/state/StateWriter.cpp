@@ -136,7 +136,9 @@ Value StateWriter::backButton(const TopScreen& top) const {
     if (stack.size() < 2) return nullptr;
     UIViewController& beneath = *stack[stack.size() - 2];
     const auto& item = beneath.navigationItem()->backBarButtonItem();
-    Value title = item && item->title() ? Value(*item->title()) : titleOf(beneath);
+    // An item has a title or an image, and either takes the place of the screen's title.
+    const bool hasFace = item && (item->title() || item->image());
+    Value title = hasFace ? Value(item->title().value_or("")) : titleOf(beneath);
     if (title.isNil()) title = "";
     return Dictionary{{"title", title}, {"image", item ? values_.image(item->image()) : Value()}};
 }

@@ -18,8 +18,11 @@ constexpr const char* noSuperclassLine =
 
 class TonePicker : public PickerFixture<QuietrixAlertToneController> {
   protected:
-    /// Puts the tone screen where it was declared.
-    ~TonePicker() override { standOn(platform::PSViewController::staticClass()); }
+    /// Puts the tone screen where it was declared, and the phone's picker as it was.
+    ~TonePicker() override {
+        standOn(platform::PSViewController::staticClass());
+        platform::TKTonePickerViewController::setHasToneStore(true);
+    }
     static void standOn(const Class& cls) {
         ClassRegistry::setSuperclass(QuietrixUIToneController::staticClass(), cls);
     }
@@ -91,6 +94,15 @@ TEST_F(TonePicker, built_isConfiguredAndFillsTheScreenBelowTheBar) {
     const auto area = screen_->view()->bounds();
     EXPECT_EQ((platform::Rect{0, 64, area.width, area.height - 64}), picker().view()->frame());
     EXPECT_EQ(screen_->createdTonePickerViewController(), screen_->tonePickerViewController());
+}
+
+TEST_F(TonePicker, onAPhoneThatKnowsNoToneStore_isConfiguredWithoutIt) {
+    platform::TKTonePickerViewController::setHasToneStore(false);
+    openOnSystemScreen();
+    EXPECT_TRUE(picker().showsToneStore());
+    EXPECT_TRUE(picker().noneAtTop());
+    EXPECT_EQ(screen_->view(), picker().view()->superview());
+    EXPECT_TRUE(phone_.log->lines().empty()) << "what the picker does not have must not be called";
 }
 
 TEST_F(TonePicker, profileWithoutATone_opensWithTheCalendarAlertSelected) {

@@ -203,6 +203,18 @@ TEST_F(ListTable, groupRow_hasACellOnlyWithAHeaderClass) {
     EXPECT_EQ(1U, phone.log->lines().size());
 }
 
+TEST_F(ListTable, headerCell_isMeasuredAtTheScreensWidthAtEachLook) {
+    const auto header = makeGroup("Header");
+    header->setProperty_forKey("WidthHeaderTestCell", "headerCellClass");
+    phone.facts->idiom = 1;
+    show({header});
+    const auto cell = required(list->cellAtIndex(0));
+    EXPECT_EQ((Rect{0, 0, 768, 384}), cell->frame());
+    phone.facts->idiom = 0;
+    ASSERT_EQ(cell, list->cellAtIndex(0));
+    EXPECT_EQ((Rect{0, 0, 390, 195}), cell->frame());
+}
+
 TEST_F(ListTable, linkRow_pushesItsScreenWithTheRowAndItsName) {
     show({makeRow("Miscellaneous", PSCellType::Link, "OpenedTestScreen")});
     EXPECT_TRUE(list->rowCanBeSelected({0, 0}));
