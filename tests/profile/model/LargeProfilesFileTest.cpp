@@ -54,7 +54,7 @@ using quietrix::ProfilesFile;
 
 constexpr std::size_t largeSize = ProfilesFile::largeSize;
 /// So large that what is allocated once, whatever the file, weighs nothing.
-constexpr std::size_t enough = largeSize / 8;
+constexpr std::size_t enough = largeSize / 16;
 
 /// Reads the bytes and tells by how many times their size the memory grew at most, they themselves included.
 double readingTakes(Data bytes, platform::Result<ProfilesFile>& file) {
@@ -138,7 +138,7 @@ class Binary {
 };
 
 TEST(LargeProfilesFile, shortestProfilesThereAre_takeThreeTimesTheirSizeAtMost) {
-    constexpr std::uint32_t count = 325'000;
+    constexpr std::uint32_t count = 165'000;
     Binary list(count);
     const std::uint32_t key = list.begin();
     append(list.bytes(),
@@ -161,7 +161,7 @@ TEST(LargeProfilesFile, shortestProfilesThereAre_takeThreeTimesTheirSizeAtMost) 
 }
 
 TEST(LargeProfilesFile, shortestObjectsThereAre_takeThreeTimesTheirSizeAtMost) {
-    constexpr std::uint32_t count = 950'000;
+    constexpr std::uint32_t count = 500'000;
     Binary list(count);
     for (std::uint32_t i = 0; i < count; ++i) {
         list.refer(i, list.begin());
@@ -232,7 +232,7 @@ Data xmlFile(int count) {
 TEST(LargeProfilesFile, xmlFile_takesThreeTimesItsSizeAtMost) {
     // What is made of a piece weighs less the larger the file is.
     const std::size_t each = xmlFile(1).size() - xmlFile(0).size();
-    const int count = static_cast<int>(enough / 2 / each);
+    const int count = static_cast<int>(enough / each);
     const Data document = xmlFile(count);
     const std::size_t before = allocated - document.capacity();
     most = allocated.load();
