@@ -18,7 +18,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from QuietrixCase import (APPLIED, PATIENCE, PROFILES, SETTINGS, SWITCH, QuietrixTest, main, profile)  # noqa: E402
 
 NOBODY = 65534
-KILLS = 500
+KILLS = 150
 
 
 class FilesTest(QuietrixTest):
@@ -97,7 +97,7 @@ class SettingsFile(FilesTest):
                 process.stdin.flush()
                 process.stdout.readline()
                 # Which step of a move is hit does not matter to what must hold.
-                time.sleep(number % 100 * 0.0002)
+                time.sleep(number * 0.02 / count)
             finally:
                 process.kill()
                 process.wait()

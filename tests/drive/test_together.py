@@ -87,9 +87,9 @@ class Changes(Together):
 
         def work(editor, own):
             try:
-                for turn in range(2000):
+                for turn in range(400):
                     key = own[turn % len(own)]
-                    made = {"title": f"Turn {turn}", "ringerVolume": turn / 2048, "playBackVolume": turn / 2048}
+                    made = {"title": f"Turn {turn}", "ringerVolume": turn / 512, "playBackVolume": turn / 512}
                     editor.change(key, made.get(key, turn % 2 == 0))
             except BaseException as error:  # pylint: disable=broad-except
                 failures.append(error)
