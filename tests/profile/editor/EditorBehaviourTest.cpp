@@ -1,34 +1,15 @@
 // SPDX-License-Identifier: MIT
+#include <ranges>
+
 #include "shell/base/NotificationNames.h"
 #include "tests/profile/editor/EditorFixture.h"
+#include "tests/profile/editor/WrittenRows.h"
 
 namespace quietrix {
 namespace {
 
 using doubles::required;
 using platform::Value;
-
-/// What only an enabled profile has, from the last row up.
-const std::vector<std::string> enabledRowsFromBelow{"Calendar",
-                                                    "Calendars",
-                                                    "WiFi Networks",
-                                                    "WiFi Networks",
-                                                    "Show on StatusBar",
-                                                    "-",
-                                                    "Do not Disturb",
-                                                    "-",
-                                                    "Wake Up Screen",
-                                                    "Vibrate Alert",
-                                                    "Alert Tone",
-                                                    "Ring Alert",
-                                                    "Alerts",
-                                                    "Vibrate",
-                                                    "Ringer Volume",
-                                                    "Playback Volume",
-                                                    "Ringer Volume & Vibrate",
-                                                    "Active Hours",
-                                                    "All Day",
-                                                    "Schedule"};
 
 class Editor : public EditorFixture {};
 
@@ -81,7 +62,8 @@ TEST_F(Editor, switchedOff_savesThenRemovesFromBelowUpToTheLastRow) {
     move("enabled", false);
     std::string expected = "update ok";
     int index = 23;
-    for (const auto& name : enabledRowsFromBelow)
+    const auto names = namesOfEnabledRows();
+    for (const auto& name : std::views::reverse(names))
         expected += "; remove " + std::to_string(index--) + " " + name + " animated";
     EXPECT_EQ(expected, happened());
     EXPECT_EQ(5U, screen_->specifiers()->size());
@@ -95,8 +77,8 @@ TEST_F(Editor, switchedOnAgain_insertsTheWholeSectionAfterEnable) {
     move("enabled", true);
     std::string expected = "update ok";
     int index = 4;
-    for (auto name = enabledRowsFromBelow.rbegin(); name != enabledRowsFromBelow.rend(); ++name)
-        expected += "; insert " + std::to_string(index++) + " " + *name + " animated";
+    for (const auto& name : namesOfEnabledRows())
+        expected += "; insert " + std::to_string(index++) + " " + name + " animated";
     EXPECT_EQ(expected, happened());
     EXPECT_EQ(before, doubles::rowNames(*screen_));
     EXPECT_EQ(24, indexOf("CopyRightHeader"));
