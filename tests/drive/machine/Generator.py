@@ -27,9 +27,8 @@ BAD_TYPES = {"title": 7, "enabled": "yes", "calendarIdentifiers": ["Home/persona
 
 
 class Generator:
-    def __init__(self, seed, merges):
+    def __init__(self, seed):
         self._random = random.Random(seed)
-        self._merges = merges
         self._made = 0
 
     def next(self, machine):
@@ -209,11 +208,7 @@ class Generator:
         """A command that is likely to change the store."""
         if phone.presented:
             return self._answer_to(phone) if phone.presented[-1].kind == "sheet" else {"do": "state"}
-        command = self._on_screen(phone)
-        is_switch = isinstance(phone.screen, RootList) and command["do"] == "set"
-        if is_switch and not self._merges:
-            return {"do": "state"}
-        return command
+        return self._on_screen(phone)
 
     def _file_change(self):
         profile = self._random.randrange(8)

@@ -11,7 +11,6 @@ import Outside
 from Disk import BROKEN, NO_FILE, SWITCH, read_plist
 from Phone import APPLIED
 from Process import Process
-from Promises import WRITES_WHAT_WAS_CHANGED
 from Scripts import command_of, line_of
 from World import NAMES, World, both, distinct, successors
 
@@ -30,9 +29,9 @@ class Failure(Exception):
 
 
 class Machine:
-    """One fresh phone. `merges` is what the program promises (see Promises)."""
+    """One fresh phone."""
 
-    def __init__(self, program, bundle, sources, merges=WRITES_WHAT_WAS_CHANGED):
+    def __init__(self, program, bundle, sources):
         self._program = program
         self._bundle = bundle
         self._sources = sources
@@ -43,7 +42,7 @@ class Machine:
         self._stamps = None
         self._found = (NO_FILE, {SWITCH: False})
         self._broken = None
-        self.worlds = [World({SWITCH: False}, merges)]
+        self.worlds = [World({SWITCH: False})]
         self.commands = 0
         self.reached = set()
         self.start(MAIN)
@@ -270,12 +269,6 @@ class Machine:
     def outside_removeNotifications(self, _):
         self._settle()
         shutil.rmtree(os.path.join(self.root, Outside.NOTIFICATIONS))
-        if not self.world.merges:
-            # Whoever listened there is deaf: what comes after is not promised.
-            for who in list(self._processes):
-                self.end(who)
-                self.start(who)
-            return
         for world in self.worlds:
             world.deaf = set(self._processes)
         for who in self._processes:

@@ -32,10 +32,9 @@ class Presented:
 
 
 class Phone:
-    def __init__(self, disk, merges):
+    def __init__(self, disk):
         self.disk = disk
-        self.merges = merges
-        self.store = Store(disk, merges)
+        self.store = Store(disk)
         self.stacks = [[SettingsList(self)]]
         self.presented = []
         self.window = EVERYTHING
@@ -247,8 +246,8 @@ class Phone:
             getattr(self, "handle_" + handler[0])(*handler[1:])
         return True
 
-    def handle_confirm_deletion(self, screen, record, path):
-        screen.confirm_deletion(record, path)
+    def handle_confirm_deletion(self, screen, record):
+        screen.confirm_deletion(record)
 
     def handle_stop_editing(self, screen):
         screen.is_editing = False

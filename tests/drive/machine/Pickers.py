@@ -41,7 +41,7 @@ class Calendars(Picker):
         value = moved(row, value)
         if value is None:
             return False
-        self.record.assign(row.identifier, value, self.phone.merges)
+        self.record.assign(row.identifier, value)
         self.save()
         return True
 
@@ -52,7 +52,7 @@ class Calendars(Picker):
             chosen = [identifier for identifier in chosen if identifier != row.identifier]
         else:
             chosen.append(row.identifier)
-        self.record.assign("calendarIdentifiers", chosen, self.phone.merges)
+        self.record.assign("calendarIdentifiers", chosen)
         if row.cell:
             row.cell["accessory"] = 0 if is_chosen else 3
         self.save()
@@ -81,7 +81,7 @@ class EventStatus(Picker):
             self.rows[old].cell["accessory"] = 0
         if row.cell:
             row.cell["accessory"] = 3
-        self.record.assign("applyProfileEventStatus", Rows.STATUSES.index(row.identifier), self.phone.merges)
+        self.record.assign("applyProfileEventStatus", Rows.STATUSES.index(row.identifier))
         self.save()
 
     def applied_state_changed(self):
@@ -110,7 +110,7 @@ class Networks(Picker):
             networks = [ssid for ssid in networks if ssid != row.identifier]
         else:
             networks.append(row.identifier)
-        self.record.assign("wifiNetworks", networks, self.phone.merges)
+        self.record.assign("wifiNetworks", networks)
         self.save()
         for twin in self.rows:
             if twin is not row and twin.identifier == row.identifier:
@@ -137,7 +137,7 @@ class Tone(Picker):
         if identifier is not None and identifier not in Rows.TONES:
             return False
         self.chosen = identifier
-        self.record.assign("alertToneIdentifier", identifier or self.standard, self.phone.merges)
+        self.record.assign("alertToneIdentifier", identifier or self.standard)
         if self.record.is_new:
             self.phone.announce_data_update()
         else:
@@ -183,7 +183,7 @@ class Hours(Screen):
             message = "Invalid configuration, 'To' time cannot be less than 'From' time."
             self.phone.present("alert", title="Error", message=message, actions=("Close",), handlers=(None,))
             return True
-        self.record.assign("endTime" if self.tag else "startTime", time, self.phone.merges)
+        self.record.assign("endTime" if self.tag else "startTime", time)
         self.texts.pop(self.tag, None)
         if self.record.is_new:
             self.phone.announce_data_update()

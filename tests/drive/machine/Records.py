@@ -34,9 +34,9 @@ def takes(key, value):
     return isinstance(value, list) and all(isinstance(element, str) for element in value)
 
 
-def meaning(key, value, keeps_strings=False):
-    """The value as a record holds it; of a list with other elements its strings, where those are kept."""
-    if keeps_strings and KEYS[key][0] == TEXTS and isinstance(value, list):
+def meaning(key, value):
+    """The value as a record holds it; of a list with other elements its strings."""
+    if KEYS[key][0] == TEXTS and isinstance(value, list):
         value = [element for element in value if isinstance(element, str)]
     if value is None or not takes(key, value):
         value = KEYS[key][1]
@@ -50,8 +50,8 @@ def meaning(key, value, keeps_strings=False):
 class Record:
     """What a screen has in hand of one profile."""
 
-    def __init__(self, entry, is_new=False, keeps_strings=False):
-        self.values = {key: meaning(key, entry.get(key), keeps_strings) for key in KEYS}
+    def __init__(self, entry, is_new=False):
+        self.values = {key: meaning(key, entry.get(key)) for key in KEYS}
         self.is_new = is_new
         self.made_from = {key: list(self.values[key]) for key in COLLECTIONS}
         self.set_keys = set()
@@ -64,9 +64,8 @@ class Record:
     def __getitem__(self, key):
         return self.values[key]
 
-    def assign(self, key, value, counts_always):
-        if counts_always or self.values[key] != value:
-            self.is_touched = True
+    def assign(self, key, value):
+        self.is_touched = True
         self.values[key] = value
         self.set_keys.add(key)
 
@@ -80,17 +79,17 @@ class Record:
         """What a new profile is in the file."""
         return {key: value for key, value in self.values.items() if value is not None}
 
-    def written_over(self, entry, writes_what_was_changed):
+    def written_over(self, entry):
         """The file's entry once this record is saved."""
         written = dict(entry)
-        for key in KEYS if not writes_what_was_changed else self.set_keys:
+        for key in self.set_keys:
             value = self.values[key]
             if value is None:
                 written.pop(key, None)
                 continue
             if key in COLLECTIONS:
                 present = entry.get(key, [])
-                if writes_what_was_changed and isinstance(present, list):
+                if isinstance(present, list):
                     value = self._merged(key, list(present))
                 value = type(value)(value)
             written[key] = value

@@ -174,26 +174,11 @@ class RootList(Screen):
         self.is_editing = True
         message = f"Are you sure you want to delete the profile '{row.info['title']}'?"
         self.phone.present("sheet", message=message, actions=("Delete", "Cancel"),
-                           handlers=(("confirm_deletion", self, row.info, self.path(row)), ("stop_editing", self)))
+                           handlers=(("confirm_deletion", self, row.info), ("stop_editing", self)))
 
-    def path(self, row):
-        """Section and place in it: what a swipe remembers of a row."""
-        index = self.rows.index(row)
-        groups = [i for i in range(index) if self.rows[i].kind == GROUP]
-        return len(groups) - 1, index - groups[-1] - 1
-
-    def index_at(self, path):
-        groups = [i for i, row in enumerate(self.rows) if row.kind == GROUP] + [len(self.rows)]
-        if path[0] + 1 >= len(groups):
-            return -1
-        index = groups[path[0]] + 1 + path[1]
-        return index if index < groups[path[0] + 1] else -1
-
-    def confirm_deletion(self, record, path):
-        index = self.index_at(path)
-        if self.phone.merges:
-            index = next((i for i, row in enumerate(self.rows)
-                          if isinstance(row.info, Record) and row.info.identifier == record.identifier), -1)
+    def confirm_deletion(self, record):
+        index = next((i for i, row in enumerate(self.rows)
+                      if isinstance(row.info, Record) and row.info.identifier == record.identifier), -1)
         self.remove(index)
         self.is_editing = False
         self.phone.change("delete", record, self)
@@ -269,7 +254,7 @@ class Editor(Screen):
             if row.text is not None:
                 row.text = value
         if self.shown:
-            self.shown.assign(row.identifier, value, self.phone.merges)
+            self.shown.assign(row.identifier, value)
         self.save()
         if row.identifier == "enabled":
             self.show_or_hide_enabled_rows()

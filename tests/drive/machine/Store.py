@@ -7,9 +7,8 @@ EMPTY = {"format": 1, "profiles": []}
 
 
 class Store:
-    def __init__(self, disk, promises_merging):
+    def __init__(self, disk):
         self.disk = disk
-        self.merges = promises_merging
         self.root = EMPTY
         self.seen = None
         self.is_bad = False
@@ -30,23 +29,19 @@ class Store:
         self.take_over()
         self.records = {name: record for name, record in self.records.items() if not record.is_touched}
 
-    def _look(self):
-        if self.merges or self.seen is None:
-            self.take_over()
-
     def fetch(self, identifier):
         """The present record, or None."""
-        self._look()
+        self.take_over()
         entry = profiles_of(self.root).get(identifier)
         return self._record(identifier, entry) if entry is not None else None
 
     def _record(self, identifier, entry):
         if identifier not in self.records:
-            self.records[identifier] = Record(entry, keeps_strings=self.merges)
+            self.records[identifier] = Record(entry)
         return self.records[identifier]
 
     def profiles(self, enabled):
-        self._look()
+        self.take_over()
         records = [self._record(*item) for item in profiles_of(self.root).items()]
         return [record for record in records if record["enabled"] is enabled]
 
@@ -70,7 +65,7 @@ class Store:
         entry = profiles_of(self.root).get(record.identifier)
         if entry is None:
             return record.identifier
-        self._write(with_entry(self.root, record.identifier, record.written_over(entry, self.merges)), record)
+        self._write(with_entry(self.root, record.identifier, record.written_over(entry)), record)
         return None
 
     def delete(self, record):
@@ -87,6 +82,5 @@ class Store:
         self.root, self.seen = root, self.disk.version
         if record is None:
             return
-        if self.merges:
-            record.saved()
+        record.saved()
         self.records.pop(record.identifier, None)

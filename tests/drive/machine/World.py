@@ -16,8 +16,7 @@ NAMES = ("the first process", "the second process")
 
 
 class World:
-    def __init__(self, settings, merges):
-        self.merges = merges
+    def __init__(self, settings):
         self.disk = Disk(settings)
         self.phones = {}
         self.inboxes = {}
@@ -33,7 +32,7 @@ class World:
         return copy.deepcopy(self, {id(file): file for file in files})
 
     def start(self, who):
-        self.phones[who] = Phone(self.disk, self.merges)
+        self.phones[who] = Phone(self.disk)
         self.inboxes[who] = set()
         self.maybe[who] = set()
         self.waits_for_shell[who] = 0
@@ -191,7 +190,7 @@ def distinct(worlds):
 
 
 # What an answer told is over with it.
-PASSING = ("story", "posted", "has_killed_shell", "queue", "rebuilds", "phone", "merges")
+PASSING = ("story", "posted", "has_killed_shell", "queue", "rebuilds", "phone")
 
 
 def _likeness(value, seen):

@@ -20,7 +20,6 @@ import time
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from Generator import Generator  # noqa: E402
 from Machine import Failure, Machine  # noqa: E402
-from Promises import WRITES_WHAT_WAS_CHANGED  # noqa: E402
 from Scripts import entries_of, script_of  # noqa: E402
 from Shrinker import shrink  # noqa: E402
 from Sources import Sources  # noqa: E402
@@ -60,7 +59,7 @@ class Runs:
 
     def random(self, seed, commands):
         """Random entries; those that were run, and the failure that ended them or None."""
-        generator = Generator(seed, WRITES_WHAT_WAS_CHANGED)
+        generator = Generator(seed)
         entries = []
         machine = None
         try:

@@ -82,8 +82,8 @@ class Model(unittest.TestCase):
         self.entry = {**self.entry, **values}
         self.disk.write({**self.disk.root, "profiles": [self.entry]})
 
-    def editor(self, merges=True):
-        phone = Phone(self.disk, merges)
+    def editor(self):
+        phone = Phone(self.disk)
         self.assertTrue(phone.perform({"do": "tap", "row": 3}))
         return phone
 
@@ -102,22 +102,16 @@ class Model(unittest.TestCase):
                          ("B", False, True, [1]))
         self.assertEqual(self.disk.root["engineState"], 3)
 
-    def test_withoutMerging_theWholeRecordIsWritten(self):
-        phone = self.editor(merges=False)
-        self.changed_elsewhere(title="B")
-        self.set(phone, "dnDEnabled", True)
-        self.assertEqual((self.saved()["title"], self.saved()["note"]), ("A", [1]))
-
     def test_lists_areMergedByElement(self):
         record = Record(self.entry)
-        record.assign("wifiNetworks", ["Two", "Three"], True)
-        written = record.written_over({**self.entry, "wifiNetworks": ["Four", "One", "Two"]}, True)["wifiNetworks"]
+        record.assign("wifiNetworks", ["Two", "Three"])
+        written = record.written_over({**self.entry, "wifiNetworks": ["Four", "One", "Two"]})["wifiNetworks"]
         self.assertEqual((type(written), sorted(written)), (AnyOrder, ["Four", "Three", "Two"]))
-        beside = Record({**self.entry, "wifiNetworks": ["One", 7]}, keeps_strings=True)
-        beside.assign("wifiNetworks", ["Two"], True)
-        self.assertEqual(sorted(map(repr, beside.written_over({"wifiNetworks": ["One", 7]}, True)["wifiNetworks"])),
+        beside = Record({**self.entry, "wifiNetworks": ["One", 7]})
+        beside.assign("wifiNetworks", ["Two"])
+        self.assertEqual(sorted(map(repr, beside.written_over({"wifiNetworks": ["One", 7]})["wifiNetworks"])),
                          ["'Two'", "7"])
-        alone = record.written_over(self.entry, True)["wifiNetworks"]
+        alone = record.written_over(self.entry)["wifiNetworks"]
         self.assertEqual((type(alone), alone), (list, ["Two", "Three"]))
 
     def test_goneElsewhere_failsAndStaysGone(self):
@@ -156,7 +150,7 @@ class Model(unittest.TestCase):
         self.assertEqual(differences({"vibrate": True, "ringerVolume": 1.0}, {"ringerVolume": 1}), [])
 
     def test_resetWithAPeer_takesTheFileAway(self):
-        phone = Phone(self.disk, True)
+        phone = Phone(self.disk)
         for command in ({"do": "tap", "row": len(phone.screen.rows) - 1}, {"do": "tap", "row": 1},
                         {"do": "choose", "action": "OK"}, {"do": "advance", "seconds": 2}):
             self.assertTrue(phone.perform(command), command)
