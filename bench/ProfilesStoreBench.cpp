@@ -1,65 +1,43 @@
 // SPDX-License-Identifier: MIT
-// What a change of one profile costs beside writing the same bytes in the same durable way, and what a reload
-// of an unchanged file costs. "ratio" is the mean of the change over the mean of the bare write, both in this
-// very run and turn by turn, so that neither meets a busier disk than the other. The benchmarks in memory
-// compare what the store does, which is to edit the file's bytes, with what it could do instead: read all of
-// them to values and write the values anew. Their ratios say how many times longer that takes.
-#include <benchmark/benchmark.h>
+// What one change of a profile costs, on the disk, beside writing the same bytes as durably with bare system
+// calls, and what a reload of an unchanged file costs beside one look at the file:
+//     profiles-store-bench DIRECTORY
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <iostream>
 #include <memory>
 #include <string>
 
+#include "bench/ManyProfiles.h"
+#include "bench/Rounds.h"
 #include "device/RootFileSystem.h"
 #include "platform/foundation/Device.h"
 #include "platform/foundation/FileManager.h"
-#include "platform/foundation/PropertyList.h"
 #include "platform/foundation/RunLoop.h"
-#include "profile/model/ProfilesFile.h"
 #include "profile/model/QXProfilesManager.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
-using quietrix::ProfilesFile;
-using quietrix::QXProfile;
+using bench::Clock;
 using quietrix::QXProfilesManager;
 
-constexpr std::string_view bareFile = "/var/mobile/Library/Preferences/bare";
-
-std::string identifier(std::int64_t number) {
-    return "profile-" + std::to_string(number);
-}
-
-/// A file of that many profiles.
-platform::Data fileBytes(std::int64_t profiles) {
-    platform::Array all;
-    for (std::int64_t i = 0; i < profiles; ++i) {
-        QXProfile profile;
-        profile.setIdentifier(identifier(i));
-        profile.setTitle("Profile " + std::to_string(i));
-        all.emplace_back(profile.storedValues());
-    }
-    return platform::PropertyListSerialization::dataWithPropertyList(
-               platform::Dictionary{{"format", 1}, {"profiles", std::move(all)}},
-               platform::PropertyListFormat::Binary)
-        .value();
-}
-
-/// A phone in a temporary directory whose store holds that many profiles.
+/// A phone in the directory whose store holds that many profiles.
 class Phone {
   public:
-    explicit Phone(std::int64_t profiles) {
-        std::string name = (fs::temp_directory_path() / "store-bench-XXXXXX").string();
-        root_ = mkdtemp(name.data());
-        fs::create_directories(root_ / "var/mobile/Library/Preferences");
+    Phone(const fs::path& directory, std::int64_t profiles) : root_(directory / std::to_string(profiles)) {
+        fs::create_directories(file().parent_path());
         platform::Device phone;
         phone.files = std::make_shared<device::RootFileSystem>(root_.string());
         platform::Device::install(phone);
-        write(fileBytes(profiles), quietrix::profilesPath);
+        if (!platform::FileManager::defaultManager().writeData_toFile(
+                bench::manyProfilesFile(profiles), quietrix::profilesPath, platform::Write::Atomically)) {
+            std::abort();
+        }
         store_->reloadProfiles();
     }
     ~Phone() { fs::remove_all(root_); }
@@ -67,13 +45,8 @@ class Phone {
     Phone& operator=(const Phone&) = delete;
 
     QXProfilesManager& store() { return *store_; }
-    static void write(const platform::Data& bytes, std::string_view path) {
-        if (!platform::FileManager::defaultManager().writeData_toFile(bytes, path,
-                                                                      platform::Write::Atomically)) {
-            std::abort();
-        }
-    }
-    static platform::Data contents() {
+    fs::path file() const { return fs::path(root_.string() + std::string(quietrix::profilesPath)); }
+    platform::Data contents() const {
         return platform::FileManager::defaultManager().contentsAtPath(quietrix::profilesPath).value();
     }
 
@@ -82,126 +55,61 @@ class Phone {
     std::shared_ptr<QXProfilesManager> store_ = std::make_shared<QXProfilesManager>();
 };
 
-double since(Clock::time_point start) {
-    return std::chrono::duration<double>(Clock::now() - start).count();
+/// What a durable change of a file cannot do without.
+void writeDurably(const platform::Data& bytes, const fs::path& path) {
+    const fs::path temporary = path.string() + ".new";
+    const auto require = [](bool done) {
+        if (!done) std::abort();
+    };
+    const int file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t count = write(file, bytes.data() + done, bytes.size() - done);
+        require(count > 0);
+        done += static_cast<std::size_t>(count);
+    }
+    require(fsync(file) == 0 && close(file) == 0 && rename(temporary.c_str(), path.c_str()) == 0);
+    const int directory = open(path.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    require(fsync(directory) == 0 && close(directory) == 0);
 }
 
-void update(benchmark::State& state) {
-    Phone phone(state.range(0));
-    const auto failed = [](const platform::Error&) { std::abort(); };
-    const auto change = [&](std::int64_t turn) {
+void compare(const fs::path& directory, std::int64_t count, double target) {
+    Phone phone(directory, count);
+    const std::string at = bench::grouped(count) + " profiles";
+    std::int64_t turn = 0;
+    const auto change = [&] {
         const auto profile =
-            phone.store().profileByIdentifier_shouldReload(identifier(turn % state.range(0)), false);
-        profile->setTitle("Turn " + std::to_string(turn));
-        phone.store().updateProfile_success_failure(profile, nullptr, failed);
+            phone.store().profileByIdentifier_shouldReload(bench::profileIdentifier(turn++ % count), false);
+        profile->setVibrate(!profile->vibrate());
+        phone.store().updateProfile_success_failure(profile, nullptr,
+                                                    [](const platform::Error&) { std::abort(); });
+        platform::RunLoop::main().drain();
     };
     // The first change of a file that another program wrote lays it out anew; it is not what is measured.
-    change(0);
-    double changing = 0;
-    double writing = 0;
-    std::int64_t turn = 1;
-    for (auto _ : state) {
-        auto start = Clock::now();
-        change(turn++);
-        const double taken = since(start);
-        changing += taken;
-        state.SetIterationTime(taken);
-        const platform::Data same = Phone::contents();
-        start = Clock::now();
-        Phone::write(same, bareFile);
-        writing += since(start);
-    }
-    platform::RunLoop::main().drain();
-    state.counters["ratio"] = changing / writing;
-    state.counters["bytes"] = static_cast<double>(Phone::contents().size());
+    change();
+    const platform::Data same = phone.contents();
+    const fs::path bare = phone.file().parent_path() / "bare";
+    bench::compare(
+        {"A switch changed and durable", at, "the bytes written and synced", bench::atMost(target)},
+        bench::Figure::TimesAsLong, bench::timed(Clock::Wall, change),
+        bench::timed(Clock::Wall, [&] { writeDurably(same, bare); }));
+    const std::string path = phone.file().string();
+    bench::compare({"Unchanged file reloaded", at, "stat", bench::atMost(3)}, bench::Figure::TimesAsLong,
+                   bench::timed(Clock::Processor, [&] { phone.store().reloadProfiles(); }),
+                   bench::timed(Clock::Processor, [&] {
+                       struct stat status{};
+                       if (stat(path.c_str(), &status) != 0) std::abort();
+                   }));
 }
-BENCHMARK(update)->Arg(10)->Arg(1000)->Arg(10000)->Arg(100000)->UseManualTime()->Unit(
-    benchmark::kMillisecond);
-
-/// The time that the work takes, and what it gave goes within it.
-template <class Work>
-double timeOf(Work work) {
-    const auto start = Clock::now();
-    benchmark::DoNotOptimize(work());
-    return since(start);
-}
-
-void changeInMemory(benchmark::State& state) {
-    const platform::Data start = fileBytes(state.range(0));
-    auto file = ProfilesFile::parse(start).value();
-    const std::string name = identifier(state.range(0) / 2);
-    double editing = 0;
-    double reading = 0;
-    double writing = 0;
-    std::int64_t turn = 0;
-    for (auto _ : state) {
-        platform::Dictionary values = file.values(file.find(name).value());
-        values.insert_or_assign("title", "Turn " + std::to_string(turn++));
-        const double taken =
-            timeOf([&] { return file = file.updating(file.find(name).value(), values).value(), 0; });
-        editing += taken;
-        state.SetIterationTime(taken);
-        platform::Value root;
-        reading += timeOf([&] {
-            root = platform::PropertyListSerialization::propertyListWithData(start).value();
-            return 0;
-        });
-        writing += timeOf([&] {
-            return platform::PropertyListSerialization::dataWithPropertyList(
-                root, platform::PropertyListFormat::Binary);
-        });
-    }
-    state.counters["bytes"] = static_cast<double>(start.size());
-    state.counters["readingAndWriting"] = (reading + writing) / editing;
-    state.counters["writingAlone"] = writing / editing;
-}
-BENCHMARK(changeInMemory)->Arg(10)->Arg(1000)->Arg(100000)->UseManualTime()->Unit(benchmark::kMicrosecond);
-
-void firstLookInMemory(benchmark::State& state) {
-    const platform::Data bytes = fileBytes(state.range(0));
-    const std::string name = identifier(state.range(0) / 2);
-    double looking = 0;
-    double reading = 0;
-    for (auto _ : state) {
-        const double taken = timeOf([&] {
-            const ProfilesFile file = ProfilesFile::parse(bytes).value();
-            return file.values(file.find(name).value());
-        });
-        looking += taken;
-        state.SetIterationTime(taken);
-        reading += timeOf([&] { return platform::PropertyListSerialization::propertyListWithData(bytes); });
-    }
-    state.counters["reading"] = reading / looking;
-}
-BENCHMARK(firstLookInMemory)->Arg(10)->Arg(1000)->Arg(100000)->UseManualTime()->Unit(benchmark::kMicrosecond);
-
-void reloadUnchanged(benchmark::State& state) {
-    Phone phone(state.range(0));
-    for (auto _ : state) phone.store().reloadProfiles();
-}
-BENCHMARK(reloadUnchanged)->Arg(10)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMicrosecond);
-
-void firstLook(benchmark::State& state) {
-    Phone phone(state.range(0));
-    const auto bytes = Phone::contents();
-    for (auto _ : state) {
-        QXProfilesManager store;
-        benchmark::DoNotOptimize(
-            store.profileByIdentifier_shouldReload(identifier(state.range(0) / 2), false));
-    }
-    state.counters["bytes"] = static_cast<double>(bytes.size());
-}
-BENCHMARK(firstLook)->Arg(10)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
-
-void allRecords(benchmark::State& state) {
-    Phone phone(state.range(0));
-    for (auto _ : state) {
-        QXProfilesManager store;
-        benchmark::DoNotOptimize(store.enabledProfiles());
-    }
-}
-BENCHMARK(allRecords)->Arg(10)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argumentCount, char** argumentValues) {
+    if (argumentCount != 2) {
+        std::cerr << "usage: profiles-store-bench DIRECTORY\n";
+        return 2;
+    }
+    compare(argumentValues[1], 10, 1.1);
+    compare(argumentValues[1], 1000, 1.2);
+    compare(argumentValues[1], 100'000, 1.5);
+}

@@ -1,119 +1,166 @@
 // SPDX-License-Identifier: MIT
-// What reading a binary property list to values and writing values as one cost
-// beside libplist, which does the same on the same bytes, turn by turn in this
-// very run. "ratio" is how many times less processor time ours takes. Each side
-// also frees what it made within the time that is taken.
-#include <benchmark/benchmark.h>
+// Property lists beside libplist, and beside Python's plistlib in a process of its own. Each side also frees
+// what it made within the time that is taken; plistlib's collector runs when it likes.
+//     property-list-bench PYTHON PEER_SCRIPT
 #include <plist/plist.h>
-#include <time.h>
+#include <unistd.h>
 
-#include <algorithm>
-#include <cstdint>
+#include <array>
+#include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <memory>
 #include <string>
 
+#include "bench/ManyProfiles.h"
+#include "bench/Rounds.h"
 #include "platform/foundation/PropertyList.h"
 
 namespace {
 
-using platform::Array;
+using bench::Clock;
 using platform::Data;
-using platform::Dictionary;
 using platform::PropertyListFormat;
 using platform::PropertyListSerialization;
 using platform::Value;
 
-/// Records as a store has them: a few texts, switches, volumes and times, and a
-/// list of names.
-Value records(std::int64_t count) {
-    Array all;
-    for (std::int64_t i = 0; i < count; ++i) {
-        const std::string number = std::to_string(i);
-        all.push_back(Dictionary{
-            {"identifier", "record-" + number},
-            {"title", "Größe " + number},
-            {"enabled", i % 2 == 0},
-            {"vibrate", i % 3 == 0},
-            {"repeatCount", i % 1000},
-            {"volume", 0.25 * static_cast<double>(i % 5)},
-            {"alertVolume", 0.001 * static_cast<double>(i)},
-            {"startTime", "10:" + std::to_string(10 + i % 50) + " PM"},
-            {"endTime", "07:00 AM"},
-            {"wifiNetworks", Array{"home", "work " + std::to_string(i % 7)}},
-        });
-    }
-    return Dictionary{{"format", 1}, {"profiles", std::move(all)}};
+/// Nothing else than this may look at the result, so the compiler has to have it made.
+template <class T>
+void keep(const T& result) {
+    asm volatile("" : : "r"(&result) : "memory");
 }
 
-Data binary(const Value& value) {
-    return PropertyListSerialization::dataWithPropertyList(value, PropertyListFormat::Binary).value();
+Data written(const Value& value, PropertyListFormat format) {
+    return PropertyListSerialization::dataWithPropertyList(value, format).value();
 }
 
-/// In seconds: on a busy machine the clock on the wall measures the others'
-/// work as well.
-double processorTime() {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
-
-/// Takes turns between the two, and reports ours, for all repetitions of a turn, and theirs by the
-/// ratio.
-template <class Ours, class Peer>
-void compare(benchmark::State& state, std::size_t bytes, Ours ours, Peer peer) {
-    double taken = 0;
-    double peerTaken = 0;
-    // One after the other meets a heap that the other one left, which is not what is compared.
-    const std::int64_t repetitions = std::max<std::int64_t>(4, 1000 / state.range(0));
-    const auto timed = [&](auto&& work) {
-        const double start = processorTime();
-        for (std::int64_t i = 0; i < repetitions; ++i) work();
-        return processorTime() - start;
-    };
-    for (auto _ : state) {
-        const double time = timed(ours);
-        taken += time;
-        state.SetIterationTime(time);
-        peerTaken += timed(peer);
-    }
-    state.counters["ratio"] = peerTaken / taken;
-    state.counters["bytes"] = static_cast<double>(bytes);
-}
-
-void readToValues(benchmark::State& state) {
-    const Data bytes = binary(records(state.range(0)));
-    compare(
-        state, bytes.size(),
-        [&] { benchmark::DoNotOptimize(PropertyListSerialization::propertyListWithData(bytes).value()); },
-        [&] {
-            plist_t root = nullptr;
-            plist_from_bin(reinterpret_cast<const char*>(bytes.data()),
-                           static_cast<std::uint32_t>(bytes.size()), &root);
-            if (root == nullptr) std::abort();
-            plist_free(root);
-        });
-}
-BENCHMARK(readToValues)->Arg(10)->Arg(1000)->Arg(10000)->UseManualTime()->Unit(benchmark::kMicrosecond);
-
-void writeValues(benchmark::State& state) {
-    const Value value = records(state.range(0));
-    const Data bytes = binary(value);
+plist_t readByPeer(const Data& bytes, PropertyListFormat format) {
     plist_t root = nullptr;
-    plist_from_bin(reinterpret_cast<const char*>(bytes.data()), static_cast<std::uint32_t>(bytes.size()),
-                   &root);
-    compare(
-        state, bytes.size(), [&] { benchmark::DoNotOptimize(binary(value)); },
-        [&] {
-            char* written = nullptr;
-            std::uint32_t length = 0;
-            plist_to_bin(root, &written, &length);
-            if (written == nullptr) std::abort();
-            plist_to_bin_free(written);
-        });
+    const auto* text = reinterpret_cast<const char*>(bytes.data());
+    const auto length = static_cast<std::uint32_t>(bytes.size());
+    if (format == PropertyListFormat::Binary) {
+        plist_from_bin(text, length, &root);
+    } else {
+        plist_from_xml(text, length, &root);
+    }
+    if (root == nullptr) std::abort();
+    return root;
+}
+
+void writeByPeer(plist_t root, PropertyListFormat format) {
+    char* text = nullptr;
+    std::uint32_t length = 0;
+    if (format == PropertyListFormat::Binary) {
+        plist_to_bin(root, &text, &length);
+    } else {
+        plist_to_xml(root, &text, &length);
+    }
+    if (text == nullptr) std::abort();
+    (format == PropertyListFormat::Binary ? plist_to_bin_free : plist_to_xml_free)(text);
+}
+
+/// Python, which is told over a pipe what to do and how often, and answers how long that took.
+class Plistlib {
+  public:
+    Plistlib(const std::string& python, const std::string& script, const Data& bytes)
+        : path_((std::filesystem::temp_directory_path() / "property-list-bench-XXXXXX").string()) {
+        const int file = mkstemp(path_.data());
+        if (file < 0 || ::write(file, bytes.data(), bytes.size()) != std::ssize(bytes)) std::abort();
+        close(file);
+        std::array<int, 2> commands{};
+        std::array<int, 2> answers{};
+        if (pipe(commands.data()) != 0 || pipe(answers.data()) != 0) std::abort();
+        if (fork() == 0) {
+            dup2(commands[0], STDIN_FILENO);
+            dup2(answers[1], STDOUT_FILENO);
+            for (const int end : {commands[0], commands[1], answers[0], answers[1]}) close(end);
+            execlp(python.c_str(), python.c_str(), "-B", script.c_str(), path_.c_str(), nullptr);
+            _exit(127);
+        }
+        close(commands[0]);
+        close(answers[1]);
+        commands_ = fdopen(commands[1], "w");
+        answers_ = fdopen(answers[0], "r");
+    }
+    /// Python ends with its input.
+    ~Plistlib() {
+        fclose(commands_);
+        fclose(answers_);
+        unlink(path_.c_str());
+    }
+    Plistlib(const Plistlib&) = delete;
+    Plistlib& operator=(const Plistlib&) = delete;
+
+    double turn(const char* what, std::int64_t repetitions) {
+        std::fprintf(commands_, "%s %lld\n", what, static_cast<long long>(repetitions));
+        std::fflush(commands_);
+        double seconds = 0;
+        if (std::fscanf(answers_, "%lf", &seconds) != 1) std::abort();
+        return seconds;
+    }
+
+  private:
+    std::string path_;
+    FILE* commands_ = nullptr;
+    FILE* answers_ = nullptr;
+};
+
+/// libplist's writer looks through all that it has written for each value.
+constexpr std::int64_t longestForPeersWriter = 10'000;
+
+struct Targets {
+    double reading;
+    double writing;
+};
+
+void compareWithLibplist(std::int64_t count, PropertyListFormat format, Targets targets) {
+    const Value value = bench::manyProfiles(count);
+    const Data bytes = written(value, format);
+    const std::string kind = format == PropertyListFormat::Binary ? "Binary" : "XML";
+    const std::string at = bench::grouped(count) + " profiles";
+    bench::compare(
+        {kind + " property list, read to values", at, "libplist", bench::atLeast(targets.reading)},
+        bench::Figure::TimesFaster,
+        bench::timed(Clock::Processor,
+                     [&] { keep(PropertyListSerialization::propertyListWithData(bytes).value()); }),
+        bench::timed(Clock::Processor, [&] { plist_free(readByPeer(bytes, format)); }));
+    if (count > longestForPeersWriter) return;
+    plist_t root = readByPeer(bytes, format);
+    bench::compare(
+        {kind + " property list, written from values", at, "libplist", bench::atLeast(targets.writing)},
+        bench::Figure::TimesFaster, bench::timed(Clock::Processor, [&] { keep(written(value, format)); }),
+        bench::timed(Clock::Processor, [&] { writeByPeer(root, format); }));
     plist_free(root);
 }
-BENCHMARK(writeValues)->Arg(10)->Arg(1000)->Arg(10000)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+void compareWithPlistlib(std::int64_t count, const std::string& python, const std::string& script) {
+    const Value value = bench::manyProfiles(count);
+    const Data bytes = written(value, PropertyListFormat::Binary);
+    const std::string at = bench::grouped(count) + " profiles";
+    Plistlib peer(python, script, bytes);
+    bench::compare(
+        {"Binary property list, read to values", at, "Python's plistlib", {}}, bench::Figure::TimesFaster,
+        bench::timed(Clock::Processor,
+                     [&] { keep(PropertyListSerialization::propertyListWithData(bytes).value()); }),
+        [&](std::int64_t repetitions) { return peer.turn("read", repetitions); });
+    bench::compare({"Binary property list, written from values", at, "Python's plistlib", {}},
+                   bench::Figure::TimesFaster,
+                   bench::timed(Clock::Processor, [&] { keep(written(value, PropertyListFormat::Binary)); }),
+                   [&](std::int64_t repetitions) { return peer.turn("write", repetitions); });
+}
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argumentCount, char** argumentValues) {
+    if (argumentCount != 3) {
+        std::cerr << "usage: property-list-bench PYTHON PEER_SCRIPT\n";
+        return 2;
+    }
+    for (const std::int64_t count : {10, 1000, 100'000}) {
+        compareWithLibplist(count, PropertyListFormat::Binary, {3, 5});
+        compareWithPlistlib(count, argumentValues[1], argumentValues[2]);
+    }
+    for (const std::int64_t count : {10, 1000}) compareWithLibplist(count, PropertyListFormat::XML, {2, 2});
+}

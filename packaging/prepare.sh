@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# Sourced by ./run, ./test and ./gallery: installs what is missing on a Debian 12 machine and says what. All messages go to
-# standard error, because ./run's standard output belongs to the program.
+# Sourced by ./run, ./test, ./gallery and ./measure: installs what is missing on a Debian 12 machine and says what. All
+# messages go to standard error, because ./run's standard output belongs to the program.
 . packaging/progress.sh
 . packaging/tools.sh
 
@@ -70,9 +70,10 @@ packages_of_commands() {
 build_packages=(g++ libboost1.81-dev libboost-json1.81-dev libcli11-dev libgmime-3.0-dev libglib2.0-dev libical-dev
     libsdbus-c++-dev)
 build_commands=(cmake=cmake pkgconf=pkg-config ninja-build=ninja nodejs=node npm=npm)
-test_packages=(libgtest-dev libgmock-dev libbenchmark-dev clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev
+test_packages=(libgtest-dev libgmock-dev clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev
     dbus python3-dbusmock)
 page_packages=(chromium fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji)
+measure_packages=(libplist-dev dbus)
 test_commands=(python3=python3 git=git)
 
 # prepare PACKAGE… -- PACKAGE=COMMAND…: refuses tools that are too old, installs what is missing, all at once.
@@ -93,6 +94,8 @@ prepare() {
 prepare_build() { prepare "${build_packages[@]}" -- "${build_commands[@]}"; }
 
 prepare_gallery() { prepare "${build_packages[@]}" "${page_packages[@]}" -- "${build_commands[@]}"; }
+
+prepare_measure() { prepare "${build_packages[@]}" "${measure_packages[@]}" -- "${build_commands[@]}" python3=python3; }
 
 prepare_tests() {
     prepare "${build_packages[@]}" "${page_packages[@]}" "${test_packages[@]}" -- "${build_commands[@]}" "${test_commands[@]}" || return
