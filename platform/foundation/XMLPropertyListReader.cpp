@@ -109,8 +109,9 @@ Result<Value> XMLPropertyListReader::readDocument() {
 }
 
 Result<Value> XMLPropertyListReader::readElement(const Token& start, int level) {
-    const bool isArray = start.text == "array";
-    if (!isArray && start.text != "dict") return readScalar(start);
+    const std::string_view name = start.text;
+    const bool isArray = name == "array";
+    if (!isArray && name != "dict") return readScalar(start);
     if (level >= PropertyListSerialization::maximumDepth) {
         return errorAt(start, "containers nest more than " +
                                   std::to_string(PropertyListSerialization::maximumDepth) + " deep");
@@ -157,11 +158,12 @@ Result<Value> XMLPropertyListReader::readDictionary(const Token& start, int leve
 }
 
 Result<Value> XMLPropertyListReader::readScalar(const Token& start) {
-    const std::string& name = start.text;
+    // A view: comparing it looks at the length first.
+    const std::string_view name = start.text;
     if (name == "true" || name == "false") return readTruth(start);
     const bool isKnown =
         name == "string" || name == "integer" || name == "real" || name == "date" || name == "data";
-    if (!isKnown) return errorAt(start, "<" + name + "> is no property-list value");
+    if (!isKnown) return errorAt(start, "<" + start.text + "> is no property-list value");
 
     Result<std::string> text = textOf(start);
     if (!text) return std::unexpected(text.error());

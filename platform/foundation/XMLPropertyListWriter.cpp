@@ -8,21 +8,32 @@ namespace platform {
 
 namespace {
 
-void appendEscaped(std::string& text, std::string_view content) {
-    for (const char character : content) {
-        if (character == '<') {
-            text += "&lt;";
-        } else if (character == '>') {
-            text += "&gt;";
-        } else if (character == '&') {
-            text += "&amp;";
-        } else if (character == '\r') {
+/// What stands for the character in a text; empty for one that stands for itself.
+std::string_view escapeOf(char character) {
+    switch (character) {
+        case '<':
+            return "&lt;";
+        case '>':
+            return "&gt;";
+        case '&':
+            return "&amp;";
+        case '\r':
             // Written out, it would be read as a line feed.
-            text += "&#13;";
-        } else {
-            text += character;
-        }
+            return "&#13;";
+        default:
+            return {};
     }
+}
+
+void appendEscaped(std::string& text, std::string_view content) {
+    std::size_t begin = 0;
+    for (std::size_t i = 0; i < content.size(); ++i) {
+        const std::string_view escape = escapeOf(content[i]);
+        if (escape.empty()) continue;
+        text.append(content.substr(begin, i - begin)).append(escape);
+        begin = i + 1;
+    }
+    text.append(content.substr(begin));
 }
 
 }  // namespace

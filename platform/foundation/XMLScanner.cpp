@@ -25,6 +25,10 @@ std::string lowercase(std::string_view text) {
 
 // Every line break is read as a line feed, as XML says.
 void appendWithPlainLineBreaks(std::string& text, std::string_view piece) {
+    if (!piece.contains('\r')) {
+        text += piece;
+        return;
+    }
     for (std::size_t i = 0; i < piece.size(); ++i) {
         if (piece[i] != '\r') {
             text += piece[i];
@@ -33,6 +37,26 @@ void appendWithPlainLineBreaks(std::string& text, std::string_view piece) {
         }
     }
 }
+
+/// A set of ASCII characters. Tags and texts are short: one look for each character is faster than a search
+/// for each of the set.
+class Characters {
+  public:
+    explicit constexpr Characters(std::string_view characters) {
+        for (const char character : characters) isIn_[static_cast<unsigned char>(character)] = true;
+    }
+    /// The place of the first of them from `start` on; the text's end without any.
+    constexpr std::size_t firstIn(std::string_view text, std::size_t start) const {
+        while (start < text.size() && !isIn_[static_cast<unsigned char>(text[start])]) ++start;
+        return start;
+    }
+
+  private:
+    std::array<bool, 256> isIn_{};
+};
+
+constexpr Characters endsOfName(" \t\r\n/>=<\"'&");
+constexpr Characters endsOfText("<&");
 
 }  // namespace
 
@@ -49,16 +73,18 @@ Result<XMLScanner::Token> XMLScanner::next() {
     while (position_ < document_.size()) {
         Result<void> skipped;
         if (document_[position_] != '<') return scanText();
-        if (startsWith("</")) return scanEndTag();
-        if (startsWith("<![CDATA[")) return scanCharacterData();
-        if (startsWith("<!--")) {
-            skipped = skipComment();
-        } else if (startsWith("<?")) {
-            skipped = skipInstruction();
-        } else if (startsWith("<!")) {
-            skipped = skipDocumentType();
-        } else {
-            return scanStartTag();
+        switch (position_ + 1 < document_.size() ? document_[position_ + 1] : '\0') {
+            case '/':
+                return scanEndTag();
+            case '?':
+                skipped = skipInstruction();
+                break;
+            case '!':
+                if (startsWith("<![CDATA[")) return scanCharacterData();
+                skipped = startsWith("<!--") ? skipComment() : skipDocumentType();
+                break;
+            default:
+                return scanStartTag();
         }
         if (!skipped) return std::unexpected(skipped.error());
     }
@@ -126,7 +152,7 @@ Result<XMLScanner::Token> XMLScanner::scanStartTag() {
     if (token.text.empty()) return errorAt(start, "a \"<\" begins no tag");
     for (;;) {
         skipBlanks();
-        if (startsWith(">")) {
+        if (isAt('>')) {
             ++position_;
             return token;
         }
@@ -145,7 +171,7 @@ Result<XMLScanner::Token> XMLScanner::scanEndTag() {
     position_ += 2;
     Token token{Kind::EndTag, scanName(), start};
     skipBlanks();
-    if (!startsWith(">")) return errorAt(start, "the end tag </" + token.text + " does not end");
+    if (!isAt('>')) return errorAt(start, "the end tag </" + token.text + " does not end");
     ++position_;
     return token;
 }
@@ -171,7 +197,7 @@ Result<XMLScanner::Token> XMLScanner::scanText() {
                 return std::unexpected(appended.error());
             continue;
         }
-        const std::size_t end = std::min(document_.find_first_of("<&", position_), document_.size());
+        const std::size_t end = endsOfText.firstIn(document_, position_);
         appendWithPlainLineBreaks(token.text, document_.substr(position_, end - position_));
         position_ = end;
     }
@@ -222,8 +248,7 @@ Result<void> XMLScanner::appendReference(std::string& text) {
 
 std::string XMLScanner::scanName() {
     const std::size_t start = position_;
-    const std::size_t end = document_.find_first_of(" \t\r\n/>=<\"'&", start);
-    position_ = std::min(end, document_.size());
+    position_ = endsOfName.firstIn(document_, start);
     return std::string(document_.substr(start, position_ - start));
 }
 

@@ -45,6 +45,9 @@ class XMLScanner {
     void skipBlanks();
     /// Moves behind the next occurrence of the mark; fails when there is none.
     Result<void> moveBehind(std::string_view mark, std::size_t start, std::string_view what);
+    bool isAt(char character) const {
+        return position_ < document_.size() && document_[position_] == character;
+    }
     bool startsWith(std::string_view mark) const { return document_.substr(position_).starts_with(mark); }
 
     std::string_view document_;
