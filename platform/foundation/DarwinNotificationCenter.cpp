@@ -65,7 +65,7 @@ void DarwinNotificationCenter::addObserver(Registration registration) {
 }
 
 void DarwinNotificationCenter::post(const std::string& name) {
-    const Journal::Id posting = Journal::shared().record("darwin", {{"name", name}});
+    const Journal::Id posting = Journal::shared().record("darwin", Journal::Named{name});
     std::shared_ptr<NotificationTransport> transport;
     std::uint64_t connection = 0;
     {
@@ -114,7 +114,7 @@ void DarwinNotificationCenter::deliverNext() {
         if (const auto posted = underWay_.extract(name)) cause = posted.mapped();
     }
     const Journal::Causing causing(cause);
-    const Journal::Course course("darwinReceived", {{"name", name}});
+    const Journal::Course course("darwinReceived", Journal::Named{name});
     for (const Registration& registration : present) {
         if (registration.name == name)
             registration.callback(*this, registration.observer, name, nullptr, Value());

@@ -13,6 +13,9 @@ const steady_clock::time_point loaded = steady_clock::now();
 
 thread_local Journal::Frame* innermost = nullptr;
 
+/// An emptied journal keeps the memory for so many events, so that the next ones need not ask for it.
+constexpr std::size_t mostKeptPlaces = 4096;
+
 }  // namespace
 
 Journal& Journal::shared() {
@@ -29,23 +32,49 @@ void Journal::start() {
 void Journal::stop() {
     const std::lock_guard lock(mutex_);
     keeping_ = false;
-    first_ += entries_.size();
-    entries_.clear();
+    first_ += parts_.size();
+    parts_.clear();
 }
 
 Journal::Id Journal::record(std::string event, Dictionary fields) {
-    return add(std::move(event), std::move(fields), presentCause(), false);
+    return add({.event = std::move(event), .fields = std::move(fields), .cause = presentCause()});
+}
+
+Journal::Id Journal::record(std::string event, Named named) {
+    return add({.event = std::move(event), .name = std::move(named.name), .cause = presentCause()});
 }
 
 std::vector<JournalEntry> Journal::take() {
-    const std::lock_guard lock(mutex_);
-    first_ += entries_.size();
-    return std::exchange(entries_, {});
+    std::vector<Part> parts;
+    Id id = 0;
+    {
+        const std::lock_guard lock(mutex_);
+        id = first_;
+        first_ += parts_.size();
+        parts.swap(parts_);
+    }
+    std::vector<JournalEntry> entries;
+    entries.reserve(parts.size());
+    for (Part& part : parts) entries.push_back(entryOf(std::move(part), id++));
+    parts.clear();
+    if (parts.capacity() <= mostKeptPlaces) {
+        const std::lock_guard lock(mutex_);
+        if (parts_.empty()) parts_.swap(parts);
+    }
+    return entries;
+}
+
+JournalEntry Journal::entryOf(Part&& part, Id id) {
+    Dictionary event = std::move(part.fields);
+    event.insert_or_assign("event", Value(std::move(part.event)));
+    if (!part.name.isNil()) event.insert_or_assign("name", std::move(part.name));
+    if (part.ok) event.insert_or_assign("ok", Value(*part.ok));
+    return {std::move(event), id, part.at, std::move(part.cause), part.milliseconds, part.isCall};
 }
 
 std::uint64_t Journal::count() const {
     const std::lock_guard lock(mutex_);
-    return first_ - 1 + entries_.size();
+    return first_ - 1 + parts_.size();
 }
 
 JournalCause Journal::presentCause() {
@@ -57,21 +86,20 @@ void Journal::setClock(std::function<double()> milliseconds) {
     clock_.swap(milliseconds);
 }
 
-Journal::Id Journal::add(std::string event, Dictionary fields, JournalCause cause, bool isCall) {
+Journal::Id Journal::add(Part part) {
     const std::lock_guard lock(mutex_);
     if (!keeping_) return 0;
-    fields.insert_or_assign("event", Value(std::move(event)));
-    const Id id = first_ + entries_.size();
-    entries_.push_back({std::move(fields), id, now(), std::move(cause), std::nullopt, isCall});
-    return id;
+    part.at = now();
+    parts_.push_back(std::move(part));
+    return first_ + parts_.size() - 1;
 }
 
 void Journal::finish(Id id, std::optional<bool> ok) {
     const std::lock_guard lock(mutex_);
-    if (id < first_ || id - first_ >= entries_.size()) return;
-    JournalEntry& entry = entries_[id - first_];
-    entry.milliseconds = now() - entry.at;
-    if (ok) entry.event.insert_or_assign("ok", Value(*ok));
+    if (id < first_ || id - first_ >= parts_.size()) return;
+    Part& part = parts_[id - first_];
+    part.milliseconds = now() - part.at;
+    part.ok = ok;
 }
 
 double Journal::now() const {
@@ -92,9 +120,18 @@ JournalCause Journal::Frame::outerCause() const {
 }
 
 Journal::Course::Course(std::string event, Dictionary fields) {
-    JournalCause outer = outerCause();
-    id_ = shared().add(std::move(event), std::move(fields), outer, false);
-    cause_ = id_ == 0 ? std::move(outer) : JournalCause{Value(id_), Value(id_)};
+    begin({.event = std::move(event), .fields = std::move(fields)});
+}
+
+Journal::Course::Course(std::string event, Named named) {
+    begin({.event = std::move(event), .name = std::move(named.name)});
+}
+
+void Journal::Course::begin(Part part) {
+    cause_ = outerCause();
+    part.cause = cause_;
+    id_ = shared().add(std::move(part));
+    if (id_ != 0) cause_ = {Value(id_), Value(id_)};
 }
 
 Journal::Course::~Course() {
@@ -109,7 +146,7 @@ JournalCause Journal::Call::cause() {
     if (!isNoted()) return outerCause();
     if (!id_) {
         cause_ = outerCause();
-        id_ = shared().add("call", fields(), cause_, true);
+        id_ = shared().add({.event = "call", .fields = fields(), .isCall = true, .cause = cause_});
         if (*id_ != 0) cause_.nearest = Value(*id_);
     }
     return cause_;

@@ -54,8 +54,13 @@ class Journal {
     /// Begins keeping events. Until then, and after stop(), events are dropped.
     void start();
     void stop();
+    /// The fields of an event that has just a "name": for those that come often.
+    struct Named {
+        Value name;
+    };
     /// Notes an event that takes no time.
     Id record(std::string event, Dictionary fields = {});
+    Id record(std::string event, Named named);
     /// The events since the last call, oldest first; one that has not finished has no "ok" yet.
     std::vector<JournalEntry> take();
     /// How many events were recorded since the program began; grows with each, whoever takes them.
@@ -72,14 +77,27 @@ class Journal {
     class Call;
 
   private:
+    /// An entry before it is put together, which is done by who takes it: whoever adds it is not held up.
+    struct Part {
+        std::string event{};
+        Dictionary fields{};
+        Value name{};
+        bool isCall = false;
+        double at = 0;
+        JournalCause cause{};
+        std::optional<double> milliseconds{};
+        std::optional<bool> ok{};
+    };
+
     Journal() = default;
-    Id add(std::string event, Dictionary fields, JournalCause cause, bool isCall);
+    Id add(Part part);
     void finish(Id id, std::optional<bool> ok);
     double now() const;
+    static JournalEntry entryOf(Part&& part, Id id);
 
     mutable std::mutex mutex_;
-    std::vector<JournalEntry> entries_;
-    /// Of the first entry.
+    std::vector<Part> parts_;
+    /// Of the first part.
     Id first_ = 1;
     bool keeping_ = false;
     std::function<double()> clock_;
@@ -109,14 +127,16 @@ class Journal::Frame {
 class Journal::Course final : public Journal::Frame {
   public:
     explicit Course(std::string event, Dictionary fields = {});
+    Course(std::string event, Named named);
     ~Course();
     /// The outcome.
     void setOk(bool ok) { ok_ = ok; }
 
   private:
     JournalCause cause() override { return cause_; }
+    void begin(Part part);
 
-    Id id_;
+    Id id_ = 0;
     JournalCause cause_;
     std::optional<bool> ok_;
 };

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <string>
+#include <typeinfo>
 #include <utility>
 
 #include "platform/foundation/Object.h"
@@ -20,7 +21,7 @@ class Method<R(A...)> {
   public:
     Method() = default;
     Method(std::string selector, std::function<R(Object&, A...)> function)
-        : selector_(std::move(selector)), function_(std::move(function)) {}
+        : function_(std::move(function)), selector_(std::move(selector)) {}
 
     explicit operator bool() const { return static_cast<bool>(function_); }
     /// The selector with its colons; "" for the empty method.
@@ -32,15 +33,17 @@ class Method<R(A...)> {
     }
 
   private:
-    std::string selector_;
     std::function<R(Object&, A...)> function_;
+    std::string selector_;
 };
 
 /// Binds a selector to the member function that it names: `method("shareAction:", &Screen::shareAction)`.
 template <class T, class R, class... A>
 Method<R(A...)> method(std::string selector, R (T::*function)(A...)) {
     return Method<R(A...)>(std::move(selector), [function](Object& target, A... arguments) -> R {
-        if (auto* typed = dynamic_cast<T*>(&target)) return (typed->*function)(std::forward<A>(arguments)...);
+        // The usual target is of the very class; only one derived from it needs the long look.
+        auto* typed = typeid(target) == typeid(T) ? static_cast<T*>(&target) : dynamic_cast<T*>(&target);
+        if (typed != nullptr) return (typed->*function)(std::forward<A>(arguments)...);
         return R();
     });
 }

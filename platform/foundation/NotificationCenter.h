@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/foundation/Method.h"
@@ -43,8 +45,21 @@ class NotificationCenter {
 
   private:
     struct Registration;
+    /// Whom a name is delivered to, worked out when it is first posted after a change of the registrations.
+    struct Delivery;
+    struct NameHash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view name) const { return std::hash<std::string_view>()(name); }
+    };
+    using Deliveries =
+        std::unordered_map<std::string, std::shared_ptr<const Delivery>, NameHash, std::equal_to<>>;
+
+    std::shared_ptr<const Delivery> deliveryOf(std::string_view name);
+    static void deliver(const Delivery& delivery, const Notification& notification);
+
     mutable std::mutex mutex_;
     std::vector<std::shared_ptr<Registration>> registrations_;
+    Deliveries deliveries_;
 };
 
 }  // namespace platform

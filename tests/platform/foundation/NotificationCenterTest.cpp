@@ -63,6 +63,23 @@ TEST_F(NotificationCenterTest, post_callsMatchingObserversAtOnceInTheOrderOfRegi
     EXPECT_EQ(calls, (Names{"b", "a", "b"}));
 }
 
+TEST_F(NotificationCenterTest, manyNames_areEachDeliveredToTheirOwnObserversWheneverTheseCame) {
+    const auto every = noting("every");
+    const auto last = noting("last");
+    observe(every, "");
+    for (int number = 0; number < 200; ++number) post("N" + std::to_string(number));
+    EXPECT_EQ(calls, Names(200, "every"));
+    calls.clear();
+    observe(last, "N199");
+    post("N0");
+    post("N199");
+    EXPECT_EQ(calls, (Names{"every", "every", "last"}));
+    calls.clear();
+    center.removeObserver(every.get());
+    post("N199");
+    EXPECT_EQ(calls, Names{"last"});
+}
+
 TEST_F(NotificationCenterTest, post_handsOverNameObjectAndUserInfo) {
     const auto sender = std::make_shared<Object>();
     Notification got;
