@@ -171,7 +171,8 @@ export class App implements View, Beside {
         this.texting.clear();
         this.fetching.clear();
         this.lastFetch = '';
-        this.send({ do: 'state' });
+        // What happened is never drawn: a long list's events would only make its answers long.
+        this.send({ do: 'state', events: false });
     }
 
     private statusChanged(status: Status): void {
