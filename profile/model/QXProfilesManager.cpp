@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "profile/model/QXProfilesManager.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "platform/foundation/DarwinNotificationCenter.h"
@@ -183,6 +185,7 @@ std::unexpected<Error> QXProfilesManager::keepWhatWasRead(const Error& error) {
 
 void QXProfilesManager::install(File file, const Result<Stamp>& stamp) {
     file_ = std::move(file);
+    inOrder_.clear();
     stamp_ = stamp;
     badFile_.reset();
     unreadable_.clear();
@@ -194,7 +197,9 @@ void QXProfilesManager::replaceChangedRecords() {
         const std::shared_ptr<platform::Object> changed = entry.record.lock();
         const std::scoped_lock lock(mutex_);
         const auto current = records_.find(entry.identifier);
-        if (current != records_.end() && current->second == changed) records_.erase(current);
+        if (current == records_.end() || current->second != changed) continue;
+        records_.erase(current);
+        inOrder_.clear();
     }
 }
 
@@ -202,10 +207,13 @@ std::vector<std::shared_ptr<QXProfile>> QXProfilesManager::profilesThatAre(bool 
     // A failure has been reported; the store then answers from what it held before.
     static_cast<void>(takeOverFile());
     const std::scoped_lock lock(mutex_);
-    std::vector<std::shared_ptr<QXProfile>> result;
-    for (const ProfilesFile::Profile profile : file_->profiles()) {
-        if (auto found = record(profile); found->isEnabled() == enabled) result.push_back(std::move(found));
+    if (inOrder_.empty()) {
+        for (const ProfilesFile::Profile profile : file_->profiles()) inOrder_.push_back(record(profile));
     }
+    std::vector<std::shared_ptr<QXProfile>> result;
+    std::ranges::copy_if(inOrder_, std::back_inserter(result), [&](const std::shared_ptr<QXProfile>& each) {
+        return each->isEnabled() == enabled;
+    });
     return result;
 }
 

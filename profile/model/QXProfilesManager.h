@@ -123,6 +123,8 @@ class QXProfilesManager : public platform::Object {
     std::unordered_set<std::string> reported_;
     /// The records in use, by the identifiers of the profiles they were made for.
     std::unordered_map<std::string, std::shared_ptr<QXProfile>> records_;
+    /// All of them in the file's order; empty until it is asked for, and whenever one of them is replaced.
+    std::vector<std::shared_ptr<QXProfile>> inOrder_;
     std::shared_ptr<ChangedProfiles> changed_ = std::make_shared<ChangedProfiles>();
 };
 
