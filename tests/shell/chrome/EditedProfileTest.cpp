@@ -3,7 +3,7 @@
 
 #include "shell/base/NotificationNames.h"
 #include "shell/chrome/EditedProfile.h"
-#include "tests/shell/phone/PluginPhone.h"
+#include "tests/doubles/PluginPhone.h"
 
 namespace quietrix {
 namespace {
