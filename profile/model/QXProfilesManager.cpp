@@ -197,18 +197,26 @@ void QXProfilesManager::replaceChangedRecords() {
         const std::shared_ptr<platform::Object> changed = entry.record.lock();
         const std::scoped_lock lock(mutex_);
         const auto current = records_.find(entry.identifier);
-        if (current == records_.end() || current->second != changed) continue;
-        records_.erase(current);
-        inOrder_.clear();
+        if (current != records_.end() && current->second == changed) letGo(entry.identifier);
     }
+}
+
+void QXProfilesManager::letGo(const std::string& identifier) {
+    const auto record = records_.find(identifier);
+    if (record == records_.end()) return;
+    std::ranges::replace(inOrder_, record->second, nullptr);
+    records_.erase(record);
 }
 
 std::vector<std::shared_ptr<QXProfile>> QXProfilesManager::profilesThatAre(bool enabled) {
     // A failure has been reported; the store then answers from what it held before.
     static_cast<void>(takeOverFile());
     const std::scoped_lock lock(mutex_);
-    if (inOrder_.empty()) {
-        for (const ProfilesFile::Profile profile : file_->profiles()) inOrder_.push_back(record(profile));
+    const std::vector<ProfilesFile::Profile> profiles = file_->profiles();
+    inOrder_.resize(profiles.size());
+    records_.reserve(profiles.size());
+    for (std::size_t i = 0; i < profiles.size(); ++i) {
+        if (!inOrder_[i]) inOrder_[i] = record(profiles[i]);
     }
     std::vector<std::shared_ptr<QXProfile>> result;
     std::ranges::copy_if(inOrder_, std::back_inserter(result), [&](const std::shared_ptr<QXProfile>& each) {
@@ -309,12 +317,16 @@ Result<void> QXProfilesManager::apply(const Kind& kind, const ProfileEdit& edit)
 
     const std::scoped_lock lock(mutex_);
     // Another thread's reload may have taken over the written file already.
-    if (file_ == *present) {
-        records_.erase(edit.identifier());
+    const bool isNext = file_ == *present;
+    if (isNext) {
+        letGo(edit.identifier());
     } else {
         records_.clear();
     }
+    // An update leaves the order as it is, an addition is at its end.
+    auto inOrder = isNext && &kind != &deletion ? std::move(inOrder_) : decltype(inOrder_)();
     install(file, stamp);
+    inOrder_ = std::move(inOrder);
     return {};
 }
 

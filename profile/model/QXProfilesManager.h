@@ -104,6 +104,8 @@ class QXProfilesManager : public platform::Object {
     void install(File file, const platform::Result<Stamp>& stamp);
     std::shared_ptr<QXProfile> record(ProfilesFile::Profile profile);
     void replaceChangedRecords();
+    /// The mutex is held. Has the record of that identifier made anew when it is next asked for.
+    void letGo(const std::string& identifier);
     std::vector<std::shared_ptr<QXProfile>> profilesThatAre(bool enabled);
 
     /// Held for looking at and replacing the members below, never while a file is read, written or waited
@@ -123,7 +125,7 @@ class QXProfilesManager : public platform::Object {
     std::unordered_set<std::string> reported_;
     /// The records in use, by the identifiers of the profiles they were made for.
     std::unordered_map<std::string, std::shared_ptr<QXProfile>> records_;
-    /// All of them in the file's order; empty until it is asked for, and whenever one of them is replaced.
+    /// All of them in the file's order; empty until it is asked for. A null one is to be made anew.
     std::vector<std::shared_ptr<QXProfile>> inOrder_;
     std::shared_ptr<ChangedProfiles> changed_ = std::make_shared<ChangedProfiles>();
 };

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/foundation/NotificationCenter.h"
@@ -77,6 +78,10 @@ class QuietrixPreferencesController : public QuietrixBaseEditableSettingsControl
     Row inactiveGroup();
     /// Opens the class's screen, or none where the name is empty.
     static Row profileRow(const std::shared_ptr<QXProfile>& profile, std::string_view detail);
+    /// The row of before for a record that is still the same one and called the same: each change announces
+    /// itself twice, and of thousands of profiles it leaves all but one as they are.
+    Row keptProfileRow(const std::shared_ptr<QXProfile>& profile);
+    void forgetUnusedProfileRows();
     Row aboutGroup();
 
     void insertProfileSections();
@@ -87,6 +92,8 @@ class QuietrixPreferencesController : public QuietrixBaseEditableSettingsControl
     platform::SpecifierArray enabledProfilesSpecifiers_;
     platform::SpecifierArray disabledProfilesSpecifiers_;
     platform::SpecifierArray aboutSpecifiers_;
+    /// By the records that they hold.
+    std::unordered_map<const QXProfile*, Row> profileRows_;
 };
 
 }  // namespace quietrix

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The root list's rows, from the top of the screen to its end, and how their cells look. What the rows do is
 // in QuietrixPreferencesController.cpp.
+#include <algorithm>
+#include <iterator>
+
 #include "profile/cells/QXSwitchCell.h"
 #include "profile/model/QXProfilesManager.h"
 #include "shell/base/BundleImage.h"
@@ -38,6 +41,7 @@ SpecifierArray QuietrixPreferencesController::specifiers() {
     rows.push_back(aboutGroup());
     append(rows, *aboutSpecifiers());
     specifiers_ = std::make_shared<SpecifierList>(std::move(rows));
+    forgetUnusedProfileRows();
     return specifiers_;
 }
 
@@ -88,7 +92,7 @@ SpecifierList QuietrixPreferencesController::specifiersFromProfiles(
     const std::vector<std::shared_ptr<QXProfile>>& profiles) {
     SpecifierList rows;
     rows.reserve(profiles.size());
-    for (const auto& profile : profiles) rows.push_back(profileRow(profile, profileEditorClass));
+    for (const auto& profile : profiles) rows.push_back(keptProfileRow(profile));
     if (rows.empty()) {
         rows.push_back(makeRow(
             {.name = localized("No Profiles"), .cell = PSCellType::StaticText, .target = shared(this)}));
@@ -99,6 +103,23 @@ SpecifierList QuietrixPreferencesController::specifiersFromProfiles(
 QuietrixPreferencesController::Row QuietrixPreferencesController::profileRow(
     const std::shared_ptr<QXProfile>& profile, std::string_view detail) {
     return makeRow({.name = profile->title(), .identifier = "title", .detail = detail, .userInfo = profile});
+}
+
+QuietrixPreferencesController::Row QuietrixPreferencesController::keptProfileRow(
+    const std::shared_ptr<QXProfile>& profile) {
+    Row& row = profileRows_[profile.get()];
+    // The editor gives the row that opened it a newer record, after which the old one's place in memory may
+    // be another's.
+    if (!row || row->userInfo().object() != profile || row->name() != profile->title())
+        row = profileRow(profile, profileEditorClass);
+    return row;
+}
+
+void QuietrixPreferencesController::forgetUnusedProfileRows() {
+    const auto isOfAProfile = [](const Row& row) { return !row->userInfo().isNil(); };
+    const std::int64_t used = std::ranges::count_if(*specifiers_, isOfAProfile);
+    if (std::ssize(profileRows_) == used) return;
+    std::erase_if(profileRows_, [](const auto& entry) { return entry.second.use_count() == 1; });
 }
 
 QuietrixPreferencesController::Row QuietrixPreferencesController::aboutGroup() {

@@ -273,6 +273,53 @@ TEST_F(RootList, profileAddedElsewhere_appearsAfterTheNotification) {
     EXPECT_NE(nullptr, findRow("Later"));
 }
 
+TEST_F(RootList, rebuild_keepsTheRowsOfProfilesThatAreStillTheSame) {
+    switchProductBefore(true);
+    addProfile("Home", true);
+    addProfile("Work", true);
+    open();
+    const auto home = rowNamed("Home");
+    const auto work = rowNamed("Work");
+    const auto changed = QXProfilesManager::sharedManager()->enabledProfiles().at(1);
+    changed->setVibrate(true);
+    QXProfilesManager::sharedManager()->updateProfile_success_failure(changed, nullptr, nullptr);
+    phone_.drain();
+    EXPECT_EQ(rowNamed("Home"), home);
+    EXPECT_NE(rowNamed("Work"), work) << "the store has another record of it";
+    EXPECT_EQ(rowNamed("Work")->userInfo().object(),
+              QXProfilesManager::sharedManager()->enabledProfiles().at(1));
+}
+
+TEST_F(RootList, rebuild_givesARowAnewThatWasGivenAnotherRecordOrName) {
+    switchProductBefore(true);
+    addProfile("Work", true);
+    open();
+    const auto record = QXProfilesManager::sharedManager()->enabledProfiles().front();
+    rowNamed("Work")->setUserInfo(QXProfile::defaultProfile());
+    post("com.velmora.ProfileChangedNotification");
+    phone_.drain();
+    EXPECT_EQ(rowNamed("Work")->userInfo().object(), record);
+    rowNamed("Work")->setName("Other");
+    post("com.velmora.ProfileChangedNotification");
+    phone_.drain();
+    EXPECT_EQ(rowNamed("Work")->userInfo().object(), record);
+}
+
+TEST_F(RootList, rebuild_holdsNoProfileThatHasGone) {
+    switchProductBefore(true);
+    addProfile("Home", true);
+    addProfile("Work", false);
+    open();
+    const std::weak_ptr<QXProfile> gone = QXProfilesManager::sharedManager()->disabledProfiles().at(0);
+    QXProfilesManager::sharedManager()->deleteProfile_success_failure(gone.lock(), nullptr, nullptr);
+    phone_.drain();
+    // Once more: now nobody has rows of before.
+    post("com.velmora.ProfileChangedNotification");
+    phone_.drain();
+    EXPECT_EQ(nullptr, findRow("Work"));
+    EXPECT_TRUE(gone.expired());
+}
+
 TEST_F(RootList, notificationAfterTheScreenIsGone_doesNothing) {
     switchProductBefore(true);
     open();
