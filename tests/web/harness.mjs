@@ -79,12 +79,11 @@ export async function startBrowser({ name = 'chromium' } = {}) {
 }
 
 /**
- * Opens the page. Without an address in `url`, on a made-up application of its own that `arrange` may prepare; `url` may also be a function that makes an address of that one's server. `beforehand` runs in the page before its own code, and `between` gets the page before it is opened. The page is opened once `ready` is there.
+ * Opens the page. Without an address in `url`, on a made-up application of its own (`phone`) that `arrange` may prepare; `url` may also be a function that makes an address of that one's server. `beforehand` runs in the page before its own code, and `between` gets the page before it is opened. The page is opened once `ready` is there.
  * Under reduced motion screens change at once unless `fades`: what is not about them need not wait for them.
  * The result's close() fails the test if the page has logged an error (but for what `tolerate` matches) or broken its content-security policy.
  */
-export async function openPage(session, { arrange = () => {}, url = null, viewport = phoneSize, reducedMotion = 'reduce', fades = false, colorScheme = 'light', touch = false, scale = 1, tolerate = null, beforehand = null, between = null, ready = '.navigator .page' } = {}) {
-    const phone = new MockPhone();
+export async function openPage(session, { phone = new MockPhone(), arrange = () => {}, url = null, viewport = phoneSize, reducedMotion = 'reduce', fades = false, colorScheme = 'light', touch = false, scale = 1, tolerate = null, beforehand = null, between = null, ready = '.navigator .page' } = {}) {
     arrange(phone);
     const server = typeof url === 'string' ? null : await startMockServer({ dist: dist.path, phone });
     if (server) session.servers.add(server);

@@ -22,7 +22,10 @@ const mailed = [
 ];
 
 /** What acts while something is presented. */
-const undisturbed = new Set(['choose', 'compose', 'state', 'find', 'wait', 'post', 'dark', 'advance', 'open']);
+const undisturbed = new Set(['choose', 'compose', 'state', 'find', 'wait', 'post', 'dark', 'advance', 'open', 'device', 'fault', 'files', 'postLocal', 'kill']);
+
+/** What changes nothing. */
+const looks = new Set(['state', 'find', 'files']);
 
 /** What names what it acts on: refused when that is no longer there. */
 const onRows = new Set(['tap', 'set', 'delete']);
@@ -34,6 +37,8 @@ export class MockPhone {
         this.commands = [];
         /** What has happened since the start; the pages are told on their own sockets. */
         this.events = [];
+        /** What causes the events of the command that is performed. */
+        this.cause = null;
         this.refuse = new Set();
         /** Whether the last command was refused because what it meant is no longer there. */
         this.stale = false;
@@ -226,7 +231,7 @@ export class MockPhone {
         const handler = this[`do_${command.do}`];
         if (!handler) return false;
         const done = handler.call(this, command);
-        if (done && command.do !== 'state' && command.do !== 'find') this.changed();
+        if (done && !looks.has(command.do)) this.changed();
         return done;
     }
 

@@ -79,9 +79,20 @@ export async function startMockServer({ dist, port = 0, phone = new MockPhone() 
     const windows = new Map();
     /** Which events each socket wants, and how many it has been told. */
     const ears = new Map();
+    let connections = 0;
+    const causeOf = (socket, command) => {
+        const ear = ears.get(socket);
+        return { command: ear.commands += 1, id: command.id, connection: ear.number };
+    };
+    /** Of one's own commands the connection goes without saying. */
+    const causeFor = (cause, ear) => {
+        if (cause?.connection !== ear.number) return cause ?? null;
+        const { connection, ...own } = cause;
+        return own;
+    };
     const stateFor = (socket, window) => {
         const ear = ears.get(socket);
-        const events = phone.events.slice(ear.told).filter((event) => ear.wants === 'all' || (ear.wants && event.event !== 'call'));
+        const events = phone.events.slice(ear.told).map((event) => ({ ...event, cause: causeFor(event.cause, ear) })).filter((event) => ear.wants === 'all' || (ear.wants && event.event !== 'call'));
         ear.told = phone.events.length;
         return { ...phone.state(window), events };
     };
@@ -103,7 +114,7 @@ export async function startMockServer({ dist, port = 0, phone = new MockPhone() 
                 } else if (command.secret === api.secret) {
                     letIn = true;
                     windows.set(socket, {});
-                    ears.set(socket, { told: 0, wants: true });
+                    ears.set(socket, { told: 0, wants: true, commands: 0, number: connections += 1 });
                 } else {
                     socket.close(4401);
                 }
@@ -112,9 +123,12 @@ export async function startMockServer({ dist, port = 0, phone = new MockPhone() 
             if (command.events !== undefined) ears.get(socket).wants = command.events;
             if (command.from !== undefined) windows.set(socket, { from: command.from, count: command.count });
             const { screen, revision } = phone;
+            phone.cause = causeOf(socket, command);
             const ok = phone.perform(command);
+            phone.cause = null;
             if (command.elsewhere && phone.screen !== screen) windows.set(socket, command.elsewhere);
             const answer = { ok, id: command.id, state: stateFor(socket, windows.get(socket)) };
+            if (ok) Object.assign(answer, phone.extra);
             if (ok && command.do === 'find') answer.found = phone.found(command.text);
             if (!ok) answer.error = `cannot do ${command.do}`;
             if (phone.stale) answer.stale = true;

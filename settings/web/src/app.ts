@@ -39,7 +39,7 @@ export class App implements View, Beside {
     private readonly presenter: Presenter;
     private readonly frame: Frame;
     private readonly losses = new Unsaved(this, () => this.stage.page?.focusHeading());
-    private readonly trail = new Trail(() => (this.presenter.presented ? this.presenter.goBack() : this.stage.goBack()));
+    private readonly trail = new Trail(() => (this.frame.phone.inert ? null : this.presenter.presented ? this.presenter.goBack() : this.stage.goBack()));
     /** How many screens are stacked on each level of forms, as far as they have been seen. */
     private levels: number[] = [];
     private revision = -1;
@@ -95,6 +95,8 @@ export class App implements View, Beside {
     }
 
     rowElement(key: string): HTMLElement | null { return this.stage.page?.rowElement(key) ?? null; }
+
+    redraw(): void { this.stage.redraw(); }
 
     keyAt(target: Element): string | null { return this.stage.page?.keyAt(target) ?? null; }
 

@@ -14,6 +14,8 @@ export interface Beside {
     onEnded(listener: () => void): void;
     /** Where a row of the screen on top is drawn; null where it is not. */
     rowElement(key: string): HTMLElement | null;
+    /** Draws the screen on top again, after something that it depends on beside the state has changed. */
+    redraw(): void;
     /** The key of the row that an element of the phone belongs to; null for none. */
     keyAt(target: Element): string | null;
 }

@@ -11,10 +11,10 @@ const keptImages = 64;
 const entries = new Map<string, Entry>();
 let hint = '';
 let screen = 0;
-let arrived = (): void => {};
+const listeners: (() => void)[] = [];
 
 /** Whom to tell when an image has come, so that what shows it is drawn again. */
-export function onImageArrived(callback: () => void): void { arrived = callback; }
+export function onImageArrived(callback: () => void): void { listeners.push(callback); }
 
 /** The class of the shown screen: its bundle is where the server looks for an image first. */
 export function setImageHint(className: string): void {
@@ -51,7 +51,7 @@ async function load(path: string, entry: Entry): Promise<void> {
         // What it would be on says what there is without it.
     }
     entry.coming = false;
-    arrived();
+    for (const listener of listeners) listener();
 }
 
 /** The screen before is still in sight while it leaves. */

@@ -5,10 +5,10 @@ import { luminance, type Rgb } from './rgb';
 export interface PatternSample { brightest: Rgb; average: Rgb }
 
 const samples = new Map<string, PatternSample | null>();
-let changed = (): void => {};
+const listeners: (() => void)[] = [];
 
 /** Whom to tell when a pattern has been measured, so that what depends on it is drawn again. */
-export function onPatternMeasured(callback: () => void): void { changed = callback; }
+export function onPatternMeasured(callback: () => void): void { listeners.push(callback); }
 
 /** What a pattern looks like; undefined until its image has been loaded, or when there is none. */
 export function patternSample(name: string): PatternSample | undefined {
@@ -22,7 +22,7 @@ export function patternSample(name: string): PatternSample | undefined {
             const sample = measure(image);
             if (!sample) return;
             samples.set(name, sample);
-            changed();
+            for (const listener of listeners) listener();
         });
         image.src = url;
     }

@@ -73,7 +73,7 @@ export class Presenter {
 
     /** Lets what is presented be pulled away, where there is a way out of it. */
     pull(): Pull | null {
-        if (!this.shown || this.shown.gate.isShut || this.element.inert || !canEscape(this.shown.presented)) return null;
+        if (!this.shown || this.shown.gate.isShut || this.element.closest('[inert]') || !canEscape(this.shown.presented)) return null;
         const { layer, gate } = this.shown;
         const card = layer.firstElementChild;
         const away = appears(card) ? magnified() : below();
@@ -144,7 +144,7 @@ export class Presenter {
     }
 
     private key(event: KeyboardEvent): void {
-        if (!this.shown || this.element.inert) return;
+        if (!this.shown || this.element.closest('[inert]')) return;
         if (event.key === 'Escape') {
             event.preventDefault();
             escape(this.shown.presented, this.view);

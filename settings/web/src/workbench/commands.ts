@@ -31,7 +31,7 @@ export const commands: Readonly<Record<string, Fields>> = {
     delete: row,
     device: { set: 'any', ...Object.fromEntries(deviceKeys.map((key) => [`set.${key}`, key === 'darkMode' || key === 'statusBarLibrary' || key === 'twitterApp' ? yesOrNo : 'text'])) },
     edit: { on: yesOrNo },
-    fault: { kind: faultKinds, milliseconds: 'any', clear: ['true'] },
+    fault: { kind: faultKinds, milliseconds: 'any', on: yesOrNo, clear: ['true'] },
     files: {},
     find: { text: 'text' },
     kill: { process: ['SpringBoard'] },

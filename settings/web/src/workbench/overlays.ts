@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 import { html, render, type TemplateResult } from 'lit-html';
+import { live } from 'lit-html/directives/live.js';
 import type { Beside } from '../beside';
 import { contrasts, cutTexts, focusOrder, frames, touchTargets, type Check, type Finding } from './checks';
 import { Layer } from './layer';
@@ -94,7 +95,7 @@ export class OverlaysTab implements Tab {
         const count = !each.isOn ? '' : each.name === 'frames' || each.name === 'focus' ? String(each.findings.length)
             : `${problems.length === 0 ? 'none' : problems.length}${unknown > 0 ? `, ${unknown} over pictures` : ''}`;
         return html`<section class="wb-overlay" aria-label=${each.title}>
-            <label class="wb-switch-line"><input type="checkbox" .checked=${each.isOn} @change=${() => this.toggle(each)}><span class="wb-heading">${each.title}</span>
+            <label class="wb-switch-line"><input type="checkbox" .checked=${live(each.isOn)} @change=${() => this.toggle(each)}><span class="wb-heading">${each.title}</span>
                 <span class="wb-note wb-space">${each.note}</span><span class="wb-count ${problems.length > 0 ? 'wb-bad' : ''}" role="status">${count}</span></label>
             ${problems.length === 0 ? '' : html`<ul class="wb-findings">${problems.slice(0, listed).map((finding) => html`<li><button class="wb-finding" type="button"
                 @pointerenter=${() => this.pointer.lightUp(() => finding.element)} @focus=${() => this.pointer.lightUp(() => finding.element)}

@@ -118,6 +118,15 @@ export class VirtualList {
         if (this.visible && place >= 0 && place < this.count) this.virtualizer.scrollToIndex(place, { align: 'auto' });
     }
 
+    /** Brings a line into sight and the focus to it. */
+    focusAt(place: number): void {
+        if (place < 0 || place >= this.count) return;
+        this.active = place;
+        this.focusWanted = true;
+        this.reveal(place);
+        this.draw();
+    }
+
     scrollToStart(): void {
         this.active = 0;
         this.scrollTop = 0;
@@ -201,9 +210,6 @@ export class VirtualList {
         const to = steps[event.key];
         if (to === undefined) return;
         event.preventDefault();
-        this.active = Math.max(0, Math.min(this.count - 1, to));
-        this.focusWanted = true;
-        this.reveal(this.active);
-        this.draw();
+        this.focusAt(Math.max(0, Math.min(this.count - 1, to)));
     }
 }

@@ -2,10 +2,14 @@
 import type { Beside } from '../beside';
 import { takeFromWindow } from '../shape';
 import { ConsoleTab } from './console';
+import { DeviceTab } from './device';
+import { FaultsTab } from './faults';
+import { FilesTab } from './files';
 import { Link } from './link';
 import { Names } from './names';
 import { OverlaysTab } from './overlays';
 import { Pointer } from './pointer';
+import { PostTab } from './post';
 import { RowsTab } from './rows';
 import { Separator } from './separator';
 import { element, type Tab } from './tab';
@@ -33,7 +37,10 @@ export class Workbench {
         this.link = new Link(beside);
         const pointer = new Pointer(beside, place);
         const names = new Names(this.link);
-        const tabs: Tab[] = [new RowsTab(this.link, pointer), new ConsoleTab(this.link, names), new OverlaysTab(beside, place, pointer)];
+        const tabs: Tab[] = [
+            new RowsTab(this.link, pointer), new ConsoleTab(this.link, names), new OverlaysTab(beside, place, pointer), new PostTab(this.link, names),
+            new FilesTab(this.link), new DeviceTab(this.link), new FaultsTab(this.link),
+        ];
         this.all = tabs;
         this.pane.id = 'workbench';
         this.pane.lang = 'en';
