@@ -14,6 +14,7 @@ import { RowsTab } from './rows';
 import { Separator } from './separator';
 import { element, type Tab } from './tab';
 import { TabList } from './tablist';
+import { TimelineTab } from './timeline';
 
 /** What the workbench tells whoever has opened it. */
 export interface WorkbenchEvents {
@@ -39,7 +40,7 @@ export class Workbench {
         const names = new Names(this.link);
         const tabs: Tab[] = [
             new RowsTab(this.link, pointer), new ConsoleTab(this.link, names), new OverlaysTab(beside, place, pointer), new PostTab(this.link, names),
-            new FilesTab(this.link), new DeviceTab(this.link), new FaultsTab(this.link),
+            new FilesTab(this.link), new DeviceTab(this.link), new FaultsTab(this.link), new TimelineTab(this.link, beside, place),
         ];
         this.all = tabs;
         this.pane.id = 'workbench';

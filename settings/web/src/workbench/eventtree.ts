@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: MIT
+import type { Bag, Command } from '../protocol';
+import { bagOf, numberOf } from './bags';
+import { shortForm } from './commandline';
+import { eventId, eventKind, eventText } from './eventtext';
+import type { Sender } from './link';
+import type { Moment } from './moments';
+import { lasting } from './script';
+
+/** An event, or the command that others came of. */
+export interface Node {
+    readonly key: string;
+    /** Null for a command, and for a note that something was missed. */
+    readonly event: Bag | null;
+    readonly kind: string;
+    readonly text: string;
+    /** Milliseconds since the program's start. */
+    readonly at: number;
+    readonly parent: Node | null;
+    readonly level: number;
+    readonly children: Node[];
+    /** The state that came with it. */
+    readonly moment: Moment | null;
+    isFolded: boolean;
+}
+
+/** A node where the list has it. */
+export interface Placed { node: Node; isMatch: boolean }
+
+export interface EventFilter { hidden: ReadonlySet<string>; text: string }
+
+/** How many nodes are kept; then the oldest commands go with all that came of them. */
+const kept = 20_000;
+const keptCommands = 2000;
+
+/** What happened, each under what it came of. */
+export class EventTree {
+    readonly roots: Node[] = [];
+    /** How many there are of each kind. */
+    readonly kinds = new Map<string, number>();
+    private readonly byId = new Map<number, Node>();
+    private readonly commandRoots = new Map<string, Node>();
+    private readonly sent: Readonly<Record<Sender, Map<number, Command>>> = { phone: new Map(), workbench: new Map() };
+    private size = 0;
+    private serial = 0;
+
+    /** A command has been sent, by whom and with which id; what comes of it goes by its words. */
+    noteSent(command: Command, sender: Sender, id: number): void {
+        const known = this.sent[sender];
+        known.set(id, command);
+        for (const old of known.keys()) {
+            if (known.size <= keptCommands) break;
+            known.delete(old);
+        }
+    }
+
+    /** Another application counts everything from the start. */
+    restart(): void {
+        this.byId.clear();
+        this.commandRoots.clear();
+    }
+
+    clear(): void {
+        this.roots.length = 0;
+        this.kinds.clear();
+        this.restart();
+        this.size = 0;
+    }
+
+    /** `clock` is this page's own time, for an application that tells none. */
+    add(events: readonly Bag[], dropped: number, moment: Moment | null, clock: number): void {
+        if (dropped > 0) this.append({ key: this.newKey(), event: null, kind: 'missed', text: `${dropped} events were missed`, at: clock, parent: null, moment });
+        for (const event of events) {
+            const at = numberOf(event['at'], clock);
+            const parent = this.parentOf(event['cause'], at, moment);
+            const node = this.append({ key: this.newKey(), event, kind: eventKind(event), text: eventText(event), at, parent, moment });
+            if (eventId(event) >= 0) this.byId.set(eventId(event), node);
+        }
+        this.trim();
+    }
+
+    /** The nodes that are to be seen, in their order. A node that does not fit is there for the sake of one beneath it that does. */
+    visible(filter: EventFilter): Placed[] {
+        const text = filter.text.toLowerCase();
+        const isPlain = text === '' && filter.hidden.size === 0;
+        const placed: Placed[] = [];
+        const visit = (node: Node): boolean => {
+            const isMatch = isPlain || (!filter.hidden.has(node.kind) && (text === '' || node.text.toLowerCase().includes(text) || node.kind.toLowerCase().includes(text)));
+            const from = placed.length;
+            placed.push({ node, isMatch });
+            let holdsMatch = false;
+            // While something is looked for, it is not hidden by what is folded.
+            if (!node.isFolded || text !== '') for (const child of node.children) holdsMatch = visit(child) || holdsMatch;
+            else holdsMatch = !isPlain && node.children.some((child) => fits(child, filter.hidden));
+            if (!isMatch && !holdsMatch) placed.length = from;
+            return isMatch || holdsMatch;
+        };
+        for (const root of this.roots) visit(root);
+        return placed;
+    }
+
+    private newKey(): string { return String(this.serial += 1); }
+
+    private append(given: Omit<Node, 'children' | 'level' | 'isFolded'>): Node {
+        const node: Node = { ...given, level: given.parent ? given.parent.level + 1 : 1, children: [], isFolded: false };
+        (given.parent?.children ?? this.roots).push(node);
+        this.kinds.set(node.kind, (this.kinds.get(node.kind) ?? 0) + 1);
+        this.size += 1;
+        return node;
+    }
+
+    private parentOf(cause: unknown, at: number, moment: Moment | null): Node | null {
+        if (typeof cause === 'number') return this.byId.get(cause) ?? null;
+        const command = bagOf(cause);
+        if (!command) return null;
+        const connection = typeof command['connection'] === 'number' ? command['connection'] : null;
+        const name = `${connection ?? 'own'} ${String(command['command'])}`;
+        const known = this.commandRoots.get(name);
+        if (known) return known;
+        const root = this.append({ key: this.newKey(), event: null, kind: 'command', text: this.wordsOf(command, connection), at, parent: null, moment });
+        this.commandRoots.set(name, root);
+        return root;
+    }
+
+    private wordsOf(cause: Bag, connection: number | null): string {
+        const sender: Sender = connection === null ? 'workbench' : 'phone';
+        const sent = this.sent[sender].get(numberOf(cause['id'], -1));
+        if (sent) return `${shortForm(lasting(sent))}${sender === 'phone' ? '' : ' (workbench)'}`;
+        return `command ${String(cause['command'])}${connection === null ? '' : ` of connection ${connection}`}`;
+    }
+
+    private trim(): void {
+        while (this.size > kept && this.roots.length > 1) this.forget(this.roots.shift()!);
+    }
+
+    private forget(node: Node): void {
+        this.size -= 1;
+        const count = (this.kinds.get(node.kind) ?? 1) - 1;
+        if (count > 0) this.kinds.set(node.kind, count);
+        else this.kinds.delete(node.kind);
+        if (node.event) this.byId.delete(eventId(node.event));
+        for (const [name, root] of this.commandRoots) {
+            if (root !== node) continue;
+            this.commandRoots.delete(name);
+            break;
+        }
+        for (const child of node.children) this.forget(child);
+    }
+}
+
+const fits = (node: Node, hidden: ReadonlySet<string>): boolean => !hidden.has(node.kind) || node.children.some((child) => fits(child, hidden));

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+import type { Bag } from '../protocol';
+import { keyOf } from './rowbook';
+import type { Shot } from './link';
+
+/** A state that was recorded; null once it is no longer kept. */
+export interface Moment { source: Bag | null }
+
+const kept = 500;
+
+/** The states that came, the last ones of them. Rows that are the same in two of them are kept once. */
+export class Moments {
+    private readonly all: Moment[] = [];
+    private rows = new Map<string, { text: string; row: Bag }>();
+
+    record(shot: Shot): Moment {
+        const rows = new Map<string, { text: string; row: Bag }>();
+        const shared = shot.rows.map((row) => {
+            const text = JSON.stringify(row);
+            const known = this.rows.get(keyOf(row));
+            const same = known?.text === text ? known : { text, row };
+            rows.set(keyOf(row), same);
+            return same.row;
+        });
+        this.rows = rows;
+        // Its events are told by the tree.
+        const { events: _events, ...rest } = shot.source;
+        const moment: Moment = { source: { ...rest, screen: { ...shot.screen, rows: shared } } };
+        this.all.push(moment);
+        if (this.all.length > kept) this.all.shift()!.source = null;
+        return moment;
+    }
+}

@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: MIT
+import { html, nothing, render, type TemplateResult } from 'lit-html';
+import type { Beside } from '../beside';
+import type { Bag } from '../protocol';
+import { styles } from '../style';
+import { EventTree, type Node, type Placed } from './eventtree';
+import { timeText } from './eventtext';
+import { JsonTree } from './jsontree';
+import type { Link } from './link';
+import { Moments, type Moment } from './moments';
+import { Past } from './past';
+import { element, onceAFrame, type Tab } from './tab';
+import { VirtualList, type Line } from './virtuallist';
+
+interface Batch { events: readonly Bag[]; dropped: number; moment: Moment | null; clock: number }
+
+const columns = [
+    { name: 'time', title: 'Time', width: '5.5rem' }, { name: 'took', title: 'ms', width: '4rem' }, { name: 'event', title: 'Event', width: '15rem' }, { name: 'what', title: 'What', width: 'minmax(22rem, 1fr)' },
+];
+
+/** Everything that happens, each under what it came of, and the phone as it was after each. */
+export class TimelineTab implements Tab {
+    readonly name = 'timeline';
+    readonly title = 'Timeline';
+    readonly element = element('wb-timeline');
+    private readonly bar = element('wb-bars');
+    private readonly detail = element('wb-detail', 'section');
+    private readonly json = new JsonTree();
+    private readonly tree = new EventTree();
+    private readonly moments = new Moments();
+    private readonly past: Past;
+    private readonly list: VirtualList;
+    private readonly draw = onceAFrame(() => this.paint());
+    private readonly hidden = new Set<string>();
+    private text = '';
+    private placed: readonly Placed[] = [];
+    /** What has come while the list stands still; null while it goes on. */
+    private waiting: Batch[] | null = null;
+    private chosen: Node | null = null;
+    private visible = false;
+
+    constructor(link: Link, beside: Beside, place: HTMLElement) {
+        this.past = new Past(beside, place);
+        this.list = new VirtualList({
+            label: 'Timeline', role: 'treegrid', columns, lineHeight: 24, empty: 'Nothing has happened yet.',
+            line: (at) => this.line(at),
+            chosen: (at) => this.choose(this.placed[at]?.node ?? null),
+            key: (event, at) => this.key(event, at),
+        });
+        this.list.element.addEventListener('click', (event) => this.twist(event), { capture: true });
+        this.detail.ariaLabel = 'Chosen event';
+        this.element.append(this.bar, this.list.element, this.detail);
+        let moment: Moment | null = null;
+        link.listen({
+            shot: (shot) => { moment = this.moments.record(shot); },
+            sent: (command, sender, id) => this.tree.noteSent(command, sender, id),
+            events: (events, dropped) => this.take({ events, dropped, moment, clock: performance.now() }),
+            restarted: () => this.tree.restart(),
+        });
+        window.addEventListener('resize', () => this.past.place());
+        this.element.addEventListener('keydown', (event) => {
+            if (event.key === 'Escape' && this.past.isShown) this.leavePast();
+        });
+        this.paint();
+    }
+
+    setVisible(isVisible: boolean): void {
+        this.visible = isVisible;
+        // Whoever looks at something else wants the phone as it is.
+        if (!isVisible) this.leavePast();
+        this.list.setVisible(isVisible);
+        this.draw();
+    }
+
+    private take(batch: Batch): void {
+        if (this.waiting) this.waiting.push(batch);
+        else this.tree.add(batch.events, batch.dropped, batch.moment, batch.clock);
+        this.draw();
+    }
+
+    private pause(): void {
+        const { waiting } = this;
+        this.waiting = waiting ? null : [];
+        for (const batch of waiting ?? []) this.tree.add(batch.events, batch.dropped, batch.moment, batch.clock);
+        this.draw();
+    }
+
+    private clear(): void {
+        this.tree.clear();
+        if (this.waiting) this.waiting = [];
+        this.leavePast();
+        this.draw();
+    }
+
+    private choose(node: Node | null): void {
+        this.chosen = node;
+        const source = node?.moment?.source;
+        if (!node || !source || !this.past.show(source, `Past · ${timeText(node.at)}`)) this.past.leave();
+        this.draw();
+    }
+
+    private leavePast(): void {
+        this.past.leave();
+        this.chosen = null;
+        this.draw();
+    }
+
+    /** The moment before or after the chosen one in the list. */
+    private step(by: 1 | -1): void {
+        const at = this.placed.findIndex(({ node }) => node === this.chosen);
+        for (let next = at + by; next >= 0 && next < this.placed.length; next += by) {
+            const { node } = this.placed[next]!;
+            if (node.moment === this.chosen?.moment || !node.moment?.source) continue;
+            this.choose(node);
+            this.list.reveal(next);
+            return;
+        }
+    }
+
+    private twist(event: Event): void {
+        const twisty = event.target instanceof Element ? event.target.closest('.wb-twisty') : null;
+        const line = twisty?.closest<HTMLElement>('[data-place]');
+        if (!line) return;
+        event.stopPropagation();
+        const node = this.placed[Number(line.dataset['place'])]?.node;
+        if (node) this.fold(node, !node.isFolded);
+    }
+
+    private fold(node: Node, isFolded: boolean): void {
+        node.isFolded = isFolded;
+        this.draw();
+    }
+
+    private foldAll(isFolded: boolean): void {
+        for (const root of this.tree.roots) root.isFolded = isFolded && root.children.length > 0;
+        this.draw();
+    }
+
+    private key(event: KeyboardEvent, at: number): boolean {
+        const node = this.placed[at]?.node;
+        if (!node || event.ctrlKey || event.altKey || event.metaKey) return false;
+        if (event.key === 'ArrowRight' && node.isFolded) this.fold(node, false);
+        else if (event.key === 'ArrowLeft' && !node.isFolded && node.children.length > 0) this.fold(node, true);
+        else if (event.key === 'ArrowLeft' && node.parent) this.list.focusAt(this.placed.findIndex((each) => each.node === node.parent));
+        else return false;
+        return true;
+    }
+
+    private line(at: number): Line {
+        const { node, isMatch } = this.placed[at]!;
+        const hasChildren = node.children.length > 0;
+        const ms = node.event?.['ms'];
+        const classes = [`wb-event-${node.kind}`, isMatch ? '' : 'wb-context', node === this.chosen ? 'wb-chosen' : '', node.event?.['ok'] === false ? 'wb-failed-event' : ''].join(' ');
+        const kind = html`<span class="wb-branch" ${styles({ 'padding-inline-start': `${Math.min(node.level - 1, 12) * 14}px` })}>
+            ${hasChildren ? html`<span class="wb-twisty" aria-hidden="true">${node.isFolded ? '▸' : '▾'}</span>` : html`<span class="wb-twisty-none"></span>`}<span class="wb-kind">${node.kind}</span>
+            ${node.isFolded && hasChildren ? html`<span class="wb-note">+${countOf(node)}</span>` : nothing}</span>`;
+        return {
+            key: node.key, classes, level: node.level, ...(hasChildren ? { expanded: !node.isFolded } : {}),
+            cells: [timeText(node.at), typeof ms === 'number' ? ms.toFixed(ms < 10 ? 1 : 0) : '', kind, html`<span dir="auto" title=${node.text}>${node.text}</span>`],
+        };
+    }
+
+    private paint(): void {
+        const { tree, list } = this;
+        if (!this.visible) return;
+        const follows = list.isAtEnd && !this.past.isShown;
+        this.placed = tree.visible({ hidden: this.hidden, text: this.text.trim() });
+        list.setCount(this.placed.length);
+        if (follows) list.scrollToEnd();
+        render(this.bars(), this.bar);
+        this.paintDetail();
+    }
+
+    private bars(): TemplateResult {
+        const { tree, waiting, hidden } = this;
+        const kinds = [...tree.kinds].sort(([one], [other]) => one.localeCompare(other));
+        const toggle = (kind: string): void => {
+            if (!hidden.delete(kind)) hidden.add(kind);
+            this.draw();
+        };
+        const count = waiting?.reduce((sum, { events }) => sum + events.length, 0) ?? 0;
+        return html`<div class="wb-bar">
+                <input class="wb-field wb-filter" type="search" placeholder="Filter: kind or text" aria-label="Filter events" spellcheck="false" autocomplete="off" @input=${(event: Event) => { this.text = (event.target as HTMLInputElement).value; this.draw(); }}>
+                <button class="wb-button" type="button" aria-pressed=${waiting !== null} @click=${() => this.pause()}>Pause</button>
+                <button class="wb-button" type="button" @click=${() => this.clear()}>Clear</button>
+                <button class="wb-button" type="button" @click=${() => this.foldAll(true)}>Fold all</button>
+                <button class="wb-button" type="button" @click=${() => this.foldAll(false)}>Unfold all</button>
+                <span class="wb-note" role="status">${waiting ? `Paused, ${count} more` : ''}</span></div>
+            ${kinds.length === 0 ? nothing : html`<div class="wb-bar wb-chips" role="group" aria-label="Kinds of events">${kinds.map(([kind, number]) => html`<button class="wb-chip" type="button" aria-pressed=${!hidden.has(kind)} @click=${() => toggle(kind)}>${kind} <span class="wb-chip-count">${number}</span></button>`)}</div>`}
+            ${this.past.isShown ? html`<div class="wb-bar wb-past-bar"><span class="wb-space" role="status">The phone as it was at ${timeText(this.chosen?.at ?? 0)}, just after this. It cannot be pressed.</span>
+                <button class="wb-button" type="button" @click=${() => this.step(-1)}>Earlier</button><button class="wb-button" type="button" @click=${() => this.step(1)}>Later</button>
+                <button class="wb-button wb-primary" type="button" @click=${() => this.leavePast()}>Back to now</button></div>` : nothing}`;
+    }
+
+    private paintDetail(): void {
+        const { chosen } = this;
+        this.detail.hidden = chosen === null;
+        if (!chosen) return;
+        this.json.show(chosen.event ?? { command: chosen.text });
+        render(html`<div class="wb-bar"><h2 class="wb-heading">${chosen.kind}</h2><span class="wb-note wb-space">${chosen.moment?.source ? '' : 'The state of that moment is no longer kept.'}</span>
+            <button class="wb-button" type="button" aria-label="Close the event" @click=${() => this.leavePast()}>×</button></div>
+            <div class="wb-scroll" tabindex="0" role="group" aria-label="The event as JSON">${this.json.element}</div>`, this.detail);
+    }
+}
+
+const countOf = (node: Node): number => node.children.reduce((sum, child) => sum + 1 + countOf(child), 0);

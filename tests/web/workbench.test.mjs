@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+// The workbench on the real application.
+import assert from 'node:assert/strict';
+import { after, before, test } from 'node:test';
+import { accessibilityProblems, deskSize, settled, startBrowser } from './harness.mjs';
+import { openPhone, profile, row } from './real-phone.mjs';
+import { cell, line } from './workbench.mjs';
+
+let session;
+before(async () => { session = await startBrowser(); });
+after(async () => { await session.close(); });
+
+const open = async (tab, options = { profiles: [profile('Work'), profile('Cinema')] }) => {
+    const ui = await openPhone(session, options, { viewport: deskSize });
+    await ui.page.keyboard.press('F2');
+    const pane = ui.page.getByRole('complementary', { name: 'Workbench' });
+    await pane.getByRole('tab', { name: tab }).click();
+    await settled(ui.page);
+    return { ...ui, pane, panel: pane.getByRole('tabpanel') };
+};
+const run = async (ui, text) => {
+    const field = ui.panel.getByRole('combobox', { name: 'Command' });
+    await field.fill(text);
+    await field.press('Enter');
+    return ui.panel.locator('.wb-entry', { hasText: text }).last();
+};
+
+test('Workbench_rowsOfTheRoot_areThoseOfTheScreen', async () => {
+    const ui = await open('Rows');
+    const work = line(ui.panel, 'Work');
+    assert.equal((await cell(work, 'detail').textContent()).trim(), 'QuietrixProflePreferencesController');
+    assert.equal((await cell(work, 'identifier').textContent()).trim(), 'title');
+    assert.match(await cell(work, 'info').textContent(), /ID-Work/);
+    const enabled = line(ui.panel, 'Enabled');
+    assert.equal((await cell(enabled, 'set').textContent()).trim(), 'setPreferenceValue:specifier:');
+    assert.equal((await cell(enabled, 'get').textContent()).trim(), 'preferenceValue:');
+    assert.equal((await cell(enabled, 'class').textContent()).trim(), 'QXSwitchCell');
+    await ui.page.getByRole('switch', { name: 'Enabled' }).click();
+    await enabled.locator('mark', { hasText: 'false' }).waitFor();
+    await line(ui.panel, 'Work').waitFor({ state: 'detached' });
+    assert.deepEqual(await accessibilityProblems(ui.page), []);
+    await ui.close();
+});
+
+test('Workbench_aThousandProfiles_areLookedAtInSlices', async () => {
+    const ui = await open('Rows', { profiles: Array.from({ length: 1000 }, (_unused, number) => profile(`Profile ${number}`)) });
+    await ui.panel.getByText(/^\d{4} rows$/).waitFor();
+    await ui.panel.locator('.wb-list').evaluate((element) => { element.scrollTop = 500 * 24; });
+    await ui.panel.getByText('Profile 500', { exact: true }).waitFor();
+    await ui.panel.getByRole('searchbox').fill('profile 77');
+    await ui.panel.getByText(/^11 of \d{4} rows/).waitFor();
+    await ui.panel.getByText('Profile 779', { exact: true }).waitFor();
+    await ui.close();
+});
+
+test('Workbench_console_drivesThePhone', async () => {
+    const ui = await open('Console');
+    const field = ui.panel.getByRole('combobox', { name: 'Command' });
+    await field.pressSequentially('tap key=Work');
+    await ui.panel.getByRole('option').first().waitFor();
+    await field.press('Tab');
+    await field.press('Enter');
+    await ui.page.getByRole('heading', { level: 1, name: 'Work' }).waitFor();
+    await (await run(ui, 'tap row=4000')).locator('.wb-error').waitFor();
+    await (await run(ui, 'back')).getByText(/^ok · revision \d+ · QuietrixPreferencesController/).waitFor();
+    await row(ui.page, 'Cinema').waitFor();
+    await ui.close();
+});
+
+test('Workbench_scriptRecordedAndPlayed_doesTheSameAgain', async () => {
+    const ui = await open('Console');
+    const script = ui.panel.getByRole('region', { name: 'Script' });
+    await script.getByRole('button', { name: 'Record' }).click();
+    await row(ui.page, 'Work').click();
+    await ui.page.getByRole('heading', { level: 1, name: 'Work' }).waitFor();
+    await ui.page.getByRole('switch', { name: 'Vibrate', exact: true }).first().click();
+    await ui.page.locator('.bar-button.back').click();
+    await row(ui.page, 'Cinema').waitFor();
+    await script.getByRole('button', { name: 'Stop recording' }).click();
+    const vibrates = () => ui.phone.storedProfiles().find((each) => each.title === 'Work').vibrate;
+    const recorded = vibrates();
+    await ui.phone.writeProfiles([profile('Work', { vibrate: !recorded }), profile('Cinema')]);
+    await (await run(ui, 'open')).getByText(/^ok/).waitFor();
+    await script.getByRole('button', { name: 'Play' }).click();
+    await script.getByText('3 of 3 steps played').waitFor();
+    assert.equal(vibrates(), recorded);
+    await row(ui.page, 'Cinema').waitFor();
+    await ui.close();
+});
+
+test('Workbench_posted_arrivesAndIsKnownFromThenOn', async () => {
+    const ui = await open('Post');
+    await ui.panel.getByLabel('Name of the notification').fill('com.example.workbench');
+    await ui.panel.getByRole('button', { name: 'Post system-wide', exact: true }).click();
+    await ui.panel.getByText('Posted com.example.workbench system-wide.').waitFor();
+    await ui.panel.getByRole('region', { name: 'Names seen so far' }).getByText('com.example.workbench').waitFor();
+    await ui.close();
+});
+
+test('Workbench_timeline_showsWhatASwitchCausesAndThePhoneBefore', async () => {
+    const ui = await open('Timeline');
+    await ui.panel.getByRole('button', { name: 'Clear' }).click();
+    await ui.page.locator('.screens').getByRole('switch', { name: 'Enabled' }).click();
+    const write = ui.panel.locator('.wb-list-body [role="row"].wb-event-write').first();
+    await write.waitFor();
+    await row(ui.page, 'Work').waitFor({ state: 'detached' });
+    await ui.page.locator('.screens').getByRole('switch', { name: 'Enabled' }).click();
+    await row(ui.page, 'Work').waitFor();
+    await write.click();
+    const past = ui.page.locator('.wb-past');
+    await past.locator('.row', { hasText: 'Miscellaneous' }).waitFor();
+    assert.equal(await past.locator('.switch').first().evaluate((element) => element.checked), false);
+    await past.locator('.row', { hasText: 'Work' }).waitFor({ state: 'detached' });
+    await ui.panel.getByRole('button', { name: 'Back to now' }).click();
+    await past.waitFor({ state: 'detached' });
+    await ui.close();
+});
+
+test('Workbench_whatTheApplicationDoesNotKnow_isSaidAndNothingElseSuffers', async () => {
+    const ui = await open('Console');
+    await (await run(ui, 'nonsense')).locator('.wb-error').waitFor();
+    await ui.pane.getByRole('tab', { name: 'Rows' }).click();
+    await line(ui.panel, 'Cinema').waitFor();
+    await ui.close();
+});
