@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Builds the page: build.mjs --outdir=DIR [--modules=DIR]. Nothing is written but below the output directory.
-import { copyFile, mkdir, readdir } from 'node:fs/promises';
+import { copyFile, mkdir, readFile, readdir, writeFile } from 'node:fs/promises';
 import { createRequire } from 'node:module';
-import { dirname, join, resolve } from 'node:path';
+import { dirname, join, relative, resolve } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { parseArgs } from 'node:util';
 
@@ -28,8 +28,9 @@ const esbuild = createRequire(join(modules, 'package.json'))('esbuild');
 const languages = (await readdir(join(here, 'src/words'))).map((file) => file.replace(/\.ts$/, '')).filter((name) => name !== 'en');
 
 await mkdir(outdir, { recursive: true });
+let built;
 try {
-    await esbuild.build({
+    built = await esbuild.build({
         entryPoints: [
             { in: join(here, 'src/main.ts'), out: 'app' },
             { in: join(here, 'styles/page.css'), out: 'app' },
@@ -52,9 +53,17 @@ try {
         legalComments: 'none',
         charset: 'utf8',
         logLevel: 'warning',
+        metafile: true,
     });
 } catch {
     // esbuild has printed what is wrong and where.
     process.exit(1);
 }
-for (const name of ['index.html', 'icon.svg']) await copyFile(join(here, 'src', name), join(outdir, name));
+await copyFile(join(here, 'src/icon.svg'), join(outdir, 'icon.svg'));
+
+// What the page shares with what is loaded on demand comes together with it, and not after it.
+const pathOf = (output) => relative(outdir, resolve(here, output));
+const [, page] = Object.entries(built.metafile.outputs).find(([output]) => pathOf(output) === 'app.js');
+const shared = page.imports.filter(({ kind }) => kind === 'import-statement').map(({ path }) => `<link rel="modulepreload" href="/${pathOf(path)}">\n`);
+const document = await readFile(join(here, 'src/index.html'), 'utf8');
+await writeFile(join(outdir, 'index.html'), document.replace('<script type="module"', `${shared.join('')}$&`));

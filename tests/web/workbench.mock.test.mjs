@@ -18,6 +18,10 @@ test('Workbench_notOpened_isNotFetched', async () => {
     const ui = await openPage(session, { viewport: deskSize, between: (page) => page.on('request', (request) => fetched.push(new URL(request.url()).pathname)) });
     await button(ui.page).waitFor();
     assert.deepEqual(fetched.filter((path) => path.includes('workbench')), []);
+    // What it shares with the phone's page is named in the document, and need not be waited for twice.
+    const parts = fetched.filter((path) => path.startsWith('/parts/'));
+    assert.ok(parts.length > 0);
+    for (const path of parts) assert.equal(await ui.page.locator(`link[rel="modulepreload"][href="${path}"]`).count(), 1);
     assert.equal(await button(ui.page).getAttribute('lang'), 'en');
     await ui.close();
 });
