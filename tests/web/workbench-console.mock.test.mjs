@@ -126,15 +126,16 @@ test('Script_recorded_holdsWhatThePhoneAndTheConsoleDoAndIsSaved', async () => {
     await ui.page.getByRole('switch', { name: 'Enabled' }).click();
     await run(ui, 'dark on=true');
     await run(ui, 'find text=misc');
+    await run(ui, 'wait event=reload seconds=1');
     await ui.page.locator('.list .row', { hasText: 'Miscellaneous' }).click();
     await ui.page.getByRole('heading', { level: 1, name: 'Miscellaneous' }).waitFor();
     await button(ui, 'Stop recording').click();
     await run(ui, 'back');
-    assert.deepEqual(await steps(ui), ['set row=1 value=false', 'dark on=true', 'tap row=3']);
+    assert.deepEqual(await steps(ui), ['set row=1 value=false', 'dark on=true', 'wait event=reload seconds=1', 'tap row=3']);
     const [download] = await Promise.all([ui.page.waitForEvent('download'), button(ui, 'Save…').click()]);
     assert.equal(download.suggestedFilename(), 'script.jsonl');
     const saved = (await readFile(await download.path(), 'utf8')).trimEnd().split('\n').map((line) => JSON.parse(line));
-    assert.deepEqual(saved, [{ do: 'set', row: 1, value: false }, { do: 'dark', on: true }, { do: 'tap', row: 3 }]);
+    assert.deepEqual(saved, [{ do: 'set', row: 1, value: false }, { do: 'dark', on: true }, { do: 'wait', event: 'reload', seconds: 1 }, { do: 'tap', row: 3 }]);
     await ui.close();
 });
 

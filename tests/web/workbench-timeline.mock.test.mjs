@@ -249,6 +249,16 @@ test('Past_withSomethingPresented_showsIt', async () => {
     await ui.page.getByRole('alertdialog').waitFor({ state: 'detached' });
     await line(ui.panel, 'SampleAlert').click();
     await ui.page.locator('.wb-past').getByText('Something was wrong.').waitFor();
+    // What is presented beneath the past is not pressed either.
+    ui.phone.alert('Error', 'Something else.');
+    ui.server.push();
+    await ui.page.locator('.presenter').first().getByText('Something else.').waitFor({ state: 'attached' });
+    const asked = ui.phone.commands.length;
+    await ui.page.evaluate(() => document.activeElement.blur());
+    await ui.page.keyboard.press('Escape');
+    await ui.page.locator('.wb-past').getByText('Something was wrong.').waitFor();
+    await ui.pane.getByRole('tab', { name: 'Timeline' }).focus();
+    assert.deepEqual(ui.phone.commands.slice(asked).filter((command) => command.do !== 'state'), []);
     await ui.pane.getByRole('tab', { name: 'Rows' }).click();
     await ui.page.locator('.wb-past').waitFor({ state: 'detached' });
     await ui.close();

@@ -213,3 +213,17 @@ test('Workbench_applicationThatHasAnotherSecret_goesWithThePhone', async () => {
     assert.equal(await pane(ui.page).count(), 0);
     await ui.close();
 });
+
+test('Workbench_forcedColours_keepWhatIsChosenReadable', async () => {
+    const ui = await openWorkbench(session, 'rows');
+    await ui.page.emulateMedia({ forcedColors: 'active' });
+    await ui.pane.locator('[data-place="3"]').click();
+    await ui.pane.locator('.wb-chosen').waitFor();
+    const colours = await ui.pane.locator('.wb-chosen').evaluate((chosen) => {
+        const probe = document.body.appendChild(document.createElement('i'));
+        const system = (name) => { probe.style.cssText = `forced-color-adjust: none; color: ${name}`; return getComputedStyle(probe).color; };
+        return { ground: getComputedStyle(chosen).backgroundColor, texts: [...new Set([...chosen.querySelectorAll('*')].map((each) => getComputedStyle(each).color))], highlight: system('Highlight'), on: system('HighlightText') };
+    });
+    assert.deepEqual([colours.ground, colours.texts], [colours.highlight, [colours.on]]);
+    await ui.close();
+});

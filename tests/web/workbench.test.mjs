@@ -48,7 +48,7 @@ test('Workbench_aThousandProfiles_areLookedAtInSlices', async () => {
     await ui.panel.locator('.wb-list').evaluate((element) => { element.scrollTop = 500 * 24; });
     await ui.panel.getByText('Profile 500', { exact: true }).waitFor();
     await ui.panel.getByRole('searchbox').fill('profile 77');
-    await ui.panel.getByText(/^11 of \d{4} rows/).waitFor();
+    await ui.panel.getByText(/^11 of \d{4} rows, by name$/).waitFor();
     await ui.panel.getByText('Profile 779', { exact: true }).waitFor();
     await ui.close();
 });
@@ -113,6 +113,80 @@ test('Workbench_timeline_showsWhatASwitchCausesAndThePhoneBefore', async () => {
     await past.locator('.row', { hasText: 'Work' }).waitFor({ state: 'detached' });
     await ui.panel.getByRole('button', { name: 'Back to now' }).click();
     await past.waitFor({ state: 'detached' });
+    await ui.close();
+});
+
+test('Workbench_timelineOfASwitch_isATreeDownToTheFileAndBack', async () => {
+    const ui = await open('Timeline');
+    await ui.panel.getByRole('button', { name: 'Clear' }).click();
+    await ui.page.getByRole('switch', { name: 'Enabled' }).click();
+    await row(ui.page, 'Work').waitFor({ state: 'detached' });
+    const levelOf = (found) => found.first().evaluate((each) => Number(each.ariaLevel));
+    const level = (words) => levelOf(ui.panel.locator('.wb-list-body [role="row"]', { hasText: words }));
+    await ui.panel.locator('.wb-event-write').first().waitFor();
+    assert.equal(await level('set row=1 value=false'), 1);
+    assert.equal(await level('setPreferenceValue:specifier:'), 2);
+    assert.ok(await level('com.velmora.quietrix.plist') > 2);
+    assert.equal(await levelOf(ui.panel.locator('.wb-event-darwinReceived')), await levelOf(ui.panel.locator('.wb-event-darwin')) + 1);
+    assert.deepEqual(await accessibilityProblems(ui.page), []);
+    await ui.close();
+});
+
+test('Workbench_files_showWhatASwitchStores', async () => {
+    const ui = await open('Files');
+    const part = (name) => ui.panel.getByRole('region', { name });
+    await part('profiles').getByText('ID-Work').first().waitFor({ state: 'attached' });
+    await ui.page.getByRole('switch', { name: 'Enabled' }).click();
+    await part('settings').locator('.json-changed', { hasText: 'true → false' }).waitFor();
+    assert.equal(await part('profiles').locator('.json-added, .json-changed, .json-removed').count(), 0);
+    await ui.close();
+});
+
+test('Workbench_device_changesTheLanguageAndStaysOnTheScreen', async () => {
+    const ui = await open('Device');
+    await row(ui.page, 'Work').click();
+    await ui.page.getByRole('heading', { level: 1, name: 'Work' }).waitFor();
+    await ui.panel.getByLabel('languages', { exact: true }).fill('ar');
+    await ui.panel.getByLabel('darkMode', { exact: true }).selectOption('true');
+    await ui.panel.getByRole('button', { name: 'Apply' }).click();
+    await ui.panel.getByText('Changed languages, darkMode.').waitFor();
+    await ui.page.locator('html[dir="rtl"][data-theme="dark"]').waitFor();
+    await ui.page.getByRole('heading', { level: 1, name: 'Work' }).waitFor();
+    await ui.panel.getByLabel('systemVersion', { exact: true }).fill('banana');
+    await ui.panel.getByRole('button', { name: 'Apply' }).click();
+    await ui.panel.locator('.wb-outcome.wb-bad', { hasText: 'systemVersion' }).waitFor();
+    assert.deepEqual(await accessibilityProblems(ui.page), []);
+    await ui.close();
+});
+
+test('Workbench_faults_makeASwitchFailUntilTheyAreCleared', async () => {
+    const ui = await open('Faults');
+    await ui.panel.getByRole('checkbox', { name: 'profilesLocked' }).waitFor();
+    for (const kind of ['profilesUnreadable', 'profilesCutShort', 'profilesLocked', 'diskFull', 'readOnly', 'slow', 'calendarsSilent', 'networksSilent', 'tonesSilent', 'mailFails']) {
+        await ui.panel.getByRole('checkbox', { name: kind }).click();
+        await ui.panel.getByText(`${kind} is on.`).waitFor();
+    }
+    await ui.panel.getByText('10 active').waitFor();
+    await ui.panel.getByRole('button', { name: 'Clear' }).click();
+    await ui.panel.getByText('None active').waitFor();
+    await ui.panel.getByRole('checkbox', { name: 'diskFull' }).click();
+    await ui.panel.getByText('1 active').waitFor();
+    await row(ui.page, 'Work').click();
+    await ui.page.getByRole('switch', { name: 'Vibrate', exact: true }).first().click();
+    await ui.page.getByRole('alertdialog').waitFor();
+    await ui.panel.getByRole('checkbox', { name: 'diskFull' }).click();
+    await ui.panel.getByText('None active').waitFor();
+    await ui.close();
+});
+
+test('Workbench_killedShell_comesBack', async () => {
+    const ui = await open('Post');
+    await ui.panel.getByRole('button', { name: 'Kill SpringBoard' }).click();
+    await ui.panel.getByText('Killed SpringBoard.').waitFor();
+    await ui.panel.getByText('SpringBoard started').waitFor();
+    await ui.panel.getByLabel('Name of the notification').fill('com.example.local');
+    await ui.panel.getByRole('button', { name: 'Post locally', exact: true }).click();
+    await ui.panel.getByRole('region', { name: 'Names seen so far' }).getByText('com.example.local').waitFor();
     await ui.close();
 });
 

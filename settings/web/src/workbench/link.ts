@@ -25,7 +25,7 @@ export interface LinkListener {
 }
 
 /** Commands that look and change nothing. */
-const looks: ReadonlySet<string> = new Set(['state', 'find', 'files', 'wait']);
+const looks: ReadonlySet<string> = new Set(['state', 'find', 'files']);
 
 export function shotOf(source: Bag): Shot | null {
     const screen = bagOf(source['screen']);
