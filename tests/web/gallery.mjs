@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Makes the gallery: node gallery.mjs DIRECTORY. For each appearance a sheet of all scenes (NAME.webp) and the records that the
-// tests compare with (NAME.jsonl). Prints its steps as build tools do.
+// tests compare with (NAME.jsonl); and the pictures of the workbench. Prints its steps as build tools do.
 import { mkdir, writeFile } from 'node:fs/promises';
 import { join } from 'node:path';
 import { write } from './gallery-references.mjs';
 import { makeSheet } from './gallery-sheet.mjs';
 import { scenesOfATour, takeTour, tours } from './gallery-tour.mjs';
+import { pictureWorkbench, picturesOfTheWorkbench } from './gallery-workbench.mjs';
 import { startBrowser } from './harness.mjs';
 import { openDarkroom } from './pictures.mjs';
 
@@ -15,7 +16,7 @@ if (!directory) {
     process.exit(2);
 }
 
-const total = tours.reduce((sum, tour) => sum + tour.appearances.length * scenesOfATour, 0);
+const total = tours.reduce((sum, tour) => sum + tour.appearances.length * scenesOfATour, picturesOfTheWorkbench);
 let done = 0;
 const session = await startBrowser();
 try {
@@ -28,6 +29,10 @@ try {
             await writeFile(join(directory, `${appearance.name}.jsonl`), write(appearance));
         }
     }
+    await pictureWorkbench(session, darkroom, async (name, picture) => {
+        console.log(`[${(done += 1)}/${total}] workbench: ${name}`);
+        await writeFile(join(directory, `workbench-${name}.webp`), picture);
+    });
 } finally {
     await session.close();
 }

@@ -22,6 +22,18 @@ export async function openDarkroom(session) {
     return { page, close: () => context.close() };
 }
 
+/** A screenshot as the bytes of a WebP file. */
+export async function asWebP(darkroom, picture) {
+    const url = await darkroom.page.evaluate(async (base64) => {
+        const image = await globalThis.load('png', base64);
+        const canvas = document.createElement('canvas');
+        [canvas.width, canvas.height] = [image.naturalWidth, image.naturalHeight];
+        canvas.getContext('2d').drawImage(image, 0, 0);
+        return canvas.toDataURL('image/webp', 0.8);
+    }, picture.toString('base64'));
+    return Buffer.from(url.slice(url.indexOf(',') + 1), 'base64');
+}
+
 /** How many of a screenshot's pixels stand out from its first one, at the top left, at a contrast of at least 3 to 1. */
 export const standingOut = (darkroom, picture) => darkroom.page.evaluate(async (base64) => {
     const { data } = globalThis.pixels(await globalThis.load('png', base64));

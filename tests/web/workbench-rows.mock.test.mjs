@@ -22,6 +22,8 @@ test('Rows_ofTheScreen_areShownInEveryColumn', async () => {
     assert.equal((await cell(line(ui.panel, 'Enabled'), 'value').textContent()).trim(), 'true');
     assert.equal((await cell(line(ui.panel, 'Enabled'), 'class').textContent()).trim(), 'SampleSwitchCell');
     assert.equal(await ui.panel.getByRole('row').count(), 10);
+    // Lines of every kind have room for what they say.
+    assert.deepEqual(await ui.panel.locator('.wb-list-body .wb-cell').evaluateAll((cells) => [...new Set(cells.map((each) => each.clientHeight))]), [23]);
     await ui.close();
 });
 

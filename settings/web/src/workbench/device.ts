@@ -90,7 +90,7 @@ export class DeviceTab implements Tab {
 
     private paint(): void {
         render(html`
-            <form class="wb-group" @submit=${(event: Event) => { event.preventDefault(); this.apply(); }}>
+            <form class="wb-card" @submit=${(event: Event) => { event.preventDefault(); this.apply(); }}>
                 <p class="wb-note">What is ticked is changed, all at once; the screens are opened anew along the same path.</p>
                 <div class="wb-settings">${deviceKeys.map((key) => this.line(key))}</div>
                 <div class="wb-line-of-fields wb-sticky"><button class="wb-button wb-primary" type="submit" ?disabled=${this.wanted.size === 0}>Apply</button>

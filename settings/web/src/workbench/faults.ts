@@ -55,7 +55,7 @@ export class FaultsTab implements Tab {
         const { active } = this;
         const slowness = numberOf(this.link.shot?.source['faultMilliseconds'], this.milliseconds);
         render(html`
-            <section class="wb-group" aria-label="Faults">
+            <section class="wb-card" aria-label="Faults">
                 <ul class="wb-faults">${faultKinds.map((kind) => {
                     const isOn = active.has(kind);
                     return html`<li class=${isOn ? 'wb-active' : ''}><label class="wb-switch-line"><input type="checkbox" .checked=${live(isOn)} @change=${() => this.toggle(kind, !isOn)}>

@@ -12,8 +12,14 @@ const kept = 500;
 export class Moments {
     private readonly all: Moment[] = [];
     private rows = new Map<string, { text: string; row: Bag }>();
+    private last: { revision: number; moment: Moment } | null = null;
 
+    /** Another application counts its revisions from the start. */
+    restart(): void { this.last = null; }
+
+    /** More rows of the state that was recorded last are no other moment. */
     record(shot: Shot): Moment {
+        if (this.last?.revision === shot.revision) return this.last.moment;
         const rows = new Map<string, { text: string; row: Bag }>();
         const shared = shot.rows.map((row) => {
             const text = JSON.stringify(row);
@@ -28,6 +34,7 @@ export class Moments {
         const moment: Moment = { source: { ...rest, screen: { ...shot.screen, rows: shared } } };
         this.all.push(moment);
         if (this.all.length > kept) this.all.shift()!.source = null;
+        this.last = { revision: shot.revision, moment };
         return moment;
     }
 }

@@ -33,7 +33,7 @@ export class PostTab implements Tab {
         const { names, outcome } = this;
         const known = names.all;
         render(html`
-            <form class="wb-group" @submit=${(event: Event) => { event.preventDefault(); this.post('post', this.text); }}>
+            <form class="wb-card" @submit=${(event: Event) => { event.preventDefault(); this.post('post', this.text); }}>
                 <h2 class="wb-heading">Notification</h2>
                 <div class="wb-line-of-fields">
                     <input class="wb-field wb-wide wb-code" type="text" aria-label="Name of the notification" placeholder="com.example.changed" list="wb-names" spellcheck="false" autocomplete="off" autocapitalize="off"
@@ -43,13 +43,13 @@ export class PostTab implements Tab {
                     <button class="wb-button" type="button" @click=${() => this.post('postLocal', this.text)}>Post locally</button>
                 </div>
             </form>
-            <section class="wb-group" aria-label="Shell">
+            <section class="wb-card" aria-label="Shell">
                 <h2 class="wb-heading">Shell</h2>
                 <div class="wb-line-of-fields"><span class="wb-note">It is started again, and tells the screens so.</span>
                     <button class="wb-button" type="button" @click=${() => outcome.send({ do: 'kill', process: shell }, `Killed ${shell}.`)}>Kill ${shell}</button></div>
             </section>
-            <section class="wb-group" aria-label="Outcome">${outcome.line()}${outcome.list()}</section>
-            <section class="wb-group" aria-label="Names seen so far">
+            <section class="wb-card" aria-label="Outcome">${outcome.line()}${outcome.list()}</section>
+            <section class="wb-card" aria-label="Names seen so far">
                 <h2 class="wb-heading">Seen so far</h2>
                 ${known.length === 0 ? html`<p class="wb-note">No notification yet.</p>` : html`<ul class="wb-known">${known.map((name) => html`<li>
                     <code dir="auto">${name}</code><span class="wb-note">${names.kindOf(name)}</span>

@@ -55,7 +55,10 @@ export class TimelineTab implements Tab {
             shot: (shot) => { moment = this.moments.record(shot); },
             sent: (command, sender, id) => this.tree.noteSent(command, sender, id),
             events: (events, dropped) => this.take({ events, dropped, moment, clock: performance.now() }),
-            restarted: () => this.tree.restart(),
+            restarted: () => {
+                this.tree.restart();
+                this.moments.restart();
+            },
         });
         window.addEventListener('resize', () => this.past.place());
         this.element.addEventListener('keydown', (event) => {
