@@ -110,3 +110,15 @@ test('Overlays_on_letPressesThroughAndAreAccessible', async () => {
     await ui.page.getByRole('heading', { level: 1, name: 'Miscellaneous' }).waitFor();
     await ui.close();
 });
+
+test('Overlays_workbenchMadeNarrower_stayOnThePhone', async () => {
+    const ui = await openWorkbench(session, 'overlays');
+    await turnOn(ui, 'Order of focus');
+    await found(ui, 'stop').first().waitFor();
+    const before = await ui.page.locator('.phone').boundingBox();
+    await ui.page.getByRole('separator', { name: 'Width of the workbench' }).press('Home');
+    const phone = await ui.page.locator('.phone').boundingBox();
+    assert.ok(phone.x > before.x);
+    await ui.page.waitForFunction((x) => Math.round(document.querySelector('.wb-overlay-layer').getBoundingClientRect().x) === Math.round(x), phone.x);
+    await ui.close();
+});

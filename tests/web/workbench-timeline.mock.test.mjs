@@ -277,3 +277,26 @@ for (const [name, device] of Object.entries({ light: {}, dark: { darkMode: true 
         await ui.close();
     });
 }
+
+test('Timeline_branchAsLongAsItself_isDrawn', async () => {
+    const ui = await open();
+    let last = null;
+    for (let number = 0; number < 12_000; number += 1) last = ui.phone.tell({ event: 'log', text: `again ${number}` }, last);
+    ui.server.push();
+    await ui.panel.getByText('again 11999', { exact: true }).waitFor();
+    await press(ui, 'Fold all');
+    await count(ui, 1);
+    await ui.panel.getByText('+11999').waitFor();
+    await ui.close();
+});
+
+test('Timeline_fullToTheBrim_letsTheOldestGo', async () => {
+    const ui = await open();
+    for (let number = 0; number < 22_000; number += 1) ui.phone.tell({ event: number < 500 ? 'reload' : 'log', text: `line ${number}` }, null);
+    ui.server.push();
+    await ui.panel.getByText('line 21999', { exact: true }).waitFor();
+    assert.equal(await ui.panel.getByRole('treegrid').getAttribute('aria-rowcount'), '20001');
+    assert.equal(await kind(ui, 'reload').count(), 0);
+    await kind(ui, 'log').getByText('20000').waitFor();
+    await ui.close();
+});

@@ -31,6 +31,8 @@ export interface EventFilter { hidden: ReadonlySet<string>; text: string }
 
 /** How many nodes are kept; then the oldest commands go with all that came of them. */
 const kept = 20_000;
+/** So many more may come before these go, so that it is not done for each. */
+const keptBeyond = 1000;
 const keptCommands = 2000;
 
 /** What happened, each under what it came of. */
@@ -41,7 +43,8 @@ export class EventTree {
     private readonly byId = new Map<number, Node>();
     private readonly commandRoots = new Map<string, Node>();
     private readonly sent: Readonly<Record<Sender, Map<number, Command>>> = { phone: new Map(), workbench: new Map() };
-    private size = 0;
+    /** All, in the order in which they came. */
+    private nodes: Node[] = [];
     private serial = 0;
 
     /** A command has been sent, by whom and with which id; what comes of it goes by its words. */
@@ -64,7 +67,7 @@ export class EventTree {
         this.roots.length = 0;
         this.kinds.clear();
         this.restart();
-        this.size = 0;
+        this.nodes = [];
     }
 
     /** `clock` is this page's own time, for an application that tells none. */
@@ -79,23 +82,32 @@ export class EventTree {
         this.trim();
     }
 
-    /** The nodes that are to be seen, in their order. A node that does not fit is there for the sake of one beneath it that does. */
+    /**
+     * The nodes that are to be seen, in their order. A node that does not fit is there for the sake of one beneath it that does; one
+     * that is folded still hides what is beneath it, unless a text is looked for. Without recursion: a timer that sets itself
+     * again is a branch as long as the timeline.
+     */
     visible(filter: EventFilter): Placed[] {
         const text = filter.text.toLowerCase();
-        const isPlain = text === '' && filter.hidden.size === 0;
+        const fits = (node: Node): boolean => !filter.hidden.has(node.kind) && (text === '' || node.text.toLowerCase().includes(text) || node.kind.toLowerCase().includes(text));
+        const matches = new Set<Node>();
+        const shown = new Set<Node>();
+        // Whatever came of a node came after it.
+        for (let at = this.nodes.length - 1; at >= 0; at -= 1) {
+            const node = this.nodes[at]!;
+            if (fits(node)) matches.add(node);
+            if (!matches.has(node) && !shown.has(node)) continue;
+            shown.add(node);
+            if (node.parent) shown.add(node.parent);
+        }
         const placed: Placed[] = [];
-        const visit = (node: Node): boolean => {
-            const isMatch = isPlain || (!filter.hidden.has(node.kind) && (text === '' || node.text.toLowerCase().includes(text) || node.kind.toLowerCase().includes(text)));
-            const from = placed.length;
-            placed.push({ node, isMatch });
-            let holdsMatch = false;
-            // While something is looked for, it is not hidden by what is folded.
-            if (!node.isFolded || text !== '') for (const child of node.children) holdsMatch = visit(child) || holdsMatch;
-            else holdsMatch = !isPlain && node.children.some((child) => fits(child, filter.hidden));
-            if (!isMatch && !holdsMatch) placed.length = from;
-            return isMatch || holdsMatch;
-        };
-        for (const root of this.roots) visit(root);
+        const left = [...this.roots].reverse();
+        for (let node = left.pop(); node; node = left.pop()) {
+            if (!shown.has(node)) continue;
+            placed.push({ node, isMatch: matches.has(node) });
+            if (node.isFolded && text === '') continue;
+            for (let at = node.children.length - 1; at >= 0; at -= 1) left.push(node.children[at]!);
+        }
         return placed;
     }
 
@@ -105,7 +117,7 @@ export class EventTree {
         const node: Node = { ...given, level: given.parent ? given.parent.level + 1 : 1, children: [], isFolded: false };
         (given.parent?.children ?? this.roots).push(node);
         this.kinds.set(node.kind, (this.kinds.get(node.kind) ?? 0) + 1);
-        this.size += 1;
+        this.nodes.push(node);
         return node;
     }
 
@@ -130,22 +142,27 @@ export class EventTree {
     }
 
     private trim(): void {
-        while (this.size > kept && this.roots.length > 1) this.forget(this.roots.shift()!);
-    }
-
-    private forget(node: Node): void {
-        this.size -= 1;
-        const count = (this.kinds.get(node.kind) ?? 1) - 1;
-        if (count > 0) this.kinds.set(node.kind, count);
-        else this.kinds.delete(node.kind);
-        if (node.event) this.byId.delete(eventId(node.event));
-        for (const [name, root] of this.commandRoots) {
-            if (root !== node) continue;
-            this.commandRoots.delete(name);
-            break;
+        if (this.nodes.length <= kept + keptBeyond) return;
+        const gone = new Set<Node>();
+        while (this.nodes.length - gone.size > kept && this.roots.length > 1) for (const node of branchOf(this.roots.shift()!)) gone.add(node);
+        this.nodes = this.nodes.filter((node) => !gone.has(node));
+        for (const node of gone) {
+            const count = (this.kinds.get(node.kind) ?? 1) - 1;
+            if (count > 0) this.kinds.set(node.kind, count);
+            else this.kinds.delete(node.kind);
+            if (node.event) this.byId.delete(eventId(node.event));
         }
-        for (const child of node.children) this.forget(child);
+        for (const [name, root] of this.commandRoots) if (gone.has(root)) this.commandRoots.delete(name);
     }
 }
 
-const fits = (node: Node, hidden: ReadonlySet<string>): boolean => !hidden.has(node.kind) || node.children.some((child) => fits(child, hidden));
+/** A node and all that came of it. */
+function branchOf(root: Node): Node[] {
+    const found = [root];
+    // The list grows while it is gone through.
+    for (const node of found) found.push(...node.children);
+    return found;
+}
+
+/** How many nodes came of one. */
+export const countOf = (node: Node): number => branchOf(node).length - 1;

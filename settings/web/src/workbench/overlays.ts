@@ -36,7 +36,6 @@ export class OverlaysTab implements Tab {
         this.layer = new Layer(beside, place, 'wb-overlay-layer');
         this.observer = new MutationObserver(() => this.schedule());
         beside.phone.addEventListener('scroll', () => this.schedule(), { capture: true, passive: true });
-        window.addEventListener('resize', () => this.schedule());
         this.draw();
     }
 
@@ -47,6 +46,8 @@ export class OverlaysTab implements Tab {
         this.isOpen = isOpen;
         this.follow();
     }
+
+    moved(): void { this.schedule(); }
 
     private get isNeeded(): boolean { return this.isOpen && this.overlays.some(({ isOn }) => isOn); }
 

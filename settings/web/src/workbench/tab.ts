@@ -10,6 +10,8 @@ export interface Tab {
     setVisible(isVisible: boolean): void;
     /** To be called when the workbench is open from now on, on whatever tab, and when it no longer is. */
     setOpen?(isOpen: boolean): void;
+    /** To be called when the phone stands elsewhere in the window. */
+    moved?(): void;
 }
 
 /** An element with a class. */

@@ -3,7 +3,7 @@ import { html, nothing, render, type TemplateResult } from 'lit-html';
 import type { Beside } from '../beside';
 import type { Bag } from '../protocol';
 import { styles } from '../style';
-import { EventTree, type Node, type Placed } from './eventtree';
+import { EventTree, countOf, type Node, type Placed } from './eventtree';
 import { timeText } from './eventtext';
 import { JsonTree } from './jsontree';
 import type { Link } from './link';
@@ -60,7 +60,6 @@ export class TimelineTab implements Tab {
                 this.moments.restart();
             },
         });
-        window.addEventListener('resize', () => this.past.place());
         this.element.addEventListener('keydown', (event) => {
             if (event.key === 'Escape' && this.past.isShown) this.leavePast();
         });
@@ -74,6 +73,8 @@ export class TimelineTab implements Tab {
         this.list.setVisible(isVisible);
         this.draw();
     }
+
+    moved(): void { this.past.place(); }
 
     private take(batch: Batch): void {
         if (this.waiting) this.waiting.push(batch);
@@ -205,5 +206,3 @@ export class TimelineTab implements Tab {
             <div class="wb-scroll" tabindex="0" role="group" aria-label="The event as JSON">${this.json.element}</div>`, this.detail);
     }
 }
-
-const countOf = (node: Node): number => node.children.reduce((sum, child) => sum + 1 + countOf(child), 0);

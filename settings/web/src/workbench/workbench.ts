@@ -47,7 +47,11 @@ export class Workbench {
         this.pane.lang = 'en';
         this.pane.ariaLabel = 'Workbench';
         this.pane.hidden = true;
-        this.separator = new Separator(this.pane.id, (width) => { if (this.isOpen) takeFromWindow(width); });
+        this.separator = new Separator(this.pane.id, (width) => {
+            if (!this.isOpen) return;
+            takeFromWindow(width);
+            for (const tab of this.all) tab.moved?.();
+        });
         this.panel.id = 'wb-panel';
         this.panel.setAttribute('role', 'tabpanel');
         this.tabs = new TabList(tabs, first, this.panel, (tab, before) => {
