@@ -2,6 +2,7 @@
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
 import { accessibilityProblems, deskSize, openPage, phoneSize, resize, settled, startBrowser, until } from './harness.mjs';
+import { WorkbenchPhone } from './mock-workbench.mjs';
 import { openWorkbench } from './workbench.mjs';
 
 let session;
@@ -227,3 +228,14 @@ test('Workbench_forcedColours_keepWhatIsChosenReadable', async () => {
     assert.deepEqual([colours.ground, colours.texts], [colours.highlight, [colours.on]]);
     await ui.close();
 });
+
+for (const tab of ['rows', 'console', 'overlays', 'post', 'files', 'device', 'faults', 'timeline']) {
+    test(`Workbench_narrowest_${tab}_fitsItsPane`, async () => {
+        const ui = await openWorkbench(session, tab, { phone: new WorkbenchPhone() });
+        await edge(ui.page).press('Home');
+        await settled(ui.page);
+        const wider = await ui.pane.evaluate((pane) => [...pane.querySelectorAll('.wb-tabs, .wb-content, #wb-panel, #wb-panel > *, .wb-card, .wb-bar')].filter((each) => each.scrollWidth > each.clientWidth + 1).map((each) => each.className || each.id));
+        assert.deepEqual(wider, []);
+        await ui.close();
+    });
+}

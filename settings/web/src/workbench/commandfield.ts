@@ -31,12 +31,12 @@ export class CommandField {
 
     constructor(private readonly run: (line: string) => void, private readonly known: Known) {
         const { input } = this;
-        Object.assign(input, { type: 'text', spellcheck: false, autocomplete: 'off', ariaLabel: 'Command', placeholder: 'tap row=3' });
+        Object.assign(input, { type: 'text', spellcheck: false, autocomplete: 'off', placeholder: 'tap row=3' });
         input.setAttribute('autocapitalize', 'off');
-        for (const [name, value] of [['role', 'combobox'], ['aria-autocomplete', 'list'], ['aria-controls', 'wb-offers']] as const) input.setAttribute(name, value);
+        for (const [name, value] of [['role', 'combobox'], ['aria-label', 'Command'], ['aria-autocomplete', 'list'], ['aria-controls', 'wb-offers']] as const) input.setAttribute(name, value);
         this.offers.id = 'wb-offers';
         this.offers.setAttribute('role', 'listbox');
-        this.offers.ariaLabel = 'Completions';
+        this.offers.setAttribute('aria-label', 'Completions');
         this.status.setAttribute('role', 'status');
         this.element.append(this.offers, input, this.status);
         input.addEventListener('input', () => this.offer());

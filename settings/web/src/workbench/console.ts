@@ -25,9 +25,9 @@ export class ConsoleTab implements Tab {
 
     constructor(private readonly link: Link, private readonly names: Names) {
         this.output.setAttribute('role', 'log');
-        this.output.ariaLabel = 'Commands and answers';
+        this.output.setAttribute('aria-label', 'Commands and answers');
         // Whole answers are not read out; the line says what came of a command.
-        this.output.ariaLive = 'off';
+        this.output.setAttribute('aria-live', 'off');
         this.output.tabIndex = 0;
         const hint = element('wb-hint', 'p');
         render(html`A command as JSON, <code>{"do":"tap","row":3}</code>, or short, <code>tap row=3</code>. Tab completes, the arrow up brings back earlier ones.`, hint);

@@ -51,7 +51,7 @@ export class RowsTab implements Tab {
             key: (event, place) => this.key(event, place),
             scrolled: () => this.fetch(),
         });
-        this.detail.ariaLabel = 'Chosen row';
+        this.detail.setAttribute('aria-label', 'Chosen row');
         this.element.append(this.bar, this.list.element, this.detail);
         link.listen({
             shot: (shot) => this.arrived(shot),

@@ -18,7 +18,7 @@ export class ScriptPanel {
     private trouble = '';
 
     constructor(link: Link, played: (command: Command, answer: Bag | null) => void) {
-        this.element.ariaLabel = 'Script';
+        this.element.setAttribute('aria-label', 'Script');
         this.script = new Script(link, () => this.draw(), played);
         this.paint();
     }

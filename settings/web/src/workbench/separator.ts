@@ -3,7 +3,7 @@ import { direction } from '../motion';
 import { roomBeside } from '../shape';
 import { element } from './tab';
 
-const narrowest = 380;
+const narrowest = 430;
 const step = 16;
 const memory = 'quietrix-settings-workbench-width';
 
@@ -20,7 +20,7 @@ export class Separator {
         part.setAttribute('role', 'separator');
         part.setAttribute('aria-orientation', 'vertical');
         part.setAttribute('aria-controls', controls);
-        part.ariaLabel = 'Width of the workbench';
+        part.setAttribute('aria-label', 'Width of the workbench');
         try {
             this.wanted = Number.parseFloat(sessionStorage.getItem(memory) ?? '');
         } catch {
@@ -41,10 +41,10 @@ export class Separator {
 
     show(): void {
         const part = this.element;
-        part.ariaValueMin = String(narrowest);
-        part.ariaValueMax = String(this.widest);
-        part.ariaValueNow = String(this.width);
-        part.ariaValueText = `${this.width} pixels`;
+        part.setAttribute('aria-valuemin', String(narrowest));
+        part.setAttribute('aria-valuemax', String(this.widest));
+        part.setAttribute('aria-valuenow', String(this.width));
+        part.setAttribute('aria-valuetext', `${this.width} pixels`);
         this.changed(this.width);
     }
 

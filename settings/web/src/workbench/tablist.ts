@@ -11,7 +11,7 @@ export class TabList {
     constructor(private readonly tabs: readonly Tab[], first: string, private readonly panel: HTMLElement, private readonly changed: (tab: Tab, before: Tab | null) => void) {
         this.chosen = tabs.find((tab) => tab.name === first) ?? tabs[0]!;
         this.element.setAttribute('role', 'tablist');
-        this.element.ariaLabel = 'Tools';
+        this.element.setAttribute('aria-label', 'Tools');
         this.element.addEventListener('keydown', (event) => this.key(event));
         this.show(null);
     }

@@ -48,7 +48,7 @@ export class TimelineTab implements Tab {
             key: (event, at) => this.key(event, at),
         });
         this.list.element.addEventListener('click', (event) => this.twist(event), { capture: true });
-        this.detail.ariaLabel = 'Chosen event';
+        this.detail.setAttribute('aria-label', 'Chosen event');
         this.element.append(this.bar, this.list.element, this.detail);
         let moment: Moment | null = null;
         link.listen({

@@ -54,7 +54,7 @@ export class VirtualList {
         const { label, role, columns } = options;
         const frame: HTMLElement = element('wb-list-frame');
         frame.setAttribute('role', role);
-        frame.ariaLabel = label;
+        frame.setAttribute('aria-label', label);
         this.head.setAttribute('role', 'rowgroup');
         this.body.setAttribute('role', 'rowgroup');
         this.element.style.setProperty('--columns', columns.map((column) => column.width).join(' '));

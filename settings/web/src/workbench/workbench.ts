@@ -45,7 +45,7 @@ export class Workbench {
         this.all = tabs;
         this.pane.id = 'workbench';
         this.pane.lang = 'en';
-        this.pane.ariaLabel = 'Workbench';
+        this.pane.setAttribute('aria-label', 'Workbench');
         this.pane.hidden = true;
         this.separator = new Separator(this.pane.id, (width) => {
             if (!this.isOpen) return;
@@ -63,7 +63,7 @@ export class Workbench {
         const close = element('wb-close', 'button');
         close.type = 'button';
         close.title = 'Close (F2)';
-        close.ariaLabel = 'Close the workbench';
+        close.setAttribute('aria-label', 'Close the workbench');
         close.textContent = '×';
         close.addEventListener('click', () => events.closed());
         this.trouble.setAttribute('role', 'status');
