@@ -300,3 +300,27 @@ test('Timeline_fullToTheBrim_letsTheOldestGo', async () => {
     await kind(ui, 'log').getByText('20000').waitFor();
     await ui.close();
 });
+
+test('Timeline_connectedAnew_addsWhatIsNewOnly', async () => {
+    const ui = await open();
+    await master(ui).click();
+    await count(ui, 8);
+    ui.server.leave();
+    await ui.pane.getByText('Not connected').waitFor();
+    ui.phone.tell({ event: 'log', text: 'meanwhile' }, 3);
+    ui.server.away = false;
+    await ui.page.evaluate(() => { window.dispatchEvent(new Event('online')); });
+    await count(ui, 9);
+    assert.equal((await drawn(ui))[4], '5 log meanwhile');
+    // Another application has other events by the same numbers.
+    ui.server.leave();
+    await ui.pane.getByText('Not connected').waitFor();
+    ui.phone.events = [];
+    ui.phone.at = 100;
+    ui.phone.tell({ event: 'process', name: 'SpringBoard', state: 'started' }, null);
+    ui.server.away = false;
+    await ui.page.evaluate(() => { window.dispatchEvent(new Event('online')); });
+    await count(ui, 10);
+    assert.equal((await drawn(ui))[9], '1 process SpringBoard started');
+    await ui.close();
+});

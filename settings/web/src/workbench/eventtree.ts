@@ -46,6 +46,9 @@ export class EventTree {
     /** All, in the order in which they came. */
     private nodes: Node[] = [];
     private serial = 0;
+    /** The newest event, and whether those that come next are of a connection of which none has come yet. */
+    private last: { id: number; at: number } | null = null;
+    private isNew = false;
 
     /** A command has been sent, by whom and with which id; what comes of it goes by its words. */
     noteSent(command: Command, sender: Sender, id: number): void {
@@ -57,27 +60,33 @@ export class EventTree {
         }
     }
 
-    /** Another application counts everything from the start. */
-    restart(): void {
-        this.byId.clear();
+    /**
+     * To be called with another connection: the first events that it tells are all since the application's start, which are
+     * known already if it is the same one.
+     */
+    reconnect(): void {
+        this.isNew = true;
         this.commandRoots.clear();
     }
 
     clear(): void {
         this.roots.length = 0;
         this.kinds.clear();
-        this.restart();
+        this.byId.clear();
+        this.commandRoots.clear();
         this.nodes = [];
     }
 
     /** `clock` is this page's own time, for an application that tells none. */
     add(events: readonly Bag[], dropped: number, moment: Moment | null, clock: number): void {
         if (dropped > 0) this.append({ key: this.newKey(), event: null, kind: 'missed', text: `${dropped} events were missed`, at: clock, parent: null, moment });
-        for (const event of events) {
+        for (const event of this.unknown(events)) {
             const at = numberOf(event['at'], clock);
             const parent = this.parentOf(event['cause'], at, moment);
             const node = this.append({ key: this.newKey(), event, kind: eventKind(event), text: eventText(event), at, parent, moment });
-            if (eventId(event) >= 0) this.byId.set(eventId(event), node);
+            if (eventId(event) < 0) continue;
+            this.byId.set(eventId(event), node);
+            this.last = { id: eventId(event), at };
         }
         this.trim();
     }
@@ -109,6 +118,17 @@ export class EventTree {
             for (let at = node.children.length - 1; at >= 0; at -= 1) left.push(node.children[at]!);
         }
         return placed;
+    }
+
+    private unknown(events: readonly Bag[]): readonly Bag[] {
+        const { last } = this;
+        if (!this.isNew || events.length === 0) return events;
+        this.isNew = false;
+        if (!last) return events;
+        // No two applications have the same event at the same time, to the microsecond.
+        if (events.some((event) => eventId(event) === last.id && event['at'] === last.at)) return events.filter((event) => eventId(event) > last.id);
+        this.byId.clear();
+        return events;
     }
 
     private newKey(): string { return String(this.serial += 1); }

@@ -20,7 +20,7 @@ export interface LinkListener {
     events?(events: readonly Bag[], dropped: number): void;
     /** The connection is there, or it is not. */
     linked?(isLinked: boolean): void;
-    /** Another application may answer from now on. */
+    /** There is another connection, and another application may answer on it. */
     restarted?(): void;
 }
 

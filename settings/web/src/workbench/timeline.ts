@@ -56,7 +56,7 @@ export class TimelineTab implements Tab {
             sent: (command, sender, id) => this.tree.noteSent(command, sender, id),
             events: (events, dropped) => this.take({ events, dropped, moment, clock: performance.now() }),
             restarted: () => {
-                this.tree.restart();
+                this.tree.reconnect();
                 this.moments.restart();
             },
         });
