@@ -8,7 +8,9 @@ Usage: check_architecture.py SOURCE_TREE SHARED_OBJECT...
    and their shared objects need nothing but each other and the compiler's run time.
 2. settings/ includes no header of the plug-in or of velmora/.
 3. The plug-in includes no header of the operating system: it reaches the machine through platform/.
-4. Nothing depends upwards, and there are no cycles between files or between folders. The rooms of settings/ and the
+4. examples/ is what somebody else would write: an example includes its own headers, those of platform/ and the C++
+   standard library's.
+5. Nothing depends upwards, and there are no cycles between files or between folders. The rooms of settings/ and the
    screens of the plug-in depend on each other only as far as the tables below say.
 
 Prints one line for each breach; the exit status is 1 when there is one.
@@ -35,6 +37,7 @@ LAYERS = (
 )
 PLUGIN = ("shell/", "profile/", "conditions/", "support/")
 CORE = PLUGIN + ("velmora/", "platform/")
+EXAMPLES = "examples/"
 # Folders of one height: screens, which open each other by name only, the editor's four pickers among them. What the
 # pickers share stands in the folder around theirs.
 SCREENS = ("profile/hours", "profile/editor", "conditions", "conditions/calendars", "conditions/eventstatus",
@@ -74,7 +77,8 @@ def layer_of(path):
 
 
 def sources(tree):
-    for top in ("platform", "velmora", "shell", "profile", "conditions", "support", "device", "springboard", "settings"):
+    for top in ("platform", "velmora", "shell", "profile", "conditions", "support", "device", "springboard", "settings",
+                "examples"):
         for path in sorted((tree / top).rglob("*")):
             if path.suffix in (".h", ".cpp") and "node_modules" not in path.parts:
                 yield path.relative_to(tree).as_posix()
@@ -94,6 +98,14 @@ def check_system_header(source, where, header):
         yield f"{where}: <{header}> is neither of the C++ standard library nor of POSIX"
     elif source.startswith(PLUGIN):
         yield f"{where}: the plug-in includes the operating system's <{header}>"
+
+
+def check_example(tree, source, where, own, system):
+    if system and system not in CPP_HEADERS:
+        yield f"{where}: <{system}> is not of the C++ standard library"
+    is_sibling = own and "/" not in own and ((tree / source).parent / own).is_file()
+    if own and not is_sibling and not own.startswith("platform/"):
+        yield f'{where}: an example includes "{own}", which is neither its own nor of platform/'
 
 
 def may_depend(own, other):
@@ -145,6 +157,10 @@ def check_tree(tree):
     files, folders, seen = {}, {}, 0
     for source in sources(tree):
         seen += 1
+        if source.startswith(EXAMPLES):
+            for number, own, system in includes(tree, source):
+                yield from check_example(tree, source, f"{source}:{number}", own, system)
+            continue
         if layer_of(source) is None:
             yield f"{source}: is in no layer"
             continue

@@ -100,6 +100,17 @@ class ArchitectureRules(unittest.TestCase):
         self.write("settings/state/A.cpp", '#include "platform/foundation/Filler1.h"\n')
         self.assertEqual("", self.breaches())
 
+    def test_example_includesItsOwnHeadersAndThePlatformsOnly(self):
+        self.write("examples/bell/A.h", "#pragma once\n#include <string>\n")
+        self.write("examples/bell/A.cpp", '#include "A.h"\n#include "platform/foundation/Filler1.h"\n')
+        self.assertEqual("", self.breaches())
+        for header in ("velmora/A.h", "shell/base/A.h", "device/A.h", "examples/drum/A.h"):
+            self.write(header, "#pragma once\n")
+            self.write("examples/bell/A.cpp", f'#include "{header}"\n')
+            self.assertIn(f'examples/bell/A.cpp:1: an example includes "{header}"', self.breaches())
+        self.write("examples/bell/A.cpp", "#include <unistd.h>\n")
+        self.assertIn("examples/bell/A.cpp:1: <unistd.h> is not of the C++ standard library", self.breaches())
+
     def test_pluginIncludingDevice_isNamed(self):
         self.write("device/A.h", "#pragma once\n")
         self.write("shell/base/A.cpp", '#include "device/A.h"\n')
