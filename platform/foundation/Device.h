@@ -13,6 +13,7 @@
 #include "platform/foundation/NetworkSource.h"
 #include "platform/foundation/NotificationTransport.h"
 #include "platform/foundation/Processes.h"
+#include "platform/foundation/RandomSource.h"
 #include "platform/foundation/ToneSource.h"
 #include "platform/foundation/URLOpener.h"
 
@@ -21,7 +22,7 @@ namespace platform {
 /// Everything that the phone's frameworks need of the machine they run on. The program installs one before it
 /// opens a screen; tests install their own. A member that a program has no use for may be empty: the
 /// frameworks then answer as on a phone without it (no file, no library, nothing opened, no calendars, the
-/// system's own time).
+/// system's own time and chance).
 struct Device {
     std::shared_ptr<FileSystem> files;
     std::shared_ptr<Clock> clock;
@@ -35,6 +36,7 @@ struct Device {
     std::shared_ptr<MailService> mail;
     std::shared_ptr<Processes> processes;
     std::shared_ptr<LogSink> log;
+    std::shared_ptr<RandomSource> random;
 
     /// The installed device. Installing happens on the main thread while nothing else runs. The installed one
     /// is not destroyed when the process ends: a program installs an empty one last, so that services that

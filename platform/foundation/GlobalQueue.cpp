@@ -41,6 +41,7 @@ struct GlobalQueue::State {
     std::deque<Given> tasks;
     std::size_t threads = 0;
     std::size_t running = 0;
+    Place place = Place::Threads;
 
     [[noreturn]] void work() {
         std::unique_lock lock(mutex);
@@ -83,8 +84,17 @@ GlobalQueue& GlobalQueue::shared() {
     return queue;
 }
 
+void GlobalQueue::setPlace(Place place) {
+    const std::lock_guard lock(state_->mutex);
+    state_->place = place;
+}
+
 void GlobalQueue::async(RunLoop::Task task) {
     if (!task) return;
+    {
+        const std::lock_guard lock(state_->mutex);
+        if (state_->place == Place::MainLoop) return RunLoop::main().post(std::move(task));
+    }
     RunLoop::main().beginActivity();
     JournalCause cause = Journal::presentCause();
     const std::lock_guard lock(state_->mutex);

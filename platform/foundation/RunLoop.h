@@ -87,6 +87,11 @@ class GlobalQueue {
   public:
     static GlobalQueue& shared();
 
+    /// Where tasks run: on threads, or in the order of their giving as tasks of the main run loop, so that
+    /// the order of everything does not depend on the machine.
+    enum class Place { Threads, MainLoop };
+    /// For what is given from then on. Main thread, while no task is under way.
+    void setPlace(Place place);
     /// Any thread.
     void async(RunLoop::Task task);
     /// Waits until every task has run. For tests, which then may reset the main loop; never from a task.

@@ -5,9 +5,9 @@
 #include <array>
 #include <cmath>
 #include <iterator>
-#include <random>
 
 #include "platform/foundation/LogSink.h"
+#include "platform/foundation/RandomSource.h"
 #include "profile/model/ChangedProfiles.h"
 #include "profile/model/QXProfileKeys.h"
 #include "profile/model/QXUtils.h"
@@ -33,8 +33,7 @@ platform::Array stringsOf(const platform::Array& list) {
 /// A random UUID in capitals, as the phone writes its identifiers.
 std::string freshIdentifier() {
     std::array<std::uint8_t, 16> bytes{};
-    std::random_device random;
-    std::ranges::generate(bytes, [&] { return static_cast<std::uint8_t>(random()); });
+    platform::fillWithRandomBytes(bytes);
     bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x40);  // version 4: random
     bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3F) | 0x80);  // the usual variant
     constexpr std::string_view digits = "0123456789ABCDEF";

@@ -303,6 +303,29 @@ TEST_F(RunLoopTest, reset_forgetsTasksTimersAndChecks) {
     EXPECT_FALSE(loop.nextTimer());
 }
 
+TEST_F(RunLoopTest, globalQueueOnTheMainLoop_runsItsTasksThereInOrder) {
+    GlobalQueue& queue = GlobalQueue::shared();
+    queue.setPlace(GlobalQueue::Place::MainLoop);
+    bool isOnMainThread = true;
+    for (int task = 0; task < 20; ++task) {
+        queue.async([&, task] {
+            isOnMainThread = isOnMainThread && loop.isCurrent();
+            done.push_back(std::to_string(task));
+        });
+        loop.post(note("posted"));
+    }
+    EXPECT_TRUE(done.empty());
+    loop.drain();
+    queue.setPlace(GlobalQueue::Place::Threads);
+    EXPECT_TRUE(isOnMainThread);
+    Names expected;
+    for (int task = 0; task < 20; ++task) {
+        expected.push_back(std::to_string(task));
+        expected.emplace_back("posted");
+    }
+    EXPECT_EQ(expected, done);
+}
+
 TEST_F(RunLoopTest, cancel_whatTheCallOwnsMayComeBackToTheLoop) {
     struct Poster {
         RunLoop& loop;

@@ -7,7 +7,9 @@
 #include <regex>
 #include <set>
 
+#include "device/SeededRandom.h"
 #include "platform/foundation/Calendar.h"
+#include "platform/foundation/Device.h"
 #include "profile/model/ChangedProfiles.h"
 #include "profile/model/QXProfile.h"
 #include "profile/model/QXProfileKeys.h"
@@ -74,6 +76,18 @@ TEST_F(Profile, defaultProfile_hasAFreshRandomUuidInCapitals) {
         seen.insert(identifier);
     }
     EXPECT_EQ(100U, seen.size());
+}
+
+TEST_F(Profile, defaultProfile_takesItsIdentifierFromTheDevicesChance) {
+    platform::Device device = platform::Device::current();
+    std::vector<std::string> seen;
+    for (const std::uint32_t seed : {1U, 1U, 2U}) {
+        device.random = std::make_shared<device::SeededRandom>(seed);
+        platform::Device::install(device);
+        seen.push_back(QXProfile::defaultProfile()->identifier());
+    }
+    EXPECT_EQ(seen[0], seen[1]);
+    EXPECT_NE(seen[0], seen[2]);
 }
 
 TEST_F(Profile, everyKey_readsWhatWasWrittenUnderIt) {
