@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "device/DesktopProgram.h"
 #include "platform/foundation/Journal.h"
 
 namespace device {
@@ -34,6 +33,7 @@ bool BrowserURLOpener::canOpenURL(const std::string& url) const {
 bool BrowserURLOpener::openURL(const std::string& url) {
     if (!canOpenURL(url)) return false;
     platform::Journal::shared().record("open", {{"url", url}});
+    if (desktop_ == Desktop::IsLeftAlone) return true;
     const auto print = [url] { std::fputs(("Please open " + url + "\n").c_str(), stderr); };
     if (!startDesktopProgram("xdg-open", url, print)) print();
     return true;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "device/DesktopProgram.h"
 #include "platform/foundation/URLOpener.h"
 
 namespace device {
@@ -13,7 +14,8 @@ enum class TwitterApplication { Absent, Installed };
 /// ("open"). Never waits for the browser.
 class BrowserURLOpener : public platform::URLOpener {
   public:
-    explicit BrowserURLOpener(TwitterApplication twitter) : twitter_(twitter) {}
+    explicit BrowserURLOpener(TwitterApplication twitter, Desktop desktop = Desktop::IsAsked)
+        : twitter_(twitter), desktop_(desktop) {}
 
     /// http and https always, twitter when its application is installed. An address with blanks or control
     /// characters is none.
@@ -22,6 +24,7 @@ class BrowserURLOpener : public platform::URLOpener {
 
   private:
     TwitterApplication twitter_;
+    Desktop desktop_;
 };
 
 }  // namespace device

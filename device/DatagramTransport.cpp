@@ -38,8 +38,10 @@ bool isDirectory(const std::string& path) {
 
 }  // namespace
 
-DatagramTransport::DatagramTransport(const std::string& rootDirectory)
-    : rootDirectory_(rootDirectory), directoryPath_(rootDirectory + std::string(phonePaths::notifications)) {}
+DatagramTransport::DatagramTransport(const std::string& rootDirectory, OwnPosts ownPosts)
+    : rootDirectory_(rootDirectory),
+      directoryPath_(rootDirectory + std::string(phonePaths::notifications)),
+      ownPosts_(ownPosts) {}
 
 DatagramTransport::~DatagramTransport() {
     if (!thread_.joinable()) return;
@@ -142,7 +144,7 @@ void DatagramTransport::post(const std::string& name) {
         return;
     }
     const Result<Folder> folder = presentFolder();
-    if (folder) return (*folder)->post(name);
+    if (folder) return (*folder)->post(name, ownPosts_ == OwnPosts::StayAway ? seat() : nullptr);
     platform::log("The notification \"" + name + "\" was not posted: " + folder.error().localizedDescription);
 }
 

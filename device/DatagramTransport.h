@@ -32,8 +32,11 @@ class DatagramTransport : public platform::NotificationTransport {
   public:
     static constexpr std::size_t maximumNameLength = NotificationFolder::maximumNameLength;
 
+    /// Whether what this process posts comes back to it.
+    enum class OwnPosts { ComeBack, StayAway };
+
     /// `rootDirectory` is a host path of any length.
-    explicit DatagramTransport(const std::string& rootDirectory);
+    explicit DatagramTransport(const std::string& rootDirectory, OwnPosts ownPosts = OwnPosts::ComeBack);
     /// Ends the receiving thread, then removes the socket and what it did not get to.
     ~DatagramTransport() override;
 
@@ -57,6 +60,7 @@ class DatagramTransport : public platform::NotificationTransport {
 
     std::string rootDirectory_;
     std::string directoryPath_;
+    OwnPosts ownPosts_;
     /// Guards the folder and the seats.
     mutable std::mutex mutex_;
     /// Empty until somebody posts or listens.

@@ -6,6 +6,10 @@
 
 namespace device {
 
+/// Whether a service hands to the desktop what is to leave the phone. Where the desktop is left alone, it is
+/// as if everything had been taken over, and nothing that is told names this machine.
+enum class Desktop { IsAsked, IsLeftAlone };
+
 /// Starts a program of the desktop with one argument and never waits for it. It runs in a session of its own,
 /// with nothing of ours open but standard error. False when there is no display, or no such program in the
 /// search path. `refused` is called once, later, on the main run loop, when the program ends with a failure

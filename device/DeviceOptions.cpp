@@ -116,36 +116,82 @@ bool setTones(Options& options, std::string_view value) {
     return value == "system" || setDirectory(options.tones, value);
 }
 
-/// One row for each key: what its value should be, and what stores it. False stands for a bad value.
+std::string joined(const std::vector<std::string>& pieces) {
+    std::string text;
+    for (const std::string& piece : pieces) text += (text.empty() ? "" : ",") + piece;
+    return text;
+}
+
+std::string booleanText(bool value) {
+    return value ? "true" : "false";
+}
+
+std::string scaleText(const Options& options) {
+    std::array<char, 400> text{};
+    const auto written =
+        std::to_chars(text.data(), text.data() + text.size(), options.scale, std::chars_format::fixed);
+    return {text.data(), written.ptr};
+}
+
+std::optional<std::string> networksText(const Options& options) {
+    using Source = Options::Networks::Source;
+    if (options.networks.source == Source::Root) return std::nullopt;
+    return options.networks.source == Source::System ? "system" : options.networks.file;
+}
+
+enum class About { ThePhone, TheMachine };
+
+/// One row for each key: what its value should be, what stores it, and the value that stands for what is
+/// stored, empty where nothing is. False stands for a bad value.
 struct Key {
     std::string_view name;
     std::string_view expected;
     bool (*set)(Options&, std::string_view);
+    std::optional<std::string> (*text)(const Options&);
+    About about = About::ThePhone;
 };
 
+using Text = std::optional<std::string>;
+
 constexpr std::array keys{
-    Key{"systemVersion", "a dotted version", setSystemVersion},
-    Key{"idiom", "phone or pad", setIdiom},
-    Key{"scale", "a number from 0.5 to 10", setScale},
-    Key{"languages", "comma-separated language tags", setLanguages},
-    Key{"darkMode", "true or false",
-        [](Options& o, std::string_view v) { return setBoolean(o.darkMode, v); }},
-    Key{"clock", "system, or a local date and time such as 2026-11-20T09:00:00", setClock},
+    Key{"systemVersion", "a dotted version", setSystemVersion,
+        [](const Options& o) -> Text { return o.systemVersion; }},
+    Key{"idiom", "phone or pad", setIdiom,
+        [](const Options& o) -> Text { return o.idiom == Idiom::Pad ? "pad" : "phone"; }},
+    Key{"scale", "a number from 0.5 to 10", setScale, [](const Options& o) -> Text { return scaleText(o); }},
+    Key{"languages", "comma-separated language tags", setLanguages,
+        [](const Options& o) -> Text { return joined(o.languages); }},
+    Key{"darkMode", "true or false", [](Options& o, std::string_view v) { return setBoolean(o.darkMode, v); },
+        [](const Options& o) -> Text { return booleanText(o.darkMode); }},
+    Key{"clock", "system, or a local date and time such as 2026-11-20T09:00:00", setClock,
+        [](const Options& o) -> Text { return o.clock ? VirtualClock::text(*o.clock) : "system"; }},
     Key{"statusBarLibrary", "true or false",
-        [](Options& o, std::string_view v) { return setBoolean(o.statusBarLibrary, v); }},
+        [](Options& o, std::string_view v) { return setBoolean(o.statusBarLibrary, v); },
+        [](const Options& o) -> Text { return booleanText(o.statusBarLibrary); }},
     Key{"toneController",
         "none, or some of PSUIToneController, SHSToneController and ToneController, comma-separated",
-        setToneController},
-    Key{"mailAccount", "a mail address, or nothing for no account", setMailAccount},
+        setToneController,
+        [](const Options& o) -> Text {
+            return o.toneController.empty() ? "none" : joined(o.toneController);
+        }},
+    Key{"mailAccount", "a mail address, or nothing for no account", setMailAccount,
+        [](const Options& o) -> Text { return o.mailAccount; }},
     Key{"twitterApp", "true or false",
-        [](Options& o, std::string_view v) { return setBoolean(o.twitterApp, v); }},
-    Key{"serialNumber", "a text", [](Options& o, std::string_view v) { return setText(o.serialNumber, v); }},
-    Key{"UDID", "a text", [](Options& o, std::string_view v) { return setText(o.UDID, v); }},
-    Key{"model", "a text", [](Options& o, std::string_view v) { return setText(o.model, v); }},
+        [](Options& o, std::string_view v) { return setBoolean(o.twitterApp, v); },
+        [](const Options& o) -> Text { return booleanText(o.twitterApp); }},
+    Key{"serialNumber", "a text", [](Options& o, std::string_view v) { return setText(o.serialNumber, v); },
+        [](const Options& o) { return o.serialNumber; }},
+    Key{"UDID", "a text", [](Options& o, std::string_view v) { return setText(o.UDID, v); },
+        [](const Options& o) { return o.UDID; }},
+    Key{"model", "a text", [](Options& o, std::string_view v) { return setText(o.model, v); },
+        [](const Options& o) { return o.model; }},
     Key{"calendars", "a directory that exists",
-        [](Options& o, std::string_view v) { return setDirectory(o.calendars, v); }},
-    Key{"networks", "system, or a property-list file that exists", setNetworks},
-    Key{"tones", "system, or a directory that exists", setTones},
+        [](Options& o, std::string_view v) { return setDirectory(o.calendars, v); },
+        [](const Options& o) { return o.calendars; }, About::TheMachine},
+    Key{"networks", "system, or a property-list file that exists", setNetworks, networksText,
+        About::TheMachine},
+    Key{"tones", "system, or a directory that exists", setTones,
+        [](const Options& o) -> Text { return o.tones.value_or("system"); }, About::TheMachine},
 };
 
 }  // namespace
@@ -171,6 +217,19 @@ platform::Result<DeviceOptions> DeviceOptions::with(std::span<const std::string>
         }
     }
     return options;
+}
+
+std::vector<std::string> DeviceOptions::pairs() const {
+    std::vector<std::string> pairs;
+    for (const Key& key : keys) {
+        if (const auto text = key.text(*this)) pairs.push_back(std::string(key.name) + "=" + *text);
+    }
+    return pairs;
+}
+
+bool DeviceOptions::isOfTheMachine(std::string_view pair) {
+    const auto key = std::ranges::find(keys, pair.substr(0, pair.find('=')), &Key::name);
+    return key != keys.end() && key->about == About::TheMachine;
 }
 
 std::string DeviceOptions::help() {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/foundation/Error.h"
@@ -49,6 +50,10 @@ struct DeviceOptions {
     static platform::Result<DeviceOptions> parse(std::span<const std::string> pairs);
     /// The same with these pairs changed.
     platform::Result<DeviceOptions> with(std::span<const std::string> pairs) const;
+    /// A pair for each key that is set, which together give the same again.
+    std::vector<std::string> pairs() const;
+    /// Whether a pair's value is a place on this machine, or the machine itself.
+    static bool isOfTheMachine(std::string_view pair);
     /// A line for each key with its values, for a program's help.
     static std::string help();
 };

@@ -169,9 +169,11 @@ void NotificationFolder::removeEntry(const std::string& entry) const {
     unlinkat(directory_.get(), folder.c_str(), AT_REMOVEDIR);
 }
 
-void NotificationFolder::post(const std::string& name) const {
+void NotificationFolder::post(const std::string& name, const std::shared_ptr<const Seat>& leftOut) const {
     for (const std::string& file : namesIn(".")) {
-        if (file.ends_with(socketSuffix)) postTo(file.substr(0, file.size() - socketSuffix.size()), name);
+        if (!file.ends_with(socketSuffix)) continue;
+        const std::string entry = file.substr(0, file.size() - socketSuffix.size());
+        if (!leftOut || entry != leftOut->entry) postTo(entry, name);
     }
 }
 

@@ -40,8 +40,9 @@ class NotificationFolder {
     /// Adds the names that have arrived since the last time.
     void takeNames(const Seat& seat, std::vector<std::string>& names) const;
 
-    /// Sends the name to every process there, and takes the places of those away that have gone.
-    void post(const std::string& name) const;
+    /// Sends the name to every process there but that of the seat `leftOut`, which may be null, and takes the
+    /// places of those away that have gone.
+    void post(const std::string& name, const std::shared_ptr<const Seat>& leftOut) const;
     /// Removes what processes left that were killed between two steps: sockets never renamed, folders without
     /// a socket.
     void removeAbandoned() const;

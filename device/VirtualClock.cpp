@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "device/VirtualClock.h"
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <ctime>
@@ -54,6 +55,15 @@ platform::Result<platform::Date> VirtualClock::parse(std::string_view text) {
     const std::time_t instant = std::mktime(&normalised);
     if (normalised.tm_mon != time.tm_mon || normalised.tm_mday != time.tm_mday) return bad();
     return platform::Date{static_cast<double>(instant) - referenceSeconds};
+}
+
+std::string VirtualClock::text(platform::Date instant) {
+    const auto moment =
+        static_cast<std::time_t>(std::floor(instant.secondsSinceReference + referenceSeconds));
+    std::tm time{};
+    localtime_r(&moment, &time);
+    std::array<char, 32> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &time)};
 }
 
 platform::Date VirtualClock::end() {

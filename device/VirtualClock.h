@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <string>
 #include <string_view>
 
 #include "platform/foundation/Clock.h"
@@ -16,6 +17,8 @@ class VirtualClock : public platform::Clock {
 
     /// The instant of a local date and time, "2026-11-20T09:00:00"; the error says what was expected.
     static platform::Result<platform::Date> parse(std::string_view text);
+    /// Such a text, of an instant whose year has four digits; parts of a second do not show.
+    static std::string text(platform::Date instant);
     /// The end of the year 9999, the first instant without such a text: no clock gets there.
     static platform::Date end();
 

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "device/mail/DesktopMail.h"
 
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <ctime>
-#include <random>
 
-#include "device/DesktopProgram.h"
 #include "device/PhonePaths.h"
 #include "device/UniversalTime.h"
 #include "device/mail/MailMessage.h"
@@ -15,6 +14,7 @@
 #include "platform/foundation/FileManager.h"
 #include "platform/foundation/Hexadecimal.h"
 #include "platform/foundation/LogSink.h"
+#include "platform/foundation/RandomSource.h"
 
 namespace device {
 
@@ -31,8 +31,12 @@ std::string newFileName(platform::Date date) {
     const auto seconds =
         static_cast<std::time_t>(std::floor(date.secondsSinceReference + referenceSince1970));
     std::string name = universalTimeText(seconds, "%Y%m%dT%H%M%SZ-");
-    std::random_device chance;
-    for (int digit = 0; digit < 16; ++digit) name += platform::hexadecimalDigits[chance() % 16];
+    std::array<std::uint8_t, 8> chance{};
+    platform::fillWithRandomBytes(chance);
+    for (const std::uint8_t byte : chance) {
+        name += platform::hexadecimalDigits[byte >> 4];
+        name += platform::hexadecimalDigits[byte & 0x0F];
+    }
     return name + ".eml";
 }
 
@@ -47,6 +51,10 @@ Result<void> DesktopMail::send(const MailDraft& draft) {
     if (!canSend()) return platform::failure("No mail account is set up.");
     const Result<std::string> path = keep(draft, phonePaths::mailOutbox);
     if (!path) return std::unexpected(path.error());
+    if (desktop_ == Desktop::IsLeftAlone) {
+        platform::log("Mail: The mail is in " + *path + ".");
+        return {};
+    }
     const std::string file = hostPath(*path);
     const bool offered = startDesktopProgram("xdg-open", file, [file] {
         platform::log("Mail: The desktop has no program for " + file +
@@ -61,7 +69,8 @@ Result<void> DesktopMail::send(const MailDraft& draft) {
 Result<void> DesktopMail::save(const MailDraft& draft) {
     const Result<std::string> path = keep(draft, phonePaths::mailDrafts);
     if (!path) return std::unexpected(path.error());
-    platform::log("Mail: The draft is in " + *path + " (" + hostPath(*path) + ").");
+    const bool tellsMachine = desktop_ == Desktop::IsAsked;
+    platform::log("Mail: The draft is in " + *path + (tellsMachine ? " (" + hostPath(*path) + ")." : "."));
     return {};
 }
 

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "device/DesktopProgram.h"
 #include "platform/foundation/MailService.h"
 
 namespace device {
@@ -15,7 +16,8 @@ namespace device {
 class DesktopMail : public platform::MailService {
   public:
     /// `account` is the sender's address, "" for no account.
-    explicit DesktopMail(std::string account) : account_(std::move(account)) {}
+    explicit DesktopMail(std::string account, Desktop desktop = Desktop::IsAsked)
+        : account_(std::move(account)), desktop_(desktop) {}
 
     bool canSend() const override { return !account_.empty(); }
     std::string senderAddress() const override { return account_; }
@@ -29,6 +31,7 @@ class DesktopMail : public platform::MailService {
     platform::Result<std::string> keep(const platform::MailDraft& draft, std::string_view directory) const;
 
     std::string account_;
+    Desktop desktop_;
 };
 
 }  // namespace device

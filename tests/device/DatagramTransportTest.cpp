@@ -93,6 +93,19 @@ TEST_F(DatagramTransportTest, post_reachesThisProcessAndEveryOther) {
     EXPECT_EQ(second->readLine(), "com.velmora.Name");
 }
 
+TEST_F(DatagramTransportTest, ownPostsThatStayAway_reachOnlyTheOthers) {
+    DatagramTransport apart(root.path().string(), DatagramTransport::OwnPosts::StayAway);
+    DatagramTransport other(root.path().string());
+    Inbox own;
+    Inbox others;
+    ASSERT_TRUE(apart.start(own.receiver()));
+    ASSERT_TRUE(other.start(others.receiver()));
+    apart.post("mine");
+    EXPECT_THAT(others.waitFor(1), ElementsAre("mine"));
+    other.post("theirs");
+    EXPECT_THAT(own.waitFor(1), ElementsAre("theirs"));
+}
+
 TEST_F(DatagramTransportTest, directory_isPrivate) {
     fs::create_directories(directory());
     DatagramTransport transport(root.path().string());

@@ -143,4 +143,37 @@ TEST(DeviceOptions, help_hasALineForEachKey) {
     EXPECT_THAT(help, HasSubstr("idiom=: phone or pad\n"));
 }
 
+TEST(DeviceOptions, pairs_giveTheSameOptionsAgain) {
+    const testing_support::TemporaryDirectory directory;
+    const std::string path = directory.path().string();
+    const Pairs given{"systemVersion=13.5.1",
+                      "idiom=pad",
+                      "scale=2.625",
+                      "languages=de-AT,zh-Hans,en",
+                      "darkMode=true",
+                      "clock=2026-11-20T09:00:00",
+                      "statusBarLibrary=false",
+                      "toneController=SHSToneController,ToneController",
+                      "mailAccount=a@b.example",
+                      "twitterApp=true",
+                      "serialNumber=S=1",
+                      "UDID=u",
+                      "model=M",
+                      "calendars=" + path,
+                      "networks=system",
+                      "tones=" + path};
+    EXPECT_EQ(given, parsed(given).pairs());
+    EXPECT_EQ(parsed({}).pairs(), parsed(parsed({}).pairs()).pairs());
+    EXPECT_THAT(parsed({}).pairs(), testing::Contains("toneController=none").Times(0));
+    EXPECT_THAT(parsed({"toneController=none"}).pairs(), testing::Contains("toneController=none"));
+}
+
+TEST(DeviceOptions, placesOfTheMachine_areToldFromTheRest) {
+    EXPECT_TRUE(DeviceOptions::isOfTheMachine("calendars=/somewhere"));
+    EXPECT_TRUE(DeviceOptions::isOfTheMachine("networks=system"));
+    EXPECT_TRUE(DeviceOptions::isOfTheMachine("tones=system"));
+    EXPECT_FALSE(DeviceOptions::isOfTheMachine("idiom=calendars"));
+    EXPECT_FALSE(DeviceOptions::isOfTheMachine("nothing"));
+}
+
 }  // namespace

@@ -108,6 +108,23 @@ TEST_F(DesktopMailTest, onADesktop_theFileIsOfferedToItsMailProgram) {
               desktop.said());
 }
 
+TEST_F(DesktopMailTest, desktopThatIsLeftAlone_hearsOfNoMailAndNoPathOfTheMachineIsTold) {
+    const Desktop desktop(Desktop::opensEverything);
+    DesktopMail quiet("me@example.net", device::Desktop::IsLeftAlone);
+    ASSERT_TRUE(quiet.send(draft));
+    ASSERT_TRUE(quiet.save(draft));
+    ASSERT_EQ(2U, phone.log->lines().size());
+    for (const std::string& line : phone.log->lines())
+        EXPECT_EQ(std::string::npos, line.find(directory.path().string())) << line;
+    const std::string kept = mailsIn(device::phonePaths::mailOutbox).at(0);
+    EXPECT_EQ("Mail: The mail is in /var/mobile/Library/Mail/Outbox/" + kept + ".", phone.log->lines()[0]);
+    // What the desktop hears of is the next one.
+    ASSERT_TRUE(mail.send(draft));
+    const std::string said = desktop.said();
+    EXPECT_NE("", said);
+    EXPECT_EQ(std::string::npos, said.find(kept)) << said;
+}
+
 TEST_F(DesktopMailTest, onADesktopWithoutAMailProgram_aLogLineSaysSo) {
     const Desktop desktop(Desktop::findsNoProgram);
     ASSERT_TRUE(mail.send(draft));
