@@ -10,6 +10,7 @@
 #include <cstring>
 #include <iostream>
 #include <string_view>
+#include <utility>
 
 #include "platform/foundation/RunLoop.h"
 
@@ -17,7 +18,15 @@ namespace settings {
 
 using platform::RunLoop;
 
-Drive::Drive(Session& session, int input, int output) : session_(session), input_(input), output_(output) {}
+Drive::Drive(Session& session, int input, int output)
+    : Drive(
+          [&session](const LineReader::Line& line) -> platform::Result<std::string> {
+              return line.oversized ? session.answerToOversizedLine() : session.answer(line.text);
+          },
+          input, output) {}
+
+Drive::Drive(Answerer answerer, int input, int output)
+    : answerer_(std::move(answerer)), input_(input), output_(output) {}
 
 Drive::~Drive() {
     RunLoop::main().unwatch(input_);
@@ -47,7 +56,12 @@ void Drive::readable() {
 void Drive::answer(const std::vector<LineReader::Line>& lines) {
     for (const LineReader::Line& line : lines) {
         if (ended_) return;
-        write((line.oversized ? session_.answerToOversizedLine() : session_.answer(line.text)) + "\n");
+        const platform::Result<std::string> given = answerer_(line);
+        if (!given) {
+            std::cerr << "quietrix-settings: " << given.error().localizedDescription << '\n';
+            return end(1);
+        }
+        write(*given + "\n");
     }
 }
 

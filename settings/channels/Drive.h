@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "platform/foundation/Error.h"
 #include "settings/channels/LineReader.h"
 #include "settings/channels/Session.h"
 
@@ -13,14 +15,19 @@ namespace settings {
 /// loop goes on. Main thread.
 class Drive {
   public:
+    /// Gives a line's answer; an error ends the channel and is told on standard error.
+    using Answerer = std::function<platform::Result<std::string>(const LineReader::Line& line)>;
+
     /// The descriptors stay the caller's and must stay open as long as this lives, as must the session.
     Drive(Session& session, int input, int output);
+    /// With somebody in the session's place.
+    Drive(Answerer answerer, int input, int output);
     ~Drive();
     Drive(const Drive&) = delete;
     Drive& operator=(const Drive&) = delete;
 
     /// Runs until the input ends or nobody reads the output any more. The process's exit status: 0, or 1
-    /// after an answer could not be written, which is told on standard error.
+    /// after an answer could not be had or written, which is told on standard error.
     int run();
 
   private:
@@ -29,7 +36,7 @@ class Drive {
     void write(const std::string& text);
     void end(int status);
 
-    Session& session_;
+    Answerer answerer_;
     int input_;
     int output_;
     LineReader reader_{Session::maximumLineLength};

@@ -16,8 +16,6 @@ using platform::Value;
 
 namespace {
 
-constexpr std::size_t maximumDepth = 32;
-
 Value valueOf(const boost::json::value& json) {
     switch (json.kind()) {
         case boost::json::kind::null:
@@ -114,9 +112,9 @@ boost::json::value jsonValue(const Value& value) {
 
 }  // namespace
 
-platform::Result<Value> parseJSON(std::string_view text) {
+platform::Result<Value> parseJSON(std::string_view text, std::size_t depth) {
     boost::json::parse_options options;
-    options.max_depth = maximumDepth;
+    options.max_depth = depth;
     boost::json::error_code error;
     const boost::json::value json = boost::json::parse({text.data(), text.size()}, error, {}, options);
     if (error) return platform::failure("The line is no JSON: " + error.message() + ".");

@@ -67,11 +67,10 @@ std::string Session::answer(std::string_view line) {
         const auto counted = platform::Journal::shared().count();
         done = resume();
         if (done) break;
-        const auto left =
-            std::chrono::ceil<std::chrono::milliseconds>(waiting_->deadline - steady_clock::now());
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(waiting_->deadline - time_());
         const auto somethingHappened = [&] { return platform::Journal::shared().count() != counted; };
         // Time is over, or the loop was stopped: one last look.
-        if (!RunLoop::main().runUntil(somethingHappened, left)) waiting_->deadline = steady_clock::now();
+        if (!RunLoop::main().runUntil(somethingHappened, left)) waiting_->deadline = time_();
     }
     return std::move(*done);
 }
@@ -98,7 +97,7 @@ std::optional<std::string> Session::resume() {
     events.collect();
     const bool came = events.holdsSince(waiting_->from, waiting_->kind, waiting_->name);
     waiting_->from = events.end();
-    if (!came && steady_clock::now() < waiting_->deadline) return std::nullopt;
+    if (!came && time_() < waiting_->deadline) return std::nullopt;
     Wait wait = *std::exchange(waiting_, std::nullopt);
     const platform::Journal::Causing causing(wait.cause);
     if (came) return answerText(std::move(wait.head), Acted::No);
@@ -187,7 +186,7 @@ Outcome<Dictionary> Session::beginWait(const CommandFields& fields) {
     const std::chrono::duration<double> longest = longestWait_;
     const auto time = std::chrono::ceil<std::chrono::milliseconds>(
         std::min(std::chrono::duration<double>(*seconds), longest));
-    waiting_ = Wait{{}, *kind, *name, steady_clock::now() + time, answeredUpTo_, {}};
+    waiting_ = Wait{{}, *kind, *name, time_() + time, answeredUpTo_, {}};
     return Dictionary();
 }
 

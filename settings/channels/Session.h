@@ -3,9 +3,11 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "settings/application/Application.h"
 #include "settings/commands/CommandFields.h"
@@ -24,11 +26,16 @@ class Session {
     /// Far beyond anybody's patience, and well within what a duration holds.
     static constexpr std::chrono::seconds veryLong{1'000'000};
 
+    /// By which a "wait" is timed. Not the phone's clock, which may stand still.
+    using Time = std::function<std::chrono::steady_clock::time_point()>;
+
     /// The application must outlive the session. No "wait" lasts longer than `longestWait`.
-    explicit Session(Application& application, std::chrono::milliseconds longestWait = veryLong)
+    explicit Session(Application& application, std::chrono::milliseconds longestWait = veryLong,
+                     Time time = std::chrono::steady_clock::now)
         : application_(application),
           writer_(application),
           longestWait_(longestWait),
+          time_(std::move(time)),
           reader_{application.newConnection()} {}
 
     /// Does what the line says, runs the main loop until nothing is left to do now, and gives the answer: one
@@ -87,6 +94,7 @@ class Session {
     Application& application_;
     StateWriter writer_;
     std::chrono::milliseconds longestWait_;
+    Time time_;
     std::optional<Wait> waiting_;
     RowWindow window_;
     bool windowMoved_ = false;

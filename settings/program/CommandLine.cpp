@@ -22,21 +22,31 @@ struct Given {
     std::vector<std::string> device;
     std::uint16_t port = 0;
     bool newSecret = false;
+    std::string recording;
+    bool update = false;
 };
+
+void addBundle(CLI::App& subcommand, Given& given) {
+    subcommand
+        .add_option("--bundle", given.bundle,
+                    "The bundle to open; without this the one that came with the program")
+        ->type_name("DIR");
+    subcommand.set_version_flag("--version", versionText);
+}
+
+void addRecording(CLI::App& subcommand, Given& given, const char* description) {
+    subcommand.add_option("FILE", given.recording, description)->required()->type_name("");
+}
 
 void addOptions(CLI::App& subcommand, Given& given) {
     subcommand
         .add_option("--root", given.root,
                     "The phone's files: a directory, made and filled when it is not there")
         ->type_name("DIR");
-    subcommand
-        .add_option("--bundle", given.bundle,
-                    "The bundle to open; without this the one that came with the program")
-        ->type_name("DIR");
+    addBundle(subcommand, given);
     subcommand.add_option("--device", given.device, "How the phone is equipped; may be given again")
         ->type_name("KEY=VALUE")
         ->allow_extra_args(false);
-    subcommand.set_version_flag("--version", versionText);
 }
 
 EarlyEnd wrongUse(std::string reason) {
@@ -50,11 +60,15 @@ std::expected<CommandLine, EarlyEnd> checked(Subcommand subcommand, const Given&
     line.subcommand = subcommand;
     line.port = given.port;
     line.newSecret = given.newSecret;
+    line.recording = given.recording;
+    line.update = given.update;
 
-    const auto root = given.root ? given.root : defaultRootDirectory();
-    if (!root || root->empty())
-        return std::unexpected(wrongUse("There is no root directory: give one with --root."));
-    line.rootDirectory = *root;
+    if (subcommand != Subcommand::Replay) {
+        const auto root = given.root ? given.root : defaultRootDirectory();
+        if (!root || root->empty())
+            return std::unexpected(wrongUse("There is no root directory: give one with --root."));
+        line.rootDirectory = *root;
+    }
 
     const auto bundle = given.bundle ? given.bundle : paths.bundle();
     if (!bundle) return std::unexpected(wrongUse("No bundle came with the program: give one with --bundle."));
@@ -82,8 +96,16 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
         *program.add_subcommand("drive", "Takes commands as lines of JSON and answers each with a line");
     CLI::App& serve =
         *program.add_subcommand("serve", "Shows the screens in a browser, on this machine only");
-    for (CLI::App* subcommand : {&drive, &serve}) addOptions(*subcommand, given);
-    for (CLI::App* each : {&program, &drive, &serve})
+    CLI::App& recorded =
+        *program.add_subcommand("record", "Does what drive does, and writes down all that passes");
+    CLI::App& replayed = *program.add_subcommand(
+        "replay", "Does again what was recorded, and tells which answer is different first");
+    for (CLI::App* subcommand : {&drive, &serve, &recorded}) addOptions(*subcommand, given);
+    addRecording(recorded, given, "The new recording");
+    addBundle(replayed, given);
+    addRecording(replayed, given, "The recording");
+    replayed.add_flag("--update", given.update, "Puts the answers as they are now into the recording");
+    for (CLI::App* each : {&program, &drive, &serve, &recorded})
         each->footer("Device keys:\n" + device::DeviceOptions::help());
     serve.add_option("--port", given.port, "The port to listen on; without this any free one")
         ->type_name("N");
@@ -102,13 +124,17 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
             EarlyEnd{0, chosen.empty() ? program.help("", CLI::AppFormatMode::All) : chosen.front()->help()});
     } catch (const CLI::RequiredError& error) {
         const auto unknown = program.remaining();
-        return std::unexpected(
-            wrongUse(unknown.empty() ? error.what()
-                                     : "There is no command \"" + unknown.front() + "\": drive or serve."));
+        return std::unexpected(wrongUse(unknown.empty() ? error.what()
+                                                        : "There is no command \"" + unknown.front() +
+                                                              "\": drive, serve, record or replay."));
     } catch (const CLI::Error& error) {
         return std::unexpected(wrongUse(error.what()));
     }
-    return checked(serve.parsed() ? Subcommand::Serve : Subcommand::Drive, given, paths);
+    const Subcommand chosen = serve.parsed()      ? Subcommand::Serve
+                              : recorded.parsed() ? Subcommand::Record
+                              : replayed.parsed() ? Subcommand::Replay
+                                                  : Subcommand::Drive;
+    return checked(chosen, given, paths);
 }
 
 }  // namespace settings

@@ -11,12 +11,13 @@
 
 namespace settings {
 
-/// What the program is told to do: each talks the screen protocol over another channel.
-enum class Subcommand { Drive, Serve };
+/// What the program is told to do: to talk the screen protocol over a channel, or to replay what was said.
+enum class Subcommand { Drive, Serve, Record, Replay };
 
 /// What the command line asks for, checked.
 struct CommandLine {
     Subcommand subcommand = Subcommand::Drive;
+    /// Empty for Subcommand::Replay, which has a root of its own.
     std::string rootDirectory;
     /// A directory that exists.
     std::string bundleDirectory;
@@ -25,6 +26,10 @@ struct CommandLine {
     std::uint16_t port = 0;
     /// For Subcommand::Serve: whether pages that are still open from an earlier start are shut out.
     bool newSecret = false;
+    /// For Subcommand::Record and Subcommand::Replay: the file.
+    std::string recording;
+    /// For Subcommand::Replay: whether different answers take the place of the recorded ones.
+    bool update = false;
 };
 
 /// Why the program ends before it has begun: help and version are printed with status 0, an error is one line

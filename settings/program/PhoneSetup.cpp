@@ -94,25 +94,33 @@ Result<void> PhoneSetup::install(const PhoneOptions& options) {
     options_ = options.device;
     phone_.log = std::make_shared<device::StandardErrorLog>("quietrix-settings");
     phone_.files = files_;
-    phone_.notifications = std::make_shared<device::DatagramTransport>(options.rootDirectory);
-    const auto shell = std::make_shared<device::SystemShell>(
-        options.systemShell, std::filesystem::absolute(options.rootDirectory).string());
-    phone_.processes = shell;
+    surroundings_ = options.surroundings;
+    std::shared_ptr<device::SystemShell> shell;
+    if (!surroundings_) {
+        phone_.notifications = std::make_shared<device::DatagramTransport>(options.rootDirectory);
+        shell = std::make_shared<device::SystemShell>(
+            options.systemShell, std::filesystem::absolute(options.rootDirectory).string());
+        phone_.processes = shell;
+    }
     setClock();
     equip();
     platform::Bundle::setMainBundlePath(std::string(applicationPath));
-    if (shell->shortage()) return platform::failure(*shell->shortage());
+    if (shell && shell->shortage()) return platform::failure(*shell->shortage());
     return {};
 }
 
+Result<device::DeviceOptions> PhoneSetup::changed(const std::vector<std::string>& pairs) const {
+    return surroundings_ ? surroundings_->changed(options_, pairs) : options_.with(pairs);
+}
+
 Result<void> PhoneSetup::checkDevice(const std::vector<std::string>& pairs) const {
-    const auto checked = options_.with(pairs);
+    const auto checked = changed(pairs);
     if (!checked) return std::unexpected(checked.error());
     return {};
 }
 
 Result<void> PhoneSetup::changeDevice(const std::vector<std::string>& pairs) {
-    auto changed = options_.with(pairs);
+    auto changed = this->changed(pairs);
     if (!changed) return std::unexpected(changed.error());
     const auto names = [&](std::string_view key) {
         return std::ranges::any_of(pairs, [&](const std::string& pair) { return pair.starts_with(key); });
@@ -143,6 +151,7 @@ void PhoneSetup::equip() {
     phone_.tones = std::make_shared<device::ThemeTones>(device::SoundThemes(
         options_.tones ? std::vector<fs::path>{*options_.tones} : device::SoundThemes::systemDirectories()));
     phone_.mail = std::make_shared<device::DesktopMail>(options_.mailAccount);
+    if (surroundings_) surroundings_->equip(phone_, options_);
     platform::Device::install(device::withFaults(phone_, faults_));
     platform::forgetToneScreenClasses();
     for (const auto& name : options_.toneController) platform::makeToneScreenClassExist(name);

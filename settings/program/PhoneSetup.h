@@ -11,6 +11,7 @@
 #include "platform/foundation/Error.h"
 #include "platform/foundation/FileSystem.h"
 #include "settings/application/RunningPhone.h"
+#include "settings/application/Surroundings.h"
 
 namespace settings {
 
@@ -23,6 +24,8 @@ struct PhoneOptions {
     device::DeviceOptions device;
     /// The program of the system shell.
     std::string systemShell;
+    /// Null for this machine; outlives the phone.
+    Surroundings* surroundings = nullptr;
 };
 
 /// The phone that the application runs on: a root directory made ready, the device's services installed for
@@ -39,6 +42,8 @@ class PhoneSetup : public RunningPhone {
 
     /// The phone path of the given bundle.
     const std::string& bundlePath() const { return bundlePath_; }
+    /// How it is equipped by now.
+    const device::DeviceOptions& options() const { return options_; }
     platform::Result<void> checkDevice(const std::vector<std::string>& pairs) const override;
     platform::Result<void> changeDevice(const std::vector<std::string>& pairs) override;
     std::shared_ptr<device::VirtualClock> clock() const override { return clock_; }
@@ -51,9 +56,11 @@ class PhoneSetup : public RunningPhone {
     /// Makes anew what depends on the options and puts the whole in place.
     void equip();
     void setClock();
+    platform::Result<device::DeviceOptions> changed(const std::vector<std::string>& pairs) const;
 
     std::string bundlePath_;
     device::DeviceOptions options_;
+    Surroundings* surroundings_ = nullptr;
     /// Without faults.
     platform::Device phone_;
     std::shared_ptr<device::Faults> faults_ = std::make_shared<device::Faults>();

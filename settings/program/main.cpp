@@ -15,6 +15,7 @@
 #include "settings/program/CommandLine.h"
 #include "settings/program/PhoneSetup.h"
 #include "settings/program/ProgramPaths.h"
+#include "settings/program/RecordedRuns.h"
 
 namespace {
 
@@ -60,6 +61,13 @@ int run(int argumentCount, char** argumentValues) {
     const auto resources = paths.resources();
     if (!resources) return complain("The application's own files are missing beside the program.");
 
+    if (line->subcommand == settings::Subcommand::Record ||
+        line->subcommand == settings::Subcommand::Replay) {
+        const auto status = line->subcommand == settings::Subcommand::Record
+                                ? settings::record(*line, *resources)
+                                : settings::replay(*line, *resources);
+        return status ? *status : complain(status.error().localizedDescription);
+    }
     const auto phone = settings::PhoneSetup::create(
         {line->rootDirectory, line->bundleDirectory, *resources, line->device, paths.systemShell()});
     if (!phone) return complain(phone.error().localizedDescription);

@@ -33,7 +33,7 @@ LAYERS = (
     "conditions/networks", "conditions/tone", "support/misc", "shell/root",
     "device", "springboard",
     "settings/application", "settings/commands", "settings/state", "settings/channels/server", "settings/channels",
-    "settings/program",
+    "settings/recording", "settings/program",
 )
 PLUGIN = ("shell/", "profile/", "conditions/", "support/")
 CORE = PLUGIN + ("velmora/", "platform/")
@@ -52,7 +52,8 @@ MAY_INCLUDE = {
     "settings/state": ("settings/application",),
     "settings/channels/server": (),
     "settings/channels": ("settings/application", "settings/commands", "settings/state", "settings/channels/server"),
-    "settings/program": ("device", "settings/application", "settings/channels"),
+    "settings/recording": ("device", "springboard", "settings/application", "settings/channels"),
+    "settings/program": ("device", "settings/application", "settings/channels", "settings/recording"),
 }
 
 CPP_HEADERS = set("""

@@ -22,13 +22,14 @@ class Refused(AssertionError):
 
 
 class Drive:
-    def __init__(self, program, bundle, root=None, device=None, time_limit=180, environment=None):
+    def __init__(self, program, bundle, root=None, device=None, time_limit=180, environment=None,
+                 channel=("drive",)):
         self._own_root = tempfile.mkdtemp(prefix="quietrix-drive-") if root is None else None
         self.root = root or os.path.join(self._own_root, "phone")
         self._time_limit = time_limit
         self._buffer = b""
         self._errors = tempfile.TemporaryFile()
-        arguments = [program, "drive", "--root", self.root, "--bundle", bundle]
+        arguments = [program, *channel, "--root", self.root, "--bundle", bundle]
         for key, value in (device or {}).items():
             arguments += ["--device", f"{key}={value}"]
         self.process = subprocess.Popen(arguments, stdin=subprocess.PIPE, stdout=subprocess.PIPE,

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "settings/recording/RecordingReader.h"
+
+#include <istream>
+#include <utility>
+#include <vector>
+
+namespace settings {
+
+using platform::Result;
+
+Result<RecordingStart> RecordingReader::start() {
+    const auto line = nextLine();
+    if (!line) return std::unexpected(line.error());
+    Result<RecordingStart> start = parseRecordingStart(line->value_or(""));
+    if (!start) return wrong(start.error().localizedDescription);
+    return start;
+}
+
+Result<std::optional<RecordedStep>> RecordingReader::next() {
+    const auto line = nextLine();
+    if (!line) return std::unexpected(line.error());
+    if (!*line) return std::nullopt;
+    Result<RecordedStep> step = parseRecordedStep(**line);
+    if (!step) return wrong(step.error().localizedDescription);
+    if (const Result<void> checked = checkOrder(*step); !checked) return std::unexpected(checked.error());
+    return *std::move(step);
+}
+
+Result<void> RecordingReader::checkOrder(const RecordedStep& step) {
+    using Step = RecordedStep;
+    if (isWhole_) return wrong("The recording has ended before.");
+    if (std::holds_alternative<Step::Begun>(step.what) == hasBegun_)
+        return wrong(hasBegun_ ? "The phone has been started before." : "The phone has not been started.");
+    hasBegun_ = true;
+    if (step.time < time_) return wrong("The time goes back.");
+    time_ = step.time;
+    const bool isAsked = std::holds_alternative<Step::Command>(step.what) ||
+                         std::holds_alternative<Step::OversizedLine>(step.what);
+    if (isAsked && waits_) return wrong("The command before has not been answered.");
+    if (std::holds_alternative<Step::WaitOver>(step.what) && !waits_)
+        return wrong("\"answer\" stands where nothing was asked.");
+    if (isAsked && !step.answer && std::holds_alternative<Step::OversizedLine>(step.what))
+        return wrong("The answer is missing.");
+    if (isAsked) waits_ = !step.answer;
+    if (std::holds_alternative<Step::WaitOver>(step.what)) waits_ = false;
+    isWhole_ = std::holds_alternative<Step::Ended>(step.what);
+    return {};
+}
+
+/// Empty at the end; a last line that is not ended is none.
+Result<std::optional<std::string>> RecordingReader::nextLine() {
+    std::vector<char> bytes(std::size_t{1} << 16);
+    while (lines_.empty() && stream_) {
+        stream_.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        for (auto& line : cutter_.feed({bytes.data(), static_cast<std::size_t>(stream_.gcount())}))
+            lines_.push_back(std::move(line));
+    }
+    if (lines_.empty()) return std::nullopt;
+    LineReader::Line line = std::move(lines_.front());
+    lines_.pop_front();
+    ++line_;
+    if (line.oversized) return wrong("The line is longer than a recording's can be.");
+    return std::move(line.text);
+}
+
+std::unexpected<platform::Error> RecordingReader::wrong(const std::string& what) const {
+    return platform::failure("Line " + std::to_string(line_) + ": " + what);
+}
+
+}  // namespace settings

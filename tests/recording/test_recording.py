@@ -1,0 +1,239 @@
+# SPDX-License-Identifier: MIT
+"""Recording the plug-in's phone and replaying it: test_recording.py PROGRAM BUNDLE [unittest arguments]."""
+import base64
+import json
+import os
+import plistlib
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import wave
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from Story import Story, lines, replay, write  # noqa: E402
+from QuietrixCase import APPLIED, CHANGED, PROFILES, QuietrixTest, main, profile  # noqa: E402
+
+ENABLED = "com.velmora.QuietrixEnabledOrDisableNotification"
+
+
+class RecordingTest(QuietrixTest):
+    def setUp(self):
+        self.directory = tempfile.mkdtemp(prefix="quietrix-recording-")
+        self.addCleanup(shutil.rmtree, self.directory)
+        # Where replays have their roots.
+        self.temporary = os.path.join(self.directory, "tmp")
+        os.mkdir(self.temporary)
+        self.file = os.path.join(self.directory, "story.rec")
+
+    def record(self, **options):
+        story = Story(self.PROGRAM, self.BUNDLE, self.file, **options)
+        self.addCleanup(story.close)
+        story.do("state")
+        return story
+
+    def replay(self, *options, file=None):
+        done = replay(self.PROGRAM, self.BUNDLE, file or self.file, *options,
+                      environment={**os.environ, "TMPDIR": self.temporary})
+        self.assertEqual(os.listdir(self.temporary), [], "the replay's root is still there")
+        return done
+
+    def check_same(self, file=None):
+        done = self.replay(file=file)
+        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+        self.assertTrue(done.stdout.startswith("The same: "), done.stdout)
+        return done
+
+    def renewed(self):
+        """The bytes of a copy whose answers were all replaced by those of a replay."""
+        copy = os.path.join(self.directory, "copy.rec")
+        recorded = lines(self.file)
+        for line in recorded:
+            if "answer" in line:
+                line["answer"] = {}
+        write(copy, recorded)
+        done = self.replay("--update", file=copy)
+        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+        with open(copy, "rb") as file:
+            return file.read()
+
+    def bytes(self):
+        with open(self.file, "rb") as file:
+            return file.read()
+
+    def alter(self, change):
+        """Changes the recording's lines by a function of their list."""
+        recorded = lines(self.file)
+        change(recorded)
+        write(self.file, recorded)
+
+
+class Stories(RecordingTest):
+    def whole_story(self):
+        tones = os.path.join(self.directory, "tones")
+        os.mkdir(tones)
+        with wave.open(os.path.join(tones, "Chord.wav"), "wb") as sound:
+            sound.setparams((1, 2, 8000, 4, "NONE", ""))
+            sound.writeframes(bytes(8))
+        story = self.record(device={"tones": tones, "mailAccount": "me@example.net"})
+        story.set(1, True)
+        story.bar("right")
+        for name, value in (("Title", "Nights"), ("Ring Alert", True)):
+            story.set(story.row(name=name), value)
+        story.bar("right")
+        self.assertIn("Nights", story.names())
+        story.tap(story.row(name="Nights"))
+        story.tap(story.row(name="Alert Tone"))
+        story.do("pickTone", identifier="texttone:Chord")
+        story.back()
+        story.back()
+        # Another process writes and posts between two commands.
+        stored = self.read(story, PROFILES)
+        stored["profiles"].append(profile("Elsewhere"))
+        self.write(story, PROFILES, stored)
+        other = self.start(root=story.root)
+        other.do("post", name=APPLIED)
+        other.do("post", name=ENABLED)
+        story.do("wait", event="darwinReceived", name=ENABLED, seconds=100)
+        self.assertIn("Elsewhere", story.names())
+        story.delete(story.row(name="Nights"))
+        story.choose("Delete")
+        self.assertNotIn("Nights", story.names())
+        story.do("kill", process="SpringBoard")
+        story.do("fault", kind="calendarsSilent")
+        story.do("device", set={"languages": "de", "idiom": "pad", "clock": "2026-11-20T09:00:00"})
+        story.do("advance", seconds=3600)
+        story.do("device", set={"clock": "system", "tones": "system"})
+        self.assertFalse(story.attempt("device", set={"calendars": "/there/is/none"})["ok"])
+        story.do("files")
+        self.assertFalse(story.attempt("wait", event="darwinReceived", seconds=0.05)["ok"])
+        story.send(b"\xff no command\n")
+        story.receive()
+        story.send(b"x" * (1 << 20) + b"x\n")
+        story.receive()
+        other.close()
+        story.close()
+        return story
+
+    def test_wholeStory_isTheSameThreeTimesUnderLoad(self):
+        self.whole_story()
+        recorded = self.bytes()
+        kinds = {key for line in lines(self.file) for key in line.get("outside", {})}
+        self.assertEqual(kinds, {"file", "bytes", "notification"})
+        load = [subprocess.Popen([sys.executable, "-c", "while True: pass"]) for _ in range(3)]
+        try:
+            for _ in range(3):
+                self.check_same()
+                self.assertEqual(self.renewed(), recorded)
+        finally:
+            for process in load:
+                process.kill()
+                process.wait()
+
+
+class Differences(RecordingTest):
+    def setUp(self):
+        super().setUp()
+        story = self.record()
+        story.set(1, True)
+        story.close()
+
+    def test_changedAnswer_isToldWithItsCommandAndPath(self):
+        def change(recorded):
+            recorded[3]["answer"]["state"]["screen"]["rows"][1]["value"] = False
+        self.alter(change)
+        done = self.replay()
+        self.assertEqual(done.returncode, 1, done.stderr)
+        self.assertEqual(done.stdout, f'{self.file}:4: {{"do": "set", "row": 1, "value": true}}\n'
+                         "  state.screen.rows[1].value\n    was: false\n    is:  true\n")
+
+    def test_update_renewsTheAnswersAlone(self):
+        recorded = self.bytes()
+
+        def change(lines_):
+            lines_[3]["answer"]["state"]["screen"]["title"] = "Another"
+        self.alter(change)
+        done = self.replay("--update")
+        self.assertEqual((done.returncode, done.stdout), (0, "Renewed: 1 of 2 answers.\n"))
+        self.assertEqual(self.bytes(), recorded)
+        self.check_same()
+
+
+class Files(RecordingTest):
+    def refused(self, reason):
+        done = self.replay()
+        self.assertEqual((done.returncode, done.stdout), (2, ""), done.stderr)
+        self.assertEqual(done.stderr.count("\n"), 1, done.stderr)
+        self.assertIn(reason, done.stderr)
+
+    def test_foreignFiles_areToldInOneLine(self):
+        for text in (b"", b"\x00\xff", b"{}\n", b"no recording\n", b'{"format":"another"}\n', b"[" * 100_000 + b"\n"):
+            with open(self.file, "wb") as file:
+                file.write(text)
+            with self.subTest(text=text[:20]):
+                self.refused("no recording of a phone")
+        os.remove(self.file)
+        self.refused("No such file")
+
+    def test_otherVersion_saysWhatToDo(self):
+        self.record().close()
+        self.alter(lambda recorded: recorded[0].update(version=2))
+        self.refused("version 2, and this program reads version 1: replay it with the program that made it")
+
+    def test_truncatedBeginning_isNoRecording(self):
+        self.record().close()
+        with open(self.file, "r+b") as file:
+            file.truncate(200)
+        self.refused("no recording of a phone")
+
+    def test_lineThatIsWrong_isNamed(self):
+        self.record().close()
+        for change, reason in ((lambda all: all[2].update(time="soon"), 'Line 3: "time" must be'),
+                               (lambda all: all.insert(2, all[1]), "Line 3: The phone has been started before"),
+                               (lambda all: all[2].update(time=-1), 'Line 3: "time" must be'),
+                               (lambda all: all[2].update(found=[{"tones": 1}]), 'Line 3: "tones" must be'),
+                               (lambda all: all[0]["device"].update(idiom="desk"), 'Line 1: The device option "idiom"'),
+                               (lambda all: all[0].update(clock="noon"), "Line 1: \"noon\" is no date"),
+                               (lambda all: all[0].update(bundle="Other.bundle"), 'bundle "Other.bundle"')):
+            recorded = lines(self.file)
+            change(recorded)
+            kept = self.bytes()
+            write(self.file, recorded)
+            with self.subTest(reason=reason):
+                self.refused(reason)
+            with open(self.file, "wb") as file:
+                file.write(kept)
+
+    def test_fileOutsideTheRoot_isNotWritten(self):
+        self.record().close()
+        victim = os.path.join(self.BUNDLE, "recorded.txt")
+        change = {"time": 0, "outside": {"file": "/Library/PreferenceBundles/QuietrixPreferences.bundle/recorded.txt",
+                                         "bytes": base64.b64encode(b"text").decode()}}
+        self.alter(lambda recorded: recorded.insert(2, change))
+        self.refused("is not the phone's own")
+        self.assertFalse(os.path.exists(victim))
+
+    def test_killedWhileItRecords_replaysUpToThere(self):
+        story = self.record()
+        story.set(1, True)
+        story.process.send_signal(signal.SIGKILL)
+        story.process.wait()
+        self.assertIn("The recording was cut off after line 4", self.check_same().stderr)
+        with open(self.file, "ab") as file:
+            file.write(b'{"time":99,"comma')
+        self.assertIn("The recording was cut off after line 4", self.check_same().stderr)
+
+    def test_fileThatHasSomething_isNotWrittenOver(self):
+        with open(self.file, "w", encoding="utf-8") as file:
+            file.write("precious")
+        done = subprocess.run([self.PROGRAM, "record", "--bundle", self.BUNDLE, "--root",
+                               os.path.join(self.directory, "root"), self.file], stdin=subprocess.DEVNULL,
+                              capture_output=True, text=True, timeout=100)
+        self.assertEqual((done.returncode, done.stdout), (2, ""))
+        self.assertIn("not written over", done.stderr)
+        self.assertEqual(self.bytes(), b"precious")
+
+
+if __name__ == "__main__":
+    main()
