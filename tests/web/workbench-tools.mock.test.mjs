@@ -86,6 +86,22 @@ test('Files_areTreesWithWhatTheLastCommandChanged', async () => {
     await ui.close();
 });
 
+test('Files_changedWhileTheyAreOnTheirWay_areAskedForAgain', async () => {
+    const ui = await open('files');
+    const settings = ui.panel.getByRole('region', { name: 'settings' });
+    await settings.locator('.json-name', { hasText: 'version' }).waitFor();
+    ui.server.hold = true;
+    ui.phone.changed();
+    ui.server.push();
+    await until(() => ui.server.held.length === 1, 'the files are asked for');
+    ui.phone.settings = { ...ui.phone.settings, version: 2 };
+    ui.phone.changed();
+    ui.server.push();
+    ui.server.letGo();
+    await settings.locator('.json-leaf', { hasText: 'version: 2' }).waitFor();
+    await ui.close();
+});
+
 test('Files_foldedByHand_stayFolded', async () => {
     const ui = await open('files');
     const profiles = ui.panel.getByRole('region', { name: 'profiles' });

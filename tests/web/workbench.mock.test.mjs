@@ -216,9 +216,10 @@ test('Workbench_applicationThatHasAnotherSecret_goesWithThePhone', async () => {
 });
 
 test('Workbench_forcedColours_keepWhatIsChosenReadable', async () => {
-    const ui = await openWorkbench(session, 'rows');
+    const ui = await openWorkbench(session, 'timeline', { phone: new WorkbenchPhone() });
     await ui.page.emulateMedia({ forcedColors: 'active' });
-    await ui.pane.locator('[data-place="3"]').click();
+    await ui.page.getByRole('switch', { name: 'Enabled' }).click();
+    await ui.pane.locator('[data-place="2"]').click();
     await ui.pane.locator('.wb-chosen').waitFor();
     const colours = await ui.pane.locator('.wb-chosen').evaluate((chosen) => {
         const probe = document.body.appendChild(document.createElement('i'));

@@ -42,8 +42,6 @@ export class Link {
     /** The newest state; null before the first one. */
     shot: Shot | null = null;
     isLinked = false;
-    /** Whether the application tells the calls of the framework too, and what came of what. */
-    tellsAll = false;
     private readonly connection: Connection;
     private readonly listeners: LinkListener[] = [];
     private readonly answers = new Map<number, (answer: Bag | null) => void>();
@@ -88,11 +86,8 @@ export class Link {
         this.shot = null;
         this.window = firstWindow;
         for (const listener of this.listeners) listener.restarted?.();
-        // Who does not know these events refuses the command as a whole.
-        this.send({ do: 'state', events: 'all' }, (answer) => {
-            this.tellsAll = answer?.['ok'] === true;
-            if (answer && !this.tellsAll) this.send({ do: 'state', events: true });
-        });
+        // The framework's calls too. An application that does not know these refuses, and tells the state and other events all the same.
+        this.send({ do: 'state', events: 'all' });
     }
 
     private statusChanged(status: Status): void {
