@@ -6,6 +6,7 @@
 #include <cmath>
 #include <iterator>
 
+#include "platform/foundation/Hexadecimal.h"
 #include "platform/foundation/LogSink.h"
 #include "platform/foundation/RandomSource.h"
 #include "profile/model/ChangedProfiles.h"
@@ -36,12 +37,10 @@ std::string freshIdentifier() {
     platform::fillWithRandomBytes(bytes);
     bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x40);  // version 4: random
     bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3F) | 0x80);  // the usual variant
-    constexpr std::string_view digits = "0123456789ABCDEF";
     std::string text;
     for (std::size_t i = 0; i < bytes.size(); ++i) {
         if (i == 4 || i == 6 || i == 8 || i == 10) text += '-';
-        text += digits[bytes[i] >> 4];
-        text += digits[bytes[i] & 0x0F];
+        platform::appendHexadecimal(text, bytes[i], platform::capitalHexadecimalDigits);
     }
     return text;
 }
