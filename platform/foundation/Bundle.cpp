@@ -8,6 +8,7 @@
 #include "platform/foundation/Device.h"
 #include "platform/foundation/FileManager.h"
 #include "platform/foundation/PropertyList.h"
+#include "platform/foundation/ResourceWatch.h"
 #include "platform/foundation/StringTableCache.h"
 
 namespace platform {
@@ -104,13 +105,15 @@ std::string Bundle::localizedStringForKey_value_table(std::string_view key, std:
                                                       std::string_view table) const {
     auto fallback = std::string(value.empty() ? key : value);
     if (path_.empty()) return fallback;
+    if (table.empty()) table = "Localizable";
+    if (ResourceWatch* watch = ResourceWatch::current()) watch->textAsked(path_, key, table);
     std::vector<std::string> languages;
     if (const auto& facts = Device::current().facts) languages = facts->preferredLanguages();
     const std::string region = textIn(infoDictionary(), "CFBundleDevelopmentRegion");
     languages.push_back(region.empty() ? "en" : region);
 
     for (std::string& language : languages) {
-        const auto texts = tableForTag(path_, std::move(language), table.empty() ? "Localizable" : table);
+        const auto texts = tableForTag(path_, std::move(language), table);
         if (!texts) continue;
         const auto text = texts->find(key);
         return text == texts->end() ? fallback : text->second;

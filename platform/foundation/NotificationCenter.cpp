@@ -129,6 +129,15 @@ std::size_t NotificationCenter::observerCount(std::string_view name) const {
     }));
 }
 
+std::map<std::string, std::size_t> NotificationCenter::observerCounts() const {
+    std::map<std::string, std::size_t> counts;
+    const std::lock_guard lock(mutex_);
+    for (const auto& registration : registrations_) {
+        if (!registration->observer.expired()) ++counts[registration->name];
+    }
+    return counts;
+}
+
 void NotificationCenter::reset() {
     std::vector<std::shared_ptr<Registration>> taken;
     Deliveries stale;

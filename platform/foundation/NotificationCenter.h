@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -40,6 +41,8 @@ class NotificationCenter {
                                               const Value& userInfo);
     /// How many registrations whose observer still lives there are for exactly that name; for tests.
     std::size_t observerCount(std::string_view name) const;
+    /// The same for every name that has any, "" being those that observe every name.
+    std::map<std::string, std::size_t> observerCounts() const;
     /// Forgets every registration. For tests, between cases.
     void reset();
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/foundation/FileManager.h"
+#include "platform/foundation/ResourceWatch.h"
 #include "platform/uikit/UIColor.h"
 #include "platform/uikit/UIDevice.h"
 
@@ -75,6 +76,7 @@ std::shared_ptr<UIImage> UIImage::imageNamed_inBundle(std::string_view name,
                                                       const std::shared_ptr<Bundle>& bundle) {
     if (name.empty()) return nullptr;
     const std::shared_ptr<Bundle> source = bundle ? bundle : Bundle::mainBundle();
+    if (ResourceWatch* watch = ResourceWatch::current()) watch->imageAsked(source->bundlePath(), name);
     for (const int scale : scalesFor(UIScreen::mainScreen().scale())) {
         std::string resource(name);
         if (scale > 1) resource += "@" + std::to_string(scale) + "x";

@@ -162,6 +162,17 @@ TEST_F(NotificationCenterTest, observerDestroyed_isNeitherCalledNorCounted) {
     EXPECT_TRUE(calls.empty());
 }
 
+TEST_F(NotificationCenterTest, observerCounts_areThoseOfEveryNameWithAnObserver) {
+    const auto observer = noting("stays");
+    auto gone = noting("gone");
+    observe(observer, "N");
+    observe(observer, "N");
+    observe(observer, "");
+    observe(gone, "G");
+    gone.reset();
+    EXPECT_EQ(center.observerCounts(), (std::map<std::string, std::size_t>{{"", 1}, {"N", 2}}));
+}
+
 TEST_F(NotificationCenterTest, postFromWithinADelivery_isDeliveredWithinIt) {
     const auto inner = noting("inner");
     const auto outer = std::make_shared<Observer>([&](const Notification&) {
