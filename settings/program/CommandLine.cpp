@@ -24,6 +24,7 @@ struct Given {
     bool newSecret = false;
     std::string recording;
     bool update = false;
+    CheckArguments check;
 };
 
 void addBundle(CLI::App& subcommand, Given& given) {
@@ -36,6 +37,29 @@ void addBundle(CLI::App& subcommand, Given& given) {
 
 void addRecording(CLI::App& subcommand, Given& given, const char* description) {
     subcommand.add_option("FILE", given.recording, description)->required()->type_name("");
+}
+
+void addCheckOptions(CLI::App& check, Given& given) {
+    check
+        .add_option("BUNDLE", given.bundle,
+                    "The bundle to look at; without this the one that came with the program")
+        ->type_name("");
+    check
+        .add_option("--root", given.root,
+                    "A phone's files, to look at the bundle with their data too; only read")
+        ->type_name("DIR");
+    check.add_option("--device", given.device, "How the phone is equipped; may be given again")
+        ->type_name("KEY=VALUE")
+        ->allow_extra_args(false);
+    check.add_flag("--timings", given.check.timings, "Tells what takes longer than 100 ms too");
+    check.add_flag("--json", given.check.json, "Prints one JSON object instead of lines for people");
+    check.add_option("--junit", given.check.junit, "Writes the results of a test suite to that file too")
+        ->type_name("FILE");
+    check
+        .add_option("--accepted", given.check.accepted,
+                    "The findings that stay, with reasons: lines of JSON or a property list")
+        ->type_name("FILE");
+    check.set_version_flag("--version", versionText);
 }
 
 void addOptions(CLI::App& subcommand, Given& given) {
@@ -62,13 +86,15 @@ std::expected<CommandLine, EarlyEnd> checked(Subcommand subcommand, const Given&
     line.newSecret = given.newSecret;
     line.recording = given.recording;
     line.update = given.update;
+    line.check = given.check;
 
-    if (subcommand != Subcommand::Replay) {
-        const auto root = given.root ? given.root : defaultRootDirectory();
-        if (!root || root->empty())
-            return std::unexpected(wrongUse("There is no root directory: give one with --root."));
-        line.rootDirectory = *root;
-    }
+    // A replay has a root of its own, and nobody's own phone is looked at for mistakes unless it is named.
+    const bool needsRoot =
+        subcommand != Subcommand::Replay && (subcommand != Subcommand::Check || given.root);
+    const auto root = given.root || !needsRoot ? given.root : defaultRootDirectory();
+    if (needsRoot && (!root || root->empty()))
+        return std::unexpected(wrongUse("There is no root directory: give one with --root."));
+    line.rootDirectory = root.value_or("");
 
     const auto bundle = given.bundle ? given.bundle : paths.bundle();
     if (!bundle) return std::unexpected(wrongUse("No bundle came with the program: give one with --bundle."));
@@ -105,7 +131,11 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
     addBundle(replayed, given);
     addRecording(replayed, given, "The recording");
     replayed.add_flag("--update", given.update, "Puts the answers as they are now into the recording");
-    for (CLI::App* each : {&program, &drive, &serve, &recorded})
+    CLI::App& check = *program.add_subcommand(
+        "check",
+        "Looks for mistakes on every screen of a bundle: 1 when there are any, 2 when it cannot be opened");
+    addCheckOptions(check, given);
+    for (CLI::App* each : {&program, &drive, &serve, &recorded, &check})
         each->footer("Device keys:\n" + device::DeviceOptions::help());
     serve.add_option("--port", given.port, "The port to listen on; without this any free one")
         ->type_name("N");
@@ -126,13 +156,14 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
         const auto unknown = program.remaining();
         return std::unexpected(wrongUse(unknown.empty() ? error.what()
                                                         : "There is no command \"" + unknown.front() +
-                                                              "\": drive, serve, record or replay."));
+                                                              "\": drive, serve, record, replay or check."));
     } catch (const CLI::Error& error) {
         return std::unexpected(wrongUse(error.what()));
     }
     const Subcommand chosen = serve.parsed()      ? Subcommand::Serve
                               : recorded.parsed() ? Subcommand::Record
                               : replayed.parsed() ? Subcommand::Replay
+                              : check.parsed()    ? Subcommand::Check
                                                   : Subcommand::Drive;
     return checked(chosen, given, paths);
 }

@@ -11,13 +11,24 @@
 
 namespace settings {
 
-/// What the program is told to do: to talk the screen protocol over a channel, or to replay what was said.
-enum class Subcommand { Drive, Serve, Record, Replay };
+/// What the program is told to do: to talk the screen protocol over a channel, to replay what was said, or to
+/// look for a bundle's mistakes.
+enum class Subcommand { Drive, Serve, Record, Replay, Check };
+
+/// For Subcommand::Check. Empty texts for what was not asked for.
+struct CheckArguments {
+    bool json = false;
+    bool timings = false;
+    /// Host paths.
+    std::string junit;
+    std::string accepted;
+};
 
 /// What the command line asks for, checked.
 struct CommandLine {
     Subcommand subcommand = Subcommand::Drive;
-    /// Empty for Subcommand::Replay, which has a root of its own.
+    /// Empty for Subcommand::Replay, which has a root of its own, and for Subcommand::Check when no data was
+    /// named.
     std::string rootDirectory;
     /// A directory that exists.
     std::string bundleDirectory;
@@ -30,6 +41,7 @@ struct CommandLine {
     std::string recording;
     /// For Subcommand::Replay: whether different answers take the place of the recorded ones.
     bool update = false;
+    CheckArguments check;
 };
 
 /// Why the program ends before it has begun: help and version are printed with status 0, an error is one line

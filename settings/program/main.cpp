@@ -12,6 +12,7 @@
 #include "settings/channels/Drive.h"
 #include "settings/channels/Serve.h"
 #include "settings/channels/Session.h"
+#include "settings/program/CheckProgram.h"
 #include "settings/program/CommandLine.h"
 #include "settings/program/PhoneSetup.h"
 #include "settings/program/ProgramPaths.h"
@@ -61,6 +62,8 @@ int run(int argumentCount, char** argumentValues) {
     const auto resources = paths.resources();
     if (!resources) return complain("The application's own files are missing beside the program.");
 
+    if (line->subcommand == settings::Subcommand::Check)
+        return settings::runCheck(*line, *resources, paths.systemShell());
     if (line->subcommand == settings::Subcommand::Record ||
         line->subcommand == settings::Subcommand::Replay) {
         const auto status = line->subcommand == settings::Subcommand::Record

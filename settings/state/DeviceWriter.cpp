@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "device/VirtualClock.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/Calendar.h"
+#include "platform/foundation/DateFormatter.h"
 #include "platform/foundation/Device.h"
 #include "platform/uikit/UIDevice.h"
 
@@ -22,6 +22,12 @@ bool isWrittenFromTheRight(std::string_view languageTag) {
     constexpr std::array<std::string_view, 4> languages{"ar", "he", "fa", "ur"};
     return std::ranges::find(languages, languageTag.substr(0, languageTag.find_first_of("-_"))) !=
            languages.end();
+}
+
+std::string localTime() {
+    platform::DateFormatter formatter;
+    formatter.setDateFormat("yyyy-MM-dd'T'HH:mm:ss");
+    return formatter.stringFromDate(platform::dateNow());
 }
 
 }  // namespace
@@ -39,13 +45,13 @@ Dictionary DeviceWriter::lasting() const {
                      {"idiom", pad ? "pad" : "phone"},
                      {"clockRuns", clockRuns},
                      {"wifi", device.networks && device.networks->isConnected()}};
-    if (!clockRuns) facts["clock"] = device::VirtualClock::text(platform::dateNow());
+    if (!clockRuns) facts["clock"] = localTime();
     return facts;
 }
 
 Dictionary DeviceWriter::now() const {
     Dictionary facts = lasting();
-    facts["clock"] = device::VirtualClock::text(platform::dateNow());
+    facts["clock"] = localTime();
     return facts;
 }
 

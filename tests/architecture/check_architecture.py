@@ -33,7 +33,7 @@ LAYERS = (
     "conditions/networks", "conditions/tone", "support/misc", "shell/root",
     "device", "springboard",
     "settings/application", "settings/commands", "settings/state", "settings/channels/server", "settings/channels",
-    "settings/recording", "settings/program",
+    "settings/checking", "settings/recording", "settings/program",
 )
 PLUGIN = ("shell/", "profile/", "conditions/", "support/")
 CORE = PLUGIN + ("velmora/", "platform/")
@@ -52,8 +52,10 @@ MAY_INCLUDE = {
     "settings/state": ("settings/application",),
     "settings/channels/server": (),
     "settings/channels": ("settings/application", "settings/commands", "settings/state", "settings/channels/server"),
+    "settings/checking": ("settings/application", "settings/channels"),
     "settings/recording": ("device", "springboard", "settings/application", "settings/channels"),
-    "settings/program": ("device", "settings/application", "settings/channels", "settings/recording"),
+    "settings/program": ("device", "settings/application", "settings/channels", "settings/checking",
+                         "settings/recording"),
 }
 
 CPP_HEADERS = set("""

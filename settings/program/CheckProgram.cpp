@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include "settings/program/CheckProgram.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "device/PhonePaths.h"
+#include "settings/application/Application.h"
+#include "settings/checking/AcceptedFindings.h"
+#include "settings/checking/BundleCheck.h"
+#include "settings/checking/Report.h"
+#include "settings/program/PhoneSetup.h"
+
+namespace settings {
+
+namespace fs = std::filesystem;
+using platform::failure;
+using platform::Result;
+
+namespace {
+
+constexpr int clean = 0;
+constexpr int hasFindings = 1;
+constexpr int cannotBegin = 2;
+
+/// A directory that goes with this object.
+class ScratchRoot {
+  public:
+    static Result<ScratchRoot> create() {
+        std::error_code error;
+        std::string name = (fs::temp_directory_path(error) / "quietrix-check-XXXXXX").string();
+        if (error || !mkdtemp(name.data())) return failure("No directory could be made for the phone.");
+        return ScratchRoot(std::move(name));
+    }
+    explicit ScratchRoot(std::string path) : path_(std::move(path)) {}
+    ScratchRoot(ScratchRoot&& other) noexcept : path_(std::exchange(other.path_, {})) {}
+    ScratchRoot& operator=(ScratchRoot&&) = delete;
+    ~ScratchRoot() {
+        std::error_code ignored;
+        if (!path_.empty()) fs::remove_all(path_, ignored);
+    }
+
+    std::string root() const { return path_ + "/phone"; }
+
+  private:
+    std::string path_;
+};
+
+/// What is the running phone's own and no data.
+bool isOwn(std::string_view phonePath) {
+    return phonePath.starts_with(device::phonePaths::notifications) ||
+           phonePath.starts_with(device::phonePaths::preferenceBundles) ||
+           phonePath.starts_with("/Applications");
+}
+
+/// Copies the files of one root over those of another. Links to directories lead out of the phone and stay
+/// behind.
+Result<void> copyData(const fs::path& from, const fs::path& to) {
+    std::error_code error;
+    fs::recursive_directory_iterator each(from, error);
+    for (; !error && each != fs::recursive_directory_iterator(); each.increment(error)) {
+        const fs::path inside = each->path().lexically_relative(from);
+        if (isOwn("/" + inside.string()) || each->path().filename() == ".locks") {
+            if (each->is_directory(error)) each.disable_recursion_pending();
+        } else if (each->is_directory(error) && !each->is_symlink(error)) {
+            fs::create_directories(to / inside, error);
+        } else if (each->is_regular_file(error)) {
+            fs::copy_file(each->path(), to / inside, fs::copy_options::overwrite_existing, error);
+        }
+        if (error)
+            return failure("\"" + each->path().string() + "\" could not be copied: " + error.message() + ".");
+    }
+    if (error)
+        return failure("The root \"" + from.string() + "\" could not be copied: " + error.message() + ".");
+    return {};
+}
+
+Result<std::vector<AcceptedFinding>> readAccepted(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    const platform::Data data{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    if (!file.is_open() || file.bad()) return failure("The file \"" + path + "\" cannot be read.");
+    auto accepted = parseAcceptedFindings(data);
+    if (!accepted) return failure("The file \"" + path + "\": " + accepted.error().localizedDescription);
+    return accepted;
+}
+
+Result<int> check(const CommandLine& line, const std::string& resourceDirectory,
+                  const std::string& systemShell) {
+    std::vector<AcceptedFinding> accepted;
+    if (!line.check.accepted.empty()) {
+        auto read = readAccepted(line.check.accepted);
+        if (!read) return std::unexpected(read.error());
+        accepted = *std::move(read);
+    }
+    std::error_code error;
+    if (!line.rootDirectory.empty() && !fs::is_directory(line.rootDirectory, error))
+        return failure("The root \"" + line.rootDirectory + "\" is not a directory.");
+
+    const auto scratch = ScratchRoot::create();
+    if (!scratch) return std::unexpected(scratch.error());
+    const auto phone = PhoneSetup::create(
+        {scratch->root(), line.bundleDirectory, resourceDirectory, line.device, systemShell});
+    if (!phone) return std::unexpected(phone.error());
+    Application application((*phone)->bundlePath(), phone->get());
+    CheckOptions options{.timings = line.check.timings ? Timings::On : Timings::Off};
+    if (!line.rootDirectory.empty())
+        options.bringData = [&] { return copyData(line.rootDirectory, scratch->root()); };
+    const auto outcome = checkBundle(application, (*phone)->bundlePath(), options);
+    if (!outcome) return std::unexpected(outcome.error());
+
+    const SortedFindings sorted = sortFindings(outcome->findings.all(), accepted);
+    std::cout << (line.check.json ? reportAsJSON(*outcome, sorted) : reportForPeople(*outcome, sorted))
+              << std::flush;
+    if (!line.check.junit.empty()) {
+        std::ofstream file(line.check.junit, std::ios::binary);
+        file << reportAsJUnit(*outcome, sorted) << std::flush;
+        if (!file) return failure("The file \"" + line.check.junit + "\" cannot be written.");
+    }
+    return sorted.open.empty() ? clean : hasFindings;
+}
+
+}  // namespace
+
+int runCheck(const CommandLine& line, const std::string& resourceDirectory, const std::string& systemShell) {
+    const auto status = check(line, resourceDirectory, systemShell);
+    if (status) return *status;
+    std::cerr << "quietrix-settings: " << status.error().localizedDescription << '\n';
+    return cannotBegin;
+}
+
+}  // namespace settings
