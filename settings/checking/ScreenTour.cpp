@@ -113,6 +113,9 @@ void ScreenTour::open(std::size_t depth, const std::string& row, const std::func
     // What was asked for until now was for this screen, not for the one that comes.
     tellMissing(screenOnTop());
     perform(screenOnTop(), row, "is opened", press);
+    // A press may only have asked something; what it asked must not lie above the presses that follow.
+    if (navigation->viewControllers().size() == height)
+        navigation->dismissViewControllerAnimated_completion(false, {});
     if (navigation->viewControllers().size() != height + 1) return;
     const std::string opened = screenOnTop();
     visit(depth + 1);

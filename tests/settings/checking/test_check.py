@@ -106,7 +106,7 @@ class Faulty(CheckTest):
         self.assertEqual(lines[0], "Files of the bundle")
         screen = lines.index("FaultyController")
         self.assertIn('  "noSetter": It has a control and no setter. (de, en) [missingSetter]', lines[screen:])
-        self.assertRegex(lines[-1], r"^23 findings, 0 accepted, on 8 screens in 8 tours\.$")
+        self.assertRegex(lines[-1], r"^23 findings, 0 accepted, on 9 screens in 8 tours\.$")
 
     def test_junit_hasACaseForEachScreen(self):
         path = os.path.join(self.directory, "results.xml")
