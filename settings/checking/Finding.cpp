@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <tuple>
 #include <utility>
 
@@ -14,6 +15,8 @@ constexpr std::array names{
     "missingClass",       "missingSetter",         "missingGetter", "missingAction", "duplicateIdentifier",
     "missingTranslation", "differentPlaceholders", "cutLabel",      "smallTarget",   "missingImage",
     "screenStays",        "observerStays",         "slowCommand"};
+
+static_assert(names.size() == static_cast<std::size_t>(FindingKind::SlowCommand) + 1);
 
 auto identity(const Finding& finding) {
     return std::tie(finding.screen, finding.row, finding.kind, finding.subject);

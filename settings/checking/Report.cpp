@@ -60,6 +60,10 @@ std::string escaped(std::string_view text) {
             case '<':
                 result += "&lt;";
                 break;
+            // Ends a section of text when it stands behind two brackets.
+            case '>':
+                result += "&gt;";
+                break;
             case '"':
                 result += "&quot;";
                 break;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "settings/checking/AcceptedFindings.h"
+#include "settings/checking/Report.h"
 #include "settings/checking/TextWidth.h"
 
 namespace {
@@ -96,4 +97,18 @@ TEST(TextWidth, Lines_breakAtBlanksAndInWordsThatAreTooWide) {
     EXPECT_EQ(settings::linesOfText("word\nword", 17, oneWord * 3), 2);
     EXPECT_EQ(settings::linesOfText("設定設定設定", 10, 20), 3);
     EXPECT_EQ(settings::linesOfText("", 17, 10), 1);
+}
+
+TEST(Report, JUnit_textsThatAreMarkup_areEscaped) {
+    settings::CheckOutcome outcome;
+    outcome.screens = {"A"};
+    settings::SortedFindings sorted;
+    sorted.open.push_back({.kind = FindingKind::CutLabel,
+                           .screen = "A",
+                           .row = "r",
+                           .subject = "s",
+                           .text = "<a> & \"b\"]]>\x01"});
+    const std::string text = settings::reportAsJUnit(outcome, sorted);
+    EXPECT_THAT(text, HasSubstr("&lt;a&gt; &amp; &quot;b&quot;]]&gt; "));
+    EXPECT_THAT(text, HasSubstr("tests=\"2\" failures=\"1\""));
 }
