@@ -9,6 +9,12 @@ namespace settings {
 
 using platform::Result;
 
+namespace {
+
+constexpr std::size_t blockSize = std::size_t{1} << 16;
+
+}  // namespace
+
 Result<RecordingStart> RecordingReader::start() {
     const auto line = nextLine();
     if (!line) return std::unexpected(line.error());
@@ -50,8 +56,8 @@ Result<void> RecordingReader::checkOrder(const RecordedStep& step) {
 
 /// Empty at the end; a last line that is not ended is none.
 Result<std::optional<std::string>> RecordingReader::nextLine() {
-    std::vector<char> bytes(std::size_t{1} << 16);
     while (lines_.empty() && stream_) {
+        std::vector<char> bytes(blockSize);
         stream_.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         for (auto& line : cutter_.feed({bytes.data(), static_cast<std::size_t>(stream_.gcount())}))
             lines_.push_back(std::move(line));
