@@ -189,8 +189,6 @@ Result<int> replayStream(const CommandLine& line, const std::string& resources, 
 }  // namespace
 
 Result<int> record(const CommandLine& line, const std::string& resources) {
-    auto file = Recorder::createFile(line.recording);
-    if (!file) return std::unexpected(file.error());
     RecordingStart start;
     start.program = QUIETRIX_VERSION;
     start.seed = std::random_device()();
@@ -209,6 +207,9 @@ Result<int> record(const CommandLine& line, const std::string& resources) {
     auto files = filesOfRoot(line.rootDirectory);
     if (!files) return std::unexpected(files.error());
     start.files = *std::move(files);
+    // Last: who cannot begin leaves no empty one.
+    auto file = Recorder::createFile(line.recording);
+    if (!file) return std::unexpected(file.error());
 
     Application application((*phone)->bundlePath(), phone->get());
     Recorder recorder(application, *world, *std::move(file));

@@ -512,6 +512,9 @@ class Options(unittest.TestCase):
             self.rejected("drive", "--port", "1", *good)
             self.rejected("serve", "--port", "99999", *good)
             self.rejected("drive", "--root")
+            self.rejected("record", *good)
+            self.rejected("replay")
+            self.rejected("replay", "--root", root, "file")
             self.assertIn("bogus", self.rejected("bogus"))
             self.assertIn("/nowhere", self.rejected("drive", "--root", root, "--bundle", "/nowhere"))
             self.rejected("drive", "--root", root, "--bundle", os.path.join(fixture("Sample"), "Info.plist"))
@@ -531,13 +534,14 @@ class Options(unittest.TestCase):
                                   self.rejected("drive", "--root", root, "--bundle", fixture("Sample")))
 
     def test_helpAndVersion_areStatusZero(self):
-        for arguments in (["--help"], ["drive", "--help"], ["serve", "--help"]):
+        for arguments in (["--help"], ["drive", "--help"], ["serve", "--help"], ["record", "--help"]):
             result = self.run_program(*arguments)
             self.assertEqual(result.returncode, 0)
             self.assertIn("Usage", result.stdout)
             for option in ("--root", "--bundle", "--device", "languages="):
                 self.assertIn(option, result.stdout)
-        for arguments in (["--version"], ["drive", "--version"], ["serve", "--version"]):
+        self.assertIn("--update", self.run_program("replay", "--help").stdout)
+        for arguments in (["--version"], ["drive", "--version"], ["serve", "--version"], ["replay", "--version"]):
             result = self.run_program(*arguments)
             self.assertEqual(result.returncode, 0)
             self.assertRegex(result.stdout, r"^quietrix-settings \d+\.\d+\.\d+\n$")
