@@ -1,9 +1,7 @@
 # SPDX-License-Identifier: MIT
 """Recording the plug-in's phone and replaying it: test_recording.py PROGRAM BUNDLE [unittest arguments]."""
 import base64
-import json
 import os
-import plistlib
 import shutil
 import signal
 import subprocess
@@ -13,7 +11,7 @@ import wave
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from Story import Story, lines, replay, write  # noqa: E402
-from QuietrixCase import APPLIED, CHANGED, PROFILES, QuietrixTest, main, profile  # noqa: E402
+from QuietrixCase import APPLIED, PROFILES, QuietrixTest, main, profile  # noqa: E402
 
 ENABLED = "com.velmora.QuietrixEnabledOrDisableNotification"
 
@@ -132,6 +130,37 @@ class Stories(RecordingTest):
                 process.wait()
 
 
+    def test_delayedCallWhileAWaitWaits_isMadeAtItsInstant(self):
+        story = self.record()
+        self.write(story, PROFILES, {"format": 1, "profiles": [profile("A")]})
+        story.set(1, True)
+        story.tap(story.row(identifier="Miscellaneous"))
+        story.tap(story.row(identifier="resetProfiles"))
+        story.choose(story.presented["actions"][0]["title"])
+        chosen = lines(self.file)[-1]["time"]
+        story.do("wait", event="removeFile", seconds=100)
+        removed = story.events_of("removeFile")
+        self.assertEqual([event["at"] for event in removed], [chosen + 2000])
+        story.do("state")
+        self.assertIsNone(story.presented)
+        story.close()
+        self.check_same()
+        self.assertEqual(self.renewed(), self.bytes())
+
+    def test_filesOfAnotherProcess_areSeenByTheCommandAfterThem(self):
+        story = self.record()
+        story.set(1, True)
+        for title in ("A", "B"):
+            self.write(story, PROFILES, {"format": 1, "profiles": [profile(title)]})
+            story.do("post", name=APPLIED)
+            self.assertIn(title, story.names())
+        os.remove(story.path(PROFILES))
+        story.do("post", name=APPLIED)
+        self.assertNotIn("B", story.names())
+        story.close()
+        self.check_same()
+
+
 class Differences(RecordingTest):
     def setUp(self):
         super().setUp()
@@ -147,6 +176,18 @@ class Differences(RecordingTest):
         self.assertEqual(done.returncode, 1, done.stderr)
         self.assertEqual(done.stdout, f'{self.file}:4: {{"do": "set", "row": 1, "value": true}}\n'
                          "  state.screen.rows[1].value\n    was: false\n    is:  true\n")
+
+    def test_anotherBuildOfTheBundle_isComparedToo(self):
+        bundle = os.path.join(self.directory, "QuietrixPreferences.bundle")
+        shutil.copytree(self.BUNDLE, bundle)
+        table = os.path.join(bundle, "en.lproj", "Localizable.strings")
+        with open(table, encoding="utf-8") as file:
+            text = file.read()
+        with open(table, "w", encoding="utf-8") as file:
+            file.write(text.replace('= "Active Profiles";', '= "Busy Profiles";'))
+        done = replay(self.PROGRAM, bundle, self.file)
+        self.assertEqual(done.returncode, 1, done.stderr)
+        self.assertIn('was: "Active Profiles"\n    is:  "Busy Profiles"\n', done.stdout)
 
     def test_update_renewsTheAnswersAlone(self):
         recorded = self.bytes()

@@ -153,7 +153,7 @@ TEST(RecordedRoot, files_areThereAgainUntilTheRootGoes) {
     testing_support::writeText(directory / "var/mobile/a.plist", "text");
     testing_support::writeText(directory / "private/var/run/notifications/x.spill", "no");
     testing_support::writeText(directory / ".locks/a", "no");
-    std::filesystem::create_symlink(directory / "var", directory.path() / "link");
+    std::filesystem::create_symlink(directory / "var/mobile/a.plist", directory.path() / "link");
     const auto files = settings::filesOfRoot(directory.path().string());
     ASSERT_TRUE(files) << files.error().localizedDescription;
     EXPECT_EQ(*files, (settings::RootFiles{{"/var/mobile/a.plist", {'t', 'e', 'x', 't'}}}));
