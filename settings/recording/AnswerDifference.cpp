@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <array>
-#include <set>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/foundation/Unicode.h"
@@ -36,12 +36,12 @@ bool comesLate(const std::string& key) {
 }
 
 std::vector<std::string> keysOf(const Dictionary& was, const Dictionary& is) {
-    std::set<std::string> all;
+    std::vector<std::string> keys;
     for (const Dictionary& each : {was, is}) {
-        for (const auto& [key, value] : each) all.insert(key);
+        for (const auto& [key, value] : each) keys.push_back(key);
     }
-    std::vector<std::string> keys(all.begin(), all.end());
-    std::ranges::stable_partition(keys, [](const std::string& key) { return !comesLate(key); });
+    std::ranges::sort(keys, {}, [](const std::string& key) { return std::pair(comesLate(key), key); });
+    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
     return keys;
 }
 
