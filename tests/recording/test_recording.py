@@ -32,8 +32,9 @@ class RecordingTest(QuietrixTest):
         return story
 
     def replay(self, *options, file=None):
+        """On a machine that lives elsewhere."""
         done = replay(self.PROGRAM, self.BUNDLE, file or self.file, *options,
-                      environment={**os.environ, "TMPDIR": self.temporary})
+                      environment={**os.environ, "TMPDIR": self.temporary, "TZ": "<+0545>-05:45"})
         self.assertEqual(os.listdir(self.temporary), [], "the replay's root is still there")
         return done
 
@@ -157,6 +158,9 @@ class Stories(RecordingTest):
         os.remove(story.path(PROFILES))
         story.do("post", name=APPLIED)
         self.assertNotIn("B", story.names())
+        # The shell's log, in universal time.
+        story.do("files")
+        self.assertIn(APPLIED, story.answer["files"]["log"])
         story.close()
         self.check_same()
 
