@@ -67,7 +67,7 @@ void RecordedMachine::setServices(Services services) {
     forget();
 }
 
-void RecordedMachine::beginStep(Findings recorded) {
+void RecordedMachine::beginStep(MachineAnswers recorded) {
     recorded_ = std::move(recorded);
     forget();
 }
@@ -121,11 +121,11 @@ What RecordedMachine::answer(Look<What>& look, const Ask& ask) {
 
 /// The next one of its kind.
 template <class What>
-std::optional<Finding> RecordedMachine::takeRecorded() {
+std::optional<MachineAnswer> RecordedMachine::takeRecorded() {
     const auto next = std::ranges::find_if(
-        recorded_, [](const Finding& finding) { return std::holds_alternative<What>(finding.what); });
+        recorded_, [](const MachineAnswer& finding) { return std::holds_alternative<What>(finding.what); });
     if (next == recorded_.end()) return std::nullopt;
-    Finding taken = std::move(*next);
+    MachineAnswer taken = std::move(*next);
     recorded_.erase(next);
     return taken;
 }

@@ -11,7 +11,7 @@
 #include "platform/foundation/LogSink.h"
 #include "platform/foundation/NetworkSource.h"
 #include "platform/foundation/ToneSource.h"
-#include "settings/recording/Findings.h"
+#include "settings/recording/MachineAnswers.h"
 
 namespace settings {
 
@@ -31,9 +31,9 @@ class RecordedMachine {
     void setServices(Services services);
     bool isThere() const { return services_.calendars != nullptr; }
     /// A new step begins; `recorded` is what was found in it.
-    void beginStep(Findings recorded);
+    void beginStep(MachineAnswers recorded);
     /// What was found since the last call.
-    Findings takeFound() { return std::exchange(found_, {}); }
+    MachineAnswers takeFound() { return std::exchange(found_, {}); }
 
     Calendars calendars();
     Networks networks();
@@ -57,12 +57,12 @@ class RecordedMachine {
     template <class What, class Ask>
     What answer(Look<What>& look, const Ask& ask);
     template <class What>
-    std::optional<Finding> takeRecorded();
+    std::optional<MachineAnswer> takeRecorded();
     void forget();
 
     Services services_;
-    Findings recorded_;
-    Findings found_;
+    MachineAnswers recorded_;
+    MachineAnswers found_;
     std::vector<std::string> heard_;
     Look<Calendars> calendars_;
     Look<Networks> networks_;

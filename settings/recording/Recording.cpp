@@ -93,7 +93,7 @@ Value entryText(const Value& entry, const char* key) {
     return entry.dictionary() && entry[key].string() ? entry[key] : Value();
 }
 
-Dictionary findingFields(const Finding& finding) {
+Dictionary findingFields(const MachineAnswer& finding) {
     Dictionary fields = std::visit(
         Overloaded{[](const Calendars& calendars) {
                        Array list;
@@ -157,34 +157,35 @@ Result<Tones> tonesOf(const Value& value) {
 }
 
 template <class What>
-Result<Finding> findingOf(Result<What> what) {
+Result<MachineAnswer> findingOf(Result<What> what) {
     if (!what) return std::unexpected(what.error());
-    return Finding{*std::move(what), {}};
+    return MachineAnswer{*std::move(what), {}};
 }
 
-Result<Finding> findingWithoutLog(const Fields& fields) {
+Result<MachineAnswer> findingWithoutLog(const Fields& fields) {
     if (fields.has("calendars")) return findingOf(calendarsOf(fields.value("calendars")));
     if (fields.has("networks")) return findingOf(textsOf("networks", fields.value("networks")));
     if (fields.has("tones")) return findingOf(tonesOf(fields.value("tones")));
     if (fields.has("connected")) {
         const Value connected = fields.value("connected");
         if (!connected.boolean()) return Fields::wrong("connected", "true or false");
-        return Finding{Connected{*connected.boolean()}, {}};
+        return MachineAnswer{Connected{*connected.boolean()}, {}};
     }
     const Value refused = fields.value("refused");
     if (!fields.has("refused") || (!refused.isNil() && !refused.string()))
         return failure("\"found\" holds something that nothing here has looked for.");
-    return Finding{DeviceRefusal{refused.string() ? std::optional(*refused.string()) : std::nullopt}, {}};
+    return MachineAnswer{DeviceRefusal{refused.string() ? std::optional(*refused.string()) : std::nullopt},
+                         {}};
 }
 
-Result<Findings> findingsOf(const Value& value) {
-    Findings findings;
+Result<MachineAnswers> findingsOf(const Value& value) {
+    MachineAnswers findings;
     if (value.isNil()) return findings;
     if (!value.array()) return Fields::wrong("found", "a list of objects");
     for (const Value& entry : *value.array()) {
         if (!entry.dictionary()) return Fields::wrong("found", "a list of objects");
         const Fields fields(*entry.dictionary());
-        Result<Finding> finding = findingWithoutLog(fields);
+        Result<MachineAnswer> finding = findingWithoutLog(fields);
         if (!finding) return std::unexpected(finding.error());
         if (fields.has("log")) {
             auto log = textsOf("log", fields.value("log"));
@@ -329,7 +330,7 @@ std::string lineText(const RecordedStep& step) {
     if (const std::string what = withoutBraces(jsonText(whatFields(step))); !what.empty()) line += "," + what;
     if (!step.found.empty()) {
         Array found;
-        for (const Finding& finding : step.found) found.push_back(findingFields(finding));
+        for (const MachineAnswer& finding : step.found) found.push_back(findingFields(finding));
         line += ",\"found\":" + jsonText(found);
     }
     if (step.answer) line += ",\"answer\":" + *step.answer;

@@ -11,7 +11,7 @@
 
 #include "platform/foundation/Error.h"
 #include "platform/foundation/Value.h"
-#include "settings/recording/Findings.h"
+#include "settings/recording/MachineAnswers.h"
 
 namespace settings {
 
@@ -80,7 +80,7 @@ struct RecordedStep {
     /// In milliseconds since the start.
     std::int64_t time = 0;
     std::variant<Begun, Command, OversizedLine, WaitOver, TimePassed, Notified, FileChanged, Ended> what;
-    Findings found;
+    MachineAnswers found;
     /// As JSON. Empty for what has no answer, and for a command whose answer is still to come.
     std::optional<std::string> answer;
 

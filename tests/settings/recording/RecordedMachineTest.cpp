@@ -10,8 +10,8 @@ namespace {
 
 using settings::Calendars;
 using settings::Connected;
-using settings::Finding;
-using settings::Findings;
+using settings::MachineAnswer;
+using settings::MachineAnswers;
 using settings::Networks;
 using settings::RecordedMachine;
 
@@ -58,15 +58,15 @@ TEST_F(RecordedMachineTest, newServices_areAskedInTheSameStep) {
     recorded.setServices({phone.calendars, std::make_shared<GrowingNetworks>(), phone.tones});
     static_cast<void>(recorded.networks());
     EXPECT_EQ(recorded.takeFound(),
-              (Findings{{Networks{"network 0"}, {"asked"}}, {Networks{"network 0"}, {"asked"}}}));
+              (MachineAnswers{{Networks{"network 0"}, {"asked"}}, {Networks{"network 0"}, {"asked"}}}));
 }
 
 TEST_F(RecordedMachineTest, whatWasFound_isFoundAgainWithWhatWasLogged) {
     recorded.beginStep({});
     const Networks seen = recorded.networks();
     const Connected connected = recorded.connected();
-    const Findings found = recorded.takeFound();
-    EXPECT_EQ(found, (Findings{{seen, {"asked"}}, {connected, {}}}));
+    const MachineAnswers found = recorded.takeFound();
+    EXPECT_EQ(found, (MachineAnswers{{seen, {"asked"}}, {connected, {}}}));
     EXPECT_TRUE(recorded.takeFound().empty());
     phone.takeEvents();
 

@@ -52,7 +52,7 @@ TEST(Recording, start_isReadAsItWasWritten) {
 }
 
 TEST(Recording, everyStep_isReadAsItWasWritten) {
-    const settings::Findings found{
+    const settings::MachineAnswers found{
         {settings::Calendars{{"id", "Work", "Me", 0xFF0080}}, {"one", "two"}},
         {settings::Networks{"Home", "Home"}, {}},
         {settings::Connected{true}, {}},

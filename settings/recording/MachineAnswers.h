@@ -25,15 +25,15 @@ struct DeviceRefusal {
 };
 
 /// What the phone has found on its machine when it looked.
-struct Finding {
+struct MachineAnswer {
     std::variant<Calendars, Networks, Connected, Tones, DeviceRefusal> what;
     /// What the machine's service has logged meanwhile.
     std::vector<std::string> log;
 
-    bool operator==(const Finding&) const = default;
+    bool operator==(const MachineAnswer&) const = default;
 };
 
 /// In the order of looking.
-using Findings = std::deque<Finding>;
+using MachineAnswers = std::deque<MachineAnswer>;
 
 }  // namespace settings
