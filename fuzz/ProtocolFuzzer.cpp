@@ -9,7 +9,9 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "device/DeviceOptions.h"
 #include "platform/foundation/Device.h"
 #include "platform/foundation/RunLoop.h"
 #include "platform/preferences/PSEditableListController.h"
@@ -58,6 +60,26 @@ class SilentLog : public platform::LogSink {
     void write(const std::string& /*line*/) override {}
 };
 
+/// Takes every change of the device that the command line would, and stays as it is.
+class FuzzedPhone : public settings::RunningPhone {
+  public:
+    platform::Result<void> checkDevice(const std::vector<std::string>& pairs) const override {
+        const auto checked = device::DeviceOptions::parse(pairs);
+        if (!checked) return std::unexpected(checked.error());
+        return {};
+    }
+    platform::Result<void> changeDevice(const std::vector<std::string>& pairs) override {
+        return checkDevice(pairs);
+    }
+    std::shared_ptr<device::VirtualClock> clock() const override { return clock_; }
+    std::shared_ptr<platform::FileSystem> files() const override { return nullptr; }
+    device::Faults& faults() override { return faults_; }
+
+  private:
+    std::shared_ptr<device::VirtualClock> clock_ = std::make_shared<device::VirtualClock>(platform::Date{0});
+    device::Faults faults_;
+};
+
 void require(bool holds) {
     if (!holds) std::abort();
 }
@@ -65,13 +87,13 @@ void require(bool holds) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const auto clock = std::make_shared<device::VirtualClock>(platform::Date{0});
+    FuzzedPhone phone;
     platform::Device device;
-    device.clock = clock;
+    device.clock = phone.clock();
     device.log = std::make_shared<SilentLog>();
     platform::Device::install(std::move(device));
     {
-        settings::Application application("/Library/PreferenceBundles/Absent.bundle", clock);
+        settings::Application application("/Library/PreferenceBundles/Absent.bundle", &phone);
         application.start();
         settings::TopScreen::now().navigation->pushViewController_animated(std::make_shared<FuzzedList>(),
                                                                            false);
