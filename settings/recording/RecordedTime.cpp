@@ -2,9 +2,7 @@
 #include "settings/recording/RecordedTime.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstdio>
 
 #include "device/SystemClock.h"
 #include "platform/foundation/Device.h"
@@ -24,9 +22,9 @@ std::string RecordedTime::textOfNow() {
     const double now = device::SystemClock().now().secondsSinceReference;
     const double second = std::floor(now);
     const int fraction = std::min(static_cast<int>((now - second) * perSecond), 999);
-    std::array<char, 8> text{};
-    std::snprintf(text.data(), text.size(), ".%03d", fraction);
-    return device::VirtualClock::text({second}) + text.data();
+    const std::string digits = std::to_string(fraction);
+    std::string text = device::VirtualClock::text({second}) + ".";
+    return text.append(3 - digits.size(), '0') + digits;
 }
 
 platform::Result<platform::Date> RecordedTime::parse(std::string_view text) {
