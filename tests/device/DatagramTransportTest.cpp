@@ -94,10 +94,11 @@ TEST_F(DatagramTransportTest, post_reachesThisProcessAndEveryOther) {
 }
 
 TEST_F(DatagramTransportTest, ownPostsThatStayAway_reachOnlyTheOthers) {
-    DatagramTransport apart(root.path().string(), DatagramTransport::OwnPosts::StayAway);
-    DatagramTransport other(root.path().string());
+    // Before the transports, whose threads put into them until they end.
     Inbox own;
     Inbox others;
+    DatagramTransport apart(root.path().string(), DatagramTransport::OwnPosts::StayAway);
+    DatagramTransport other(root.path().string());
     ASSERT_TRUE(apart.start(own.receiver()));
     ASSERT_TRUE(other.start(others.receiver()));
     apart.post("mine");
