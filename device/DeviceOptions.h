@@ -16,6 +16,7 @@ enum class Idiom { Phone = 0, Pad = 1 };
 
 /// How the phone is equipped, as given by `--device KEY=VALUE` pairs. Each member is the key of its name.
 struct DeviceOptions {
+    /// Where the known networks and the one that is joined come from.
     struct Networks {
         enum class Source { Root, System, File };
         Source source = Source::Root;

@@ -35,6 +35,7 @@ class BinaryList {
     /// No list has more objects.
     static constexpr Object maximumCount = INT32_MAX;
 
+    /// An entry of a dictionary, by the numbers of its objects.
     struct Pair {
         Object key;
         Object value;

@@ -37,6 +37,7 @@ enum class CFNotificationSuspensionBehavior : std::int64_t {
 /// delivering are written to the journal ("darwin", "darwinReceived").
 class DarwinNotificationCenter {
   public:
+    /// Who is called for which name, as it was given to addObserver.
     struct Registration {
         void* observer;
         CFNotificationCallback callback;

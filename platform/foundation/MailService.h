@@ -9,6 +9,7 @@
 
 namespace platform {
 
+/// A file that goes with a mail.
 struct MailAttachment {
     std::string name;
     /// As the sender called it; need not be a media type.

@@ -16,6 +16,8 @@ namespace platform {
 template <class Signature>
 class Method;
 
+/// What a selector names, for arguments and a result of these types. Empty, or with both selector and
+/// function.
 template <class R, class... A>
 class Method<R(A...)> {
   public:

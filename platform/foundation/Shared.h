@@ -23,6 +23,7 @@ class SharedOwners {
     std::atomic<std::size_t> count_ = 1;
 };
 
+/// What several values hold together, beside the count of its owners.
 template <class T>
 struct SharedContent : SharedOwners {
     explicit SharedContent(T given) : content(std::move(given)) {}

@@ -190,6 +190,8 @@ class Dictionary {
     using Keys = std::vector<std::string>;
     using Entry = std::pair<std::string, Value>;
 
+    /// Goes through the entries in the order of their keys, as pairs of references. Valid until the
+    /// dictionary changes.
     template <class StoredValue>
     class Iterator {
       public:

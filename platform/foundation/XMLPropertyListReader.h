@@ -10,9 +10,9 @@
 
 namespace platform {
 
-/// Reads an XML property list: one value inside <plist>. Integers are decimal or hexadecimal ("0x…"), from
-/// the least signed to the greatest unsigned of 64 bits; dates are "YYYY-MM-DDTHH:MM:SSZ". A key that comes
-/// twice in a dictionary takes its last value.
+/// Reads an XML property list: one value inside the element `plist`. Integers are decimal or hexadecimal
+/// ("0x…"), from the least signed to the greatest unsigned of 64 bits; dates are "YYYY-MM-DDTHH:MM:SSZ". A
+/// key that comes twice in a dictionary takes its last value.
 class XMLPropertyListReader {
   public:
     static Result<Value> read(const Data& data);

@@ -15,6 +15,7 @@ namespace platform {
 class XMLScanner {
   public:
     enum class Kind { StartTag, EndTag, Text, End };
+    /// One piece of the text, with the place in bytes where it begins.
     struct Token {
         Kind kind = Kind::End;
         std::string text;  // a tag's name, or the text with its references resolved

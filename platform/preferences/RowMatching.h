@@ -9,6 +9,7 @@
 
 namespace platform {
 
+/// A row with the key by which it is known while its list is open.
 struct KeyedRow {
     /// May be null: a list may have holes.
     std::shared_ptr<PSSpecifier> specifier;

@@ -14,6 +14,7 @@ namespace quietrix {
 /// first change, so that the store need not look through all of them. Usable from any thread.
 class ChangedProfiles {
   public:
+    /// A record with the profile that it was handed out for.
     struct Entry {
         /// The identifier under which the record was handed out.
         std::string identifier;

@@ -41,6 +41,7 @@ class EventLog {
 
     /// The place of the next event.
     Place end() const { return end_; }
+    /// The events from a place on.
     struct Slice {
         platform::Array events;
         /// How many more there were that have been forgotten.

@@ -16,6 +16,7 @@ class LineReader {
     /// In bytes, without the line break.
     explicit LineReader(std::size_t longest) : longest_(longest) {}
 
+    /// What came before a line break.
     struct Line {
         std::string text;
         /// True for a line that was too long; its text is empty then.

@@ -23,6 +23,7 @@ class AskedResources : public platform::ResourceWatch {
     void textAsked(const std::string& bundlePath, std::string_view key, std::string_view table) override;
     void imageAsked(const std::string& bundlePath, std::string_view name) override;
 
+    /// The texts and images of one bundle that somebody asked for, there or not.
     struct Asked {
         /// Keys with their tables.
         std::set<std::pair<std::string, std::string>> texts;

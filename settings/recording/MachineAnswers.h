@@ -18,6 +18,7 @@ using Calendars = std::vector<platform::CalendarEntry>;
 using Networks = std::vector<std::string>;
 using Connected = bool;
 using Tones = std::vector<platform::ToneEntry>;
+/// Why what the command `device` named could not be used; without a reason it could.
 struct DeviceRefusal {
     std::optional<std::string> reason;
 
