@@ -79,7 +79,7 @@ EarlyEnd wrongUse(std::string reason) {
 }
 
 std::expected<CommandLine, EarlyEnd> checked(Subcommand subcommand, const Given& given,
-                                             const ProgramPaths& paths) {
+                                             const device::ProgramPaths& paths) {
     CommandLine line;
     line.subcommand = subcommand;
     line.port = given.port;
@@ -91,7 +91,7 @@ std::expected<CommandLine, EarlyEnd> checked(Subcommand subcommand, const Given&
     // A replay has a root of its own, and nobody's own phone is looked at for mistakes unless it is named.
     const bool needsRoot =
         subcommand != Subcommand::Replay && (subcommand != Subcommand::Check || given.root);
-    const auto root = given.root || !needsRoot ? given.root : defaultRootDirectory();
+    const auto root = given.root || !needsRoot ? given.root : device::defaultRootDirectory();
     if (needsRoot && (!root || root->empty()))
         return std::unexpected(wrongUse("There is no root directory: give one with --root."));
     line.rootDirectory = root.value_or("");
@@ -113,7 +113,7 @@ std::expected<CommandLine, EarlyEnd> checked(Subcommand subcommand, const Given&
 }  // namespace
 
 std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> arguments,
-                                                      const ProgramPaths& paths) {
+                                                      const device::ProgramPaths& paths) {
     Given given;
     CLI::App program("The phone's Settings application, with a bundle opened in it.", programName);
     program.require_subcommand(1);

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "device/DeviceOptions.h"
-#include "settings/program/ProgramPaths.h"
+#include "device/ProgramPaths.h"
 
 namespace settings {
 
@@ -53,6 +53,6 @@ struct EarlyEnd {
 
 /// `arguments` without the program's own name.
 std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> arguments,
-                                                      const ProgramPaths& paths);
+                                                      const device::ProgramPaths& paths);
 
 }  // namespace settings

@@ -3,9 +3,9 @@
 
 #include <string>
 
+#include "device/ProgramPaths.h"
 #include "platform/foundation/Error.h"
 #include "settings/program/CommandLine.h"
-#include "settings/program/ProgramPaths.h"
 
 namespace settings {
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "device/ProgramPaths.h"
 #include "device/ProgramStart.h"
 #include "platform/foundation/RunLoop.h"
 #include "settings/application/Application.h"
@@ -15,7 +16,6 @@
 #include "settings/program/CheckProgram.h"
 #include "settings/program/CommandLine.h"
 #include "settings/program/PhoneSetup.h"
-#include "settings/program/ProgramPaths.h"
 #include "settings/program/RecordedRuns.h"
 
 namespace {
@@ -38,17 +38,17 @@ int drive(settings::Application& application) {
 }
 
 int serve(settings::Application& application, const settings::PhoneSetup& phone,
-          const settings::ProgramPaths& paths, const settings::CommandLine& line) {
+          const device::ProgramPaths& paths, const settings::CommandLine& line) {
     settings::Serve channel(application, phone.files());
     // Without the page there still is the protocol; the server answers "not found" for the files.
     const auto served = channel.run(
-        {line.port, paths.page().value_or(""), line.rootDirectory, settings::runtimeDirectory().value_or(""),
+        {line.port, paths.page().value_or(""), line.rootDirectory, device::runtimeDirectory().value_or(""),
          line.newSecret ? settings::server::OldSecret::Forget : settings::server::OldSecret::TakeOver});
     return served ? 0 : complain(served.error().localizedDescription);
 }
 
 int run(int argumentCount, char** argumentValues) {
-    const auto paths = settings::ProgramPaths::ofThisProgram();
+    const auto paths = device::ProgramPaths::ofThisProgram();
     const auto line = settings::parseCommandLine(
         std::vector<std::string>(argumentValues + 1, argumentValues + argumentCount), paths);
     if (!line) {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-namespace settings {
+namespace device {
 
 /// Where the program finds what belongs to it: in "../share/quietrix" beside an installed program, in
 /// "../share" of the tree that it was built in. Host paths.
@@ -38,4 +38,4 @@ std::optional<std::string> defaultRootDirectory();
 /// What $XDG_RUNTIME_DIR names, unchecked; empty when it is not set.
 std::optional<std::string> runtimeDirectory();
 
-}  // namespace settings
+}  // namespace device

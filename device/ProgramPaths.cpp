@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "settings/program/ProgramPaths.h"
+#include "device/ProgramPaths.h"
 
 #include <cstdlib>
 #include <system_error>
 
-namespace settings {
+namespace device {
 
 namespace fs = std::filesystem;
 
@@ -48,4 +48,4 @@ std::optional<std::string> runtimeDirectory() {
     return directory.empty() ? std::nullopt : std::optional(directory.string());
 }
 
-}  // namespace settings
+}  // namespace device
