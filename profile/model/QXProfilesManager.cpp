@@ -208,29 +208,39 @@ void QXProfilesManager::letGo(const std::string& identifier) {
     records_.erase(record);
 }
 
-std::vector<std::shared_ptr<QXProfile>> QXProfilesManager::profilesThatAre(bool enabled) {
-    // A failure has been reported; the store then answers from what it held before.
-    static_cast<void>(takeOverFile());
-    const std::scoped_lock lock(mutex_);
+const QXProfilesManager::Records& QXProfilesManager::recordsInOrder() {
     const std::vector<ProfilesFile::Profile> profiles = file_->profiles();
     inOrder_.resize(profiles.size());
     records_.reserve(profiles.size());
     for (std::size_t i = 0; i < profiles.size(); ++i) {
         if (!inOrder_[i]) inOrder_[i] = record(profiles[i]);
     }
-    std::vector<std::shared_ptr<QXProfile>> result;
-    std::ranges::copy_if(inOrder_, std::back_inserter(result), [&](const std::shared_ptr<QXProfile>& each) {
-        return each->isEnabled() == enabled;
-    });
+    return inOrder_;
+}
+
+QXProfilesManager::Records QXProfilesManager::profilesThatAre(bool enabled) {
+    // A failure has been reported; the store then answers from what it held before.
+    static_cast<void>(takeOverFile());
+    const std::scoped_lock lock(mutex_);
+    Records result;
+    std::ranges::copy_if(
+        recordsInOrder(), std::back_inserter(result),
+        [&](const std::shared_ptr<QXProfile>& each) { return each->isEnabled() == enabled; });
     return result;
 }
 
-std::vector<std::shared_ptr<QXProfile>> QXProfilesManager::enabledProfiles() {
+QXProfilesManager::Records QXProfilesManager::enabledProfiles() {
     return profilesThatAre(true);
 }
 
-std::vector<std::shared_ptr<QXProfile>> QXProfilesManager::disabledProfiles() {
+QXProfilesManager::Records QXProfilesManager::disabledProfiles() {
     return profilesThatAre(false);
+}
+
+Result<QXProfilesManager::Records> QXProfilesManager::presentProfiles() {
+    if (const auto file = takeOverFile(); !file) return std::unexpected(file.error());
+    const std::scoped_lock lock(mutex_);
+    return recordsInOrder();
 }
 
 std::shared_ptr<QXProfile> QXProfilesManager::profileByIdentifier_shouldReload(std::string_view identifier,
@@ -293,41 +303,111 @@ void QXProfilesManager::change(const Kind& kind, const std::shared_ptr<QXProfile
     }
 }
 
+ProfileEdit QXProfilesManager::editFor(const Kind& kind, QXProfile& profile) {
+    if (kind.handsOver == HandsOver::WholeRecord) return profile.edit();
+    return {.values = {{"identifier", profile.identifier()}}, .set = {}};
+}
+
 Result<void> QXProfilesManager::handOver(const Kind& kind, QXProfile& profile) {
-    if (kind.handsOver == HandsOver::Identifier)
-        return apply(kind, {.values = {{"identifier", profile.identifier()}}, .set = {}});
-    const ProfileEdit edit = profile.edit();
+    const ProfileEdit edit = editFor(kind, profile);
     Result<void> result = apply(kind, edit);
-    if (result) profile.wasStored(edit);
+    if (result && kind.handsOver == HandsOver::WholeRecord) profile.wasStored(edit);
     return result;
 }
 
 Result<void> QXProfilesManager::apply(const Kind& kind, const ProfileEdit& edit) {
-    FileManager& files = FileManager::defaultManager();
-    const auto fileLock = files.lockExclusively(profilesPath, longestLockWait);
+    const auto fileLock = FileManager::defaultManager().lockExclusively(profilesPath, longestLockWait);
     if (!fileLock) return std::unexpected(fileLock.error());
     const auto present = takeOverFile();
     if (!present) return std::unexpected(present.error());
     auto next = kind.edit(**present, edit);
     if (!next) return std::unexpected(next.error());
-    const auto file = std::make_shared<const ProfilesFile>(*std::move(next));
+    // An update leaves the order as it is, an addition is at its end.
+    return replace(*present, *std::move(next), {edit.identifier()},
+                   &kind == &deletion ? Order::Changed : Order::Kept);
+}
+
+Result<void> QXProfilesManager::replace(const File& present, ProfilesFile next,
+                                        const std::vector<std::string>& changed, Order order) {
+    FileManager& files = FileManager::defaultManager();
+    const auto file = std::make_shared<const ProfilesFile>(std::move(next));
     const auto written = files.writeData_toFile(file->bytes(), profilesPath, platform::Write::Atomically);
     if (!written) return written;
     const Result<Stamp> stamp = files.stampAtPath(profilesPath);
 
     const std::scoped_lock lock(mutex_);
     // Another thread's reload may have taken over the written file already.
-    const bool isNext = file_ == *present;
+    const bool isNext = file_ == present;
     if (isNext) {
-        letGo(edit.identifier());
+        for (const std::string& identifier : changed) letGo(identifier);
     } else {
         records_.clear();
     }
-    // An update leaves the order as it is, an addition is at its end.
-    auto inOrder = isNext && &kind != &deletion ? std::move(inOrder_) : decltype(inOrder_)();
+    auto inOrder = isNext && order == Order::Kept ? std::move(inOrder_) : Records();
     install(file, stamp);
     inOrder_ = std::move(inOrder);
     return {};
+}
+
+// Several changes as one
+
+const QXProfilesManager::Kind& QXProfilesManager::kindOf(Change::Kind kind) {
+    if (kind == Change::Kind::Add) return addition;
+    return kind == Change::Kind::Update ? update : deletion;
+}
+
+void QXProfilesManager::changeProfiles(const Plan& plan, Success success, Failure failure) {
+    Journal::Course call = beginCall("change", {});
+    auto kinds = carryOut(plan);
+    call.setOk(kinds.has_value());
+    if (kinds) {
+        platform::dispatchMain([success = std::move(success), kinds = *std::move(kinds)] {
+            if (success) success();
+            for (const Kind* kind : kinds) announce(kind->notification);
+        });
+    } else if (failure) {
+        platform::dispatchMain([failure = std::move(failure), error = kinds.error()] { failure(error); });
+    }
+}
+
+Result<std::vector<const QXProfilesManager::Kind*>> QXProfilesManager::carryOut(const Plan& plan) {
+    const auto fileLock = FileManager::defaultManager().lockExclusively(profilesPath, longestLockWait);
+    if (!fileLock) return std::unexpected(fileLock.error());
+    const auto present = takeOverFile();
+    if (!present) return std::unexpected(present.error());
+    Records records;
+    for (const ProfilesFile::Profile profile : (*present)->profiles()) {
+        // Those that are handed out have told what is wrong with the values.
+        records.push_back(
+            QXProfile::profileWithValues((*present)->values(profile), [](const std::string&) {}));
+    }
+    const auto changes = plan(records);
+    if (!changes) return std::unexpected(changes.error());
+    if (changes->empty()) return std::vector<const Kind*>();
+
+    ProfilesFile next = **present;
+    std::vector<std::string> changed;
+    for (const Change& change : *changes) {
+        if (!change.profile)
+            return platform::failure("There is no profile to " + std::string(kindOf(change.kind).call) +
+                                     ": the record is nil.");
+        const ProfileEdit edit = editFor(kindOf(change.kind), *change.profile);
+        auto after = kindOf(change.kind).edit(next, edit);
+        if (!after) return std::unexpected(after.error());
+        next = *std::move(after);
+        changed.push_back(edit.identifier());
+    }
+    const auto has = [&](Change::Kind kind) {
+        return std::ranges::find(*changes, kind, &Change::kind) != changes->end();
+    };
+    const auto replaced =
+        replace(*present, std::move(next), changed, has(Change::Kind::Delete) ? Order::Changed : Order::Kept);
+    if (!replaced) return std::unexpected(replaced.error());
+    std::vector<const Kind*> kinds;
+    for (const Change::Kind kind : {Change::Kind::Add, Change::Kind::Update, Change::Kind::Delete}) {
+        if (has(kind)) kinds.push_back(&kindOf(kind));
+    }
+    return kinds;
 }
 
 }  // namespace quietrix

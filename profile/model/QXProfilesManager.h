@@ -42,6 +42,17 @@ class QXProfilesManager : public platform::Object {
   public:
     using Success = std::function<void()>;
     using Failure = std::function<void(const platform::Error&)>;
+    using Records = std::vector<std::shared_ptr<QXProfile>>;
+    /// One of several changes that are made together.
+    struct Change {
+        enum class Kind { Add, Update, Delete };
+        Kind kind;
+        std::shared_ptr<QXProfile> profile;
+    };
+    /// Says what is to be changed, from the profiles as the file has them, in its order. The records are its
+    /// own, to be changed and handed back. It is called on the caller's thread while the file is locked, so
+    /// it waits for nobody and asks the store nothing. An error changes nothing and is the failure's.
+    using Plan = std::function<platform::Result<std::vector<Change>>(const Records& present)>;
 
     QXProfilesManager() = default;
     /// The one store of the process.
@@ -54,8 +65,11 @@ class QXProfilesManager : public platform::Object {
     void reloadProfiles();
 
     /// In the file's order.
-    std::vector<std::shared_ptr<QXProfile>> enabledProfiles();
-    std::vector<std::shared_ptr<QXProfile>> disabledProfiles();
+    Records enabledProfiles();
+    Records disabledProfiles();
+    /// All of them in the file's order, as one state of the file has them. The error says why the file cannot
+    /// be used, where the questions above answer from what was last read.
+    platform::Result<Records> presentProfiles();
     /// The current record of that identifier, or empty.
     std::shared_ptr<QXProfile> profileByIdentifier_shouldReload(std::string_view identifier,
                                                                 bool shouldReload);
@@ -83,12 +97,20 @@ class QXProfilesManager : public platform::Object {
     void deleteProfile_success_failure(const std::shared_ptr<QXProfile>& profile, Success success,
                                        Failure failure);
 
+    /// Makes the changes of the plan as one: all of them or none, in one writing of the file under one lock.
+    /// Each is what it would be alone, in the state that those before it have left. No changes are a success
+    /// that writes and announces nothing. After the success callback each kind of change that was among them
+    /// is announced once: added, changed, deleted.
+    void changeProfiles(const Plan& plan, Success success, Failure failure);
+
   private:
     using File = std::shared_ptr<const ProfilesFile>;
     /// Empty for the file that is not there.
     using Stamp = std::optional<platform::FileStamp>;
     /// One of the three kinds of change.
     struct Kind;
+    /// Whether the profiles that were there stand where they stood.
+    enum class Order { Kept, Changed };
     static const Kind addition;
     static const Kind update;
     static const Kind deletion;
@@ -97,6 +119,12 @@ class QXProfilesManager : public platform::Object {
                 Failure failure);
     platform::Result<void> handOver(const Kind& kind, QXProfile& profile);
     platform::Result<void> apply(const Kind& kind, const ProfileEdit& edit);
+    platform::Result<std::vector<const Kind*>> carryOut(const Plan& plan);
+    static const Kind& kindOf(Change::Kind kind);
+    static ProfileEdit editFor(const Kind& kind, QXProfile& profile);
+    /// The file's lock is held. Writes what comes after the present state and takes it over.
+    platform::Result<void> replace(const File& present, ProfilesFile next,
+                                   const std::vector<std::string>& changed, Order order);
     /// The file as it is now, which the store has taken over.
     platform::Result<File> takeOverFile();
     std::unexpected<platform::Error> keepWhatWasRead(const platform::Error& error);
@@ -106,7 +134,9 @@ class QXProfilesManager : public platform::Object {
     void replaceChangedRecords();
     /// The mutex is held. Has the record of that identifier made anew when it is next asked for.
     void letGo(const std::string& identifier);
-    std::vector<std::shared_ptr<QXProfile>> profilesThatAre(bool enabled);
+    /// The mutex is held.
+    const Records& recordsInOrder();
+    Records profilesThatAre(bool enabled);
 
     /// Held for looking at and replacing the members below, never while a file is read, written or waited
     /// for.
@@ -126,7 +156,7 @@ class QXProfilesManager : public platform::Object {
     /// The records in use, by the identifiers of the profiles they were made for.
     std::unordered_map<std::string, std::shared_ptr<QXProfile>> records_;
     /// All of them in the file's order; empty until it is asked for. A null one is to be made anew.
-    std::vector<std::shared_ptr<QXProfile>> inOrder_;
+    Records inOrder_;
     std::shared_ptr<ChangedProfiles> changed_ = std::make_shared<ChangedProfiles>();
 };
 
