@@ -20,27 +20,53 @@ bool looksEscaped(std::string_view text) {
     return false;
 }
 
+bool movesText(char32_t character) {
+    const bool isEmbedding = character >= 0x202A && character <= 0x202E;
+    const bool isIsolate = character >= 0x2066 && character <= 0x2069;
+    return isEmbedding || isIsolate || platform::isControlOrLineBreak(character);
+}
+
+bool movesText(std::string_view text) {
+    for (std::size_t at = 0; at < text.size();) {
+        const auto character = platform::decodeUTF8(text, at);
+        if (!character || movesText(character->codePoint)) return true;
+        at += character->length;
+    }
+    return false;
+}
+
 void appendEscape(std::string& text, char byte) {
     text += "\\x";
     platform::appendHexadecimal(text, static_cast<unsigned char>(byte), platform::capitalHexadecimalDigits);
+}
+
+/// Escapes what is no UTF-8, backslashes, and the characters that are to be.
+template <class IsEscaped>
+std::string escaped(std::string_view bytes, IsEscaped isEscaped) {
+    std::string text;
+    for (std::size_t at = 0; at < bytes.size();) {
+        const auto character = platform::decodeUTF8(bytes, at);
+        const std::size_t length = character ? character->length : 1;
+        if (character && bytes[at] != '\\' && !isEscaped(character->codePoint)) {
+            text.append(bytes.substr(at, length));
+        } else {
+            for (const char byte : bytes.substr(at, length)) appendEscape(text, byte);
+        }
+        at += length;
+    }
+    return text;
 }
 
 }  // namespace
 
 std::string escapedText(std::string_view bytes) {
     if (!platform::firstInvalidUTF8(bytes) && !looksEscaped(bytes)) return std::string(bytes);
-    std::string text;
-    for (std::size_t at = 0; at < bytes.size();) {
-        const auto character = platform::decodeUTF8(bytes, at);
-        if (character && bytes[at] != '\\') {
-            text.append(bytes.substr(at, character->length));
-            at += character->length;
-        } else {
-            appendEscape(text, bytes[at]);
-            ++at;
-        }
-    }
-    return text;
+    return escaped(bytes, [](char32_t) { return false; });
+}
+
+std::string visibleText(std::string_view bytes) {
+    if (!movesText(bytes) && !looksEscaped(bytes)) return std::string(bytes);
+    return escaped(bytes, [](char32_t character) { return movesText(character); });
 }
 
 std::string quotedText(std::string_view bytes) {

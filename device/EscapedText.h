@@ -12,7 +12,11 @@ namespace device {
 /// the text can stand for the bytes.
 std::string escapedText(std::string_view bytes);
 
-/// The same between quotation marks, as sentences name a file or a tone.
+/// The same for a terminal, in one line: control characters, line breaks and what changes the direction of
+/// the text that follows are escapes too.
+std::string visibleText(std::string_view bytes);
+
+/// The first between quotation marks, as sentences name a file or a tone.
 std::string quotedText(std::string_view bytes);
 
 }  // namespace device

@@ -158,4 +158,13 @@ Result<void> prepareRoot(const std::string& rootDirectory, const std::string& re
                          bundle);
 }
 
+Result<bool> isUnfilledRoot(const std::string& rootDirectory) {
+    std::error_code error;
+    const std::string root = RootFileSystem(rootDirectory).rootDirectory();
+    if (!fs::exists(root, error) && !error) return true;
+    const Result<Contents> present = contents(root);
+    if (!present) return std::unexpected(present.error());
+    return *present != Contents::Something;
+}
+
 }  // namespace device

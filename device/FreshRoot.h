@@ -24,4 +24,7 @@ namespace device {
 platform::Result<void> prepareRoot(const std::string& rootDirectory, const std::string& resourceDirectory,
                                    const std::string& bundleDirectory);
 
+/// Whether that would fill the root: it is not there, it is empty, or a filling did not come to its end.
+platform::Result<bool> isUnfilledRoot(const std::string& rootDirectory);
+
 }  // namespace device
