@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "conditions/eventstatus/QXEventStatusTableCell.h"
+#include "profile/model/EventStatus.h"
 #include "shell/base/Localization.h"
 #include "shell/base/Rows.h"
 #include "shell/chrome/EditedProfile.h"
@@ -23,8 +24,11 @@ PLATFORM_REGISTER_CLASS(QuietrixEventStatusController)
 namespace {
 
 /// In the order of the stored values; in the phone's language, looked up at each use.
-std::array<std::string, 4> statusTitles() {
-    return {localized("All"), localized("Accepted"), localized("Tentative"), localized("Declined/Cancelled")};
+std::array<std::string, eventStatusNames.size()> statusTitles() {
+    std::array<std::string, eventStatusNames.size()> titles;
+    for (std::size_t status = 0; status < titles.size(); ++status)
+        titles.at(status) = localized(eventStatusNames.at(status));
+    return titles;
 }
 
 /// -1 for a title that no status has.

@@ -10,6 +10,7 @@
 #include "platform/foundation/LogSink.h"
 #include "platform/foundation/RandomSource.h"
 #include "profile/model/ChangedProfiles.h"
+#include "profile/model/EventStatus.h"
 #include "profile/model/QXProfileKeys.h"
 #include "profile/model/QXUtils.h"
 #include "shell/base/Localization.h"
@@ -182,10 +183,8 @@ std::vector<std::string>& QXProfile::mutableCalendarIdentifiers() {
 }
 
 std::string QXProfile::applyProfileEventStatusString() const {
-    static constexpr std::array<std::string_view, 4> names{"All", "Accepted", "Tentative",
-                                                           "Declined/Cancelled"};
-    const auto status = static_cast<std::uint64_t>(applyProfileEventStatus_);
-    return status < names.size() ? localized(names.at(status)) : std::string();
+    const auto name = eventStatusName(applyProfileEventStatus_);
+    return name ? localized(*name) : std::string();
 }
 
 void QXProfile::willSet(KeyIdentity key, const TextList& present) {

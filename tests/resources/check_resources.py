@@ -23,11 +23,14 @@ HOST_FOLDERS = ("settings/application", "settings/state", "settings/commands")
 # They hand on what they are given.
 FORWARDERS = frozenset({"localized", "localizedInMainBundle", "localizedLabelFromUIKit"})
 # Functions that make the text while they run, and where it stands: the title that a profile begins with, the
-# default tone's name (other tones show the name that the system gives them), a linked screen's title, which is
-# looked for in the property list.
+# default tone's name (other tones show the name that the system gives them), the event statuses, a linked screen's
+# title, which is looked for in the property list.
 KEYS_OF_PROFILE = "profile/model/QXProfileKeys.cpp"
 DEFAULT_TONE = "conditions/tone/QuietrixAlertToneController.cpp"
+EVENT_STATUS = ("profile/model/EventStatus.h", re.compile(r'"([A-Z][A-Za-z/]*)"'))
 AT_RUN_TIME = {
+    "applyProfileEventStatusString": EVENT_STATUS,
+    "statusTitles": EVENT_STATUS,
     "defaultProfile": (KEYS_OF_PROFILE, re.compile(r'"title",\s*"([^"]*)"')),
     "toneName": (DEFAULT_TONE, re.compile(r'"texttone:([^"]*)"')),
     "linkedScreens": ("resources/Info.plist", re.compile(r"<key>Title</key>\s*<string>([^<]*)</string>")),
