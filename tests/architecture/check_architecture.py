@@ -11,7 +11,9 @@ Usage: check_architecture.py SOURCE_TREE SHARED_OBJECT...
 3. The plug-in includes no header of the operating system: it reaches the machine through platform/.
 4. examples/ is what somebody else would write: an example includes its own headers, those of platform/ and the C++
    standard library's.
-5. Nothing depends upwards, and there are no cycles between files or between folders. The rooms of settings/ and the
+5. quietrix/, the command, stands on the store's library and device/: it includes no screen, nothing of velmora/ and
+   nothing of settings/.
+6. Nothing depends upwards, and there are no cycles between files or between folders. The rooms of settings/ and the
    screens of the plug-in depend on each other only as far as the tables below say.
 
 Prints one line for each breach; the exit status is 1 when there is one.
@@ -35,6 +37,7 @@ LAYERS = (
     "device", "springboard",
     "settings/application", "settings/commands", "settings/state", "settings/channels/server", "settings/channels",
     "settings/checking", "settings/recording", "settings/program",
+    "quietrix",
 )
 PLUGIN = ("shell/", "profile/", "conditions/", "support/")
 CORE = PLUGIN + ("velmora/", "platform/")
@@ -43,8 +46,8 @@ EXAMPLES = "examples/"
 # pickers share stands in the folder around theirs.
 SCREENS = ("profile/hours", "profile/editor", "conditions", "conditions/calendars", "conditions/eventstatus",
            "conditions/networks", "conditions/tone", "support/misc")
-# What these may include beside their own headers and those of platform/: neither the plug-in nor velmora/, and of each
-# other no more than this.
+# What these may include beside their own headers and those of platform/: of each other, the plug-in and velmora/ no more
+# than this.
 MAY_INCLUDE = {
     "device": (),
     "springboard": ("device",),
@@ -57,6 +60,7 @@ MAY_INCLUDE = {
     "settings/recording": ("device", "springboard", "settings/application", "settings/channels"),
     "settings/program": ("device", "settings/application", "settings/channels", "settings/checking",
                          "settings/recording"),
+    "quietrix": ("shell/base", "profile/model", "device"),
 }
 
 CPP_HEADERS = set("""
@@ -82,7 +86,7 @@ def layer_of(path):
 
 def sources(tree):
     for top in ("platform", "velmora", "shell", "profile", "conditions", "support", "device", "springboard", "settings",
-                "examples"):
+                "quietrix", "examples"):
         for path in sorted((tree / top).rglob("*")):
             if path.suffix in (".h", ".cpp") and "node_modules" not in path.parts:
                 yield path.relative_to(tree).as_posix()

@@ -117,6 +117,17 @@ class ArchitectureRules(unittest.TestCase):
         self.write("shell/base/A.cpp", '#include "device/A.h"\n')
         self.assertIn("shell/base may not depend on device", self.breaches())
 
+    def test_command_includesTheStoreAndTheDeviceOnly(self):
+        for header in ("profile/model/A.h", "shell/base/A.h", "device/A.h", "shell/chrome/A.h", "profile/cells/A.h",
+                       "support/misc/A.h", "velmora/A.h", "springboard/A.h", "settings/channels/A.h"):
+            self.write(header, "#pragma once\n")
+        for header in ("profile/model/A.h", "shell/base/A.h", "device/A.h"):
+            self.write("quietrix/A.cpp", f'#include "{header}"\n')
+            self.assertEqual("", self.breaches())
+        for room in ("shell/chrome", "profile/cells", "support/misc", "velmora", "springboard", "settings/channels"):
+            self.write("quietrix/A.cpp", f'#include "{room}/A.h"\n')
+            self.assertIn(f"quietrix may not depend on {room} (", self.breaches())
+
     def test_cycleBetweenFiles_isNamed(self):
         self.write("device/A.h", '#include "device/B.h"\n')
         self.write("device/B.h", '#include "device/A.h"\n')

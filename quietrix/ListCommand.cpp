@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#include "device/EscapedText.h"
+#include "quietrix/Commands.h"
+#include "quietrix/ProfileText.h"
+#include "quietrix/Table.h"
+
+namespace console {
+
+namespace {
+
+Outcome list(Session& session) {
+    const auto profiles = session.profiles();
+    if (!profiles) return std::unexpected(profiles.error());
+    Answer answer{.text = "", .json = jsonOfProfiles(*profiles)};
+    if (profiles->empty()) {
+        answer.note = "There are no profiles.";
+        return answer;
+    }
+    std::vector<std::vector<std::string>> rows{{"STATE", "TITLE", "HOURS", "CONDITIONS", "IDENTIFIER"}};
+    const auto identifiers = shortIdentifiers(*profiles);
+    for (std::size_t i = 0; i < profiles->size(); ++i) {
+        const quietrix::QXProfile& profile = *profiles->at(i);
+        rows.push_back({profile.isEnabled() ? "active" : "inactive", device::visibleText(profile.title()),
+                        device::visibleText(hoursText(profile)), conditionsText(profile),
+                        device::visibleText(identifiers[i])});
+    }
+    answer.text = table(rows, [&](std::size_t line, std::size_t column, const std::string& text) {
+        using Colour = Output::Colour;
+        if (line == 0) return session.output().coloured(Colour::Dim, text);
+        if (column == 0)
+            return session.output().coloured(text == "active" ? Colour::Green : Colour::Dim, text);
+        return text;
+    });
+    return answer;
+}
+
+}  // namespace
+
+void addList(Commands& commands) {
+    commands.add("list", "Lists the profiles: state, title, hours, conditions, identifier").run(list);
+}
+
+}  // namespace console

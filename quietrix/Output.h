@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "quietrix/Outcome.h"
+
+namespace console {
+
+enum class Format { Text, JSON };
+
+/// Standard output and standard error. What stands in a text for people must have been made visible.
+class Output {
+  public:
+    explicit Output(Format format);
+
+    bool isJSON() const { return format_ == Format::JSON; }
+    /// What the process is to end with, once the outcome is printed.
+    Status print(const Outcome& outcome);
+    /// Whether standard output took it: false when nobody reads it any more, or it cannot be written, which
+    /// one line then says.
+    bool write(std::string_view text);
+    /// One line on standard error.
+    void note(std::string_view sentence);
+
+    /// The text in that colour on a terminal that shows colours, as it is elsewhere.
+    enum class Colour { Dim, Green, Yellow, Red };
+    std::string coloured(Colour colour, std::string text) const;
+
+  private:
+    Format format_;
+    bool hasColours_;
+    bool hasFailed_ = false;
+};
+
+}  // namespace console
