@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "shell/root/QuietrixPreferencesController.h"
 
-#include "platform/foundation/DarwinNotificationCenter.h"
 #include "platform/foundation/RunLoop.h"
 #include "platform/preferences/PSPlaceholderController.h"
 #include "platform/uikit/UIAlertController.h"
@@ -10,6 +9,7 @@
 #include "shell/base/ErrorAlert.h"
 #include "shell/base/LocalNotifications.h"
 #include "shell/base/Localization.h"
+#include "shell/base/MainSettings.h"
 #include "shell/base/NotificationNames.h"
 #include "shell/chrome/EditedProfile.h"
 
@@ -51,9 +51,7 @@ void QuietrixPreferencesController::setPreferenceValue_specifier(const Value& va
         } else {
             removeProfileSections();
         }
-        platform::CFNotificationCenterPostNotification(platform::CFNotificationCenterGetDarwinNotifyCenter(),
-                                                       QuietrixEnabledOrDisableNotification, nullptr, nullptr,
-                                                       true);
+        announceProductSwitch();
     }
     reloadSpecifiers();
 }
