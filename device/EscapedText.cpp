@@ -20,19 +20,10 @@ bool looksEscaped(std::string_view text) {
     return false;
 }
 
-bool movesText(char32_t character) {
+bool isMover(char32_t character) {
     const bool isEmbedding = character >= 0x202A && character <= 0x202E;
     const bool isIsolate = character >= 0x2066 && character <= 0x2069;
     return isEmbedding || isIsolate || platform::isControlOrLineBreak(character);
-}
-
-bool movesText(std::string_view text) {
-    for (std::size_t at = 0; at < text.size();) {
-        const auto character = platform::decodeUTF8(text, at);
-        if (!character || movesText(character->codePoint)) return true;
-        at += character->length;
-    }
-    return false;
 }
 
 void appendEscape(std::string& text, char byte) {
@@ -64,9 +55,18 @@ std::string escapedText(std::string_view bytes) {
     return escaped(bytes, [](char32_t) { return false; });
 }
 
+bool movesText(std::string_view text) {
+    for (std::size_t at = 0; at < text.size();) {
+        const auto character = platform::decodeUTF8(text, at);
+        if (!character || isMover(character->codePoint)) return true;
+        at += character->length;
+    }
+    return false;
+}
+
 std::string visibleText(std::string_view bytes) {
     if (!movesText(bytes) && !looksEscaped(bytes)) return std::string(bytes);
-    return escaped(bytes, [](char32_t character) { return movesText(character); });
+    return escaped(bytes, [](char32_t character) { return isMover(character); });
 }
 
 std::string quotedText(std::string_view bytes) {

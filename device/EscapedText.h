@@ -16,6 +16,9 @@ std::string escapedText(std::string_view bytes);
 /// the text that follows are escapes too.
 std::string visibleText(std::string_view bytes);
 
+/// Whether there is a character in the text that would be an escape for that.
+bool movesText(std::string_view text);
+
 /// The first between quotation marks, as sentences name a file or a tone.
 std::string quotedText(std::string_view bytes);
 

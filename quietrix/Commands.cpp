@@ -20,7 +20,8 @@ constexpr int any = 1 << 20;
 constexpr char mark = '\x01';
 
 // In the order of the help.
-constexpr std::array adders{&addList, &addShow};
+constexpr std::array adders{&addList,   &addShow,   &addAdd,    &addSet,   &addEnable,
+                            &addDelete, &addSwitch, &addExport, &addReset, &addKeys};
 
 std::vector<std::string> marked(std::vector<std::string> arguments) {
     for (std::string& argument : arguments) {

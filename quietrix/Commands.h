@@ -77,7 +77,16 @@ std::expected<CommandLine, Outcome> parsedCommandLine(std::vector<std::string> a
 /// Whether the arguments ask for JSON, however wrong the rest of them is.
 bool asksForJSON(const std::vector<std::string>& arguments);
 
+// One for each file of commands.
+void addAdd(Commands& commands);
+void addDelete(Commands& commands);
+void addEnable(Commands& commands);
+void addExport(Commands& commands);
+void addKeys(Commands& commands);
 void addList(Commands& commands);
+void addReset(Commands& commands);
+void addSet(Commands& commands);
 void addShow(Commands& commands);
+void addSwitch(Commands& commands);
 
 }  // namespace console

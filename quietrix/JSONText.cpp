@@ -8,6 +8,8 @@
 #include <cstdint>
 
 #include "device/EscapedText.h"
+#include "platform/foundation/Hexadecimal.h"
+#include "platform/foundation/Unicode.h"
 
 namespace console {
 
@@ -24,6 +26,28 @@ std::string numberText(double number) {
     return {digits.data(), end};
 }
 
+/// What the library leaves as it is but would move a terminal's text becomes an escape of JSON's.
+std::string stringText(boost::json::string_view text) {
+    const std::string plain = boost::json::serialize(boost::json::string(text));
+    if (!device::movesText(plain)) return plain;
+    std::string escaped;
+    for (std::size_t at = 0; at < plain.size();) {
+        const auto character =
+            platform::decodeUTF8(plain, at).value_or(platform::DecodedCharacter{0xFFFD, 1});
+        const std::string_view bytes = std::string_view(plain).substr(at, character.length);
+        if (device::movesText(bytes)) {
+            escaped += "\\u";
+            for (const std::uint32_t byte : {character.codePoint >> 8U, character.codePoint & 0xFFU})
+                platform::appendHexadecimal(escaped, static_cast<std::uint8_t>(byte),
+                                            platform::capitalHexadecimalDigits);
+        } else {
+            escaped += bytes;
+        }
+        at += character.length;
+    }
+    return escaped;
+}
+
 class Writer {
   public:
     explicit Writer(Layout layout) : layout_(layout) {}
@@ -34,7 +58,7 @@ class Writer {
             open('{');
             for (const auto& [key, member] : *object) {
                 next(isFirst);
-                text_ += boost::json::serialize(boost::json::string(key));
+                text_ += stringText(key);
                 text_ += layout_ == Layout::Indented ? ": " : ":";
                 write(member);
             }
@@ -47,6 +71,8 @@ class Writer {
                 write(element);
             }
             close(']', isFirst);
+        } else if (const auto* string = value.if_string()) {
+            text_ += stringText(*string);
         } else {
             text_ += value.is_double() ? numberText(value.get_double()) : boost::json::serialize(value);
         }

@@ -56,6 +56,10 @@ void Output::note(std::string_view sentence) {
     writeWhole(STDERR_FILENO, std::string(programName) + ": " + device::visibleText(sentence) + "\n");
 }
 
+void Output::ask(std::string_view question) {
+    writeWhole(STDERR_FILENO, device::visibleText(question));
+}
+
 Status Output::print(const Outcome& outcome) {
     if (!outcome) {
         const Refusal& refused = outcome.error();

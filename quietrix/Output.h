@@ -24,6 +24,9 @@ class Output {
     /// One line on standard error.
     void note(std::string_view sentence);
 
+    /// A question on standard error, whose answer is waited for in the same line.
+    void ask(std::string_view question);
+
     /// The text in that colour on a terminal that shows colours, as it is elsewhere.
     enum class Colour { Dim, Green, Yellow, Red };
     std::string coloured(Colour colour, std::string text) const;
