@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "settings/channels/Serve.h"
 
-#include <sys/eventfd.h>
-#include <sys/signalfd.h>
 #include <sys/timerfd.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
-#include <csignal>
 #include <cstring>
 #include <utility>
 
@@ -20,8 +17,6 @@ namespace settings {
 using platform::Result;
 using platform::RunLoop;
 using server::ConnectionId;
-using server::Server;
-using server::SoundRequestId;
 
 namespace {
 
@@ -33,19 +28,6 @@ std::unexpected<platform::Error> systemFailure(const char* what) {
     return platform::failure(std::string(what) + " could not be made: " + std::strerror(errno) + ".");
 }
 
-/// Nobody can come to a page whose address was not told.
-Result<void> print(std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t count = write(STDOUT_FILENO, text.data(), text.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0)
-            return platform::failure(
-                "The address could not be printed: " + std::string(std::strerror(errno)) + ".");
-        text.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return {};
-}
-
 }  // namespace
 
 Serve::Serve(Application& application, std::shared_ptr<platform::FileSystem> files)
@@ -53,23 +35,19 @@ Serve::Serve(Application& application, std::shared_ptr<platform::FileSystem> fil
       files_(std::move(files)),
       clients_(
           application,
-          [this](ConnectionId connection, std::string text) { server_->send(connection, std::move(text)); },
-          [this](ConnectionId connection, std::size_t bytes) { server_->taken(connection, bytes); }) {}
+          [this](ConnectionId connection, std::string text) { server().send(connection, std::move(text)); },
+          [this](ConnectionId connection, std::size_t bytes) { server().taken(connection, bytes); }) {}
 
 Serve::~Serve() {
-    server_.reset();
+    endServer();
     RunLoop::main().setBeforeSleeping([&application = application_] { application.keepUp(); });
-    for (const int descriptor : {wakeUp_, signals_, deadlines_}) {
-        if (descriptor < 0) continue;
-        RunLoop::main().unwatch(descriptor);
-        close(descriptor);
-    }
+    if (deadlines_ < 0) return;
+    RunLoop::main().unwatch(deadlines_);
+    close(deadlines_);
 }
 
 Result<void> Serve::run(const ServeOptions& options) {
-    // Before the server's thread starts, which takes over which signals are held back.
-    if (Result<void> watched = watchSignals(); !watched) return watched;
-    if (Result<void> watched = watchInbox(); !watched) return watched;
+    if (Result<void> watched = watch(); !watched) return watched;
     if (Result<void> watched = watchDeadlines(); !watched) return watched;
     RunLoop::main().setBeforeSleeping([this] { pushChanges(); });
 
@@ -84,67 +62,7 @@ Result<void> Serve::run(const ServeOptions& options) {
                                       options.oldSecret);
         };
     }
-    Result<std::unique_ptr<Server>> server = Server::start(std::move(serverOptions), *this);
-    if (!server) return std::unexpected(server.error());
-    server_ = std::move(*server);
-    if (Result<void> printed = print("Quietrix Settings is at " + server_->url() + "\n"); !printed)
-        return printed;
-    if (!isEnding()) RunLoop::main().run();
-    return {};
-}
-
-void Serve::opened(ConnectionId connection) {
-    put({Message::Kind::Opened, connection, {}});
-}
-
-void Serve::received(ConnectionId connection, std::string text) {
-    put({Message::Kind::Received, connection, std::move(text)});
-}
-
-void Serve::closed(ConnectionId connection) {
-    put({Message::Kind::Closed, connection, {}});
-}
-
-void Serve::soundAsked(SoundRequestId request, std::string identifier) {
-    put({Message::Kind::SoundAsked, request, std::move(identifier)});
-}
-
-void Serve::put(Message message) {
-    const std::lock_guard lock(mutex_);
-    inbox_.push_back(std::move(message));
-    comeBack();
-}
-
-std::deque<Serve::Message> Serve::takeAll() {
-    const std::lock_guard lock(mutex_);
-    return std::exchange(inbox_, {});
-}
-
-void Serve::comeBack() {
-    // Cannot fail: the counter is far from full.
-    eventfd_write(wakeUp_, 1);
-}
-
-Result<void> Serve::watchSignals() {
-    std::signal(SIGPIPE, SIG_IGN);
-    sigset_t ends;
-    sigemptyset(&ends);
-    sigaddset(&ends, SIGINT);
-    sigaddset(&ends, SIGTERM);
-    if (pthread_sigmask(SIG_BLOCK, &ends, nullptr) != 0) return systemFailure("The watch for signals");
-    signals_ = signalfd(-1, &ends, SFD_CLOEXEC | SFD_NONBLOCK);
-    if (signals_ < 0) return systemFailure("The watch for signals");
-    RunLoop::main().watch(signals_, [this] {
-        if (isEnding()) RunLoop::main().stop();
-    });
-    return {};
-}
-
-Result<void> Serve::watchInbox() {
-    wakeUp_ = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    if (wakeUp_ < 0) return systemFailure("The inbox");
-    RunLoop::main().watch(wakeUp_, [this] { handleInbox(); });
-    return {};
+    return serve(std::move(serverOptions));
 }
 
 Result<void> Serve::watchDeadlines() {
@@ -159,8 +77,6 @@ Result<void> Serve::watchDeadlines() {
 }
 
 void Serve::handleInbox() {
-    eventfd_t counted = 0;
-    eventfd_read(wakeUp_, &counted);
     const auto end = std::chrono::steady_clock::now() + longestStretch;
     do {
         if (isEnding()) return RunLoop::main().stop();
@@ -183,7 +99,7 @@ void Serve::sortInbox() {
                 clients_.closed(message.id);
                 break;
             case Message::Kind::SoundAsked:
-                server_->giveSound(message.id, sound(message.text));
+                server().giveSound(message.id, sound(message.text));
                 break;
         }
     }
@@ -209,13 +125,6 @@ void Serve::setDeadline() {
     }
     // Cannot fail with a time that the clock itself gave.
     timerfd_settime(deadlines_, TFD_TIMER_ABSTIME, &setting, nullptr);
-}
-
-bool Serve::isEnding() {
-    signalfd_siginfo information{};
-    while (signals_ >= 0 && read(signals_, &information, sizeof information) == sizeof information)
-        ending_ = true;
-    return ending_;
 }
 
 Result<platform::ToneSound> Serve::sound(const std::string& identifier) {
