@@ -89,14 +89,16 @@ std::expected<CommandLine, EarlyEnd> checked(Subcommand subcommand, const Given&
     line.check = given.check;
 
     // A replay has a root of its own, and nobody's own phone is looked at for mistakes unless it is named.
-    const bool needsRoot =
-        subcommand != Subcommand::Replay && (subcommand != Subcommand::Check || given.root);
+    const bool needsRoot = subcommand != Subcommand::Replay && subcommand != Subcommand::View &&
+                           (subcommand != Subcommand::Check || given.root);
     const auto root = given.root || !needsRoot ? given.root : device::defaultRootDirectory();
     if (needsRoot && (!root || root->empty()))
         return std::unexpected(wrongUse("There is no root directory: give one with --root."));
     line.rootDirectory = root.value_or("");
 
-    const auto bundle = given.bundle ? given.bundle : paths.bundle();
+    const auto bundle = given.bundle || subcommand == Subcommand::View ? given.bundle : paths.bundle();
+    // What is shown was drawn long ago.
+    if (!bundle && subcommand == Subcommand::View) return line;
     if (!bundle) return std::unexpected(wrongUse("No bundle came with the program: give one with --bundle."));
     std::error_code error;
     if (!std::filesystem::is_directory(*bundle, error)) {
@@ -131,6 +133,13 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
     addBundle(replayed, given);
     addRecording(replayed, given, "The recording");
     replayed.add_flag("--update", given.update, "Puts the answers as they are now into the recording");
+    CLI::App& viewed = *program.add_subcommand(
+        "view", "Shows in a browser what was recorded, as the phone was at each moment");
+    viewed
+        .add_option("--bundle", given.bundle, "The bundle to take images from; without this one of its name")
+        ->type_name("DIR");
+    viewed.set_version_flag("--version", versionText);
+    addRecording(viewed, given, "The recording");
     CLI::App& check = *program.add_subcommand(
         "check",
         "Looks for mistakes on every screen of a bundle: 1 when there are any, 2 when it cannot be opened");
@@ -154,15 +163,17 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
             EarlyEnd{0, chosen.empty() ? program.help("", CLI::AppFormatMode::All) : chosen.front()->help()});
     } catch (const CLI::RequiredError& error) {
         const auto unknown = program.remaining();
-        return std::unexpected(wrongUse(unknown.empty() ? error.what()
-                                                        : "There is no command \"" + unknown.front() +
-                                                              "\": drive, serve, record, replay or check."));
+        return std::unexpected(wrongUse(unknown.empty()
+                                            ? error.what()
+                                            : "There is no command \"" + unknown.front() +
+                                                  "\": drive, serve, record, replay, view or check."));
     } catch (const CLI::Error& error) {
         return std::unexpected(wrongUse(error.what()));
     }
     const Subcommand chosen = serve.parsed()      ? Subcommand::Serve
                               : recorded.parsed() ? Subcommand::Record
                               : replayed.parsed() ? Subcommand::Replay
+                              : viewed.parsed()   ? Subcommand::View
                               : check.parsed()    ? Subcommand::Check
                                                   : Subcommand::Drive;
     return checked(chosen, given, paths);

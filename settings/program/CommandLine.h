@@ -11,9 +11,9 @@
 
 namespace settings {
 
-/// What the program is told to do: to talk the screen protocol over a channel, to replay what was said, or to
-/// look for a bundle's mistakes.
-enum class Subcommand { Drive, Serve, Record, Replay, Check };
+/// What the program is told to do: to talk the screen protocol over a channel, to replay or show what was
+/// said, or to look for a bundle's mistakes.
+enum class Subcommand { Drive, Serve, Record, Replay, View, Check };
 
 /// For Subcommand::Check. Empty texts for what was not asked for.
 struct CheckArguments {
@@ -27,17 +27,17 @@ struct CheckArguments {
 /// What the command line asks for, checked.
 struct CommandLine {
     Subcommand subcommand = Subcommand::Drive;
-    /// Empty for Subcommand::Replay, which has a root of its own, and for Subcommand::Check when no data was
-    /// named.
+    /// Empty for Subcommand::Replay, which has a root of its own, for Subcommand::View, which has none, and
+    /// for Subcommand::Check when no data was named.
     std::string rootDirectory;
-    /// A directory that exists.
+    /// A directory that exists. Empty for Subcommand::View when none was named.
     std::string bundleDirectory;
     device::DeviceOptions device;
     /// For Subcommand::Serve; 0 for any free one.
     std::uint16_t port = 0;
     /// For Subcommand::Serve: whether pages that are still open from an earlier start are shut out.
     bool newSecret = false;
-    /// For Subcommand::Record and Subcommand::Replay: the file.
+    /// For Subcommand::Record, Subcommand::Replay and Subcommand::View: the file.
     std::string recording;
     /// For Subcommand::Replay: whether different answers take the place of the recorded ones.
     bool update = false;

@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -22,6 +21,7 @@
 #include "settings/channels/Drive.h"
 #include "settings/channels/JSON.h"
 #include "settings/program/PhoneSetup.h"
+#include "settings/program/Progress.h"
 #include "settings/recording/AnswerDifference.h"
 #include "settings/recording/RecordedRoot.h"
 #include "settings/recording/RecordedWorld.h"
@@ -34,7 +34,6 @@ namespace settings {
 namespace fs = std::filesystem;
 using platform::failure;
 using platform::Result;
-using std::chrono::steady_clock;
 
 namespace {
 
@@ -51,32 +50,6 @@ std::vector<std::string> pairsOf(device::DeviceOptions options) {
     options.model = facts.model();
     return options.pairs();
 }
-
-/// How far a long replay has come, for who sits at a terminal.
-class Progress {
-  public:
-    explicit Progress(std::uintmax_t whole) : whole_(whole), isShown_(isatty(STDERR_FILENO) == 1) {}
-    ~Progress() {
-        if (hasShown_) std::cerr << "\r\033[K" << std::flush;
-    }
-    Progress(const Progress&) = delete;
-    Progress& operator=(const Progress&) = delete;
-
-    void show(std::uintmax_t done) {
-        if (!isShown_ || whole_ == 0 || steady_clock::now() < next_) return;
-        next_ = steady_clock::now() + every;
-        hasShown_ = true;
-        std::cerr << "\rreplay: " << done * 100 / whole_ << " %" << std::flush;
-    }
-
-  private:
-    static constexpr std::chrono::milliseconds every{500};
-
-    std::uintmax_t whole_;
-    bool isShown_;
-    bool hasShown_ = false;
-    steady_clock::time_point next_ = steady_clock::now() + every;
-};
 
 /// A replay from its first step to its last.
 class Run {
@@ -180,7 +153,7 @@ Result<int> replayStream(const CommandLine& line, const std::string& resources, 
     Replayer replayer(application, *world, root->path());
     Run run(line, reader, replayer);
     std::error_code error;
-    Progress progress(fs::file_size(line.recording, error));
+    Progress progress("replay", fs::file_size(line.recording, error));
     const auto same = run.play(*start, progress, stream);
     if (!same) return std::unexpected(same.error());
     return *same ? finished(line, run) : 1;

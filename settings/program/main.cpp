@@ -17,6 +17,7 @@
 #include "settings/program/CommandLine.h"
 #include "settings/program/PhoneSetup.h"
 #include "settings/program/RecordedRuns.h"
+#include "settings/program/ViewProgram.h"
 
 namespace {
 
@@ -64,6 +65,10 @@ int run(int argumentCount, char** argumentValues) {
 
     if (line->subcommand == settings::Subcommand::Check)
         return settings::runCheck(*line, *resources, paths.systemShell());
+    if (line->subcommand == settings::Subcommand::View) {
+        const auto shown = settings::runView(*line, paths);
+        return shown ? 0 : complain(shown.error().localizedDescription);
+    }
     if (line->subcommand == settings::Subcommand::Record ||
         line->subcommand == settings::Subcommand::Replay) {
         const auto status = line->subcommand == settings::Subcommand::Record

@@ -364,11 +364,12 @@ Result<RecordingStart> parseRecordingStart(std::string_view line) {
     return start;
 }
 
-Result<RecordedStep> parseRecordedStep(std::string_view line) {
+Result<ReadStep> readRecordedStep(std::string_view line) {
     const Result<Dictionary> object = objectOf(line);
     if (!object) return std::unexpected(object.error());
     const Fields fields(*object);
-    RecordedStep step;
+    ReadStep read;
+    RecordedStep& step = read.step;
     const auto time = fields.whole("time", longestTime);
     if (!time) return std::unexpected(time.error());
     step.time = *time;
@@ -378,11 +379,18 @@ Result<RecordedStep> parseRecordedStep(std::string_view line) {
     auto found = findingsOf(fields.value("found"));
     if (!found) return std::unexpected(found.error());
     step.found = *std::move(found);
-    if (!fields.has("answer")) return step;
+    if (!fields.has("answer")) return read;
     if (!hasAnswer(step)) return failure("\"answer\" stands where nothing was asked.");
-    if (!fields.value("answer").dictionary()) return Fields::wrong("answer", "an object");
-    step.answer = jsonText(fields.value("answer"));
-    return step;
+    read.answer = fields.value("answer");
+    if (!read.answer.dictionary()) return Fields::wrong("answer", "an object");
+    return read;
+}
+
+Result<RecordedStep> parseRecordedStep(std::string_view line) {
+    Result<ReadStep> read = readRecordedStep(line);
+    if (!read) return std::unexpected(read.error());
+    if (!read->answer.isNil()) read->step.answer = jsonText(read->answer);
+    return std::move(read->step);
 }
 
 }  // namespace settings

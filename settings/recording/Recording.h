@@ -87,12 +87,19 @@ struct RecordedStep {
     bool operator==(const RecordedStep&) const = default;
 };
 
+/// A step as it was read: its answer is not text but what that holds, and nil where there is none.
+struct ReadStep {
+    RecordedStep step;
+    platform::Value answer;
+};
+
 /// A recording's first line, and another one, without the line break.
 std::string lineText(const RecordingStart& start);
 std::string lineText(const RecordedStep& step);
 
 /// Read such a line. Any bytes may come; the error is a sentence that says what is wrong with the line.
 platform::Result<RecordingStart> parseRecordingStart(std::string_view line);
+platform::Result<ReadStep> readRecordedStep(std::string_view line);
 platform::Result<RecordedStep> parseRecordedStep(std::string_view line);
 
 /// How deep a recorded answer may nest: a stored property list within it may go deeper than a command.

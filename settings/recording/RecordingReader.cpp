@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "settings/channels/JSON.h"
+
 namespace settings {
 
 using platform::Result;
@@ -24,16 +26,27 @@ Result<RecordingStart> RecordingReader::start() {
 }
 
 Result<std::optional<RecordedStep>> RecordingReader::next() {
+    Result<std::optional<ReadStep>> read = nextRead();
+    if (!read) return std::unexpected(read.error());
+    if (!*read) return std::nullopt;
+    RecordedStep step = std::move((*read)->step);
+    if (!(*read)->answer.isNil()) step.answer = jsonText((*read)->answer);
+    return step;
+}
+
+Result<std::optional<ReadStep>> RecordingReader::nextRead() {
     const auto line = nextLine();
     if (!line) return std::unexpected(line.error());
     if (!*line) return std::nullopt;
-    Result<RecordedStep> step = parseRecordedStep(**line);
-    if (!step) return wrong(step.error().localizedDescription);
-    if (const Result<void> checked = checkOrder(*step); !checked) return std::unexpected(checked.error());
-    return *std::move(step);
+    Result<ReadStep> read = readRecordedStep(**line);
+    if (!read) return wrong(read.error().localizedDescription);
+    if (const Result<void> checked = checkOrder(*read); !checked) return std::unexpected(checked.error());
+    return *std::move(read);
 }
 
-Result<void> RecordingReader::checkOrder(const RecordedStep& step) {
+Result<void> RecordingReader::checkOrder(const ReadStep& read) {
+    const RecordedStep& step = read.step;
+    const bool isAnswered = !read.answer.isNil();
     using Step = RecordedStep;
     if (isWhole_) return wrong("The recording has ended before.");
     if (std::holds_alternative<Step::Begun>(step.what) == hasBegun_)
@@ -46,9 +59,9 @@ Result<void> RecordingReader::checkOrder(const RecordedStep& step) {
     if (isAsked && waits_) return wrong("The command before has not been answered.");
     if (std::holds_alternative<Step::WaitOver>(step.what) && !waits_)
         return wrong("\"answer\" stands where nothing was asked.");
-    if (isAsked && !step.answer && std::holds_alternative<Step::OversizedLine>(step.what))
+    if (isAsked && !isAnswered && std::holds_alternative<Step::OversizedLine>(step.what))
         return wrong("The answer is missing.");
-    if (isAsked) waits_ = !step.answer;
+    if (isAsked) waits_ = !isAnswered;
     if (std::holds_alternative<Step::WaitOver>(step.what)) waits_ = false;
     isWhole_ = std::holds_alternative<Step::Ended>(step.what);
     return {};
@@ -65,6 +78,9 @@ Result<std::optional<std::string>> RecordingReader::nextLine() {
     if (lines_.empty()) return std::nullopt;
     LineReader::Line line = std::move(lines_.front());
     lines_.pop_front();
+    // Behind the line before and its break.
+    if (line_ > 0) offset_ += length_ + 1;
+    length_ = line.text.size();
     ++line_;
     if (line.oversized) return wrong("The line is longer than a recording's can be.");
     return std::move(line.text);

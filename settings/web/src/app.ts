@@ -62,6 +62,8 @@ export class App implements View, Beside {
     private lastFetch = '';
     private fetchedFor = '';
     private darkMode = false;
+    /** The file of a phone that is only looked at. */
+    private recording: string | null = null;
 
     constructor(root: HTMLElement, private readonly url: string, private readonly secret: string | null) {
         this.frame = new Frame(() => this.send({ do: 'dark', on: !this.darkMode }), () => this.connection.retryNow());
@@ -185,9 +187,11 @@ export class App implements View, Beside {
             return;
         }
         if (status === 'lost') this.disconnected();
-        this.frame.showStatus(status, this.stage.page !== null, this.texts);
+        this.showStatus(this.stage.page !== null);
         if (status === 'lost') this.stage.redraw();
     }
+
+    private showStatus(hasScreen: boolean): void { this.frame.showStatus(this.connection.status, hasScreen, this.recording, this.texts); }
 
     private disconnected(): void {
         if (this.lostFocus === undefined) this.lostFocus = document.activeElement instanceof HTMLElement && !isUserBeside() ? document.activeElement : null;
@@ -264,13 +268,18 @@ export class App implements View, Beside {
         const more = (fetched || finding !== undefined) && state.revision === this.revision && !this.stage.changes(state.screen);
         this.revision = state.revision;
         if (state.device) this.takeDevice(state.device);
+        if (state.recording !== this.recording) {
+            this.recording = state.recording;
+            this.showStatus(true);
+        }
         if (this.stage.changes(state.screen)) setImageHint(state.screen.className);
         if (more) this.stage.page?.take(state.screen, state.revision);
         else this.stage.show(state.screen, state.revision, state.presented !== null);
         // Whatever was asked about a row has been answered.
         if (this.presenter.presented && !state.presented) this.stage.page?.uncover(null);
         this.presenter.show(state.presented);
-        this.trail.follow(this.depthOf(state));
+        // Nothing leads back from what has been.
+        if (this.recording === null) this.trail.follow(this.depthOf(state));
         this.frame.showScreen(state.screen, state.presented?.kind === 'mail', this.texts);
         this.announceScreen(state);
         this.losses.draw();

@@ -43,12 +43,20 @@ export class Frame {
         root.append(this.phone, this.side, this.live);
     }
 
-    /** While the connection is lost, nothing of the phone takes input. It looks so, and the banner says why. */
-    showStatus(status: Status, hasScreen: boolean, texts: Texts): void {
+    /**
+     * While the connection is lost, nothing of the phone takes input, and of a recording, which `recording` names, it never does. The
+     * banner says why.
+     */
+    showStatus(status: Status, hasScreen: boolean, recording: string | null, texts: Texts): void {
         this.phone.dataset['connection'] = status;
         const isLost = status === 'lost';
-        for (const part of [this.screens, this.presenter, this.side]) part?.toggleAttribute('inert', isLost);
+        for (const part of [this.screens, this.presenter, this.side]) part?.toggleAttribute('inert', isLost || recording !== null);
+        this.side.hidden = recording !== null;
         const words = isLost ? texts.lost : status === 'silent' ? texts.silent : null;
+        if (recording !== null && words === null) {
+            render(html`<span class="banner-text"><span dir="auto">${texts.recording.replace('{file}', recording)}</span></span>`, this.banner);
+            return;
+        }
         render(words !== null && hasScreen ? html`<span class="banner-text"><span class="spinner small" aria-hidden="true"></span><span>${words}</span>
             ${isLost ? html`<button class="banner-button" type="button" @click=${this.retry}>${texts.retry}</button>` : nothing}</span>` : nothing, this.banner);
         if (hasScreen) return;

@@ -94,7 +94,8 @@ export interface Device { darkMode: boolean; rightToLeft: boolean; language: str
 /** A row whose name holds what was searched for. */
 export interface Found { key: string; index: number; name: string }
 
-export interface State { revision: number; screen: Screen; presented: Presented | null; device: Device | null }
+/** `recording` names the file of a phone that is only looked at; null for one that lives. */
+export interface State { revision: number; screen: Screen; presented: Presented | null; device: Device | null; recording: string | null }
 /**
  * `stale` says that what a command meant is no longer there: nothing was done, and the state shows what is there now. `source` is the
  * object as it came, for who reads more of it than what draws the phone.
@@ -282,7 +283,7 @@ export function parseState(value: unknown): State | null {
     const inner = bag(value);
     const shown = inner ? screen(inner['screen']) : null;
     return inner && shown
-        ? { revision: number(inner['revision'], 0), screen: shown, presented: presented(inner['presented']), device: device(inner['device']) }
+        ? { revision: number(inner['revision'], 0), screen: shown, presented: presented(inner['presented']), device: device(inner['device']), recording: text(bag(inner['recording'])?.['file']) }
         : null;
 }
 

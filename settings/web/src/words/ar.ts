@@ -54,5 +54,6 @@ export const ar: Words = {
     beginning: 'تظهر البداية فقط.',
     emptyFile: 'الملف فارغ.',
     notSaved: 'تعذر حفظ “{text}”.',
+    recording: 'تسجيل {file}',
     ok: 'حسنًا',
 };

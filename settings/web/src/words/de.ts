@@ -54,5 +54,6 @@ export const de: Words = {
     beginning: 'Nur der Anfang wird gezeigt.',
     emptyFile: 'Die Datei ist leer.',
     notSaved: '„{text}“ konnte nicht gesichert werden.',
+    recording: 'Aufzeichnung {file}',
     ok: 'OK',
 };

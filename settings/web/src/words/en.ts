@@ -53,6 +53,7 @@ export const en = {
     beginning: 'Only the beginning is shown.',
     emptyFile: 'The file is empty.',
     notSaved: '“{text}” could not be saved.',
+    recording: 'Recording {file}',
     ok: 'OK',
 };
 

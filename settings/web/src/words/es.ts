@@ -54,5 +54,6 @@ export const es: Words = {
     beginning: 'Solo se muestra el principio.',
     emptyFile: 'El archivo está vacío.',
     notSaved: 'No se pudo guardar “{text}”.',
+    recording: 'Grabación {file}',
     ok: 'OK',
 };

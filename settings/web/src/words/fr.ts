@@ -54,5 +54,6 @@ export const fr: Words = {
     beginning: 'Seul le début est affiché.',
     emptyFile: 'Le fichier est vide.',
     notSaved: '« {text} » n’a pas pu être enregistré.',
+    recording: 'Enregistrement {file}',
     ok: 'OK',
 };

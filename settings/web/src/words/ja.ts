@@ -54,5 +54,6 @@ export const ja: Words = {
     beginning: '先頭部分のみ表示しています。',
     emptyFile: 'ファイルは空です。',
     notSaved: '“{text}”を保存できませんでした。',
+    recording: '記録：{file}',
     ok: 'OK',
 };

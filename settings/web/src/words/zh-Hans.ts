@@ -54,5 +54,6 @@ export const zhHans: Words = {
     beginning: '仅显示开头部分。',
     emptyFile: '文件为空。',
     notSaved: '无法存储“{text}”。',
+    recording: '记录：{file}',
     ok: '好',
 };

@@ -29,8 +29,8 @@ export interface Placed { node: Node; isMatch: boolean }
 
 export interface EventFilter { hidden: ReadonlySet<string>; text: string }
 
-/** How many nodes are kept; then the oldest commands go with all that came of them. */
-const kept = 20_000;
+/** How many nodes of a phone that goes on are kept; then the oldest commands go with all that came of them. */
+const keptNodes = 20_000;
 /** So many more may come before these go, so that it is not done for each. */
 const keptBeyond = 1000;
 const keptCommands = 2000;
@@ -49,6 +49,12 @@ export class EventTree {
     /** The newest event, and whether those that come next are of a connection of which none has come yet. */
     private last: { id: number; at: number } | null = null;
     private isNew = false;
+    private kept = keptNodes;
+    /** The recorded command of which the events are being added: it stands where the first one does that came of it. */
+    private recorded: { name: string; append: () => Node } | null = null;
+
+    /** A recording comes to an end by itself. */
+    keepAll(): void { this.kept = Infinity; }
 
     /** A command has been sent, by whom and with which id; what comes of it goes by its words. */
     noteSent(command: Command, sender: Sender, id: number): void {
@@ -67,6 +73,18 @@ export class EventTree {
     reconnect(): void {
         this.isNew = true;
         this.commandRoots.clear();
+    }
+
+    /** What came to a recorded phone, with the events that were told next. `number` is that of a command, by which they name it. */
+    addRecorded(what: { kind: string; text: string; event: Bag; at: number; number: number | null }, events: readonly Bag[], moment: Moment | null): void {
+        const { number, ...node } = what;
+        const append = (): Node => this.append({ ...node, key: this.newKey(), parent: null, moment });
+        if (number === null) append();
+        else this.recorded = { name: `own ${number}`, append };
+        this.add(events, 0, moment, what.at);
+        // Nothing came of it.
+        if (number !== null && !this.commandRoots.has(`own ${number}`)) this.commandRoots.set(`own ${number}`, append());
+        this.recorded = null;
     }
 
     clear(): void {
@@ -120,6 +138,12 @@ export class EventTree {
         return placed;
     }
 
+    /** The last one under which others stand, or could, that fits. */
+    lastRoot(fits: (root: Node) => boolean): Node | null {
+        for (let at = this.roots.length - 1; at >= 0; at -= 1) if (fits(this.roots[at]!)) return this.roots[at]!;
+        return null;
+    }
+
     private unknown(events: readonly Bag[]): readonly Bag[] {
         const { last } = this;
         if (!this.isNew || events.length === 0) return events;
@@ -149,7 +173,7 @@ export class EventTree {
         const name = `${connection ?? 'own'} ${String(command['command'])}`;
         const known = this.commandRoots.get(name);
         if (known) return known;
-        const root = this.append({ key: this.newKey(), event: null, kind: 'command', text: this.wordsOf(command, connection), at, parent: null, moment });
+        const root = this.recorded?.name === name ? this.recorded.append() : this.append({ key: this.newKey(), event: null, kind: 'command', text: this.wordsOf(command, connection), at, parent: null, moment });
         this.commandRoots.set(name, root);
         return root;
     }
@@ -162,9 +186,9 @@ export class EventTree {
     }
 
     private trim(): void {
-        if (this.nodes.length <= kept + keptBeyond) return;
+        if (this.nodes.length <= this.kept + keptBeyond) return;
         const gone = new Set<Node>();
-        while (this.nodes.length - gone.size > kept && this.roots.length > 1) for (const node of branchOf(this.roots.shift()!)) gone.add(node);
+        while (this.nodes.length - gone.size > this.kept && this.roots.length > 1) for (const node of branchOf(this.roots.shift()!)) gone.add(node);
         this.nodes = this.nodes.filter((node) => !gone.has(node));
         for (const node of gone) {
             const count = (this.kinds.get(node.kind) ?? 1) - 1;

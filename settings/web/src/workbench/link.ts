@@ -25,7 +25,7 @@ export interface LinkListener {
 }
 
 /** Commands that look and change nothing. */
-const looks: ReadonlySet<string> = new Set(['state', 'find', 'files']);
+const looks: ReadonlySet<string> = new Set(['state', 'find', 'files', 'moment', 'moments']);
 
 export function shotOf(source: Bag): Shot | null {
     const screen = bagOf(source['screen']);

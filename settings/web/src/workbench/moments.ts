@@ -3,8 +3,14 @@ import type { Bag } from '../protocol';
 import { keyOf } from './rowbook';
 import type { Shot } from './link';
 
-/** A state that was recorded; null once it is no longer kept. */
-export interface Moment { source: Bag | null }
+/** A state that was recorded, and the one before it. */
+export interface Moment {
+    /** Null while it is elsewhere, and once it is no longer kept. */
+    source: Bag | null;
+    before: Moment | null;
+    /** Of a recording: the number by which its state is asked for. */
+    readonly number?: number;
+}
 
 const kept = 500;
 
@@ -31,9 +37,9 @@ export class Moments {
         this.rows = rows;
         // Its events are told by the tree.
         const { events: _events, ...rest } = shot.source;
-        const moment: Moment = { source: { ...rest, screen: { ...shot.screen, rows: shared } } };
+        const moment: Moment = { source: { ...rest, screen: { ...shot.screen, rows: shared } }, before: this.all.at(-1) ?? null };
         this.all.push(moment);
-        if (this.all.length > kept) this.all.shift()!.source = null;
+        if (this.all.length > kept) Object.assign(this.all.shift()!, { source: null, before: null });
         this.last = { revision: shot.revision, moment };
         return moment;
     }

@@ -8,7 +8,7 @@ export class TabList {
     readonly element = element('wb-tabs');
     chosen: Tab;
 
-    constructor(private readonly tabs: readonly Tab[], first: string, private readonly panel: HTMLElement, private readonly changed: (tab: Tab, before: Tab | null) => void) {
+    constructor(private tabs: readonly Tab[], first: string, private readonly panel: HTMLElement, private readonly changed: (tab: Tab, before: Tab | null) => void) {
         this.chosen = tabs.find((tab) => tab.name === first) ?? tabs[0]!;
         this.element.setAttribute('role', 'tablist');
         this.element.setAttribute('aria-label', 'Tools');
@@ -19,6 +19,15 @@ export class TabList {
     choose(tab: Tab): void {
         if (tab === this.chosen) return;
         const before = this.chosen;
+        this.chosen = tab;
+        this.show(before);
+    }
+
+    /** Leaves the others out. */
+    keepOnly(tab: Tab): void {
+        if (this.tabs.length === 1) return;
+        this.tabs = [tab];
+        const before = this.chosen === tab ? null : this.chosen;
         this.chosen = tab;
         this.show(before);
     }

@@ -26,6 +26,8 @@ export interface ListOptions {
     pointed?(place: number | null): void;
     /** A line was clicked, or Enter was pressed on it. */
     chosen?(place: number): void;
+    /** A key has led to another line. */
+    moved?(place: number): void;
     /** A key on a line that the list has no use for; true when it was used. */
     key?(event: KeyboardEvent, place: number): boolean;
     /** Other lines are in sight. */
@@ -210,6 +212,8 @@ export class VirtualList {
         const to = steps[event.key];
         if (to === undefined) return;
         event.preventDefault();
-        this.focusAt(Math.max(0, Math.min(this.count - 1, to)));
+        const target = Math.max(0, Math.min(this.count - 1, to));
+        this.focusAt(target);
+        this.options.moved?.(target);
     }
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 import type { Beside } from '../beside';
 import { takeFromWindow } from '../shape';
+import { bagOf } from './bags';
 import { ConsoleTab } from './console';
 import { DeviceTab } from './device';
 import { FaultsTab } from './faults';
@@ -40,8 +41,10 @@ export class Workbench {
         const names = new Names(this.link);
         const tabs: Tab[] = [
             new RowsTab(this.link, pointer), new ConsoleTab(this.link, names), new OverlaysTab(beside, place, pointer), new PostTab(this.link, names),
-            new FilesTab(this.link), new DeviceTab(this.link), new FaultsTab(this.link), new TimelineTab(this.link, beside, place),
+            new FilesTab(this.link), new DeviceTab(this.link), new FaultsTab(this.link),
         ];
+        const timeline = new TimelineTab(this.link, beside, place);
+        tabs.push(timeline);
         this.all = tabs;
         this.pane.id = 'workbench';
         this.pane.lang = 'en';
@@ -76,7 +79,11 @@ export class Workbench {
         // The phone has its own use for some keys, wherever they are pressed.
         this.pane.addEventListener('keydown', (event) => event.stopPropagation());
         place.append(this.pane);
-        this.link.listen({ linked: (isLinked) => this.tellTrouble(isLinked) });
+        this.link.listen({
+            linked: (isLinked) => this.tellTrouble(isLinked),
+            // Of what has been there is nothing but what happened.
+            shot: ({ source }) => { if (bagOf(source['recording'])) this.tabs.keepOnly(timeline); },
+        });
         this.tellTrouble(false);
         this.link.open();
     }
