@@ -20,8 +20,8 @@ constexpr int any = 1 << 20;
 constexpr char mark = '\x01';
 
 // In the order of the help.
-constexpr std::array adders{&addList,   &addShow,   &addAdd,    &addSet,   &addEnable,
-                            &addDelete, &addSwitch, &addExport, &addReset, &addKeys};
+constexpr std::array adders{&addList,   &addShow,   &addAdd,   &addSet,   &addEnable, &addDelete,
+                            &addSwitch, &addExport, &addWatch, &addReset, &addDoctor, &addKeys};
 
 std::vector<std::string> marked(std::vector<std::string> arguments) {
     for (std::string& argument : arguments) {
@@ -50,7 +50,7 @@ std::unexpected<Outcome> told(std::string text) {
 Command::Words Command::positional(const std::string& name, const std::string& description, Need need,
                                    int atMost) {
     CLI::Option* option = app_.add_option(name)->description(description)->type_name("");
-    option->expected(need == Need::Required ? 1 : 0, atMost)->required(need == Need::Required);
+    option->expected(1, atMost)->required(need == Need::Required);
     option->allow_extra_args(atMost > 1);
     return [option] {
         // Not as any type: that would read signs of its own into them.

@@ -80,6 +80,7 @@ bool asksForJSON(const std::vector<std::string>& arguments);
 // One for each file of commands.
 void addAdd(Commands& commands);
 void addDelete(Commands& commands);
+void addDoctor(Commands& commands);
 void addEnable(Commands& commands);
 void addExport(Commands& commands);
 void addKeys(Commands& commands);
@@ -88,5 +89,6 @@ void addReset(Commands& commands);
 void addSet(Commands& commands);
 void addShow(Commands& commands);
 void addSwitch(Commands& commands);
+void addWatch(Commands& commands);
 
 }  // namespace console

@@ -93,7 +93,8 @@ Outcome exportProfiles(Session& session, Place place) {
         return Answer{.text = std::string(document->begin(), document->end()), .isData = true};
     if (const auto written = writeTo(place.file, *document); !written)
         return std::unexpected(written.error());
-    return Answer{.text = std::to_string(profiles->size()) + " profiles exported to " +
+    return Answer{.text = std::to_string(profiles->size()) +
+                          (profiles->size() == 1 ? " profile" : " profiles") + " exported to " +
                           device::visibleText(place.file) + "\n",
                   .json = {{"exported", profiles->size()}, {"file", device::escapedText(place.file)}}};
 }

@@ -34,7 +34,7 @@ Outcome reset(Session& session, bool isAgreed) {
             return refusal(Status::Failed, removed.error().localizedDescription);
     }
     session.post(quietrix::ProfileAppliedStateChangedNotification);
-    return Answer{.text = "Deleted all " + std::to_string(count) + " profiles\n",
+    return Answer{.text = "Deleted " + std::to_string(count) + (count == 1 ? " profile" : " profiles") + "\n",
                   .json = {{"removed", count}}};
 }
 
