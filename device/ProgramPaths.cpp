@@ -2,6 +2,7 @@
 #include "device/ProgramPaths.h"
 
 #include <cstdlib>
+#include <string_view>
 #include <system_error>
 
 namespace device {
@@ -11,6 +12,14 @@ namespace fs = std::filesystem;
 ProgramPaths ProgramPaths::ofThisProgram() {
     std::error_code error;
     return ProgramPaths(fs::read_symlink("/proc/self/exe", error).parent_path());
+}
+
+std::string ProgramPaths::ownFile() {
+    std::error_code error;
+    std::string file = fs::read_symlink("/proc/self/exe", error).string();
+    constexpr std::string_view gone = " (deleted)";
+    if (file.ends_with(gone)) file.resize(file.size() - gone.size());
+    return file;
 }
 
 std::string ProgramPaths::systemShell() const {

@@ -16,6 +16,9 @@ class ProgramPaths {
     explicit ProgramPaths(std::filesystem::path programDirectory)
         : programDirectory_(std::move(programDirectory)) {}
 
+    /// The program's own file, as it was started: another one may have taken its place since.
+    static std::string ownFile();
+
     /// The product's bundle; empty when it is not there.
     std::optional<std::string> bundle() const { return find("QuietrixPreferences.bundle"); }
     /// The application's own bundle of texts and images; empty when it is not there.

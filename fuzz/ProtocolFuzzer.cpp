@@ -71,6 +71,7 @@ class FuzzedPhone : public settings::RunningPhone {
     platform::Result<void> changeDevice(const std::vector<std::string>& pairs) override {
         return checkDevice(pairs);
     }
+    std::vector<std::string> devicePairs() const override { return {}; }
     std::shared_ptr<device::VirtualClock> clock() const override { return clock_; }
     std::shared_ptr<platform::FileSystem> files() const override { return nullptr; }
     device::Faults& faults() override { return faults_; }

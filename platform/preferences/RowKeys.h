@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "platform/preferences/RowMatching.h"
@@ -16,6 +17,10 @@ class RowKeys {
   public:
     /// Takes over the rows as they are now. They are held until the next call, to be compared then.
     void follow(const SpecifierList& list);
+    /// What the rows are known by, in their order.
+    std::vector<RowTraits> traits() const;
+    /// The keys of rows of another process, to be followed by a list of this one.
+    static RowKeys ofTraits(std::span<const RowTraits> traits);
     /// 0 out of range.
     RowKey keyAt(std::size_t index) const { return index < rows_.size() ? rows_[index].key : 0; }
     /// Empty when no row has the key (any more).

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/preferences/RowMatching.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <atomic>
 #include <limits>
@@ -15,10 +17,21 @@ namespace platform {
 
 namespace {
 
+std::atomic<RowKey> lastKey{0};
+
 RowKey nextKey() {
-    static std::atomic<RowKey> last{0};
-    return ++last;
+    return ++lastKey;
 }
+
+/// Stands for the user info of a row of another process.
+class RememberedUserInfo : public Object {
+  public:
+    explicit RememberedUserInfo(std::string line) : line_(std::move(line)) {}
+    const std::string& line() const { return line_; }
+
+  private:
+    std::string line_;
+};
 
 /// With its length ahead, so that no two sequences of texts look alike.
 void appendText(std::string& line, std::string_view text) {
@@ -37,8 +50,10 @@ void appendObject(std::string& line, const Object& object) {
     const auto* properties = dynamic_cast<const KeyValueCoding*>(&object);
     const Value identifier = properties != nullptr ? properties->valueForKey("identifier") : Value();
     if (identifier.isNil() || isContainer(identifier) || identifier.object() || identifier == Value("")) {
-        // Both generations of rows live while they are compared, so that no address stands for two objects.
-        line += '@';
+        // Both generations of rows live while they are compared, so that no address stands for two objects;
+        // another process may have another object there.
+        static const pid_t process = getpid();
+        line += '@' + std::to_string(process) + ':';
         line += std::to_string(reinterpret_cast<std::uintptr_t>(&object));
         return;
     }
@@ -61,6 +76,10 @@ void appendEntry(std::string& line, const Value& value) {
 }
 
 std::string userInfoLine(const Value& userInfo) {
+    if (const auto object = userInfo.object()) {
+        if (const auto* remembered = dynamic_cast<const RememberedUserInfo*>(object.get()))
+            return remembered->line();
+    }
     std::string line;
     appendEntry(line, userInfo);
     if (const Array* array = userInfo.array()) {
@@ -299,6 +318,32 @@ void keyRows(std::span<const KeyedRow> before, std::span<KeyedRow> now) {
     for (KeyedRow& row : now) {
         if (row.key == 0) row.key = nextKey();
     }
+}
+
+RowTraits traitsOf(const KeyedRow& row) {
+    const PSSpecifier& specifier = *row.specifier;
+    RowTraits traits{row.key, specifier.cellType(), specifier.name(), specifier.identifier(), {}};
+    if (!specifier.userInfo().isNil()) traits.userInfo = userInfoLine(specifier.userInfo());
+    return traits;
+}
+
+KeyedRow rowWithTraits(const RowTraits& traits) {
+    auto specifier = std::make_shared<PSSpecifier>();
+    specifier->setName(traits.name);
+    specifier->setIdentifier(traits.identifier);
+    specifier->setCellType(traits.kind);
+    if (!traits.userInfo.empty())
+        specifier->setUserInfo(std::make_shared<RememberedUserInfo>(traits.userInfo));
+    return {std::move(specifier), traits.key};
+}
+
+RowKey lastRowKey() {
+    return lastKey;
+}
+
+void rowKeysAbove(RowKey key) {
+    RowKey last = lastKey;
+    while (last < key && !lastKey.compare_exchange_weak(last, key)) continue;
 }
 
 }  // namespace platform

@@ -3,7 +3,9 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
+#include <string>
 
 #include "platform/preferences/PSSpecifier.h"
 
@@ -30,5 +32,26 @@ struct KeyedRow {
 ///
 /// The work is linear in the number of rows. Main thread.
 void keyRows(std::span<const KeyedRow> before, std::span<KeyedRow> now);
+
+/// What a row is known by, to be kept where its specifier cannot be: in another process.
+struct RowTraits {
+    RowKey key = 0;
+    PSCellType kind = PSCellType::StaticText;
+    std::optional<std::string> name;
+    std::optional<std::string> identifier;
+    /// Empty for none. Equal user infos have equal texts; an object that is equal to itself only has one that
+    /// no other has.
+    std::string userInfo;
+};
+
+/// The row's specifier may not be null. Main thread.
+RowTraits traitsOf(const KeyedRow& row);
+/// A row that keyRows() takes for the one with these traits, and that is good for nothing else. Main thread.
+KeyedRow rowWithTraits(const RowTraits& traits);
+
+/// The highest key that any row has had so far; 0 before the first. Any thread.
+RowKey lastRowKey();
+/// Rows that are new from now on get higher keys than this one. Any thread.
+void rowKeysAbove(RowKey key);
 
 }  // namespace platform

@@ -16,9 +16,23 @@ namespace platform {
 
 PLATFORM_REGISTER_CLASS(UIViewController)
 
+namespace {
+
+std::atomic<std::uint64_t> lastScreen{0};
+
+}  // namespace
+
 std::uint64_t UIViewController::nextNumber() {
-    static std::atomic<std::uint64_t> last{0};
-    return ++last;
+    return ++lastScreen;
+}
+
+std::uint64_t UIViewController::lastNumber() {
+    return lastScreen;
+}
+
+void UIViewController::numberAbove(std::uint64_t number) {
+    std::uint64_t last = lastScreen;
+    while (last < number && !lastScreen.compare_exchange_weak(last, number)) continue;
 }
 
 const std::shared_ptr<UIView>& UIViewController::view() {

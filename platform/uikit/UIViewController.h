@@ -26,6 +26,12 @@ class UIViewController : public Object {
 
     /// Tells this screen from every other one of the process, those that come after it included.
     std::uint64_t number() const { return number_; }
+    /// Gives the screen the number of one of another process whose place it takes.
+    void takeOverNumber(std::uint64_t number) { number_ = number; }
+    /// The highest number so far of all screens of the process; 0 before the first one.
+    static std::uint64_t lastNumber();
+    /// Screens made from now on have higher numbers than this one.
+    static void numberAbove(std::uint64_t number);
 
     /// The view, made if need be. Never null.
     const std::shared_ptr<UIView>& view();
@@ -98,7 +104,7 @@ class UIViewController : public Object {
 
     static std::uint64_t nextNumber();
 
-    const std::uint64_t number_ = nextNumber();
+    std::uint64_t number_ = nextNumber();
     std::shared_ptr<UIView> view_;
     std::optional<std::string> title_;
     std::shared_ptr<UINavigationItem> navigationItem_;

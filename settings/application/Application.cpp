@@ -6,7 +6,9 @@
 #include "platform/foundation/Journal.h"
 #include "platform/foundation/RunLoop.h"
 #include "platform/uikit/UIApplication.h"
+#include "settings/application/BundleErrorController.h"
 #include "settings/application/BundleOpening.h"
+#include "settings/application/RowKeyValue.h"
 #include "settings/application/ScreenPath.h"
 #include "settings/application/SettingsRootController.h"
 #include "settings/application/StoredFiles.h"
@@ -57,6 +59,37 @@ platform::Result<std::optional<std::string>> Application::changeDevice(
     }
     if (!changed) return std::unexpected(changed.error());
     return ended;
+}
+
+platform::Value Application::handOver() const {
+    return platform::Dictionary{{"bundle", bundlePath_},
+                                {"list", list_->number()},
+                                {"rows", valueOfRowKeys(list_->rowKeys())},
+                                {"path", ScreenPath::now().value()},
+                                {"lastScreen", platform::UIViewController::lastNumber()},
+                                {"lastKey", platform::lastRowKey()}};
+}
+
+std::optional<std::string> Application::takeOver(const platform::Value& given) {
+    // What another page may still name there is nothing here.
+    platform::UIViewController::numberAbove(numberIn(given, "lastScreen"));
+    platform::rowKeysAbove(numberIn(given, "lastKey"));
+    list_->takeOverNumber(numberIn(given, "list"));
+    list_->takeOverRowKeys(rowKeysOfValue(given["rows"]));
+    leaveScreens();
+    const ScreenPath path = ScreenPath::ofValue(given["path"]);
+    if (!path.entersBundle()) return std::nullopt;
+    openBundle(given["bundle"].stringOr(bundlePath_));
+    // The first screen may have its rows only when all that it has begun is done.
+    platform::RunLoop::main().drain();
+    return path.follow(bundle_);
+}
+
+std::optional<std::string> Application::bundleProblem() const {
+    const auto& stack = navigation_->viewControllers();
+    if (stack.size() < 2) return std::nullopt;
+    const auto* problem = dynamic_cast<const BundleErrorController*>(stack[1].get());
+    return problem ? std::optional(problem->reason()) : std::nullopt;
 }
 
 void Application::leaveScreens() {

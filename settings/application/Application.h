@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/foundation/Bundle.h"
@@ -36,6 +37,20 @@ class Application {
     /// Changes the device by "KEY=VALUE" pairs, all or nothing: every screen is left, and opened anew along
     /// the same path. What comes back is a sentence on where that path ended, if not where it did before.
     platform::Result<std::optional<std::string>> changeDevice(const std::vector<std::string>& pairs);
+
+    /// What the application of another process needs to go on where this one is: the bundle, the screens, and
+    /// what they are known by.
+    platform::Value handOver() const;
+    /// Goes on where the application was that has given this; before anybody has seen this one. Gives a
+    /// sentence on where the way to the screen ended, if it could not be gone to its end.
+    std::optional<std::string> takeOver(const platform::Value& given);
+    /// Why the bundle that is open could not be loaded, as a sentence; nothing when it could.
+    std::optional<std::string> bundleProblem() const;
+
+    /// What is to be told about the program's own renewal, for the state; nil for nothing. A channel's
+    /// matter.
+    const platform::Value& build() const { return build_; }
+    void setBuild(platform::Value build) { build_ = std::move(build); }
 
     /// Takes over what the journal holds and forgets what no session has asked for in a long time, so that an
     /// idle application does not grow. The main run loop calls it before it sleeps, unless a channel does as
@@ -69,6 +84,7 @@ class Application {
     std::shared_ptr<platform::Bundle> bundle_;
     EventLog events_;
     ImageCatalog images_;
+    platform::Value build_;
     std::uint64_t revision_ = 0;
     std::uint64_t connections_ = 0;
 };

@@ -16,6 +16,7 @@ class BundleErrorController : public platform::PSListController {
     BundleErrorController(std::string bundlePath, std::string reason);
 
     platform::SpecifierArray specifiers() override;
+    const std::string& reason() const { return reason_; }
 
   private:
     std::string bundlePath_;

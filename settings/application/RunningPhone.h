@@ -22,6 +22,8 @@ class RunningPhone {
     /// Changes what the pairs name and leaves everything else as it is by now; all or nothing. No screen of a
     /// bundle may be open.
     virtual platform::Result<void> changeDevice(const std::vector<std::string>& pairs) = 0;
+    /// "KEY=VALUE" pairs of how it is equipped by now, its dark mode and its time included.
+    virtual std::vector<std::string> devicePairs() const = 0;
     /// Null when the phone has the machine's time.
     virtual std::shared_ptr<device::VirtualClock> clock() const = 0;
     /// The root's files as they are, without any fault.

@@ -6,12 +6,16 @@
 
 #include "platform/uikit/UIApplication.h"
 #include "settings/application/LinkedScreens.h"
+#include "settings/application/RowKeyValue.h"
 #include "settings/application/TopScreen.h"
 
 namespace settings {
 
+using platform::Array;
+using platform::Dictionary;
 using platform::PSListController;
 using platform::UINavigationController;
+using platform::Value;
 
 namespace {
 
@@ -49,7 +53,7 @@ ScreenPath ScreenPath::now() {
     if (!window) return path;
     const auto& stack = window->viewControllers();
     for (std::size_t i = 1; i < stack.size(); ++i) {
-        Step step{stack[i]->getClass().name(), openerOf(*stack[i]), std::nullopt};
+        Step step{stack[i]->getClass().name(), stack[i]->number(), openerOf(*stack[i]), std::nullopt};
         if (const auto list = std::dynamic_pointer_cast<PSListController>(stack[i]))
             step.keys = list->rowKeys();
         path.steps_.push_back(std::move(step));
@@ -58,6 +62,30 @@ ScreenPath ScreenPath::now() {
     if (top.modals > 0)
         path.end_ = "The screen that was presented is closed: " + top.screen->getClass().name() + ".";
     return path;
+}
+
+ScreenPath ScreenPath::ofValue(const Value& value) {
+    ScreenPath path;
+    path.isFromElsewhere_ = true;
+    const Value steps = value["steps"];
+    if (steps.array() == nullptr) return path;
+    for (const Value& each : *steps.array()) {
+        Step step{each["class"].stringOr(), numberIn(each, "number"), numberIn(each, "opener"), std::nullopt};
+        if (const Value rows = each["rows"]; !rows.isNil()) step.keys = rowKeysOfValue(rows);
+        path.steps_.push_back(std::move(step));
+    }
+    if (const Value end = value["end"]; end.string() != nullptr) path.end_ = *end.string();
+    return path;
+}
+
+Value ScreenPath::value() const {
+    Array steps;
+    for (const Step& step : steps_) {
+        Dictionary entry{{"class", step.className}, {"number", step.number}, {"opener", step.opener}};
+        if (step.keys) entry["rows"] = valueOfRowKeys(*step.keys);
+        steps.emplace_back(std::move(entry));
+    }
+    return Dictionary{{"steps", std::move(steps)}, {"end", end_ ? Value(*end_) : Value()}};
 }
 
 std::optional<std::string> ScreenPath::follow(const std::shared_ptr<platform::Bundle>& bundle) const {
@@ -70,6 +98,7 @@ std::optional<std::string> ScreenPath::follow(const std::shared_ptr<platform::Bu
         if (arrived != step.className)
             return "In the place of the screen " + step.className + " is " + arrived + " now.";
         if (const auto list = top.list(); list && step.keys) list->takeOverRowKeys(*step.keys);
+        if (isFromElsewhere_) top.screen->takeOverNumber(step.number);
     }
     return end_;
 }

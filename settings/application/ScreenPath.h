@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/foundation/Bundle.h"
+#include "platform/foundation/Value.h"
 #include "platform/preferences/RowKeys.h"
 
 namespace settings {
@@ -17,6 +19,10 @@ class ScreenPath {
   public:
     /// The way to where the user is now.
     static ScreenPath now();
+    /// The way that value() gave in another process: screens on it have the numbers that they had there. What
+    /// is no such value leads nowhere.
+    static ScreenPath ofValue(const platform::Value& value);
+    platform::Value value() const;
 
     /// Whether it leads anywhere at all: false for a user who is at the list of bundles.
     bool entersBundle() const { return !steps_.empty(); }
@@ -27,6 +33,7 @@ class ScreenPath {
   private:
     struct Step {
         std::string className;
+        std::uint64_t number = 0;
         /// Of the row beneath that opened the screen; 0 for none.
         platform::RowKey opener = 0;
         /// The rows of the screen itself, where it is a list.
@@ -37,6 +44,7 @@ class ScreenPath {
     std::vector<Step> steps_;
     /// What stood above the screens that rows and links lead to.
     std::optional<std::string> end_;
+    bool isFromElsewhere_ = false;
 };
 
 }  // namespace settings

@@ -47,22 +47,45 @@ Serve::~Serve() {
 }
 
 Result<void> Serve::run(const ServeOptions& options) {
-    if (Result<void> watched = watch(); !watched) return watched;
-    if (Result<void> watched = watchDeadlines(); !watched) return watched;
+    auto serverOptions = prepare(options);
+    return serverOptions ? serve(*std::move(serverOptions)) : std::unexpected(serverOptions.error());
+}
+
+Result<void> Serve::start(const ServeOptions& options) {
+    auto serverOptions = prepare(options);
+    return serverOptions ? listen(*std::move(serverOptions)) : std::unexpected(serverOptions.error());
+}
+
+void Serve::hold() {
+    server().refuseNewcomers();
+    isHeld_ = true;
+}
+
+void Serve::leave() {
+    server().sendAllBack();
+    RunLoop::main().stop();
+}
+
+Result<server::ServerOptions> Serve::prepare(const ServeOptions& options) {
+    if (Result<void> watched = watch(); !watched) return std::unexpected(watched.error());
+    if (Result<void> watched = watchDeadlines(); !watched) return std::unexpected(watched.error());
     RunLoop::main().setBeforeSleeping([this] { pushChanges(); });
 
     server::ServerOptions serverOptions;
     serverOptions.port = options.port;
     serverOptions.pageDirectory = options.pageDirectory;
     serverOptions.imageFile = [this](std::string_view name) { return imageFile(name); };
+    serverOptions.listener = options.listener;
     // No page can be waiting at a port that is another one with each start.
-    if (options.port != 0) {
+    if (options.listener >= 0) {
+        serverOptions.secret = [&](std::uint16_t) { return Result<std::string>(options.secret); };
+    } else if (options.port != 0) {
         serverOptions.secret = [&](std::uint16_t port) {
             return server::keptSecret({options.runtimeDirectory, options.rootDirectory, port},
                                       options.oldSecret);
         };
     }
-    return serve(std::move(serverOptions));
+    return serverOptions;
 }
 
 Result<void> Serve::watchDeadlines() {
@@ -81,6 +104,7 @@ void Serve::handleInbox() {
     do {
         if (isEnding()) return RunLoop::main().stop();
         sortInbox();
+        if (isHeld_) return;
         if (!clients_.answerNext()) return;
     } while (std::chrono::steady_clock::now() < end);
     comeBack();
@@ -111,7 +135,7 @@ void Serve::pushChanges() {
     application_.events().collect();
     clients_.showChanges();
     setDeadline();
-    if (clients_.hasCommands()) comeBack();
+    if (clients_.hasCommands() && !isHeld_) comeBack();
     // What has come since stays queued: to run it here would let the loop sleep without another push.
     application_.events().trim();
 }

@@ -28,6 +28,10 @@ struct ServeOptions {
     std::string runtimeDirectory;
     /// Whether pages that a program before on that root and port has left open may go on.
     server::OldSecret oldSecret = server::OldSecret::TakeOver;
+    /// A socket that listens already, in the place of the port; owned by the server. -1 for none.
+    int listener = -1;
+    /// What lets pages in at that socket.
+    std::string secret = {};
 };
 
 /// The channel of the browser page: a session for each connection of the loopback server, all on the same
@@ -43,8 +47,20 @@ class Serve : private ServedChannel {
     /// Starts listening, prints the address as one line on standard output, and runs until SIGINT or SIGTERM.
     /// An error says why it could not begin.
     platform::Result<void> run(const ServeOptions& options);
+    /// The two halves of run(): the address is not printed, and what is asked for by then is answered in the
+    /// second.
+    platform::Result<void> start(const ServeOptions& options);
+    using ServedChannel::runUntilEnded;
+
+    /// Takes no more connections and no more commands, for a program that will go on in this one's place.
+    /// What has been done by then is done; what has not will not be.
+    void hold();
+    /// After hold(): tells every page to come back at once, and ends the run.
+    void leave();
 
   private:
+    /// Watches what the main run loop is to see, and says how the server is to be.
+    platform::Result<server::ServerOptions> prepare(const ServeOptions& options);
     platform::Result<void> watchDeadlines();
     void handleInbox() override;
     void sortInbox();
@@ -58,6 +74,7 @@ class Serve : private ServedChannel {
     Clients clients_;
     /// A timer of real time, unlike the loop's own.
     int deadlines_ = -1;
+    bool isHeld_ = false;
 };
 
 }  // namespace settings

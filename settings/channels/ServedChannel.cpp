@@ -73,14 +73,23 @@ Result<void> ServedChannel::watch() {
     return {};
 }
 
-Result<void> ServedChannel::serve(server::ServerOptions options, std::string_view query) {
+Result<void> ServedChannel::listen(server::ServerOptions options) {
     Result<std::unique_ptr<Server>> server = Server::start(std::move(options), *this);
     if (!server) return std::unexpected(server.error());
     server_ = std::move(*server);
+    return {};
+}
+
+void ServedChannel::runUntilEnded() {
+    if (!isEnding()) RunLoop::main().run();
+}
+
+Result<void> ServedChannel::serve(server::ServerOptions options, std::string_view query) {
+    if (Result<void> listening = listen(std::move(options)); !listening) return listening;
     std::string address = server_->url();
     address.insert(address.find('#'), query);
     if (Result<void> printed = print("Quietrix Settings is at " + address + "\n"); !printed) return printed;
-    if (!isEnding()) RunLoop::main().run();
+    runUntilEnded();
     return {};
 }
 

@@ -42,6 +42,9 @@ class ServedChannel : private server::ServerHandler {
     /// SIGINT or SIGTERM. `query` ("?NAME=VALUE", or empty) is what the printed address has before the
     /// secret. An error says why it could not begin.
     platform::Result<void> serve(server::ServerOptions options, std::string_view query = {});
+    /// serve() without its address: what is asked for between the two is answered in the second.
+    platform::Result<void> listen(server::ServerOptions options);
+    void runUntilEnded();
     void endServer() { server_.reset(); }
     /// From within the loop, when something has come or comeBack() was called.
     virtual void handleInbox() = 0;
@@ -50,7 +53,7 @@ class ServedChannel : private server::ServerHandler {
     void comeBack();
     /// Whether the process was asked to end; once it was, it always is.
     bool isEnding();
-    /// There while serve() runs.
+    /// There from listen() on.
     server::Server& server() { return *server_; }
 
   private:

@@ -22,6 +22,7 @@ struct Given {
     std::vector<std::string> device;
     std::uint16_t port = 0;
     bool newSecret = false;
+    WatchArguments watch;
     std::string recording;
     bool update = false;
     CheckArguments check;
@@ -84,6 +85,12 @@ std::expected<CommandLine, EarlyEnd> checked(Subcommand subcommand, const Given&
     line.subcommand = subcommand;
     line.port = given.port;
     line.newSecret = given.newSecret;
+    line.watch = given.watch;
+    for (const std::string& directory : line.watch.sources) {
+        std::error_code error;
+        if (!std::filesystem::is_directory(directory, error))
+            return std::unexpected(wrongUse("The sources \"" + directory + "\" are not a directory."));
+    }
     line.recording = given.recording;
     line.update = given.update;
     line.check = given.check;
@@ -150,6 +157,25 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
         ->type_name("N");
     serve.add_flag("--new-secret", given.newSecret,
                    "Shuts out pages that are still open from an earlier start with the same root and port");
+
+    CLI::Option* const watch =
+        serve.add_flag("--watch", given.watch.isOn,
+                       "Starts itself anew, at the same screen, when the bundle or the "
+                       "program has changed");
+    CLI::Option* const build =
+        serve
+            .add_option("--build", given.watch.build,
+                        "With --watch: the command that builds it, run when sources have changed")
+            ->type_name("COMMAND")
+            ->needs(watch);
+    serve
+        .add_option("--sources", given.watch.sources,
+                    "With --build: a directory of sources; without this the present one; may be given again")
+        ->type_name("DIR")
+        ->allow_extra_args(false)
+        ->needs(build);
+    // For what the watcher itself starts.
+    serve.add_flag("--watched", given.watch.isWatched)->group("")->excludes(watch);
 
     // The library takes them from the end.
     std::ranges::reverse(arguments);

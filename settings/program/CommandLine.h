@@ -24,6 +24,18 @@ struct CheckArguments {
     std::string accepted;
 };
 
+/// For Subcommand::Serve.
+struct WatchArguments {
+    /// Whether the program is started anew when what it is made of has changed.
+    bool isOn = false;
+    /// What builds it, for the shell; "" for nothing.
+    std::string build;
+    /// Host paths of directories; empty for the present one.
+    std::vector<std::string> sources;
+    /// Whether this is the program that a watcher has started.
+    bool isWatched = false;
+};
+
 /// What the command line asks for, checked.
 struct CommandLine {
     Subcommand subcommand = Subcommand::Drive;
@@ -37,6 +49,7 @@ struct CommandLine {
     std::uint16_t port = 0;
     /// For Subcommand::Serve: whether pages that are still open from an earlier start are shut out.
     bool newSecret = false;
+    WatchArguments watch;
     /// For Subcommand::Record, Subcommand::Replay and Subcommand::View: the file.
     std::string recording;
     /// For Subcommand::Replay: whether different answers take the place of the recorded ones.

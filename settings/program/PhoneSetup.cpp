@@ -133,6 +133,13 @@ Result<void> PhoneSetup::changeDevice(const std::vector<std::string>& pairs) {
     return {};
 }
 
+std::vector<std::string> PhoneSetup::devicePairs() const {
+    device::DeviceOptions now = options_;
+    now.darkMode = phone_.facts->isDarkMode();
+    if (clock_) now.clock = clock_->now();
+    return now.pairs();
+}
+
 void PhoneSetup::setClock() {
     clock_ = options_.clock ? std::make_shared<device::VirtualClock>(*options_.clock) : nullptr;
     phone_.clock = clock_;

@@ -46,6 +46,7 @@ class PhoneSetup : public RunningPhone {
     const device::DeviceOptions& options() const { return options_; }
     platform::Result<void> checkDevice(const std::vector<std::string>& pairs) const override;
     platform::Result<void> changeDevice(const std::vector<std::string>& pairs) override;
+    std::vector<std::string> devicePairs() const override;
     std::shared_ptr<device::VirtualClock> clock() const override { return clock_; }
     std::shared_ptr<platform::FileSystem> files() const override { return files_; }
     device::Faults& faults() override { return *faults_; }

@@ -18,6 +18,7 @@
 #include "settings/program/PhoneSetup.h"
 #include "settings/program/RecordedRuns.h"
 #include "settings/program/ViewProgram.h"
+#include "settings/program/WatchedRun.h"
 
 namespace {
 
@@ -38,8 +39,10 @@ int drive(settings::Application& application) {
     return settings::Drive(session, STDIN_FILENO, STDOUT_FILENO).run();
 }
 
-int serve(settings::Application& application, const settings::PhoneSetup& phone,
-          const device::ProgramPaths& paths, const settings::CommandLine& line) {
+int serve(settings::Application& application, settings::PhoneSetup& phone, const device::ProgramPaths& paths,
+          const settings::CommandLine& line) {
+    if (line.watch.isWatched)
+        return settings::serveWatched(application, phone, paths.page().value_or(""), line.rootDirectory);
     settings::Serve channel(application, phone.files());
     // Without the page there still is the protocol; the server answers "not found" for the files.
     const auto served = channel.run(
@@ -63,6 +66,10 @@ int run(int argumentCount, char** argumentValues) {
     const auto resources = paths.resources();
     if (!resources) return complain("The application's own files are missing beside the program.");
 
+    if (line->watch.isOn) {
+        const auto watched = settings::watchPrograms(*line, paths);
+        return watched ? 0 : complain(watched.error().localizedDescription);
+    }
     if (line->subcommand == settings::Subcommand::Check)
         return settings::runCheck(*line, *resources, paths.systemShell());
     if (line->subcommand == settings::Subcommand::View) {

@@ -59,6 +59,7 @@ Dictionary StateWriter::state(RowWindow window) const {
     Dictionary state{
         {"screen", screen(top, window)}, {"presented", presentedValue(top.presented)}, {"faults", Array()}};
     if (application_.phone()) writeFaults(application_.phone()->faults(), state);
+    if (!application_.build().isNil()) state["build"] = application_.build();
     return state;
 }
 

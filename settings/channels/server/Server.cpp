@@ -20,6 +20,7 @@
 #include <csignal>
 #include <cstddef>
 #include <functional>
+#include <future>
 #include <map>
 #include <memory>
 #include <optional>
@@ -34,6 +35,7 @@
 #include "settings/channels/server/Descriptors.h"
 #include "settings/channels/server/FirstMessage.h"
 #include "settings/channels/server/HTTPMessages.h"
+#include "settings/channels/server/Listener.h"
 #include "settings/channels/server/PageStream.h"
 #include "settings/channels/server/Places.h"
 #include "settings/channels/server/Responder.h"
@@ -79,7 +81,7 @@ class Server::Core {
         const std::size_t allowed =
             allowDescriptors(options_.limits.strangers + options_.limits.connections + others);
         fewDescriptorsFrom_ = allowed - std::min(others, allowed) / 4;
-        if (const error_code error = listen()) return platform::failure(sentenceOf(error));
+        if (auto listening = listen(); !listening) return listening;
         // Only now: while another program has the port, its secret is none of ours.
         auto secret = options_.secret ? options_.secret(port_) : makeSecret();
         if (!secret) return std::unexpected(secret.error());
@@ -123,23 +125,34 @@ class Server::Core {
         });
     }
 
-  private:
-    error_code listen() {
-        error_code error;
-        const tcp::endpoint endpoint(asio::ip::address_v4::loopback(), options_.port);
-        if (acceptor_.open(endpoint.protocol(), error)) return error;
-        keepFromChildren(acceptor_.native_handle());
-        if (acceptor_.set_option(tcp::acceptor::reuse_address(true), error)) return error;
-        if (acceptor_.bind(endpoint, error)) return error;
-        if (acceptor_.listen(asio::socket_base::max_listen_connections, error)) return error;
-        port_ = acceptor_.local_endpoint(error).port();
-        return error;
+    void refuseNewcomers() {
+        std::promise<void> refused;
+        asio::post(io_, [&] {
+            error_code ignored;
+            acceptor_.close(ignored);
+            refused.set_value();
+        });
+        refused.get_future().wait();
     }
 
-    std::string sentenceOf(error_code error) const {
-        const std::string port = "Port " + std::to_string(options_.port) + " of 127.0.0.1 ";
-        if (error == asio::error::address_in_use) return port + "is in use by another program.";
-        return port + "cannot be listened on: " + error.message() + ".";
+    void sendAllBack() {
+        asio::post(io_, [this] {
+            for (const auto& [connection, socket] : sockets_)
+                socket->close(websocket::close_code::service_restart);
+        });
+    }
+
+  private:
+    platform::Result<void> listen() {
+        const auto listener = options_.listener >= 0 ? platform::Result<int>(options_.listener)
+                                                     : listenOnLoopback(options_.port);
+        if (!listener) return std::unexpected(listener.error());
+        port_ = portOfListener(*listener);
+        keepFromChildren(*listener);
+        error_code error;
+        if (acceptor_.assign(tcp::v4(), *listener, error))
+            return platform::failure("The server cannot listen: " + error.message() + ".");
+        return {};
     }
 
     void run() {
@@ -354,6 +367,14 @@ std::string Server::url() const {
 
 std::uint16_t Server::port() const {
     return core_->port();
+}
+
+void Server::refuseNewcomers() {
+    core_->refuseNewcomers();
+}
+
+void Server::sendAllBack() {
+    core_->sendAllBack();
 }
 
 void Server::send(ConnectionId connection, std::string text) {

@@ -27,8 +27,9 @@ class Server {
     /// Fails with a sentence that names the port when it is taken or may not be used.
     static platform::Result<std::unique_ptr<Server>> start(ServerOptions options, ServerHandler& handler);
 
-    /// Says good-bye to all clients (close code 1001), waits for them at most ServerLimits::closeTimeout,
-    /// ends every connection and the thread. Not from within a ServerHandler call.
+    /// Says good-bye to all clients (close code 1001, or 1012 after sendAllBack()), waits for them at most
+    /// ServerLimits::closeTimeout, ends every connection and the thread. Not from within a ServerHandler
+    /// call.
     ~Server();
 
     Server(const Server&) = delete;
@@ -39,6 +40,12 @@ class Server {
 
     /// The port listened on, also when any free one was asked for. Any thread.
     std::uint16_t port() const;
+
+    /// Lets in nobody more: whoever comes to the same socket is left for the process that has it too. Returns
+    /// when that is so.
+    void refuseNewcomers();
+    /// Tells all clients to come back at once (close code 1012), after what was sent to them.
+    void sendAllBack();
 
     /// Sends one text message (valid UTF-8), after those sent before. Any thread; never waits for the client.
     /// A connection that is gone or being closed: nothing happens.

@@ -47,6 +47,8 @@ struct ServerLimits {
 struct ServerOptions {
     /// Port on 127.0.0.1; 0 for any free one.
     std::uint16_t port = 0;
+    /// A socket that listens already, in the place of the port; the server owns it. -1 for none.
+    int listener = -1;
     /// Host directory of the page's files; "index.html" in it answers "/". Looked at anew for each request,
     /// so a directory that is missing or rebuilt while the server runs is no error of the server's.
     std::string pageDirectory;
