@@ -6,10 +6,10 @@ import { rowLabel } from './controls';
 import { setDoorOpen } from './door';
 import { enableEdgeSwipe } from './edgeswipe';
 import { Frame } from './frame';
-import { onImageArrived, retryImages, setImageHint } from './images';
+import { onImageArrived, renewImages, retryImages, setImageHint } from './images';
 import { spokenName } from './names';
 import type { PageView } from './page';
-import { onPatternMeasured } from './patterns';
+import { forgetPatterns, onPatternMeasured } from './patterns';
 import { Presenter } from './presenter';
 import { presentedLabel } from './prompts';
 import { target, type Command, type Device, type Found, type Message, type Row, type State } from './protocol';
@@ -61,6 +61,11 @@ export class App implements View, Beside {
     private hasEnded = false;
     private lastFetch = '';
     private fetchedFor = '';
+    /** Whether another application answers on the same address, as the one before has told. */
+    private isRenewed = false;
+    /** The version of the page's own files that this document is of. */
+    private pageVersion: number | null = null;
+    private mustReload = false;
     private darkMode = false;
     /** The file of a phone that is only looked at. */
     private recording: string | null = null;
@@ -182,11 +187,17 @@ export class App implements View, Beside {
     private statusChanged(status: Status): void {
         setDoorOpen(status === 'open' || status === 'silent');
         if (status === 'open') retryImages();
+        if (status === 'open' && this.isRenewed) {
+            this.isRenewed = false;
+            renewImages();
+            forgetPatterns();
+        }
         if (status === 'refused' || status === 'uninvited') {
             this.end(status === 'refused' ? this.texts.restarted : this.texts.uninvited);
             return;
         }
-        if (status === 'lost') this.disconnected();
+        if (status === 'renewing') this.isRenewed = true;
+        if (status === 'lost' || status === 'renewing') this.disconnected();
         this.showStatus(this.stage.page !== null);
         if (status === 'lost') this.stage.redraw();
     }
@@ -285,6 +296,18 @@ export class App implements View, Beside {
         this.losses.draw();
         if (this.lostFocus !== undefined) this.reconnected(state);
         this.answered(message.id);
+        this.frame.showBuild(state.build);
+        this.followPage(state.build?.page ?? null);
+    }
+
+    /** The page itself was built anew: it is loaded again, once all that the user has entered is stored. */
+    private followPage(version: number | null): void {
+        this.pageVersion ??= version;
+        if (version !== null && version !== this.pageVersion && !this.mustReload) {
+            this.mustReload = true;
+            this.stage.commitTyped();
+        }
+        if (this.mustReload && this.texting.size === 0 && this.pending.size === 0) location.reload();
     }
 
     private answered(command: number | null): void {

@@ -3,10 +3,10 @@ import { newNonce, proofOf } from './door';
 import { parseMessage, type Command, type Message } from './protocol';
 
 /**
- * "silent" is an open connection on which an answer is long in coming. The last two are ends: "refused" by an application that has
- * another secret, "uninvited" without any.
+ * "silent" is an open connection on which an answer is long in coming, "renewing" one that the application has closed to be started
+ * anew at once. The last two are ends: "refused" by an application that has another secret, "uninvited" without any.
  */
-export type Status = 'connecting' | 'open' | 'silent' | 'lost' | 'refused' | 'uninvited';
+export type Status = 'connecting' | 'open' | 'silent' | 'renewing' | 'lost' | 'refused' | 'uninvited';
 
 export interface ConnectionEvents {
     opened(): void;
@@ -18,6 +18,11 @@ const firstPause = 500;
 const longestPause = 15_000;
 /** After this time without an answer the user is told what is being waited for. */
 const longSilence = 1000;
+/** The code with which an application closes a socket that takes its place on the same address at once. */
+const serviceRestart = 1012;
+/** In this time it is there again, and nobody need know. */
+const renewalTime = 2000;
+const renewalPause = 50;
 /** The code with which a socket is closed whose secret is not the application's. */
 const wrongSecret = 4401;
 
@@ -46,6 +51,8 @@ export class Connection {
     private readonly unanswered = new Set<number>();
     private silence = 0;
     private isSilent = false;
+    /** Runs while a renewal may take. */
+    private renewal = 0;
     /** What statusChanged() has told last. */
     status: Status = 'connecting';
 
@@ -83,6 +90,7 @@ export class Connection {
             if (!heard) {
                 heard = true;
                 this.pause = firstPause;
+                this.endRenewal();
                 this.tell('open');
             }
             const message = parseMessage(event.data);
@@ -92,6 +100,7 @@ export class Connection {
         socket.addEventListener('close', (event) => {
             if (socket !== this.socket) return;
             if (event.code === wrongSecret) this.end('refused');
+            else if (event.code === serviceRestart) this.renew();
             else this.lost();
         });
     }
@@ -103,6 +112,7 @@ export class Connection {
         this.timer = 0;
         this.ended = true;
         this.letIn = false;
+        this.endRenewal();
         this.forgetCommands();
         const { socket } = this;
         this.socket = null;
@@ -171,7 +181,27 @@ export class Connection {
         this.events.statusChanged(status);
     }
 
+    /** Comes back at once, and says that the connection is lost only when that takes long. */
+    private renew(): void {
+        this.endRenewal();
+        this.renewal = window.setTimeout(() => {
+            this.renewal = 0;
+            this.tell('lost');
+        }, renewalTime);
+        this.socket = null;
+        this.letIn = false;
+        this.forgetCommands();
+        this.tell('renewing');
+        this.open();
+    }
+
+    private endRenewal(): void {
+        window.clearTimeout(this.renewal);
+        this.renewal = 0;
+    }
+
     private end(status: Status): void {
+        this.endRenewal();
         this.ended = true;
         this.socket = null;
         this.letIn = false;
@@ -184,6 +214,10 @@ export class Connection {
         this.socket = null;
         this.letIn = false;
         this.forgetCommands();
+        if (this.renewal !== 0) {
+            this.timer = window.setTimeout(() => this.open(), renewalPause);
+            return;
+        }
         this.tell('lost');
         this.timer = window.setTimeout(() => this.open(), this.pause);
         this.pause = Math.min(longestPause, this.pause * 2);

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 import { html, nothing, render } from 'lit-html';
 import { screenTitle } from './bar';
+import { BuildBar } from './buildbar';
 import { forgetTheme, isDark, themeColour } from './colour';
 import type { Status } from './connection';
 import { broken, halfMoon, padlock } from './icons';
-import type { Device, Screen } from './protocol';
+import type { Build, Device, Screen } from './protocol';
 import { currentShape, followWindow, showShape } from './shape';
 import { StatusBar } from './statusbar';
 import { textsFor, type Texts } from './texts';
@@ -19,6 +20,7 @@ export class Frame {
     private readonly banner = document.createElement('div');
     private readonly trouble = document.createElement('div');
     private readonly live = document.createElement('div');
+    private readonly buildBar = new BuildBar();
     private readonly side = document.createElement('div');
     /** The screen that was shown last beneath all forms. */
     private lowest: Screen | null = null;
@@ -40,7 +42,7 @@ export class Frame {
         this.screens.append(stage);
         this.presenter = presenter;
         this.phone.append(this.screens, this.trouble, this.statusBar.element, presenter, this.banner);
-        root.append(this.phone, this.side, this.live);
+        root.append(this.buildBar.element, this.phone, this.side, this.live);
     }
 
     /**
@@ -71,6 +73,7 @@ export class Frame {
         this.phone.dataset['connection'] = 'ended';
         this.phone.replaceChildren(this.trouble, this.statusBar.element, losses);
         this.side.replaceChildren();
+        this.showBuild(null);
         this.live.textContent = '';
         render(html`<main class="notice"><div role="alert">${padlock()}<h1 dir="auto">${words}</h1></div></main>`, this.trouble);
         this.statusBar.element.classList.toggle('light-content', isDark(null, themeColour('--page')));
@@ -90,6 +93,8 @@ export class Frame {
         this.statusBar.element.classList.toggle('above', covered);
         document.title = screenTitle(screen) || texts.settings;
     }
+
+    showBuild(build: Build | null): void { this.buildBar.show(build); }
 
     showDevice(device: Device, texts: Texts): void {
         this.statusBar.show(device);

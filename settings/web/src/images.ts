@@ -28,6 +28,15 @@ export function retryImages(): void {
     for (const [path, entry] of entries) if (entry.address === null && !entry.coming) entries.delete(path);
 }
 
+/** All are fetched once more; each shows as it was until it has come. */
+export function renewImages(): void {
+    for (const [path, entry] of entries) {
+        if (entry.coming) continue;
+        entry.coming = true;
+        void load(path, entry);
+    }
+}
+
 function entryFor(name: string): Entry | null {
     const path = `/image/${encodeURIComponent(name)}${hint}`;
     let entry = entries.get(path);
@@ -46,7 +55,10 @@ async function load(path: string, entry: Entry): Promise<void> {
     try {
         const image = await fetchFromPhone(path);
         // It may have been released meanwhile.
-        if (entries.get(path) === entry) entry.address = URL.createObjectURL(image);
+        if (entries.get(path) === entry) {
+            if (entry.address !== null) URL.revokeObjectURL(entry.address);
+            entry.address = URL.createObjectURL(image);
+        }
     } catch {
         // What it would be on says what there is without it.
     }

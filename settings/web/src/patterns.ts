@@ -10,6 +10,9 @@ const listeners: (() => void)[] = [];
 /** Whom to tell when a pattern has been measured, so that what depends on it is drawn again. */
 export function onPatternMeasured(callback: () => void): void { listeners.push(callback); }
 
+/** Each is measured once more when it is asked for. */
+export function forgetPatterns(): void { samples.clear(); }
+
 /** What a pattern looks like; undefined until its image has been loaded, or when there is none. */
 export function patternSample(name: string): PatternSample | undefined {
     const known = samples.get(name);

@@ -91,11 +91,19 @@ export type Presented = Prompt | Mail | Social;
 /** `clock` is the phone's local time, "2026-11-20T09:00:00"; null of an application that tells none. It stands still unless `clockRuns`. */
 export interface Device { darkMode: boolean; rightToLeft: boolean; language: string; scale: number; idiom: string; clock: string | null; clockRuns: boolean; wifi: boolean }
 
+/** Where a build went wrong, as far as that is known, and how. */
+export interface BuildError { file: string | null; line: number | null; column: number | null; text: string }
+/**
+ * How it is with the program's renewal, of a program that is started anew when it has changed: "refused" is one that was built and cannot be
+ * started. `page` grows with every change of the page's own files; `pathEnded` says how far the way to the screen could not be gone again.
+ */
+export interface Build { state: 'ready' | 'building' | 'failed' | 'refused'; error: BuildError | null; pathEnded: string | null; page: number }
+
 /** A row whose name holds what was searched for. */
 export interface Found { key: string; index: number; name: string }
 
 /** `recording` names the file of a phone that is only looked at; null for one that lives. */
-export interface State { revision: number; screen: Screen; presented: Presented | null; device: Device | null; recording: string | null }
+export interface State { revision: number; screen: Screen; presented: Presented | null; device: Device | null; build: Build | null; recording: string | null }
 /**
  * `stale` says that what a command meant is no longer there: nothing was done, and the state shows what is there now. `source` is the
  * object as it came, for who reads more of it than what draws the phone.
@@ -271,6 +279,20 @@ function device(value: unknown): Device | null {
     };
 }
 
+/** What a state says under "build". */
+export function parseBuild(value: unknown): Build | null {
+    const source = bag(value);
+    if (!source) return null;
+    const error = bag(source['error']);
+    const told = text(source['state']);
+    return {
+        state: told === 'building' || told === 'failed' || told === 'refused' ? told : 'ready',
+        error: error && { file: text(error['file']), line: identity(error['line']), column: identity(error['column']), text: text(error['text']) ?? '' },
+        pathEnded: text(source['pathEnded']),
+        page: number(source['page'], 0),
+    };
+}
+
 /** Rows only: a group row is a heading, and nothing that anybody goes to. */
 function found(value: unknown): Found | null {
     const source = bag(value);
@@ -283,7 +305,10 @@ export function parseState(value: unknown): State | null {
     const inner = bag(value);
     const shown = inner ? screen(inner['screen']) : null;
     return inner && shown
-        ? { revision: number(inner['revision'], 0), screen: shown, presented: presented(inner['presented']), device: device(inner['device']), recording: text(bag(inner['recording'])?.['file']) }
+        ? {
+            revision: number(inner['revision'], 0), screen: shown, presented: presented(inner['presented']), device: device(inner['device']),
+            build: parseBuild(inner['build']), recording: text(bag(inner['recording'])?.['file']),
+        }
         : null;
 }
 

@@ -91,8 +91,10 @@ export class Link {
     }
 
     private statusChanged(status: Status): void {
-        const isLinked = status === 'open' || status === 'silent';
-        if (!isLinked) {
+        const isThere = status === 'open' || status === 'silent';
+        // One that is renewed is there again before anybody has read that it is not.
+        const isLinked = isThere || (status === 'renewing' && this.isLinked);
+        if (!isThere) {
             const unanswered = [...this.answers.values()];
             this.answers.clear();
             for (const answered of unanswered) answered(null);

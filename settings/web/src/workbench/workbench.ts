@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 import type { Beside } from '../beside';
+import { headingOf, placeOf } from '../buildbar';
+import { parseBuild, type Build } from '../protocol';
 import { takeFromWindow } from '../shape';
 import { bagOf } from './bags';
 import { ConsoleTab } from './console';
@@ -29,6 +31,7 @@ export class Workbench {
     private readonly link: Link;
     private readonly pane = element('workbench', 'aside');
     private readonly panel = element('wb-panel');
+    private readonly build = element('wb-build', 'p');
     private readonly trouble = element('wb-trouble', 'span');
     private readonly all: readonly Tab[];
     private readonly tabs: TabList;
@@ -74,15 +77,19 @@ export class Workbench {
         head.append(this.tabs.element, this.trouble, close);
         const content = element('wb-content');
         content.dir = 'ltr';
-        content.append(head, this.panel);
+        this.build.hidden = true;
+        content.append(head, this.build, this.panel);
         this.pane.append(this.separator.element, content);
         // The phone has its own use for some keys, wherever they are pressed.
         this.pane.addEventListener('keydown', (event) => event.stopPropagation());
         place.append(this.pane);
         this.link.listen({
             linked: (isLinked) => this.tellTrouble(isLinked),
-            // Of what has been there is nothing but what happened.
-            shot: ({ source }) => { if (bagOf(source['recording'])) this.tabs.keepOnly(timeline); },
+            shot: ({ source }) => {
+                this.tellBuild(parseBuild(source['build']));
+                // Of what has been there is nothing but what happened.
+                if (bagOf(source['recording'])) this.tabs.keepOnly(timeline);
+            },
         });
         this.tellTrouble(false);
         this.link.open();
@@ -114,6 +121,14 @@ export class Workbench {
             this.tabs.chosen.setVisible(isOpen);
         }
         if (isOpen && focus) this.tabs.focus();
+    }
+
+    /** The page above has it read out. */
+    private tellBuild(build: Build | null): void {
+        const error = build?.error ?? null;
+        this.build.hidden = error === null && build?.state !== 'building';
+        this.build.classList.toggle('bad', error !== null);
+        this.build.textContent = build && error ? [headingOf(build), placeOf(error), error.text].filter((part) => part !== '').join(' — ') : 'Building…';
     }
 
     private tellTrouble(isLinked: boolean): void { this.trouble.textContent = isLinked ? '' : 'Not connected'; }
