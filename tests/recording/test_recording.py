@@ -1,15 +1,20 @@
 # SPDX-License-Identifier: MIT
 """Recording the plug-in's phone and replaying it: test_recording.py PROGRAM BUNDLE [unittest arguments]."""
 import base64
+import copy
+import json
 import os
 import shutil
 import signal
 import subprocess
 import sys
 import tempfile
+import unittest
 import wave
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path[:0] = [HERE, os.path.join(HERE, "..", "settings", "channels", "server")]
+from loopback_client import EchoServer, PATIENCE, WebSocket  # noqa: E402
 from Story import Story, lines, replay, write  # noqa: E402
 from QuietrixCase import APPLIED, PROFILES, QuietrixTest, main, profile  # noqa: E402
 
@@ -278,6 +283,106 @@ class Files(RecordingTest):
         self.assertEqual((done.returncode, done.stdout), (2, ""))
         self.assertIn("not written over", done.stderr)
         self.assertEqual(self.bytes(), b"precious")
+
+
+
+class ViewTest(RecordingTest):
+    """The command that shows a recording; what it answers, line by line, is tested beside its code."""
+    STRANGER = 65534
+
+    def refused(self, reason, file=None, **options):
+        done = subprocess.run([self.PROGRAM, "view", file or self.file], stdin=subprocess.DEVNULL,
+                              capture_output=True, text=True, timeout=300, **options)
+        self.assertEqual((done.returncode, done.stdout), (2, ""), done)
+        self.assertEqual(done.stderr.count("\n"), 1, done.stderr)
+        self.assertIn(reason, done.stderr)
+
+    def view(self, *options):
+        server = EchoServer(self.PROGRAM, "view", self.file, *options,
+                            env={**os.environ, "TMPDIR": self.temporary, "XDG_DATA_HOME": self.directory})
+        self.addCleanup(server.clean)
+        return server
+
+    @staticmethod
+    def ask(page, **command):
+        page.send(json.dumps(command))
+        return json.loads(page.receive()[1])
+
+    def test_recording_isShownAndNothingIsDoneToIt(self):
+        story = self.record()
+        story.set(1, True)
+        story.close()
+        before = self.bytes()
+        server = self.view()
+        self.assertRegex(server.url, r"^Quietrix Settings is at http://127\.0\.0\.1:\d+/\?workbench=timeline#secret=[0-9a-f]{64}$")
+        recorded = lines(self.file)
+        with WebSocket(server) as page:
+            page.connection.settimeout(PATIENCE)
+            shown = self.ask(page, do="state")["state"]
+            self.assertEqual(shown["screen"], recorded[-2]["answer"]["state"]["screen"])
+            self.assertEqual(self.ask(page, do="moments", **{"from": 0})["moments"][2]["command"], recorded[3]["command"])
+            self.assertEqual(self.ask(page, do="moment", at=1)["state"]["screen"], recorded[2]["answer"]["state"]["screen"])
+            for command in ("set", "back", "device", "kill", "fault"):
+                self.assertFalse(self.ask(page, do=command, row=1, value=False)["ok"])
+            self.assertEqual(self.ask(page, do="state")["state"], shown)
+        self.assertEqual(server.get("/").status, 200)
+        self.assertEqual(server.get("/image/nav").status, 200)
+        # What a screen loads from the phone itself came with the recording.
+        self.assertEqual(server.get("/image/SpeakerMax@2x").status, 200)
+        self.assertEqual(server.get("/image/..%2FInfo").status, 404)
+        self.assertEqual(server.get("/sounds/texttone:Chord").status, 404)
+        server.process.send_signal(signal.SIGTERM)
+        self.assertEqual((*server.process.communicate(timeout=PATIENCE), server.process.returncode), ("", "", 0))
+        self.assertEqual(self.bytes(), before)
+        self.assertEqual(sorted(os.listdir(self.directory)), ["story.rec", "tmp"])
+        self.assertEqual(os.listdir(self.temporary), [], "images are still there")
+
+    def test_killedWhileItRecorded_showsWhatThereIs(self):
+        story = self.record()
+        story.set(1, True)
+        story.process.send_signal(signal.SIGKILL)
+        story.process.wait()
+        with open(self.file, "ab") as file:
+            file.write(b'{"time":99,"comma')
+        with WebSocket(self.view()) as page:
+            page.connection.settimeout(PATIENCE)
+            recording = self.ask(page, do="state")["state"]["recording"]
+            self.assertEqual((recording["whole"], recording["moments"]), (False, 3))
+
+    def test_whatCannotBeShown_isToldInOneLine(self):
+        self.refused("could not be opened: No such file", file=os.path.join(self.directory, "missing"))
+        self.refused("is no regular file", file=self.directory)
+        fifo = os.path.join(self.directory, "fifo")
+        os.mkfifo(fifo)
+        self.refused("is no regular file", file=fifo)
+        self.refused("This is no recording of a phone", file=__file__)
+        self.record().close()
+        recorded = lines(self.file)
+        for change, reason in ((lambda all: all[0].update(version=2), "is of version 2, and this program reads version 1"),
+                               (lambda all: all[2].update(time="soon"), 'Line 3: "time" must be'),
+                               (lambda all: all.__delitem__(slice(2, None)), "There is nothing to be seen")):
+            changed = copy.deepcopy(recorded)
+            change(changed)
+            write(self.file, changed)
+            with self.subTest(reason=reason):
+                self.refused(reason)
+
+    def test_bundleThatIsMissing_isToldAndAnotherPhonesImagesAreNotTaken(self):
+        self.record().close()
+        done = subprocess.run([self.PROGRAM, "view", self.file, "--bundle", "/nowhere"], stdin=subprocess.DEVNULL,
+                              capture_output=True, text=True, timeout=100)
+        self.assertEqual((done.returncode, done.stderr), (2, 'quietrix-settings: The bundle "/nowhere" is not a directory.\n'))
+        recorded = lines(self.file)
+        recorded[0]["bundle"] = "Other.bundle"
+        write(self.file, recorded)
+        self.assertEqual(self.view().get("/image/nav").status, 404)
+        self.assertEqual(self.view("--bundle", self.BUNDLE).get("/image/nav").status, 200)
+
+    @unittest.skipUnless(os.geteuid() == 0, "only root can be somebody else")
+    def test_anotherUsersFile_isTold(self):
+        self.record().close()
+        os.chmod(self.directory, 0o755)
+        self.refused("could not be opened: Permission denied", user=self.STRANGER)
 
 
 if __name__ == "__main__":

@@ -8,6 +8,7 @@ import { createServer } from 'node:net';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { createInterface } from 'node:readline';
+import { fileURLToPath } from 'node:url';
 import { openPage } from './harness.mjs';
 
 const program = process.env.QUIETRIX_PROGRAM;
@@ -42,6 +43,32 @@ export async function freePort() {
 
 /** The row of a list that has these words, as whole words. */
 export const row = (page, words) => page.locator('.list .row', { hasText: new RegExp(`(?<!\\p{L})${words}(?!\\p{L})`, 'u') });
+
+/** Opens the page on a recording; close() ends both. The file is one of the stories, or a path. */
+export async function openRecording(session, file, pageOptions = {}) {
+    const child = spawn(program, ['view', fileURLToPath(new URL(file, new URL('../stories/', import.meta.url)))], { env: environment, stdio: ['ignore', 'pipe', 'inherit'] });
+    const ended = new Promise((resolve) => { child.on('exit', resolve); });
+    const server = {
+        async close() {
+            child.kill('SIGTERM');
+            const status = await ended;
+            if (status !== 0) throw new Error(`the program ended with ${status}`);
+        },
+    };
+    session.servers.add(server);
+    const url = await new Promise((resolve, reject) => {
+        createInterface({ input: child.stdout }).on('line', (line) => resolve(/http:\/\/\S+/.exec(line)[0]));
+        child.on('exit', (status) => reject(new Error(`the program ended with ${status}`)));
+    });
+    const ui = await openPage(session, { ...pageOptions, url });
+    return {
+        page: ui.page, url,
+        async close() {
+            session.servers.delete(server);
+            try { await ui.close(); } finally { await server.close(); }
+        },
+    };
+}
 
 /** Opens the page on a real phone; close() ends both, and so does the session's for a test that failed. */
 export async function openPhone(session, options = {}, pageOptions = {}) {

@@ -3,7 +3,7 @@
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
 import { accessibilityProblems, deskSize, settled, startBrowser } from './harness.mjs';
-import { openPhone, profile, row } from './real-phone.mjs';
+import { openPhone, openRecording, profile, row } from './real-phone.mjs';
 import { cell, line } from './workbench.mjs';
 
 let session;
@@ -195,5 +195,52 @@ test('Workbench_whatTheApplicationDoesNotKnow_isSaidAndNothingElseSuffers', asyn
     await (await run(ui, 'nonsense')).locator('.wb-error').waitFor();
     await ui.pane.getByRole('tab', { name: 'Rows' }).click();
     await line(ui.panel, 'Cinema').waitFor();
+    await ui.close();
+});
+
+test('Recording_opens_whereItEndedAndShowsEachMoment', async () => {
+    const ui = await openRecording(session, 'hours-and-tone.rec', { viewport: deskSize });
+    const pane = ui.page.getByRole('complementary', { name: 'Workbench' });
+    const status = pane.locator('.wb-past-bar [role="status"]');
+    const past = ui.page.locator('.wb-past');
+    await pane.getByText('just after this').waitFor();
+    await ui.page.locator('html[data-theme="dark"][lang="de"]').waitFor();
+    await past.getByText('Büro').waitFor();
+    assert.deepEqual(await pane.getByRole('tab').allTextContents(), ['Timeline']);
+    assert.match(await ui.page.locator('.wb-past-label').textContent(), /^Recording hours-and-tone\.rec · \d+:\d\d\.\d{3}$/);
+    assert.ok(await ui.page.evaluate(() => document.querySelector('.phone').inert));
+    assert.deepEqual(await accessibilityProblems(ui.page), []);
+    // The images are those of the bundle.
+    await ui.page.waitForFunction(() => [...document.querySelectorAll('.wb-past img')].some((image) => image.naturalWidth > 0));
+    // The dark mode was the last change: the phone was light just before it.
+    const dark = line(pane, 'dark on=true');
+    await dark.click();
+    await ui.page.locator('html[data-theme="dark"]').waitFor();
+    await pane.getByRole('button', { name: 'Before', exact: true }).click();
+    await ui.page.locator('html[data-theme="light"]').waitFor();
+    await status.getByText('just before this').waitFor();
+    assert.match(await ui.page.locator('.wb-past-label').textContent(), / · before /);
+    assert.deepEqual(await accessibilityProblems(ui.page), []);
+    await pane.getByRole('button', { name: 'Before', exact: true }).click();
+    // The arrows step from moment to moment, in the list and without a focus.
+    await pane.locator('.wb-list').evaluate((list) => { list.scrollTop = 0; });
+    await line(pane, 'set row=1 value=true').click();
+    await past.getByText('Keine Profile').first().waitFor();
+    await line(pane, 'set row=1 value=true').focus();
+    await ui.page.keyboard.press('ArrowUp');
+    await past.getByText('Keine Profile').first().waitFor({ state: 'detached' });
+    await ui.page.evaluate(() => document.activeElement.blur());
+    await ui.page.keyboard.press('ArrowRight');
+    await past.getByText('Keine Profile').first().waitFor();
+    await ui.page.keyboard.press('Escape');
+    assert.equal(await ui.page.locator('.wb-past').count(), 1);
+    // Without the workbench it is the last state, which says what it is and takes nothing.
+    await ui.page.keyboard.press('F2');
+    await past.waitFor({ state: 'detached' });
+    await ui.page.locator('.banner', { hasText: 'Aufzeichnung hours-and-tone.rec' }).waitFor();
+    await ui.page.locator('.dark-switch').waitFor({ state: 'hidden' });
+    assert.ok(await ui.page.locator('.stage').evaluate((stage) => stage.closest('[inert]') !== null));
+    await ui.page.keyboard.press('F2');
+    await past.getByText('Keine Profile').first().waitFor();
     await ui.close();
 });
