@@ -8,6 +8,7 @@
 #include "platform/foundation/Device.h"
 #include "platform/foundation/FileManager.h"
 #include "platform/foundation/PropertyList.h"
+#include "platform/foundation/PseudoLanguage.h"
 #include "platform/foundation/ResourceWatch.h"
 #include "platform/foundation/StringTableCache.h"
 
@@ -109,14 +110,18 @@ std::string Bundle::localizedStringForKey_value_table(std::string_view key, std:
     if (ResourceWatch* watch = ResourceWatch::current()) watch->textAsked(path_, key, table);
     std::vector<std::string> languages;
     if (const auto& facts = Device::current().facts) languages = facts->preferredLanguages();
-    const std::string region = textIn(infoDictionary(), "CFBundleDevelopmentRegion");
-    languages.push_back(region.empty() ? "en" : region);
+    std::string region = textIn(infoDictionary(), "CFBundleDevelopmentRegion");
+    if (region.empty()) region = "en";
+    languages.push_back(region);
 
     for (std::string& language : languages) {
-        const auto texts = tableForTag(path_, std::move(language), table);
+        const auto pseudo = pseudoLanguageOfTag(language);
+        const auto texts = tableForTag(path_, pseudo ? region : std::move(language), table);
         if (!texts) continue;
         const auto text = texts->find(key);
-        return text == texts->end() ? fallback : text->second;
+        // What is not in the table is not localised, and looks so.
+        if (text == texts->end()) return fallback;
+        return pseudo ? pseudoLocalized(text->second, *pseudo) : text->second;
     }
     return fallback;
 }

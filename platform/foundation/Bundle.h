@@ -44,9 +44,10 @@ class Bundle {
 
     /// The text under the key in the first preferred language that the bundle has a table for (else its
     /// development region's, which is English when the Info list names none). Language matching: the exact
-    /// tag, then the tag without its last piece, and so on. A table that cannot be read is logged and passed
-    /// over. When there is no such key: the default value, or, when that is empty, the key itself. An empty
-    /// table name means "Localizable".
+    /// tag, then the tag without its last piece, and so on; of a pseudo-language (see PseudoLanguage.h) each
+    /// text is made from the development region's. A table that cannot be read is logged and passed over.
+    /// When there is no such key: the default value, or, when that is empty, the key itself. An empty table
+    /// name means "Localizable".
     std::string localizedStringForKey_value_table(std::string_view key, std::string_view value,
                                                   std::string_view table) const;
 

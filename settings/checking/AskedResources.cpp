@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "settings/checking/AskedResources.h"
 
+#include "platform/foundation/PseudoLanguage.h"
 #include "platform/foundation/StringTableCache.h"
 
 namespace settings {
@@ -15,6 +16,8 @@ void AskedResources::imageAsked(const std::string& bundlePath, std::string_view 
 
 bool AskedResources::hasText(const std::string& language, const std::string& key,
                              const std::string& table) const {
+    // It has what the development region has, which is looked at for itself.
+    if (platform::pseudoLanguageOfTag(language)) return true;
     std::string tag = language;
     for (;;) {
         const std::string path = bundlePath_ + "/" + tag + ".lproj/" + table + ".strings";

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "settings/checking/BundleCheck.h"
 
+#include <string>
 #include <vector>
 
+#include "platform/foundation/PseudoLanguage.h"
 #include "platform/preferences/PSViewController.h"
+#include "platform/uikit/UIDevice.h"
 #include "settings/application/TopScreen.h"
 #include "settings/checking/AskedResources.h"
 #include "settings/checking/BundleFiles.h"
@@ -25,10 +28,19 @@ Result<void> checkOpening(platform::Bundle& bundle) {
     return {};
 }
 
+/// Those that the bundle has, and the pseudo-languages that the phone was given.
+std::vector<std::string> languagesToSpeak(const platform::Bundle& bundle) {
+    std::vector<std::string> languages = languagesOfBundle(bundle);
+    for (const std::string& language : platform::preferredLanguages()) {
+        if (platform::pseudoLanguageOfTag(language)) languages.push_back(language);
+    }
+    return languages;
+}
+
 /// The tours of one state of the phone's data.
 Result<void> tourDevices(Application& application, ScreenTour& tour, CheckOutcome& outcome,
-                         const ScreenTour::Observers& observers) {
-    for (const std::string& language : languagesOfBundle(*application.bundle())) {
+                         const std::vector<std::string>& languages, const ScreenTour::Observers& observers) {
+    for (const std::string& language : languages) {
         for (const char* idiom : {"idiom=phone", "idiom=pad"}) {
             for (const char* mode : {"darkMode=false", "darkMode=true"}) {
                 Result<void> changed;
@@ -62,11 +74,12 @@ Result<CheckOutcome> checkBundle(Application& application, const std::string& bu
     ScreenTour tour(application, asked, outcome.findings, options.timings);
     // With the first screen open, as it is at each comparison.
     const ScreenTour::Observers observers = tour.observers();
-    if (const auto toured = tourDevices(application, tour, outcome, observers); !toured)
+    const std::vector<std::string> languages = languagesToSpeak(*application.bundle());
+    if (const auto toured = tourDevices(application, tour, outcome, languages, observers); !toured)
         return std::unexpected(toured.error());
     if (options.bringData) {
         if (const auto brought = options.bringData(); !brought) return std::unexpected(brought.error());
-        if (const auto toured = tourDevices(application, tour, outcome, observers); !toured)
+        if (const auto toured = tourDevices(application, tour, outcome, languages, observers); !toured)
             return std::unexpected(toured.error());
     }
     outcome.screens = tour.seen();

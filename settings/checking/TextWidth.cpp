@@ -22,7 +22,8 @@ constexpr int wholeEm = 1000;
 
 bool isMark(char32_t letter) {
     return (letter >= 0x300 && letter < 0x370) || (letter >= 0x64B && letter < 0x660) ||
-           (letter >= 0x200B && letter < 0x2010) || (letter >= 0xFE00 && letter < 0xFE10);
+           (letter >= 0x200B && letter < 0x2010) || (letter >= 0x202A && letter < 0x202F) ||
+           (letter >= 0xFE00 && letter < 0xFE10);
 }
 
 int widthOfLetter(char32_t letter) {

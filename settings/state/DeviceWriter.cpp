@@ -5,6 +5,7 @@
 #include <array>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/Calendar.h"
@@ -33,7 +34,8 @@ std::string localTime() {
 }  // namespace
 
 Dictionary DeviceWriter::lasting() const {
-    const std::string language = platform::preferredLanguages().front();
+    const std::vector<std::string> languages = platform::preferredLanguages();
+    const std::string& language = languages.front();
     const auto& device = platform::Device::current();
     const bool pad =
         platform::UIDevice::currentDevice().userInterfaceIdiom() == platform::UIUserInterfaceIdiomPad;
@@ -45,6 +47,7 @@ Dictionary DeviceWriter::lasting() const {
                      {"idiom", pad ? "pad" : "phone"},
                      {"clockRuns", clockRuns},
                      {"wifi", device.networks && device.networks->isConnected()}};
+    if (languages.size() > 1) facts["languages"] = platform::Array(languages.begin(), languages.end());
     if (!clockRuns) facts["clock"] = localTime();
     return facts;
 }

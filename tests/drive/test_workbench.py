@@ -54,6 +54,28 @@ class Device(WorkbenchTest):
         drive.back()
         self.assertEqual(drive.screen["class"], ROOT)
 
+    def test_pseudoLanguage_bracketsWhatIsLocalised(self):
+        drive = self.editor()
+
+        def plain():
+            return {row["name"] for row in drive.rows if row["name"] and not (row["name"].startswith("[") and row["name"].endswith("]"))}
+
+        drive.do("device", set={"languages": ["en-XA", "en"]})
+        self.assertEqual(drive.screen["class"], EDITOR)
+        self.assertEqual(plain(), set())
+        self.assertEqual(self.identified(drive, "enabled")["name"], "[ÉÉñååƀļéé]")
+        self.assertEqual(drive.screen["title"], "Work", "what the user has written is nobody's to translate")
+        self.assertEqual(drive.state["device"]["languages"], ["en-XA", "en"])
+        drive.back()
+        self.assertEqual(plain(), {"Work", "Home"})
+        # A row that is only called as the user calls it stays plain, so would one that nobody has localised.
+        drive.do("device", set={"languages": ["ar-XB", "en"]})
+        self.assertTrue(drive.state["device"]["rightToLeft"])
+        self.assertEqual(plain(), {"Work", "Home"})
+        drive.do("device", set={"languages": ["en"]})
+        self.assertNotIn("languages", drive.state["device"])
+        self.assertIn("Enabled", plain())
+
     def test_aLinkIsFollowedToo(self):
         drive = self.editor()
         drive.do("link", item=0)

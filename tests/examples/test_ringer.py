@@ -53,6 +53,22 @@ class FirstScreen(RingerTest):
         self.assertFalse(os.path.exists(drive.path(SETTINGS)))
         self.assertNothingLogged(drive)
 
+    def test_pseudoLanguage_leavesOnlyWhatIsNotLocalisedPlain(self):
+        bundle = os.path.join(tempfile.mkdtemp(prefix="quietrix-ringer-"), "QuietrixRinger.bundle")
+        self.addCleanup(shutil.rmtree, os.path.dirname(bundle))
+        shutil.copytree(self.BUNDLE, bundle)
+        table = os.path.join(bundle, "en.lproj", "Localizable.strings")
+        with open(table, encoding="utf-8") as file:
+            texts = file.read()
+        with open(table, "w", encoding="utf-8") as file:
+            file.write("".join(line for line in texts.splitlines(True) if not line.startswith('"Times"')))
+        drive = Drive(self.PROGRAM, bundle, device={"languages": "en-XA"})
+        self.addCleanup(drive.close)
+        drive.do("state")
+        names = [row["name"] for row in drive.rows if row["row"] is not None]
+        self.assertEqual([name for name in names if not (name.startswith("[") and name.endswith("]"))], ["Times"])
+        self.assertEqual(names[0], "[Ŕîîñĝ ƀééļļš~~]")
+
     def test_controls_storeWhatTheyWereMovedTo(self):
         drive = self.open()
         for identifier, value in (("enabled", False), ("volume", 0.25), ("greeting", "Hello, you")):

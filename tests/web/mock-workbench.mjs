@@ -89,7 +89,11 @@ export class WorkbenchPhone extends MockPhone {
         if (Object.keys(set).some((key) => !deviceKeys.includes(key))) return false;
         if (set.darkMode !== undefined) this.device = { ...this.device, darkMode: set.darkMode === 'true' };
         if (set.idiom !== undefined) this.device = { ...this.device, idiom: set.idiom };
-        if (set.languages !== undefined) this.device = { ...this.device, language: set.languages.split(',')[0], rightToLeft: set.languages.startsWith('ar') };
+        if (set.languages !== undefined) {
+            const languages = [set.languages].flat().join().split(',');
+            const { languages: _before, ...device } = this.device;
+            this.device = { ...device, language: languages[0], rightToLeft: languages[0].startsWith('ar'), ...(languages.length > 1 ? { languages } : {}) };
+        }
         if (this.pathEnded !== null) this.extra = { pathEnded: this.pathEnded };
         return true;
     }

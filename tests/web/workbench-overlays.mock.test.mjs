@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
-import { accessibilityProblems, settled, startBrowser } from './harness.mjs';
+import { accessibilityProblems, deskSize, lastCommand, openPage, settled, startBrowser } from './harness.mjs';
+import { WorkbenchPhone } from './mock-workbench.mjs';
 import { openWorkbench } from './workbench.mjs';
 
 let session;
@@ -120,5 +121,33 @@ test('Overlays_workbenchMadeNarrower_stayOnThePhone', async () => {
     const phone = await ui.page.locator('.phone').boundingBox();
     assert.ok(phone.x > before.x);
     await ui.page.waitForFunction((x) => Math.round(document.querySelector('.wb-overlay-layer').getBoundingClientRect().x) === Math.round(x), phone.x);
+    await ui.close();
+});
+
+test('PseudoLanguage_switched_isTheDevicesAndGivesTheOldOneBack', async () => {
+    const ui = await openWorkbench(session, 'overlays', { phone: new WorkbenchPhone() });
+    const accented = ui.panel.getByRole('checkbox', { name: 'Pseudo-language', exact: false }).first();
+    const fromTheRight = ui.panel.getByRole('checkbox', { name: /from the right/ });
+    ui.phone.device = { ...ui.phone.device, language: 'de', languages: ['de', 'en'] };
+    ui.server.push();
+    await ui.page.locator('html[lang="de"]').waitFor();
+    await accented.check();
+    await ui.page.locator('html[lang="en-XA"][dir="ltr"]').waitFor();
+    assert.deepEqual(lastCommand(ui.phone, 'device').set, { languages: ['en-XA', 'de', 'en'] });
+    // The page's own words too.
+    await ui.page.locator('.dark-switch[aria-label="[Ðååŕķ Ṁööðéé]"]').waitFor();
+    assert.deepEqual(await accessibilityProblems(ui.page), []);
+    await fromTheRight.check();
+    await ui.page.locator('html[lang="ar-XB"][dir="rtl"]').waitFor();
+    assert.deepEqual(lastCommand(ui.phone, 'device').set, { languages: ['ar-XB', 'de', 'en'] });
+    await ui.page.waitForFunction(() => [...document.querySelectorAll('.wb-overlays input')].slice(-2).map((each) => each.checked).join() === 'false,true');
+    // Whoever looks at the phone sees it, and may switch it off.
+    const second = await openPage(session, { viewport: deskSize, url: `${ui.server.address}?workbench=overlays#secret=${ui.server.secret}` });
+    await second.page.locator('html[lang="ar-XB"]').waitFor();
+    await second.page.getByRole('checkbox', { name: /from the right/ }).uncheck();
+    await ui.page.locator('html[lang="de"][dir="ltr"]').waitFor();
+    assert.deepEqual(lastCommand(ui.phone, 'device').set, { languages: ['de', 'en'] });
+    assert.equal(await fromTheRight.isChecked(), false);
+    await second.close();
     await ui.close();
 });

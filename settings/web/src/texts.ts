@@ -12,11 +12,14 @@ const loaders: Readonly<Record<string, () => Promise<Texts>>> = {
     fr: async () => (await import('./words/fr')).fr,
     ja: async () => (await import('./words/ja')).ja,
     zh: async () => (await import('./words/zh-Hans')).zhHans,
+    // Languages that nobody speaks, in which the application looks for what is not localised.
+    'en-XA': async () => (await import('./pseudo')).pseudoWords('ltr'),
+    'ar-XB': async () => (await import('./pseudo')).pseudoWords('rtl'),
 };
 
 const loaded = new Map<string, Texts>([['en', en]]);
 
-const languageOf = (tag: string): string => tag.split('-')[0] ?? '';
+const languageOf = (tag: string): string => (tag in loaders ? tag : tag.split('-')[0] ?? '');
 
 /** The words of the language that a tag names; those in English where the page does not speak it, or has not loaded it. */
 export const textsFor = (tag: string): Texts => loaded.get(languageOf(tag)) ?? en;

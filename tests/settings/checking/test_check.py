@@ -190,6 +190,11 @@ class Clean(CheckTest):
         self.assertEqual(done.stdout, "0 findings, 0 accepted, on 5 screens in 16 tours.\n")
         self.assertEqual(done.returncode, 0)
 
+    def test_pseudoLanguage_isSpokenBesideTheBundlesOwn(self):
+        done = self.check(RINGER, "--device", "languages=en-XA")
+        self.assertIn("a label of 100. (en-XA) [cutLabel]", done.stdout)
+        self.assertTrue(done.stdout.endswith("1 finding, 0 accepted, on 5 screens in 12 tours.\n"), done.stdout)
+
     def test_help_tellsTheOptions(self):
         done = self.check("--help")
         self.assertEqual(done.returncode, 0)

@@ -2,14 +2,25 @@
 import { html, render, type TemplateResult } from 'lit-html';
 import { live } from 'lit-html/directives/live.js';
 import type { Beside } from '../beside';
+import type { Bag } from '../protocol';
 import { contrasts, cutTexts, focusOrder, frames, touchTargets, type Check, type Finding } from './checks';
+import { bagOf, textOf } from './bags';
 import { Layer } from './layer';
+import { refusalOf, type Link } from './link';
+import { Outcome } from './outcome';
 import type { Pointer } from './pointer';
 import { element, onceAFrame, type Tab } from './tab';
 
 interface Overlay { name: string; title: string; note: string; check: Check; findings: readonly Finding[]; isOn: boolean }
 
 const overlay = (name: string, title: string, note: string, check: Check): Overlay => ({ name, title, note, check, findings: [], isOn: false });
+
+/** Languages that nobody speaks, in which the application has every text that is localised. */
+const pseudoLanguages = [
+    { tag: 'en-XA', title: 'Pseudo-language', note: 'Texts that are localised are longer, accented and in brackets' },
+    { tag: 'ar-XB', title: 'Pseudo-language from the right', note: 'The same, in screens that are mirrored' },
+];
+const isPseudo = (tag: string): boolean => pseudoLanguages.some((each) => each.tag === tag);
 
 /** How many findings of one kind are listed. */
 const listed = 100;
@@ -29,10 +40,17 @@ export class OverlaysTab implements Tab {
         overlay('focus', 'Order of focus', 'Where the Tab key goes', focusOrder),
         overlay('cut', 'Cut texts', 'Texts of which a part does not show', cutTexts),
     ];
+    /** Those that the device is set to, the one that is spoken first. */
+    private languages: readonly string[] = [];
+    /** The one that was asked for, until that is answered. */
+    private wanted: string | null = null;
+    private readonly outcome: Outcome;
     private isOpen = false;
     private shown = '';
 
-    constructor(private readonly beside: Beside, place: HTMLElement, private readonly pointer: Pointer) {
+    constructor(private readonly link: Link, private readonly beside: Beside, place: HTMLElement, private readonly pointer: Pointer) {
+        this.outcome = new Outcome(link, () => this.draw());
+        link.listen({ shot: ({ source }) => this.takeLanguages(bagOf(source['device'])) });
         this.layer = new Layer(beside, place, 'wb-overlay-layer');
         this.observer = new MutationObserver(() => this.schedule());
         beside.phone.addEventListener('scroll', () => this.schedule(), { capture: true, passive: true });
@@ -48,6 +66,31 @@ export class OverlaysTab implements Tab {
     }
 
     moved(): void { this.schedule(); }
+
+    // Another page, or a script, may set it too.
+    private takeLanguages(device: Bag | null): void {
+        const first = textOf(device?.['language']);
+        const all = Array.isArray(device?.['languages']) ? device['languages'].filter((tag): tag is string => typeof tag === 'string') : [];
+        const languages = all.length > 0 ? all : first === null ? [] : [first];
+        if (languages.join() === this.languages.join()) return;
+        this.languages = languages;
+        this.draw();
+    }
+
+    /** The device's own languages stay behind it, so that whoever switches it off finds them. */
+    private speak(tag: string, isOn: boolean): void {
+        const own = this.languages.filter((each) => !isPseudo(each));
+        const languages = isOn ? [tag, ...own] : own;
+        this.wanted = languages[0] ?? 'en';
+        const isSent = this.link.send({ do: 'device', set: { languages: languages.length > 0 ? languages : ['en'] } }, (answer) => {
+            this.wanted = null;
+            const refusal = refusalOf(answer);
+            this.outcome.say(refusal ?? textOf(answer?.['pathEnded']) ?? '', refusal !== null);
+        });
+        if (isSent) return;
+        this.wanted = null;
+        this.outcome.say('There is no connection.', true);
+    }
 
     private get isNeeded(): boolean { return this.isOpen && this.overlays.some(({ isOn }) => isOn); }
 
@@ -87,7 +130,12 @@ export class OverlaysTab implements Tab {
 
     private draw(): void {
         render(html`<p class="wb-hint">What is switched on is drawn over the phone as long as the workbench is open.</p>
-            ${this.overlays.map((each) => this.template(each))}`, this.element);
+            ${this.overlays.map((each) => this.template(each))}
+            <p class="wb-hint">These are the phone's language, for whoever looks at it, until they are switched off.</p>
+            ${pseudoLanguages.map(({ tag, title, note }) => html`<section class="wb-overlay" aria-label=${title}><label class="wb-switch-line">
+                <input type="checkbox" .checked=${live((this.wanted ?? this.languages[0]) === tag)} @change=${(event: Event) => this.speak(tag, (event.target as HTMLInputElement).checked)}>
+                <span class="wb-heading">${title}</span><span class="wb-note wb-space">${note}</span></label></section>`)}
+            ${this.outcome.line()}`, this.element);
     }
 
     private template(each: Overlay): TemplateResult {

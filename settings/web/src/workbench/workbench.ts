@@ -43,7 +43,7 @@ export class Workbench {
         const pointer = new Pointer(beside, place);
         const names = new Names(this.link);
         const tabs: Tab[] = [
-            new RowsTab(this.link, pointer), new ConsoleTab(this.link, names), new OverlaysTab(beside, place, pointer), new PostTab(this.link, names),
+            new RowsTab(this.link, pointer), new ConsoleTab(this.link, names), new OverlaysTab(this.link, beside, place, pointer), new PostTab(this.link, names),
             new FilesTab(this.link), new DeviceTab(this.link), new FaultsTab(this.link),
         ];
         const timeline = new TimelineTab(this.link, beside, place);
