@@ -8,13 +8,18 @@ import { line } from './workbench.mjs';
 const size = { width: 1440, height: 860 };
 
 const scenes = {
-    /** What a switch has caused, and the phone as it was in the middle of it. */
+    /** All that a switch has caused, from the press to the last reload, and the phone as it was in the middle of it. */
     async timeline(page, pane) {
         await row(page, 'Work').click();
         await page.getByRole('heading', { level: 1, name: 'Work' }).waitFor();
+        await pane.getByRole('button', { name: 'Clear' }).click();
         await page.getByRole('switch', { name: 'Vibrate', exact: true }).first().click();
+        await pane.locator('.wb-event-darwinReceived').waitFor();
         await pane.locator('.wb-event-write').first().click();
         await page.locator('.wb-past').waitFor();
+        await settled(page);
+        const isWhole = await pane.locator('.wb-list').evaluate((list) => list.scrollHeight <= list.clientHeight);
+        if (!isWhole) throw new Error('the picture has no room for the whole of what a switch has caused');
     },
     /** What turning the main switch off and on again has changed, and a row lit on the phone. */
     async rows(page, pane) {

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Makes the gallery: node gallery.mjs DIRECTORY. For each appearance a sheet of all scenes (NAME.webp) and the records that the
-// tests compare with (NAME.jsonl); and the pictures of the workbench. Prints its steps as build tools do.
+// tests compare with (NAME.jsonl); the pictures of the workbench; and beside the directory that of the page, page.png. Prints its steps as build tools do.
 import { mkdir, writeFile } from 'node:fs/promises';
 import { join } from 'node:path';
 import { write } from './gallery-references.mjs';
 import { makeSheet } from './gallery-sheet.mjs';
+import { picturePage } from './gallery-page.mjs';
 import { scenesOfATour, takeTour, tours } from './gallery-tour.mjs';
 import { pictureWorkbench, picturesOfTheWorkbench } from './gallery-workbench.mjs';
 import { startBrowser } from './harness.mjs';
@@ -16,7 +17,7 @@ if (!directory) {
     process.exit(2);
 }
 
-const total = tours.reduce((sum, tour) => sum + tour.appearances.length * scenesOfATour, picturesOfTheWorkbench);
+const total = tours.reduce((sum, tour) => sum + tour.appearances.length * scenesOfATour, picturesOfTheWorkbench + 1);
 let done = 0;
 const session = await startBrowser();
 try {
@@ -33,6 +34,8 @@ try {
         console.log(`[${(done += 1)}/${total}] workbench: ${name}`);
         await writeFile(join(directory, `workbench-${name}.webp`), picture);
     });
+    console.log(`[${(done += 1)}/${total}] page`);
+    await writeFile(join(directory, '..', 'page.png'), await picturePage(session, darkroom));
 } finally {
     await session.close();
 }
