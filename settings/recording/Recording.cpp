@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "settings/recording/Recording.h"
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -306,6 +307,23 @@ Result<void> checkFormat(const Fields& fields) {
 
 }  // namespace
 
+std::string noAnswerWithin(std::chrono::seconds patience) {
+    return std::string(noAnswer) + " within " + std::to_string(patience.count()) + " s";
+}
+
+std::optional<std::chrono::seconds> hangOf(std::string_view died) {
+    // Any text may come; more than an hour is nobody's patience.
+    constexpr std::int64_t most = 3600;
+    if (!died.starts_with(noAnswer)) return std::nullopt;
+    const std::size_t digits = died.find_first_of("0123456789");
+    std::int64_t seconds = 0;
+    for (const char digit : died.substr(std::min(digits, died.size()))) {
+        if (digit < '0' || digit > '9') break;
+        seconds = std::min(seconds * 10 + (digit - '0'), most);
+    }
+    return std::chrono::seconds(std::max<std::int64_t>(seconds, 1));
+}
+
 std::string lineText(const RecordingStart& start) {
     const Dictionary head{{"program", start.program},
                           {"seed", static_cast<std::int64_t>(start.seed)},
@@ -334,6 +352,7 @@ std::string lineText(const RecordedStep& step) {
         line += ",\"found\":" + jsonText(found);
     }
     if (step.answer) line += ",\"answer\":" + *step.answer;
+    if (step.died) line += ",\"died\":" + jsonText(*step.died);
     return line + "}";
 }
 
@@ -379,6 +398,12 @@ Result<ReadStep> readRecordedStep(std::string_view line) {
     auto found = findingsOf(fields.value("found"));
     if (!found) return std::unexpected(found.error());
     step.found = *std::move(found);
+    if (fields.has("died")) {
+        auto died = fields.text("died");
+        if (!died) return std::unexpected(died.error());
+        if (fields.has("answer")) return failure("There is an \"answer\" of a program that has \"died\".");
+        step.died = *std::move(died);
+    }
     if (!fields.has("answer")) return read;
     if (!hasAnswer(step)) return failure("\"answer\" stands where nothing was asked.");
     read.answer = fields.value("answer");

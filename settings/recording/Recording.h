@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -36,6 +37,12 @@ struct RecordingStart {
 
     bool operator==(const RecordingStart&) const = default;
 };
+
+/// How a program is said to have died that had to be killed, since it went on for so long: "no answer within
+/// 20 s"; and how long that was, empty for another text.
+inline constexpr std::string_view noAnswer = "no answer";
+std::string noAnswerWithin(std::chrono::seconds patience);
+std::optional<std::chrono::seconds> hangOf(std::string_view died);
 
 /// One thing that came to the phone.
 struct RecordedStep {
@@ -83,6 +90,9 @@ struct RecordedStep {
     MachineAnswers found;
     /// As JSON. Empty for what has no answer, and for a command whose answer is still to come.
     std::optional<std::string> answer;
+    /// How the program died of it instead of answering, "signal 6 (Aborted)". Known only where somebody has
+    /// watched it from outside; empty for one that has lived on.
+    std::optional<std::string> died{};
 
     bool operator==(const RecordedStep&) const = default;
 };

@@ -63,7 +63,7 @@ Result<void> RecordingReader::checkOrder(const ReadStep& read) {
         return wrong("The answer is missing.");
     if (isAsked) waits_ = !isAnswered;
     if (std::holds_alternative<Step::WaitOver>(step.what)) waits_ = false;
-    isWhole_ = std::holds_alternative<Step::Ended>(step.what);
+    isWhole_ = std::holds_alternative<Step::Ended>(step.what) || step.died;
     return {};
 }
 

@@ -35,8 +35,9 @@ class RecordingReader {
     /// Where that line begins in the stream, and how many bytes it has without its line break.
     std::uint64_t offset() const { return offset_; }
     std::size_t length() const { return length_; }
-    /// At the end: whether the recording was ended on purpose. One whose program was killed has no end, and
-    /// perhaps a piece of a line that counts as not being there.
+    /// At the end: whether the recording was ended on purpose, or with the program's death that somebody has
+    /// seen. Another one whose program was killed has no end, and perhaps a piece of a line that counts as
+    /// not being there.
     bool isWhole() const { return isWhole_; }
 
   private:
