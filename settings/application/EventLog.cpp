@@ -50,11 +50,17 @@ void EventLog::collect() {
 }
 
 void EventLog::trim() {
-    while (entries_.size() > backlog) {
-        ++first_.events;
-        if (!entries_.front().isCall) ++first_.withoutCalls;
-        entries_.pop_front();
-    }
+    while (entries_.size() > backlog) forgetFirst();
+}
+
+void EventLog::forgetBefore(Place place) {
+    while (!entries_.empty() && first_.events < place.events) forgetFirst();
+}
+
+void EventLog::forgetFirst() {
+    ++first_.events;
+    if (!entries_.front().isCall) ++first_.withoutCalls;
+    entries_.pop_front();
 }
 
 EventLog::Slice EventLog::since(Place place, const Reader& reader) const {

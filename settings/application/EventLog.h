@@ -38,6 +38,8 @@ class EventLog {
     /// Forgets all but the newest `backlog` events. Called before a command, so that all that one command
     /// does is answered whole.
     void trim();
+    /// Forgets all that stands before the place: for who knows that every session was told of it.
+    void forgetBefore(Place place);
 
     /// The place of the next event.
     Place end() const { return end_; }
@@ -52,6 +54,7 @@ class EventLog {
     bool holdsSince(Place place, std::string_view kind, const std::optional<std::string>& name) const;
 
   private:
+    void forgetFirst();
     std::deque<platform::JournalEntry>::const_iterator from(Place place) const;
 
     std::deque<platform::JournalEntry> entries_;

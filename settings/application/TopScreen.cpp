@@ -46,15 +46,21 @@ std::shared_ptr<PSListController> TopScreen::list() const {
     return std::dynamic_pointer_cast<PSListController>(screen);
 }
 
-std::vector<std::shared_ptr<PSListController>> shownLists() {
-    std::vector<std::shared_ptr<PSListController>> lists;
+std::vector<std::shared_ptr<UIViewController>> shownScreens() {
+    std::vector<std::shared_ptr<UIViewController>> screens;
     for (const auto& shown : presentationChain()) {
         const auto navigation = std::dynamic_pointer_cast<UINavigationController>(shown);
         if (!navigation) continue;
-        for (const auto& screen : navigation->viewControllers()) {
-            if (auto list = std::dynamic_pointer_cast<PSListController>(screen))
-                lists.push_back(std::move(list));
-        }
+        const auto& stack = navigation->viewControllers();
+        screens.insert(screens.end(), stack.begin(), stack.end());
+    }
+    return screens;
+}
+
+std::vector<std::shared_ptr<PSListController>> shownLists() {
+    std::vector<std::shared_ptr<PSListController>> lists;
+    for (const auto& screen : shownScreens()) {
+        if (auto list = std::dynamic_pointer_cast<PSListController>(screen)) lists.push_back(std::move(list));
     }
     return lists;
 }

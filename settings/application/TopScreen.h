@@ -27,7 +27,9 @@ struct TopScreen {
     std::shared_ptr<platform::PSListController> list() const;
 };
 
-/// Every list screen on the stacks of all navigation controllers, those that are covered included.
+/// Every screen on the stacks of all navigation controllers, those that are covered included.
+std::vector<std::shared_ptr<platform::UIViewController>> shownScreens();
+/// The lists among them.
 std::vector<std::shared_ptr<platform::PSListController>> shownLists();
 
 }  // namespace settings
