@@ -26,6 +26,7 @@ struct Given {
     std::string recording;
     bool update = false;
     CheckArguments check;
+    ExploreArguments explore;
 };
 
 void addBundle(CLI::App& subcommand, Given& given) {
@@ -63,6 +64,37 @@ void addCheckOptions(CLI::App& check, Given& given) {
     check.set_version_flag("--version", versionText);
 }
 
+void addExploreOptions(CLI::App& explore, Given& given) {
+    ExploreArguments& wanted = given.explore;
+    explore
+        .add_option("BUNDLE", given.bundle,
+                    "The bundle to use; without this the one that came with the program")
+        ->type_name("");
+    explore
+        .add_option("--root", given.root,
+                    "A phone's files to begin with; only read, without this a new phone's")
+        ->type_name("DIR");
+    explore.add_option("--device", given.device, "How the phone is equipped; may be given again")
+        ->type_name("KEY=VALUE")
+        ->allow_extra_args(false);
+    explore.add_option("--steps", wanted.steps, "How many steps at most; without this 10000")
+        ->type_name("N")
+        ->check(CLI::PositiveNumber);
+    explore.add_option("--seed", wanted.seed, "What the choices follow from; without this another each time")
+        ->type_name("S");
+    explore.add_option("--patience", wanted.patience, "After so long a step hangs; without this 20 seconds")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1, 3600));
+    explore
+        .add_option("--out", wanted.out,
+                    "Where a failure's recording is written; without this explore-SEED.rec here")
+        ->type_name("FILE");
+    explore.add_option("--trace", wanted.trace, "Writes each step to that file, as a line of a recording")
+        ->type_name("FILE");
+    explore.add_flag("--json", wanted.json, "Prints one JSON object instead of lines for people");
+    explore.set_version_flag("--version", versionText);
+}
+
 void addOptions(CLI::App& subcommand, Given& given) {
     subcommand
         .add_option("--root", given.root,
@@ -94,10 +126,12 @@ std::expected<CommandLine, EarlyEnd> checked(Subcommand subcommand, const Given&
     line.recording = given.recording;
     line.update = given.update;
     line.check = given.check;
+    line.explore = given.explore;
 
     // A replay has a root of its own, and nobody's own phone is looked at for mistakes unless it is named.
+    const bool looksOnly = subcommand == Subcommand::Check || subcommand == Subcommand::Explore;
     const bool needsRoot = subcommand != Subcommand::Replay && subcommand != Subcommand::View &&
-                           (subcommand != Subcommand::Check || given.root);
+                           (!looksOnly || given.root);
     const auto root = given.root || !needsRoot ? given.root : device::defaultRootDirectory();
     if (needsRoot && (!root || root->empty()))
         return std::unexpected(wrongUse("There is no root directory: give one with --root."));
@@ -113,6 +147,12 @@ std::expected<CommandLine, EarlyEnd> checked(Subcommand subcommand, const Given&
     }
     line.bundleDirectory = *bundle;
 
+    if (subcommand == Subcommand::Explore) {
+        const auto chosen = std::ranges::find_if(given.device, device::DeviceOptions::isOfTheMachine);
+        if (chosen != given.device.end())
+            return std::unexpected(
+                wrongUse("\"" + *chosen + "\": what an explored phone finds on its machine is made up."));
+    }
     auto options = device::DeviceOptions::parse(given.device);
     if (!options) return std::unexpected(wrongUse(options.error().localizedDescription));
     line.device = std::move(*options);
@@ -151,7 +191,11 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
         "check",
         "Looks for mistakes on every screen of a bundle: 1 when there are any, 2 when it cannot be opened");
     addCheckOptions(check, given);
-    for (CLI::App* each : {&program, &drive, &serve, &recorded, &check})
+    CLI::App& explore = *program.add_subcommand(
+        "explore",
+        "Uses a bundle at random and looks what breaks: 1 when something does, 2 when it cannot begin");
+    addExploreOptions(explore, given);
+    for (CLI::App* each : {&program, &drive, &serve, &recorded, &check, &explore})
         each->footer("Device keys:\n" + device::DeviceOptions::help());
     serve.add_option("--port", given.port, "The port to listen on; without this any free one")
         ->type_name("N");
@@ -192,7 +236,7 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
         return std::unexpected(wrongUse(unknown.empty()
                                             ? error.what()
                                             : "There is no command \"" + unknown.front() +
-                                                  "\": drive, serve, record, replay, view or check."));
+                                                  "\": drive, serve, record, replay, view, check or explore."));
     } catch (const CLI::Error& error) {
         return std::unexpected(wrongUse(error.what()));
     }
@@ -201,6 +245,7 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
                               : replayed.parsed() ? Subcommand::Replay
                               : viewed.parsed()   ? Subcommand::View
                               : check.parsed()    ? Subcommand::Check
+                              : explore.parsed()  ? Subcommand::Explore
                                                   : Subcommand::Drive;
     return checked(chosen, given, paths);
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <expected>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,8 +13,8 @@
 namespace settings {
 
 /// What the program is told to do: to talk the screen protocol over a channel, to replay or show what was
-/// said, or to look for a bundle's mistakes.
-enum class Subcommand { Drive, Serve, Record, Replay, View, Check };
+/// said, to look for a bundle's mistakes, or to use it at random.
+enum class Subcommand { Drive, Serve, Record, Replay, View, Check, Explore };
 
 /// For Subcommand::Check. Empty texts for what was not asked for.
 struct CheckArguments {
@@ -36,11 +37,24 @@ struct WatchArguments {
     bool isWatched = false;
 };
 
+/// For Subcommand::Explore.
+struct ExploreArguments {
+    std::uint64_t steps = 10'000;
+    /// Without one, each exploration is another.
+    std::optional<std::uint32_t> seed;
+    bool json = false;
+    /// In seconds.
+    unsigned patience = 20;
+    /// Host paths; empty for what was not asked for.
+    std::string out;
+    std::string trace;
+};
+
 /// What the command line asks for, checked.
 struct CommandLine {
     Subcommand subcommand = Subcommand::Drive;
     /// Empty for Subcommand::Replay, which has a root of its own, for Subcommand::View, which has none, and
-    /// for Subcommand::Check when no data was named.
+    /// for Subcommand::Check and Subcommand::Explore when no data was named.
     std::string rootDirectory;
     /// A directory that exists. Empty for Subcommand::View when none was named.
     std::string bundleDirectory;
@@ -55,6 +69,7 @@ struct CommandLine {
     /// For Subcommand::Replay: whether different answers take the place of the recorded ones.
     bool update = false;
     CheckArguments check;
+    ExploreArguments explore;
 };
 
 /// Why the program ends before it has begun: help and version are printed with status 0, an error is one line

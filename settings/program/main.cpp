@@ -15,6 +15,7 @@
 #include "settings/channels/Session.h"
 #include "settings/program/CheckProgram.h"
 #include "settings/program/CommandLine.h"
+#include "settings/program/ExploreProgram.h"
 #include "settings/program/PhoneSetup.h"
 #include "settings/program/RecordedRuns.h"
 #include "settings/program/ViewProgram.h"
@@ -75,6 +76,10 @@ int run(int argumentCount, char** argumentValues) {
     if (line->subcommand == settings::Subcommand::View) {
         const auto shown = settings::runView(*line, paths);
         return shown ? 0 : complain(shown.error().localizedDescription);
+    }
+    if (line->subcommand == settings::Subcommand::Explore) {
+        const auto status = settings::runExplore(*line, *resources);
+        return status ? *status : complain(status.error().localizedDescription);
     }
     if (line->subcommand == settings::Subcommand::Record ||
         line->subcommand == settings::Subcommand::Replay) {

@@ -36,7 +36,7 @@ LAYERS = (
     "conditions/networks", "conditions/tone", "support/misc", "shell/root",
     "device", "springboard",
     "settings/application", "settings/commands", "settings/state", "settings/channels/server", "settings/channels",
-    "settings/checking", "settings/recording", "settings/program",
+    "settings/checking", "settings/recording", "settings/exploring", "settings/watching", "settings/program",
     "quietrix",
 )
 PLUGIN = ("shell/", "profile/", "conditions/", "support/")
@@ -59,8 +59,10 @@ MAY_INCLUDE = {
     "settings/checking": ("settings/application", "settings/channels"),
     "settings/recording": ("device", "springboard", "settings/application", "settings/commands", "settings/channels",
                            "settings/channels/server"),
+    "settings/exploring": ("device", "settings/application", "settings/channels", "settings/recording"),
+    "settings/watching": ("settings/channels/server",),
     "settings/program": ("device", "settings/application", "settings/channels", "settings/checking",
-                         "settings/recording"),
+                         "settings/exploring", "settings/recording", "settings/watching"),
     "quietrix": ("shell/base", "profile/model", "device"),
 }
 
