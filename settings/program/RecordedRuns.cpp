@@ -1,18 +1,36 @@
 // SPDX-License-Identifier: MIT
 #include "settings/program/RecordedRuns.h"
 
+#include <poll.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+// This header does not say by itself that its functions are C's.
+extern "C" {
+#include <sys/pidfd.h>
+}
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
+#include <atomic>
 #include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <new>
 #include <random>
+#include <string_view>
 #include <utility>
 
 #include "device/FileReplacement.h"
 #include "device/HostFile.h"
+#include "device/Interruption.h"
+#include "device/ProcessEnd.h"
 #include "device/ProgramStart.h"
 #include "device/TimeZone.h"
 #include "platform/foundation/Device.h"
@@ -37,6 +55,11 @@ using platform::Result;
 
 namespace {
 
+constexpr int different = 1;
+constexpr int cannotReplay = 2;
+/// An interruption that comes just before the waiting is seen after so many milliseconds.
+constexpr int lookAgain = 200;
+
 std::string nameOfBundle(const std::string& directory) {
     std::error_code error;
     return fs::canonical(directory, error).filename().string();
@@ -51,11 +74,26 @@ std::vector<std::string> pairsOf(device::DeviceOptions options) {
     return options.pairs();
 }
 
+/// How far a replay has come, for the process that watches it. In memory that both have.
+struct ReplayPlace {
+    static constexpr std::size_t longestCommand = 1024;
+
+    std::atomic<std::size_t> line = 0;
+    /// As much of it as fits.
+    std::array<char, longestCommand> command{};
+    bool isCommand = false;
+    /// After so many seconds it was given up when it was recorded; 0 when it was not.
+    std::atomic<std::int64_t> hungAfter = 0;
+    /// The replay is over, and ends with that status.
+    std::atomic<bool> isOver = false;
+    int status = 0;
+};
+
 /// A replay from its first step to its last.
 class Run {
   public:
-    Run(const CommandLine& line, RecordingReader& reader, Replayer& replayer)
-        : line_(line), reader_(reader), replayer_(replayer) {}
+    Run(const CommandLine& line, RecordingReader& reader, Replayer& replayer, ReplayPlace& place)
+        : line_(line), reader_(reader), replayer_(replayer), place_(place) {}
 
     /// Whether all the answers are the same, or were renewed.
     Result<bool> play(const RecordingStart& start, Progress& progress, std::istream& stream) {
@@ -64,13 +102,20 @@ class Run {
             auto step = reader_.next();
             if (!step) return std::unexpected(step.error());
             if (!*step) break;
-            if (const auto* command = std::get_if<RecordedStep::Command>(&(*step)->what))
-                command_ = command->line;
+            note(**step);
+            // It is answered now, which is all that can be said.
+            if ((*step)->died && std::holds_alternative<RecordedStep::Command>((*step)->what))
+                (*step)->answer = "{}";
             auto answer = replayer_.play(**step);
             if (!answer)
                 return failure("Line " + std::to_string(reader_.line()) + ": " +
                                answer.error().localizedDescription);
-            if (*answer && !isSame(**step, **answer) && !line_.update) return false;
+            if ((*step)->died) {
+                tellSurvival(*(*step)->died);
+            } else if (*answer && !isSame(**step, **answer) && !line_.update) {
+                return false;
+            }
+            (*step)->died.reset();
             if (*answer) (*step)->answer = std::move(**answer);
             if (line_.update) renewed_ += lineText(**step) + "\n";
             progress.show(stream ? static_cast<std::uintmax_t>(stream.tellg()) : 0);
@@ -86,6 +131,22 @@ class Run {
     const std::string& renewed() const { return renewed_; }
 
   private:
+    void note(const RecordedStep& step) {
+        const auto* command = std::get_if<RecordedStep::Command>(&step.what);
+        command_ = command ? command->line : "";
+        place_.line = reader_.line();
+        place_.command.fill('\0');
+        std::ranges::copy(std::string_view(command_).substr(0, place_.command.size() - 1),
+                          place_.command.begin());
+        place_.isCommand = command != nullptr;
+        const auto hang = step.died ? hangOf(*step.died) : std::nullopt;
+        place_.hungAfter = hang ? hang->count() : 0;
+    }
+    void tellSurvival(const std::string& died) {
+        ++different_;
+        std::cout << line_.recording << ":" << reader_.line() << ": " << command_
+                  << "\n  The program died of it when it was recorded (" << died << "); now it lives.\n";
+    }
     bool isSame(const RecordedStep& step, const std::string& answer) {
         ++answers_;
         const auto was = parseJSON(*step.answer, recordedJSONDepth);
@@ -105,6 +166,7 @@ class Run {
     const CommandLine& line_;
     RecordingReader& reader_;
     Replayer& replayer_;
+    ReplayPlace& place_;
     std::string command_;
     std::string renewed_;
     std::size_t answers_ = 0;
@@ -127,6 +189,63 @@ Result<int> finished(const CommandLine& line, const Run& run) {
     return 0;
 }
 
+/// In a process of its own.
+Result<int> replaySteps(const CommandLine& line, const std::string& resources, std::istream& stream,
+                        RecordingReader& reader, const RecordingStart& start, const TemporaryRoot& root,
+                        ReplayPlace& place) {
+    device::setTimeZone(start.zone);
+    const auto clock = RecordedTime::parse(start.clock);
+    if (!clock) return failure("Line 1: " + clock.error().localizedDescription);
+    std::vector<std::string> pairs = start.device;
+    std::erase_if(pairs, device::DeviceOptions::isOfTheMachine);
+    const auto options = device::DeviceOptions::parse(pairs);
+    if (!options) return failure("Line 1: " + options.error().localizedDescription);
+
+    const auto world = RecordedWorld::aroundReplay(*clock, start.seed);
+    const auto phone =
+        PhoneSetup::create({root.path(), line.bundleDirectory, resources, *options, {}, world.get()});
+    if (!phone) return std::unexpected(phone.error());
+    Application application((*phone)->bundlePath(), phone->get());
+    Replayer replayer(application, *world, root.path());
+    Run run(line, reader, replayer, place);
+    std::error_code error;
+    Progress progress("replay", fs::file_size(line.recording, error));
+    const auto same = run.play(start, progress, stream);
+    if (!same) return std::unexpected(same.error());
+    return *same ? finished(line, run) : different;
+}
+
+/// Waits for the process of a replay. What comes back is the program's exit status.
+int watch(pid_t process, const CommandLine& line, const ReplayPlace& place) {
+    const device::Descriptor ended(pidfd_open(process, 0));
+    std::size_t lastLine = 0;
+    auto lineBegan = steady_clock::now();
+    bool isHanging = false;
+    for (pollfd end{ended.get(), POLLIN, 0}; ended && poll(&end, 1, lookAgain) <= 0;) {
+        if (place.line != lastLine) {
+            lastLine = place.line;
+            lineBegan = steady_clock::now();
+        }
+        // Only where it hung before: any other command may take as long as it likes.
+        const std::chrono::seconds longest(place.hungAfter);
+        isHanging = longest.count() > 0 && steady_clock::now() - lineBegan > longest;
+        if (isHanging || device::Interruption::signal() != 0) kill(process, SIGKILL);
+    }
+    int status = 0;
+    while (waitpid(process, &status, 0) < 0 && errno == EINTR) continue;
+    if (const int signal = device::Interruption::signal(); signal != 0) {
+        std::cerr << "quietrix-settings: Interrupted.\n";
+        return 128 + signal;
+    }
+    if (WIFEXITED(status) && place.isOver && WEXITSTATUS(status) == place.status) return place.status;
+    std::cout << line.recording << ":" << place.line << ": "
+              << (place.isCommand ? place.command.data() : "(no command)") << "\n  The program "
+              << (isHanging ? "gives no answer, as when it was recorded."
+                            : "died of it: " + device::processEndText(status) + ".")
+              << "\n";
+    return different;
+}
+
 Result<int> replayStream(const CommandLine& line, const std::string& resources, std::istream& stream) {
     RecordingReader reader(stream);
     const Result<RecordingStart> start = reader.start();
@@ -135,28 +254,29 @@ Result<int> replayStream(const CommandLine& line, const std::string& resources, 
         return failure("It is a recording of the bundle \"" + start->bundle +
                        "\": give that one with --bundle.");
     }
-    device::setTimeZone(start->zone);
-    const auto clock = RecordedTime::parse(start->clock);
-    if (!clock) return failure("Line 1: " + clock.error().localizedDescription);
-    std::vector<std::string> pairs = start->device;
-    std::erase_if(pairs, device::DeviceOptions::isOfTheMachine);
-    const auto options = device::DeviceOptions::parse(pairs);
-    if (!options) return failure("Line 1: " + options.error().localizedDescription);
+    const device::Interruption interruption;
     const auto root = TemporaryRoot::create(start->files);
     if (!root) return std::unexpected(root.error());
-
-    const auto world = RecordedWorld::aroundReplay(*clock, start->seed);
-    const auto phone =
-        PhoneSetup::create({root->path(), line.bundleDirectory, resources, *options, {}, world.get()});
-    if (!phone) return std::unexpected(phone.error());
-    Application application((*phone)->bundlePath(), phone->get());
-    Replayer replayer(application, *world, root->path());
-    Run run(line, reader, replayer);
-    std::error_code error;
-    Progress progress("replay", fs::file_size(line.recording, error));
-    const auto same = run.play(*start, progress, stream);
-    if (!same) return std::unexpected(same.error());
-    return *same ? finished(line, run) : 1;
+    void* shared =
+        mmap(nullptr, sizeof(ReplayPlace), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    if (shared == MAP_FAILED) return failure("No memory could be had: " + device::host::message(errno) + ".");
+    ReplayPlace& place = *new (shared) ReplayPlace;
+    std::cout << std::flush;
+    const pid_t process = fork();
+    if (process < 0) return failure("No process could be had: " + device::host::message(errno) + ".");
+    if (process == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        for (const int number : {SIGINT, SIGTERM, SIGHUP}) signal(number, SIG_IGN);
+        const auto status = replaySteps(line, resources, stream, reader, *start, *root, place);
+        if (!status)
+            std::cerr << "quietrix-settings: " << line.recording << ": "
+                      << status.error().localizedDescription << "\n";
+        place.status = status.value_or(cannotReplay);
+        place.isOver = true;
+        // Without what the parent removes, but with all else that is done at a program's end.
+        std::exit(place.status);
+    }
+    return watch(process, line, place);
 }
 
 }  // namespace
