@@ -10,20 +10,18 @@ import { refusalOf, shotOf, type Link } from './link';
 import type { Names } from './names';
 import { keyOf } from './rowbook';
 import { ScriptPanel } from './scriptpanel';
-import { element, type Tab } from './tab';
+import { ToolTab, element } from './tab';
 
 /** How many lines are kept. */
 const kept = 300;
 
 /** A line for commands, what they were answered, and the script that they can be recorded into. */
-export class ConsoleTab implements Tab {
-    readonly name = 'console';
-    readonly title = 'Console';
-    readonly element = element('wb-console');
+export class ConsoleTab extends ToolTab {
     private readonly output = element('wb-output');
     private readonly field: CommandField;
 
     constructor(private readonly link: Link, private readonly names: Names) {
+        super('Console', 'wb-console');
         this.output.setAttribute('role', 'log');
         this.output.setAttribute('aria-label', 'Commands and answers');
         // Whole answers are not read out; the line says what came of a command.

@@ -3,9 +3,8 @@ import { html, nothing, render, type TemplateResult } from 'lit-html';
 import { live } from 'lit-html/directives/live.js';
 import { bagOf, cellText, textOf } from './bags';
 import { deviceKeys } from './commands';
+import { FormTab } from './formtab';
 import type { Link } from './link';
-import { Outcome } from './outcome';
-import { element, onceAFrame, type Tab } from './tab';
 
 type Key = typeof deviceKeys[number];
 
@@ -39,22 +38,15 @@ const controls: Readonly<Record<Key, Control>> = {
 const usualClock = '2026-11-20T09:00:00';
 
 /** The device settings; what is filled in goes to the application as one command. */
-export class DeviceTab implements Tab {
-    readonly name = 'device';
-    readonly title = 'Device';
-    readonly element = element('wb-form wb-scroll');
-    private readonly draw = onceAFrame(() => this.paint());
-    private readonly outcome: Outcome;
+export class DeviceTab extends FormTab {
     /** What is to be changed; a key that is not here stays as it is. */
     private readonly wanted = new Map<Key, string>();
 
-    constructor(private readonly link: Link) {
-        this.outcome = new Outcome(link, () => this.draw());
+    constructor(link: Link) {
+        super('Device', link);
         link.listen({ shot: () => this.draw() });
         this.paint();
     }
-
-    setVisible(): void { this.paint(); }
 
     /** What the state tells of a key's present value; null for nothing. */
     private present(key: Key): string | null {
@@ -88,7 +80,7 @@ export class DeviceTab implements Tab {
         });
     }
 
-    private paint(): void {
+    protected paint(): void {
         render(html`
             <form class="wb-card" @submit=${(event: Event) => { event.preventDefault(); this.apply(); }}>
                 <p class="wb-note">What is ticked is changed, all at once; the screens are opened anew along the same path.</p>

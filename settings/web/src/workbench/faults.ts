@@ -3,9 +3,8 @@ import { html, nothing, render } from 'lit-html';
 import { live } from 'lit-html/directives/live.js';
 import { numberOf } from './bags';
 import { faultKinds } from './commands';
+import { FormTab } from './formtab';
 import type { Link } from './link';
-import { Outcome } from './outcome';
-import { element, onceAFrame, type Tab } from './tab';
 
 type Kind = typeof faultKinds[number];
 
@@ -23,21 +22,14 @@ const words: Readonly<Record<Kind, string>> = {
 };
 
 /** Switches for what can go wrong on a phone. */
-export class FaultsTab implements Tab {
-    readonly name = 'faults';
-    readonly title = 'Faults';
-    readonly element = element('wb-form wb-scroll');
-    private readonly draw = onceAFrame(() => this.paint());
-    private readonly outcome: Outcome;
+export class FaultsTab extends FormTab {
     private milliseconds = 200;
 
-    constructor(private readonly link: Link) {
-        this.outcome = new Outcome(link, () => this.draw());
+    constructor(link: Link) {
+        super('Faults', link);
         link.listen({ shot: () => this.draw() });
         this.paint();
     }
-
-    setVisible(): void { this.paint(); }
 
     private get active(): ReadonlySet<unknown> {
         const faults = this.link.shot?.source['faults'];
@@ -51,7 +43,7 @@ export class FaultsTab implements Tab {
         this.draw();
     }
 
-    private paint(): void {
+    protected paint(): void {
         const { active } = this;
         const slowness = numberOf(this.link.shot?.source['faultMilliseconds'], this.milliseconds);
         render(html`

@@ -5,13 +5,10 @@ import { bagOf, textOf } from './bags';
 import { differences } from './differences';
 import { JsonTree } from './jsontree';
 import { refusalOf, type Link } from './link';
-import { element, onceAFrame, type Tab } from './tab';
+import { ToolTab, onceAFrame } from './tab';
 
 /** What the phone has stored: a tree for each file, with what the last command has changed of it, and the end of the log. */
-export class FilesTab implements Tab {
-    readonly name = 'files';
-    readonly title = 'Files';
-    readonly element = element('wb-files wb-scroll');
+export class FilesTab extends ToolTab {
     private readonly draw = onceAFrame(() => this.paint());
     private readonly trees = new Map<string, JsonTree>();
     private visible = false;
@@ -23,6 +20,7 @@ export class FilesTab implements Tab {
     private trouble: string | null = null;
 
     constructor(private readonly link: Link) {
+        super('Files', 'wb-files wb-scroll');
         link.listen({
             sent: () => { this.before = this.visible ? this.files : null; },
             shot: () => this.ask(),

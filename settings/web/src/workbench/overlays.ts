@@ -9,7 +9,7 @@ import { Layer } from './layer';
 import { refusalOf, type Link } from './link';
 import { Outcome } from './outcome';
 import type { Pointer } from './pointer';
-import { element, onceAFrame, type Tab } from './tab';
+import { ToolTab, element, onceAFrame } from './tab';
 
 interface Overlay { name: string; title: string; note: string; check: Check; findings: readonly Finding[]; isOn: boolean }
 
@@ -26,10 +26,7 @@ const isPseudo = (tag: string): boolean => pseudoLanguages.some((each) => each.t
 const listed = 100;
 
 /** Draws over the phone what is to be seen of it: frames, small touch targets, weak contrasts, the order of focus, texts that are cut. */
-export class OverlaysTab implements Tab {
-    readonly name = 'overlays';
-    readonly title = 'Overlays';
-    readonly element = element('wb-overlays wb-scroll');
+export class OverlaysTab extends ToolTab {
     private readonly layer: Layer;
     private readonly observer: MutationObserver;
     private readonly schedule = onceAFrame(() => this.look());
@@ -49,6 +46,7 @@ export class OverlaysTab implements Tab {
     private shown = '';
 
     constructor(private readonly link: Link, private readonly beside: Beside, place: HTMLElement, private readonly pointer: Pointer) {
+        super('Overlays', 'wb-overlays wb-scroll');
         this.outcome = new Outcome(link, () => this.draw());
         link.listen({ shot: ({ source }) => this.takeLanguages(bagOf(source['device'])) });
         this.layer = new Layer(beside, place, 'wb-overlay-layer');

@@ -1,35 +1,27 @@
 // SPDX-License-Identifier: MIT
 import { html, render } from 'lit-html';
+import { FormTab } from './formtab';
 import type { Link } from './link';
 import type { Names } from './names';
-import { Outcome } from './outcome';
-import { element, onceAFrame, type Tab } from './tab';
 
 const shell = 'SpringBoard';
 
 /** Posts notifications, as another process would and as the screens' own would, and kills the shell. */
-export class PostTab implements Tab {
-    readonly name = 'post';
-    readonly title = 'Post';
-    readonly element = element('wb-form wb-scroll');
-    private readonly draw = onceAFrame(() => this.paint());
-    private readonly outcome: Outcome;
+export class PostTab extends FormTab {
     private text = '';
 
     constructor(link: Link, private readonly names: Names) {
-        this.outcome = new Outcome(link, () => this.draw());
+        super('Post', link);
         names.listen(() => this.draw());
         this.paint();
     }
-
-    setVisible(): void { this.paint(); }
 
     private post(command: 'post' | 'postLocal', name: string): void {
         if (name.trim() === '') this.outcome.say('Which notification? It needs a name.', true);
         else this.outcome.send({ do: command, name: name.trim() }, `Posted ${name.trim()} ${command === 'post' ? 'system-wide' : 'locally'}.`);
     }
 
-    private paint(): void {
+    protected paint(): void {
         const { names, outcome } = this;
         const known = names.all;
         render(html`

@@ -9,17 +9,14 @@ import type { Link, Shot } from './link';
 import type { Pointer } from './pointer';
 import { RowBook, keyOf, rowColumns } from './rowbook';
 import { RowFilter } from './rowfilter';
-import { element, onceAFrame, type Tab } from './tab';
+import { ToolTab, element, onceAFrame } from './tab';
 import { VirtualList, type Line } from './virtuallist';
 
 /** Rows are asked for so many at a time. */
 const slice = 200;
 
 /** The rows of the screen on top, as a table. */
-export class RowsTab implements Tab {
-    readonly name = 'rows';
-    readonly title = 'Rows';
-    readonly element = element('wb-rows');
+export class RowsTab extends ToolTab {
     private readonly bar = element('wb-bar');
     private readonly detail = element('wb-detail', 'section');
     private readonly tree = new JsonTree();
@@ -39,6 +36,7 @@ export class RowsTab implements Tab {
     private said = '';
 
     constructor(private readonly link: Link, private readonly pointer: Pointer) {
+        super('Rows', 'wb-rows');
         this.filter = new RowFilter(link, this.book, () => this.redraw());
         this.list = new VirtualList({
             label: 'Rows of the screen', role: 'grid', columns: rowColumns, lineHeight: 24, empty: 'No rows.',

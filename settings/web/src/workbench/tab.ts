@@ -14,6 +14,19 @@ export interface Tab {
     moved?(): void;
 }
 
+/** What the tabs have in common. */
+export abstract class ToolTab implements Tab {
+    readonly name: string;
+    readonly element: HTMLElement;
+
+    constructor(readonly title: string, classes: string) {
+        this.name = title.toLowerCase();
+        this.element = element(classes);
+    }
+
+    abstract setVisible(isVisible: boolean): void;
+}
+
 /** An element with a class. */
 export function element<K extends keyof HTMLElementTagNameMap = 'div'>(className: string, name: K = 'div' as K): HTMLElementTagNameMap[K] {
     const made = document.createElement(name);

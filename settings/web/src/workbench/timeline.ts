@@ -11,7 +11,7 @@ import type { Link } from './link';
 import { Moments, type Moment } from './moments';
 import { Past } from './past';
 import { Recording } from './recording';
-import { element, onceAFrame, type Tab } from './tab';
+import { ToolTab, element, onceAFrame } from './tab';
 import { VirtualList, type Line } from './virtuallist';
 
 /** Whether the state of a moment is there, or can be had. */
@@ -24,10 +24,7 @@ const columns = [
 ];
 
 /** Everything that happens, each under what it came of, and the phone as it was after each. */
-export class TimelineTab implements Tab {
-    readonly name = 'timeline';
-    readonly title = 'Timeline';
-    readonly element = element('wb-timeline');
+export class TimelineTab extends ToolTab {
     private readonly bar = element('wb-bars');
     private readonly detail = element('wb-detail', 'section');
     private readonly json = new JsonTree();
@@ -51,6 +48,7 @@ export class TimelineTab implements Tab {
     private visible = false;
 
     constructor(link: Link, beside: Beside, place: HTMLElement) {
+        super('Timeline', 'wb-timeline');
         this.past = new Past(beside, place);
         this.list = new VirtualList({
             label: 'Timeline', role: 'treegrid', columns, lineHeight: 24, empty: 'Nothing has happened yet.',
