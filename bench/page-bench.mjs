@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How fast the page is: node page-bench.mjs, or the target page-bench. The real program with 10 and with 10,000 profiles, the
+// How fast the page is: node page-bench.mjs, or the target page-bench; of the workbench alone, node page-bench.mjs timeline. The real program with 10 and with 10,000 profiles, the
 // real page in a browser. What the program takes for its answer is told apart from what the page takes, and how even the
 // machine was meanwhile is told beside the figures: on a busy one they mean little.
 import { readFile, readdir } from 'node:fs/promises';
@@ -7,7 +7,9 @@ import { loadavg } from 'node:os';
 import { join } from 'node:path';
 import { gzipSync } from 'node:zlib';
 import { settled, startBrowser } from '../tests/web/harness.mjs';
+import { WorkbenchPhone } from '../tests/web/mock-workbench.mjs';
 import { openPhone, profile } from '../tests/web/real-phone.mjs';
+import { openWorkbench } from '../tests/web/workbench.mjs';
 
 const times = Number(process.env.QUIETRIX_BENCH_TIMES ?? 50);
 const dist = process.env.QUIETRIX_WEB_DIST;
@@ -147,6 +149,66 @@ async function scrolling(page) {
     }
 }
 
+/** Frames of the page while `act` goes on: how far they are apart, and how long the page's own thread works. */
+async function framesWhile(page, devtools, act) {
+    await page.evaluate(() => {
+        globalThis.frames = { times: [], running: true };
+        const look = (now) => {
+            globalThis.frames.times.push(now);
+            if (globalThis.frames.running) requestAnimationFrame(look);
+        };
+        requestAnimationFrame(look);
+    });
+    const before = await worked(devtools);
+    await act();
+    const times = await page.evaluate(() => { globalThis.frames.running = false; return globalThis.frames.times; });
+    const work = (await worked(devtools) - before) / times.length;
+    const gaps = times.slice(1).map((time, index) => time - times[index]);
+    return { swift: gaps.filter((gap) => gap < 20).length / gaps.length, longest: Math.max(...gaps), work };
+}
+
+/** The workbench's timeline with 10,000 entries, of which one in ten has the others beneath it. */
+async function timeline(session) {
+    const rounds = 5;
+    const ui = await openWorkbench(session, 'timeline', { phone: new WorkbenchPhone() });
+    const { page, phone, server } = ui;
+    const entries = (count) => {
+        for (let number = 0; number < count; number += 10) {
+            const store = phone.tell({ event: 'store', call: 'update', identifier: `ID-${number}`, ok: true }, null);
+            for (let each = 1; each < 10; each += 1) phone.tell({ event: 'log', text: `line ${number}-${each}` }, store);
+        }
+        server.push();
+    };
+    entries(10_000);
+    await page.waitForFunction(() => document.querySelector('[role="treegrid"]').ariaRowCount === '10001');
+    const devtools = await page.context().newCDPSession(page);
+    await devtools.send('Performance.enable', { timeDomain: 'threadTicks' });
+    const list = await ui.panel.locator('.wb-list').boundingBox();
+    const scroll = (distance) => devtools.send('Input.synthesizeScrollGesture', { x: list.x + 100, y: list.y + list.height / 2, yDistance: distance, speed: 4000, gestureSourceType: 'mouse', preventFling: true });
+    const told = (what, samples) => {
+        const of = (name) => median(samples.map((sample) => sample[name]));
+        console.log(`  ${what.padEnd(18)} ${(of('swift') * 100).toFixed(1)} % of the frames under 20 ms (limit 95 %), longest ${ms(of('longest'))}; processor ${ms(of('work'))} a frame`);
+    };
+    console.log('timeline of 10,000 entries:');
+    const scrolled = [];
+    for (let round = 0; round < rounds; round += 1) scrolled.push(await framesWhile(page, devtools, () => scroll(round % 2 === 0 ? 20_000 : -20_000)));
+    told('scrolling', scrolled);
+    await ui.panel.locator('.wb-list').evaluate((element) => { element.scrollTop = element.scrollHeight; });
+    const arriving = [];
+    for (let round = 0; round < rounds; round += 1) {
+        arriving.push(await framesWhile(page, devtools, async () => {
+            for (let push = 0; push < 40; push += 1) {
+                entries(20);
+                await page.waitForTimeout(50);
+            }
+        }));
+    }
+    told('entries arriving', arriving);
+    const even = await evenness(page);
+    console.log(`  noise              the same work takes ${ms(median(even))}, 95 % ${ms(at(even, 0.95))}; load ${loadavg()[0].toFixed(1)}`);
+    await ui.close();
+}
+
 async function firstPaint(session) {
     const ui = await openPhone(session, { profiles: Array.from({ length: 10 }, (_unused, number) => profile(`Profile ${number}`)) });
     const paints = [];
@@ -172,8 +234,11 @@ const sizes = [...await Promise.all(['index.html', 'app.js', 'app.css'].map(asyn
 console.log(`code: ${(sizes.reduce((sum, [, size]) => sum + size, 0) / 1000).toFixed(1)} kB compressed (limit 60 kB): ${sizes.map(([name, size]) => `${name} ${(size / 1000).toFixed(1)}`).join(', ')}`);
 const session = await startBrowser();
 try {
-    await firstPaint(session);
-    for (const count of [10, 10_000]) await presses(session, count);
+    if (process.argv[2] !== 'timeline') {
+        await firstPaint(session);
+        for (const count of [10, 10_000]) await presses(session, count);
+    }
+    await timeline(session);
 } finally {
     await session.close();
 }

@@ -99,9 +99,12 @@ export class Frame {
     showDevice(device: Device, texts: Texts): void {
         this.statusBar.show(device);
         const root = document.documentElement;
+        const looks = (): string => [root.dataset['theme'], root.dataset['idiom'], currentShape(), root.dataset['enclosed']].join();
+        const before = looks();
         root.dataset['theme'] = device.darkMode ? 'dark' : 'light';
         showShape(device.idiom);
-        forgetTheme();
+        // To read them again makes the browser compute all styles, with each state that comes.
+        if (looks() !== before) forgetTheme();
         root.lang = device.language;
         root.dir = device.rightToLeft ? 'rtl' : 'ltr';
         // Where the page does not speak the language, the words are English; then so is the label's language.

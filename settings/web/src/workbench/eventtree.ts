@@ -116,11 +116,12 @@ export class EventTree {
      */
     visible(filter: EventFilter): Placed[] {
         const text = filter.text.toLowerCase();
+        const isAll = text === '' && filter.hidden.size === 0;
         const fits = (node: Node): boolean => !filter.hidden.has(node.kind) && (text === '' || node.text.toLowerCase().includes(text) || node.kind.toLowerCase().includes(text));
         const matches = new Set<Node>();
         const shown = new Set<Node>();
         // Whatever came of a node came after it.
-        for (let at = this.nodes.length - 1; at >= 0; at -= 1) {
+        for (let at = isAll ? -1 : this.nodes.length - 1; at >= 0; at -= 1) {
             const node = this.nodes[at]!;
             if (fits(node)) matches.add(node);
             if (!matches.has(node) && !shown.has(node)) continue;
@@ -130,8 +131,8 @@ export class EventTree {
         const placed: Placed[] = [];
         const left = [...this.roots].reverse();
         for (let node = left.pop(); node; node = left.pop()) {
-            if (!shown.has(node)) continue;
-            placed.push({ node, isMatch: matches.has(node) });
+            if (!isAll && !shown.has(node)) continue;
+            placed.push({ node, isMatch: isAll || matches.has(node) });
             if (node.isFolded && text === '') continue;
             for (let at = node.children.length - 1; at >= 0; at -= 1) left.push(node.children[at]!);
         }
