@@ -108,7 +108,7 @@ Result<void> Watcher::beginBuilds() {
 }
 
 void Watcher::productChanged(const std::string& path, Writing writing) {
-    if (!quiet_.isSet()) unsettledSince_ = steady_clock::now();
+    if (!unsettledSince_) unsettledSince_ = steady_clock::now();
     if (writing == Writing::Begun) {
         unfinished_.insert(path);
     } else {
@@ -120,7 +120,7 @@ void Watcher::productChanged(const std::string& path, Writing writing) {
 void Watcher::settled() {
     // It tells when it has ended, and writes in between.
     if (build_ && build_->isRunning()) return;
-    const bool isLong = steady_clock::now() - unsettledSince_ > longestUnsettled;
+    const bool isLong = unsettledSince_ && steady_clock::now() - *unsettledSince_ > longestUnsettled;
     if (!isLong && (!unfinished_.empty() || !isComplete())) return quiet_.set(quietTime);
     look();
 }
@@ -135,6 +135,7 @@ bool Watcher::isComplete() const {
 void Watcher::look() {
     quiet_.cancel();
     unfinished_.clear();
+    unsettledSince_.reset();
     // What a build that has failed has left behind is from here and there.
     if (buildError_) return;
     if (!options_.page.empty()) {

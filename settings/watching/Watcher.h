@@ -73,7 +73,7 @@ class Watcher {
     std::unique_ptr<PathWatch> products_;
     /// Files that somebody is writing.
     std::set<std::string> unfinished_;
-    std::chrono::steady_clock::time_point unsettledSince_;
+    std::optional<std::chrono::steady_clock::time_point> unsettledSince_;
     Alarm quiet_{[this] { settled(); }};
     /// What serves, what is about to, and what cannot.
     HostStamps running_;

@@ -60,7 +60,7 @@ MAY_INCLUDE = {
     "settings/recording": ("device", "springboard", "settings/application", "settings/commands", "settings/channels",
                            "settings/channels/server"),
     "settings/exploring": ("device", "settings/application", "settings/channels", "settings/recording"),
-    "settings/watching": ("settings/channels/server",),
+    "settings/watching": ("device", "settings/channels", "settings/channels/server"),
     "settings/program": ("device", "settings/application", "settings/channels", "settings/checking",
                          "settings/exploring", "settings/recording", "settings/watching"),
     "quietrix": ("shell/base", "profile/model", "device"),

@@ -82,7 +82,7 @@ class ReadmeTest(unittest.TestCase):
             with self.subTest(command=command):
                 if command.startswith("./test"):
                     self.assertTrue(os.access(os.path.join(source, "test"), os.X_OK))
-                elif command == "./run":
+                elif command in ("./run", "./run --watch"):
                     self.serve(command)
                 else:
                     self.check(command, shown)

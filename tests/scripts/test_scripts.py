@@ -286,6 +286,13 @@ class Progress(ScriptCase):
         self.assertEqual((done.returncode, done.stdout), (0, "started with: drive --root two words\n"))
         self.assertEqual(done.stderr.splitlines()[0], "Building, 1 of 3: Building CXX object profile/One.cpp.o")
 
+    def test_watch_servesAndBuildsFromTheProjectsSources(self):
+        self.built_program()
+        done = self.run_script("./run", "--watch", "--root", "two words")
+        self.assertEqual((done.returncode, done.stdout),
+                         (0, f"started with: serve --watch --sources {self.project} --build cmake --build "
+                             f"{self.project}/build/release --root two words\n"))
+
     def test_nothingToBuild_withoutATerminal_saysNothing(self):
         self.built_program()
         self.tool("cmake", 'case "$1" in --version) echo "cmake version 3.25.1" ;; --build) echo "[0/2] Re-checking globbed directories..."; echo "ninja: no work to do." ;; esac')

@@ -49,6 +49,8 @@ export class MockPhone {
         this.inactive = [profile('Night', '10:00 PM - 11:30 PM')];
         this.fixed = { header: product(), toggle: toggle('Enabled', true, { identifier: 'enabled' }), activeGroup: group('Active Profiles'), inactiveGroup: group('Inactive Profiles') };
         this.editing = false;
+        /** How it is with the renewal of a program that is watched. */
+        this.build = null;
         this.presented = null;
         this.deleting = null;
         this.levels = [[this.root()]];
@@ -212,7 +214,7 @@ export class MockPhone {
         const fullBar = screen.bar();
         if (beneath) fullBar.back = { title: beneath.title, image: null };
         return {
-            protocol: 1, revision: this.revision, events: [], device: this.device, presented: this.presented && { id: this.number(this.presented), ...this.presented },
+            ...(this.build ? { build: this.build } : {}), protocol: 1, revision: this.revision, events: [], device: this.device, presented: this.presented && { id: this.number(this.presented), ...this.presented },
             screen: {
                 id: this.number(screen), class: screen.class, title: screen.title, specifier: null, links: screen.links ?? [], stack: screens.map((entry) => entry.class), modals: this.levels.length - 1,
                 bar: fullBar, editing: this.editing, count: rows.length, rows: rows.slice(from, from + count), pane: screen.pane ?? null, tones: screen.tones ?? null, missing: screen.missing ?? null,

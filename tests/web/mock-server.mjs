@@ -162,6 +162,8 @@ export async function startMockServer({ dist, port = 0, phone = new MockPhone() 
         letGo() { api.hold = false; for (const send of api.held.splice(0)) send(); },
         push() { for (const [socket, window] of windows) socket.send(JSON.stringify({ state: stateFor(socket, window) })); },
         raw(text) { for (const socket of windows.keys()) socket.send(text); },
+        /** Sends all away, to be back at once. */
+        sendBack({ andLeave = false } = {}) { api.away = andLeave; for (const socket of windows.keys()) socket.close(1012); },
         dropAll() { for (const socket of windows.keys()) socket.terminate(); },
         async close() {
             for (const socket of sockets.clients) socket.terminate();

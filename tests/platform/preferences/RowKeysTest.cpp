@@ -214,5 +214,30 @@ TEST_F(RowKeysTest, longLists_areFollowed) {
     EXPECT_EQ(last, keys_.keyAt(2 * count - 1));
 }
 
+TEST_F(RowKeysTest, Traits_followedElsewhere_keepTheKeysOfTheSameRows) {
+    const auto own = std::make_shared<Object>();
+    const SpecifierList before{makeGroup(), recordRow("one", "Work"), recordRow("two", "Night"),
+                               makeRow("Plain", PSCellType::Link), with(makeRow("Own"), "own", own)};
+    const Keys keys = follow(before);
+    const auto traits = keys_.traits();
+    ASSERT_EQ(before.size(), traits.size());
+    RowKeys elsewhere = RowKeys::ofTraits(traits);
+    const SpecifierList after{makeGroup(), recordRow("two", "Renamed"), makeRow("Plain", PSCellType::Link),
+                              recordRow("three", "Work")};
+    elsewhere.follow(after);
+    EXPECT_EQ(keys[0], elsewhere.keyAt(0));
+    EXPECT_EQ(keys[2], elsewhere.keyAt(1)) << "another name, the same record";
+    EXPECT_EQ(keys[3], elsewhere.keyAt(2));
+    EXPECT_GT(elsewhere.keyAt(3), lastRowKey() - 1) << "a new row has a new key";
+}
+
+TEST_F(RowKeysTest, NewRows_haveKeysAboveThoseOfElsewhere) {
+    const RowKey high = lastRowKey() + 1000;
+    rowKeysAbove(high);
+    rowKeysAbove(1);
+    EXPECT_EQ(high, lastRowKey());
+    EXPECT_EQ(high + 1, follow({makeRow("New")}).front());
+}
+
 }  // namespace
 }  // namespace platform
