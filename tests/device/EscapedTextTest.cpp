@@ -49,4 +49,18 @@ TEST(EscapedText, quoted_standsBetweenMarks) {
     EXPECT_EQ(device::quotedText("caf\xE9"), "\"caf\\xE9\"");
 }
 
+TEST(VisibleText, plainText_staysAsItIs) {
+    for (const char* text : {"", "Work", "caf\xC3\xA9 \xE6\x97\xA5", "C:\\new", "\xE2\x80\x8Ftext"})
+        EXPECT_EQ(text, device::visibleText(text));
+}
+
+TEST(VisibleText, whatMovesTheCursorOrTheText_isAnEscape) {
+    EXPECT_EQ("\\x1B[2Jred", device::visibleText("\x1B[2Jred"));
+    EXPECT_EQ("a\\x0Ab", device::visibleText("a\nb"));
+    EXPECT_EQ("\\xC2\\x9B2J", device::visibleText("\xC2\x9B\x32J"));
+    EXPECT_EQ("\\xE2\\x80\\xAEx\\xE2\\x81\\xA9", device::visibleText("\xE2\x80\xAEx\xE2\x81\xA9"));
+    EXPECT_EQ("\\xE9", device::visibleText("\xE9"));
+    EXPECT_EQ("\\x5Cx1B", device::visibleText("\\x1B"));
+}
+
 }  // namespace

@@ -244,4 +244,16 @@ TEST_F(FreshRootTest, severalProcessesAtOnce_fillItOnce) {
     EXPECT_EQ(files(), freshFiles);
 }
 
+TEST_F(FreshRootTest, unfilled_isWhatWouldBeFilled) {
+    EXPECT_TRUE(device::isUnfilledRoot(root).value());
+    EXPECT_FALSE(fs::exists(root));
+    fs::create_directories(fs::path(root) / "private/var/run/notifications");
+    EXPECT_TRUE(device::isUnfilledRoot(root).value());
+    EXPECT_EQ("", prepare());
+    EXPECT_FALSE(device::isUnfilledRoot(root).value());
+    writeText(root + "/.filling", "");
+    EXPECT_TRUE(device::isUnfilledRoot(root).value());
+    EXPECT_FALSE(device::isUnfilledRoot(base.write("file", "no directory")));
+}
+
 }  // namespace
