@@ -8,6 +8,7 @@ import shutil
 import signal
 import subprocess
 import sys
+import tempfile
 import threading
 import time
 
@@ -206,6 +207,11 @@ class Watching(CommandTest):
         self.assertEqual({"event": "enabled"}, watcher.event())
 
     def test_thousandQuickChanges_leadToWhatIsInTheFile(self):
+        # How long a disk takes is not what this is about.
+        if os.path.isdir("/dev/shm"):
+            memory = tempfile.mkdtemp(prefix="quietrix-command-", dir="/dev/shm")
+            self.addCleanup(shutil.rmtree, memory, ignore_errors=True)
+            self.root = os.path.join(memory, "phone")
         self.give(profile("first"))
         watcher = Watcher(self, "--json")
         writer = subprocess.Popen([self.WRITER, self.root, "w", "500"])
