@@ -24,13 +24,16 @@ namespace {
 
 constexpr const char* addIdentifier = "add";
 
+/// What others may have put among them is no bell, and stays in the file.
 Array storedBells() {
-    const Value bells = settings::valueForKey("bells");
-    return bells.array() ? *bells.array() : Array();
+    const Value stored = settings::valueForKey("bells");
+    Array bells = stored.array() ? *stored.array() : Array();
+    std::erase_if(bells, [](const Value& bell) { return !bell.dictionary(); });
+    return bells;
 }
 
 bool isBell(const Value& bell, const PSSpecifier& row) {
-    return row.identifier() && bell["identifier"].stringOr() == *row.identifier();
+    return bell.dictionary() && row.identifier() && bell["identifier"].stringOr() == *row.identifier();
 }
 
 /// Changes the bells as they are in the file by then, not as they were when the rows were made.

@@ -144,6 +144,17 @@ class Bells(RingerTest):
         drive.back()
         self.assertEqual(drive.row(identifier="bells")["detailText"], "2")
 
+    def test_whatIsNoBell_hasNoRowAndStays(self):
+        drive = self.open()
+        with open(drive.path(SETTINGS), "wb") as file:
+            plistlib.dump({"bells": [9, {"identifier": "1", "name": "Tea"}, "bell"]}, file)
+        self.open_bells(drive)
+        self.assertEqual(self.bells(drive), ["Tea"])
+        drive.set(drive.row(value="Tea"), "Coffee")
+        drive.tap(drive.row(identifier="add"))
+        drive.delete(drive.row(value="New bell"))
+        self.assertEqual(self.stored(drive)["bells"], [9, {"identifier": "1", "name": "Coffee"}, "bell"])
+
     def test_editButton_switchesToDoneAndBack(self):
         drive = self.open()
         self.open_bells(drive)
