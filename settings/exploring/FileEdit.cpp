@@ -42,7 +42,11 @@ std::size_t countWithin(const Value& value) {
 }
 
 Value changed(const Value& value, FileEditKind kind, Chance& chance) {
-    if (kind == FileEditKind::OtherKind) return chance.of(std::span<const Value>(otherValues()));
+    if (kind == FileEditKind::OtherKind) {
+        const std::span<const Value> others(otherValues());
+        const Value& other = chance.of(others);
+        return other == value ? others.back() : other;
+    }
     if (const Dictionary* dictionary = value.dictionary();
         dictionary && kind == FileEditKind::ForgetKey && !dictionary->empty()) {
         auto forgotten = dictionary->begin();

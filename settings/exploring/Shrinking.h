@@ -9,6 +9,9 @@
 
 namespace settings {
 
+/// Of so many entries all pairs can be tried.
+inline constexpr std::size_t shortList = 12;
+
 /// Whether a list of entries still does what is looked for.
 template <class Entry>
 using StillFails = std::function<bool(const std::vector<Entry>&)>;
@@ -28,8 +31,24 @@ std::vector<Entry> shrinkByPieces(std::vector<Entry> list, std::size_t size, std
     return list;
 }
 
+/// The list without the first two entries, wherever they stand, that it can do without together; the list
+/// itself when there are none.
+template <class Entry>
+std::vector<Entry> shrinkByPair(const std::vector<Entry>& list, const StillFails<Entry>& fails) {
+    for (std::size_t first = 0; first < list.size(); ++first) {
+        for (std::size_t second = first + 2; second < list.size(); ++second) {
+            std::vector<Entry> rest = list;
+            rest.erase(rest.begin() + static_cast<std::ptrdiff_t>(second));
+            rest.erase(rest.begin() + static_cast<std::ptrdiff_t>(first));
+            if (fails(rest)) return rest;
+        }
+    }
+    return list;
+}
+
 /// Takes away from a list whatever is not needed for `fails` to go on being true: what is left does not fail
-/// without any single one of its entries, nor without any two neighbours. `fails` is true of the given list;
+/// without any single one of its entries, nor without any two neighbours, and a short list not without any
+/// two. `fails` is true of the given list;
 /// it may say false of everything from some time on to end it early.
 template <class Entry>
 std::vector<Entry> shrink(std::vector<Entry> list, const StillFails<Entry>& fails) {
@@ -47,6 +66,7 @@ std::vector<Entry> shrink(std::vector<Entry> list, const StillFails<Entry>& fail
         list = shrinkByPieces(std::move(list), 1, 1, fails);
         // There and back again: neither can go without the other.
         list = shrinkByPieces(std::move(list), 2, 1, fails);
+        if (list.size() <= shortList) list = shrinkByPair(list, fails);
     }
     return list;
 }
