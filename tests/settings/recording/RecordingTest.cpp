@@ -69,7 +69,8 @@ TEST(Recording, everyStep_isReadAsItWasWritten) {
           Step{7, Step::Notified{"com.velmora.x"}, {}, {}},
           Step{8, Step::FileChanged{"/a", platform::Data{1, 2, 3}}, {}, {}},
           Step{8, Step::FileChanged{"/a", platform::Data{}}, {}, {}},
-          Step{9, Step::FileChanged{"/a", {}}, {}, {}}, Step{10, Step::Ended(), {}, {}}}) {
+          Step{9, Step::FileChanged{"/a", {}}, {}, {}}, Step{10, Step::Ended(), {}, {}},
+          Step{11, Step::Command{"{}"}, {}, {}, "signal 6 (Aborted)"}, Step{12, Step::Ended(), {}, {}, ""}}) {
         EXPECT_EQ(parseRecordedStep(lineText(step)), step) << lineText(step);
         EXPECT_EQ(lineText(step).find('\n'), std::string::npos);
     }
@@ -108,6 +109,8 @@ TEST(Recording, fieldThatIsWrong_isNamed) {
                                        {R"({"time":0,"found":[{"tones":[1]}]})", "\"tones\""},
                                        {R"({"time":0,"found":[{"networks":[1]}]})", "\"networks\""},
                                        {R"({"time":0,"found":[{"networks":[],"log":1}]})", "\"log\""},
+                                       {R"({"time":0,"command":"{}","died":1})", "\"died\""},
+                                       {R"({"time":0,"command":"{}","answer":{},"died":"x"})", "\"died\""},
                                        {"[]", "no JSON object"}}) {
         EXPECT_THAT(errorOf(line), HasSubstr(reason)) << line;
     }
@@ -128,6 +131,20 @@ TEST(RecordingReader, linesOutOfOrder_areNamedByTheirNumbers) {
     EXPECT_EQ(readingOf({begun, end, R"({"time":2})"}), "Line 4: The recording has ended before.");
     EXPECT_EQ(readingOf({begun, R"({"time":2})", R"({"time":1})"}), "Line 4: The time goes back.");
     EXPECT_THAT(readingOf({begun, "", end}), testing::StartsWith("Line 3: "));
+}
+
+TEST(RecordingReader, death_isTheEnd) {
+    const std::string died = R"-({"time":1,"command":"{}","died":"signal 6 (Aborted)"})-";
+    EXPECT_EQ(readingOf({begun, died}), "");
+    EXPECT_EQ(readingOf({begun, died, R"({"time":2})"}), "Line 4: The recording has ended before.");
+}
+
+TEST(Recording, hang_isReadWithItsTimeWhateverTheText) {
+    using std::chrono::seconds;
+    EXPECT_EQ(settings::hangOf(settings::noAnswerWithin(seconds(20))), seconds(20));
+    EXPECT_EQ(settings::hangOf("signal 6 (Aborted)"), std::nullopt);
+    EXPECT_EQ(settings::hangOf("no answer"), seconds(1));
+    EXPECT_EQ(settings::hangOf("no answer within 99999999999999999999999 s"), seconds(3600));
 }
 
 TEST(RecordingReader, lineThatIsNotEnded_isNotThere) {
