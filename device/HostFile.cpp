@@ -34,6 +34,10 @@ Outcome<struct stat> regularFile(int descriptor) {
 Outcome<platform::Data> readFile(const std::string& path) {
     const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (!file) return lastError();
+    return readFile(file);
+}
+
+Outcome<platform::Data> readFile(const Descriptor& file) {
     const Outcome<struct stat> status = regularFile(file.get());
     if (!status) return std::unexpected(status.error());
 

@@ -34,6 +34,8 @@ std::string message(int errorNumber);
 Outcome<struct stat> regularFile(int descriptor);
 /// The whole of a regular file.
 Outcome<platform::Data> readFile(const std::string& path);
+/// The same of an open one, from where it is.
+Outcome<platform::Data> readFile(const Descriptor& file);
 enum class Sync { No, Yes };
 /// Makes a file that is not there yet; EEXIST when the name is taken. A failure leaves none.
 Outcome<void> createFile(const std::string& path, const platform::Data& data, Sync sync);

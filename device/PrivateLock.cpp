@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "device/EscapedText.h"
+#include "device/OwnFolder.h"
 
 namespace device {
 
@@ -94,50 +95,25 @@ int lockByte(int descriptor, off_t byte, Instant deadline) {
         deadline);
 }
 
-std::unexpected<std::string> about(const std::string& path, const std::string& reason) {
-    return std::unexpected(quotedText(path) + ": " + reason);
+Explained<OwnFolder> openFolder(const std::string& parent) {
+    Explained<OwnFolder> folder = OwnFolder::open(parent, PrivateLock::folderName, platform::Missing::Make);
+    if (!folder || (folder->mode & 077) == 0) return folder;
+    if (auto tightened = folder->setMode(host::newDirectoryMode); !tightened)
+        return std::unexpected(tightened.error());
+    return folder;
 }
 
-std::unexpected<std::string> foreign(const std::string& path, uid_t owner) {
-    return std::unexpected(quotedText(path) + " belongs to another user (" + std::to_string(owner) + ")");
-}
-
-struct Folder {
-    Descriptor directory;
-    std::string path;
-    uid_t owner;
-};
-
-/// Its owner is this user, or the one who owns the directory and could do anything there.
-Explained<Folder> openFolder(const std::string& parent) {
-    std::string path = parent + std::string(PrivateLock::folderName);
-    if (mkdir(path.c_str(), host::newDirectoryMode) != 0 && errno != EEXIST) {
-        if (errno == ENOENT || errno == ENOTDIR) return std::unexpected(host::message(errno));
-        return about(path, host::message(errno));
-    }
-    struct stat status{};
-    struct stat above{};
-    if (lstat(path.c_str(), &status) != 0 || stat(parent.c_str(), &above) != 0)
-        return about(path, host::message(errno));
-    if (!S_ISDIR(status.st_mode)) return about(path, host::message(ENOTDIR));
-    if (status.st_uid != geteuid() && status.st_uid != above.st_uid) return foreign(path, status.st_uid);
-    Descriptor directory(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    if (!directory || fstat(directory.get(), &status) != 0) return about(path, host::message(errno));
-    if ((status.st_mode & 077) != 0 && fchmod(directory.get(), host::newDirectoryMode) != 0)
-        return about(path, host::message(errno));
-    return Folder{std::move(directory), std::move(path), status.st_uid};
-}
-
-Explained<Descriptor> openFile(const Folder& folder, const std::string& name) {
+Explained<Descriptor> openFile(const OwnFolder& folder, const std::string& name) {
     const std::string path = folder.path + "/" + name;
     Descriptor file(openat(folder.directory.get(), name.c_str(),
                            O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, host::newFileMode));
-    if (!file) return about(path, host::message(errno));
+    if (!file) return aboutPath(path, host::message(errno));
     const auto status = host::regularFile(file.get());
-    if (!status) return about(path, host::message(status.error()));
-    if (status->st_uid != geteuid() && status->st_uid != folder.owner) return foreign(path, status->st_uid);
+    if (!status) return aboutPath(path, host::message(status.error()));
+    if (status->st_uid != geteuid() && status->st_uid != folder.owner)
+        return belongsToAnother(path, status->st_uid);
     if ((status->st_mode & 077) != 0 && fchmod(file.get(), host::newFileMode) != 0)
-        return about(path, host::message(errno));
+        return aboutPath(path, host::message(errno));
     return file;
 }
 
@@ -181,7 +157,7 @@ int lockInTurn(int file, Instant deadline) {
 Explained<PrivateLock> PrivateLock::take(const host::Location& file, double seconds) {
     const Instant deadline = deadlineIn(seconds);
     for (;;) {
-        const Explained<Folder> folder = openFolder(file.directory);
+        const Explained<OwnFolder> folder = openFolder(file.directory);
         if (!folder) return std::unexpected(folder.error());
         Explained<Descriptor> opened = openFile(*folder, file.name);
         if (!opened) return std::unexpected(opened.error());
@@ -195,7 +171,7 @@ Explained<PrivateLock> PrivateLock::take(const host::Location& file, double seco
             return PrivateLock(*std::move(opened));
         }
         const bool isLate = error == ETIMEDOUT || std::chrono::steady_clock::now() > deadline;
-        if (error != 0 && error != EPERM && error != ETIMEDOUT) return about(path, host::message(error));
+        if (error != 0 && error != EPERM && error != ETIMEDOUT) return aboutPath(path, host::message(error));
         if (error == EPERM && isCurrent) {
             unlink(path.c_str());
         } else if (isLate) {

@@ -12,8 +12,10 @@
 
 #include "device/FileReplacement.h"
 #include "device/HostFile.h"
+#include "device/HostStamp.h"
 #include "device/InPlaceFile.h"
 #include "device/PrivateLock.h"
+#include "device/RootFileHistory.h"
 
 namespace device {
 
@@ -48,10 +50,6 @@ Result<T> answer(std::expected<T, Reason> outcome, std::string_view path, const 
     } else {
         return std::move(*outcome);
     }
-}
-
-std::int64_t nanoseconds(const timespec& time) {
-    return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
 }
 
 }  // namespace
@@ -118,8 +116,7 @@ Result<std::optional<platform::FileStamp>> RootFileSystem::stamp(std::string_vie
         if (errno == ENOENT || errno == ENOTDIR) return std::nullopt;
         return failed(path, "looked at", errno);
     }
-    return platform::FileStamp{status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_mtim),
-                               nanoseconds(status.st_ctim)};
+    return host::stampOf(status);
 }
 
 Result<void> RootFileSystem::remove(std::string_view path) {
@@ -165,6 +162,13 @@ Result<std::unique_ptr<platform::FileLock>> RootFileSystem::lockExclusively(std:
     auto lock = PrivateLock::take(*target, seconds);
     if (!lock) return failed(path, "locked", lock.error());
     return std::make_unique<HeldLock>(*std::move(lock));
+}
+
+Result<std::unique_ptr<platform::FileHistory>> RootFileSystem::openHistory(std::string_view path,
+                                                                           platform::Missing missing) {
+    const Result<std::string> file = resolve(path);
+    if (!file) return std::unexpected(file.error());
+    return RootFileHistory::open(path, *file, missing);
 }
 
 std::string RootFileSystem::hostPath(std::string_view path) const {

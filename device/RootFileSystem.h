@@ -32,6 +32,9 @@ class RootFileSystem : public platform::FileSystem {
     /// Takes the PrivateLock of the file that the path leads to.
     platform::Result<std::unique_ptr<platform::FileLock>> lockExclusively(std::string_view path,
                                                                           double seconds) override;
+    /// A RootFileHistory.
+    platform::Result<std::unique_ptr<platform::FileHistory>> openHistory(std::string_view path,
+                                                                         platform::Missing missing) override;
     /// "" for a path that is not absolute or leads out of the phone.
     std::string hostPath(std::string_view path) const override;
 

@@ -24,13 +24,63 @@ std::unexpected<platform::Error> cannotBe(std::string_view path, std::string_vie
                    host::message(error) + ".");
 }
 
+void takeTime(const Faults& faults) {
+    if (faults.has(Fault::Slow)) std::this_thread::sleep_for(faults.delay());
+}
+
+/// Why nothing can be written or made; 0 when it can.
+int writeError(const Faults& faults) {
+    if (faults.has(Fault::ReadOnly)) return EROFS;
+    return faults.has(Fault::DiskFull) ? ENOSPC : 0;
+}
+
+class FaultyHistory : public platform::FileHistory {
+  public:
+    FaultyHistory(std::unique_ptr<FileHistory> history, std::string path,
+                  std::shared_ptr<const Faults> faults)
+        : history_(std::move(history)), path_(std::move(path)), faults_(std::move(faults)) {}
+
+    Result<std::vector<std::string>> names() const override {
+        takeTime(*faults_);
+        return history_->names();
+    }
+    Result<platform::FileStamp> stamp(const std::string& name) const override {
+        takeTime(*faults_);
+        return history_->stamp(name);
+    }
+    Result<Data> read(const std::string& name) const override {
+        takeTime(*faults_);
+        return history_->read(name);
+    }
+    Result<Kept> keep(const std::string& name) override {
+        takeTime(*faults_);
+        if (const int error = writeError(*faults_)) return cannotBe(path_, "kept in its history", error);
+        return history_->keep(name);
+    }
+    Result<Kept> mark(const std::string& name) override {
+        takeTime(*faults_);
+        if (const int error = writeError(*faults_)) return cannotBe(path_, "kept in its history", error);
+        return history_->mark(name);
+    }
+    Result<void> remove(const std::string& name) override {
+        takeTime(*faults_);
+        if (faults_->has(Fault::ReadOnly)) return cannotBe(name, "removed", EROFS);
+        return history_->remove(name);
+    }
+
+  private:
+    std::unique_ptr<FileHistory> history_;
+    std::string path_;
+    std::shared_ptr<const Faults> faults_;
+};
+
 class FaultyFiles : public platform::FileSystem {
   public:
     FaultyFiles(std::shared_ptr<FileSystem> files, std::shared_ptr<const Faults> faults)
         : files_(std::move(files)), faults_(std::move(faults)) {}
 
     Result<Data> read(std::string_view path) const override {
-        takeTime();
+        takeTime(*faults_);
         const bool isProfiles = path == faults_->profilesPath();
         if (isProfiles && faults_->has(Fault::ProfilesUnreadable)) return cannotBe(path, "read", EIO);
         Result<Data> data = files_->read(path);
@@ -38,22 +88,21 @@ class FaultyFiles : public platform::FileSystem {
         return data;
     }
     Result<void> write(std::string_view path, const Data& data, platform::Write how) override {
-        takeTime();
-        if (faults_->has(Fault::ReadOnly)) return cannotBe(path, "written", EROFS);
-        if (faults_->has(Fault::DiskFull)) return cannotBe(path, "written", ENOSPC);
+        takeTime(*faults_);
+        if (const int error = writeError(*faults_)) return cannotBe(path, "written", error);
         return files_->write(path, data, how);
     }
     bool exists(std::string_view path) const override {
-        takeTime();
+        takeTime(*faults_);
         return files_->exists(path);
     }
     bool isDirectory(std::string_view path) const override {
-        takeTime();
+        takeTime(*faults_);
         return files_->isDirectory(path);
     }
     /// A file that begins or ceases to be readable, or whole, is another one to whoever remembers its stamp.
     Result<std::optional<platform::FileStamp>> stamp(std::string_view path) const override {
-        takeTime();
+        takeTime(*faults_);
         auto stamp = files_->stamp(path);
         if (!stamp || !*stamp || path != faults_->profilesPath()) return stamp;
         if (faults_->has(Fault::ProfilesUnreadable)) (*stamp)->changedNanoseconds += 1;
@@ -61,23 +110,22 @@ class FaultyFiles : public platform::FileSystem {
         return stamp;
     }
     Result<void> remove(std::string_view path) override {
-        takeTime();
+        takeTime(*faults_);
         if (faults_->has(Fault::ReadOnly)) return cannotBe(path, "removed", EROFS);
         return files_->remove(path);
     }
     Result<void> createDirectory(std::string_view path) override {
-        takeTime();
-        if (faults_->has(Fault::ReadOnly)) return cannotBe(path, "created", EROFS);
-        if (faults_->has(Fault::DiskFull)) return cannotBe(path, "created", ENOSPC);
+        takeTime(*faults_);
+        if (const int error = writeError(*faults_)) return cannotBe(path, "created", error);
         return files_->createDirectory(path);
     }
     Result<std::vector<std::string>> list(std::string_view path) const override {
-        takeTime();
+        takeTime(*faults_);
         return files_->list(path);
     }
     Result<std::unique_ptr<platform::FileLock>> lockExclusively(std::string_view path,
                                                                 double seconds) override {
-        takeTime();
+        takeTime(*faults_);
         if (faults_->has(Fault::ReadOnly)) return cannotBe(path, "locked", EROFS);
         if (!faults_->has(Fault::ProfilesLocked) || path != faults_->profilesPath())
             return files_->lockExclusively(path, seconds);
@@ -94,13 +142,21 @@ class FaultyFiles : public platform::FileSystem {
         }
         return files_->lockExclusively(path, seconds);
     }
+    Result<std::unique_ptr<platform::FileHistory>> openHistory(std::string_view path,
+                                                               platform::Missing missing) override {
+        takeTime(*faults_);
+        // A folder that is there can be opened on a disk that is full.
+        auto history = files_->openHistory(path, platform::Missing::Leave);
+        if (history && !*history && missing == platform::Missing::Make) {
+            if (const int error = writeError(*faults_)) return cannotBe(path, "kept in its history", error);
+            history = files_->openHistory(path, missing);
+        }
+        if (!history || !*history) return history;
+        return std::make_unique<FaultyHistory>(*std::move(history), std::string(path), faults_);
+    }
     std::string hostPath(std::string_view path) const override { return files_->hostPath(path); }
 
   private:
-    void takeTime() const {
-        if (faults_->has(Fault::Slow)) std::this_thread::sleep_for(faults_->delay());
-    }
-
     std::shared_ptr<FileSystem> files_;
     std::shared_ptr<const Faults> faults_;
 };

@@ -80,6 +80,12 @@ Result<std::unique_ptr<FileLock>> FileManager::lockExclusively(std::string_view 
     return files->lockExclusively(path, seconds);
 }
 
+Result<std::unique_ptr<FileHistory>> FileManager::openHistory(std::string_view path, Missing missing) {
+    const auto files = fileSystem();
+    if (!files) return noFileSystem(path, "kept");
+    return files->openHistory(path, missing);
+}
+
 std::string stringByAppendingPathComponent(std::string_view path, std::string_view component) {
     if (path.empty()) return std::string(component);
     const std::size_t last = path.find_last_not_of('/');

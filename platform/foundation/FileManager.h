@@ -24,6 +24,7 @@ class FileManager {
     Result<void> createDirectoryAtPath(std::string_view path);
     Result<std::vector<std::string>> contentsOfDirectoryAtPath(std::string_view path) const;
     Result<std::unique_ptr<FileLock>> lockExclusively(std::string_view path, double seconds);
+    Result<std::unique_ptr<FileHistory>> openHistory(std::string_view path, Missing missing);
 };
 
 /// Joins two path pieces with exactly one slash between them.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,22 +8,15 @@
 #include <vector>
 
 #include "platform/foundation/Error.h"
+#include "platform/foundation/FileHistory.h"
+#include "platform/foundation/FileStamp.h"
 #include "platform/foundation/Value.h"
 
 namespace platform {
 
 enum class Write { InPlace, Atomically };
-
-/// What tells one state of a file from another without reading it.
-struct FileStamp {
-    std::uint64_t device = 0;
-    std::uint64_t inode = 0;
-    std::int64_t size = 0;
-    std::int64_t modifiedNanoseconds = 0;
-    std::int64_t changedNanoseconds = 0;
-
-    bool operator==(const FileStamp&) const = default;
-};
+/// What becomes of a folder that is not there.
+enum class Missing { Leave, Make };
 
 /// An exclusive lock that is held as long as this object lives, also against other processes.
 class FileLock {
@@ -62,6 +54,10 @@ class FileSystem {
     /// Locks what the path names (through a lock file of the link's target that nobody else can open, and
     /// that may stay behind), waiting `seconds` of real time at most. The error says who holds it.
     virtual Result<std::unique_ptr<FileLock>> lockExclusively(std::string_view path, double seconds) = 0;
+    /// The states of the file that are kept, in a folder beside the path (beside the link where that is one),
+    /// for whoever may read the file. A missing folder is made, or, with Missing::Leave, gives null. One that
+    /// is a link or somebody else's is an error that names it.
+    virtual Result<std::unique_ptr<FileHistory>> openHistory(std::string_view path, Missing missing) = 0;
     /// Where the path really is, for opening code with the dynamic loader.
     virtual std::string hostPath(std::string_view path) const = 0;
 };

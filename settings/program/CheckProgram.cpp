@@ -11,6 +11,8 @@
 #include <utility>
 
 #include "device/PhonePaths.h"
+#include "device/PrivateLock.h"
+#include "device/RootFileHistory.h"
 #include "settings/application/Application.h"
 #include "settings/checking/AcceptedFindings.h"
 #include "settings/checking/BundleCheck.h"
@@ -66,7 +68,9 @@ Result<void> copyData(const fs::path& from, const fs::path& to) {
     fs::recursive_directory_iterator each(from, error);
     for (; !error && each != fs::recursive_directory_iterator(); each.increment(error)) {
         const fs::path inside = each->path().lexically_relative(from);
-        if (isOwn("/" + inside.string()) || each->path().filename() == ".locks") {
+        const std::string name = each->path().filename().string();
+        if (isOwn("/" + inside.string()) || name == device::PrivateLock::folderName ||
+            device::RootFileHistory::isFolderName(name)) {
             if (each->is_directory(error)) each.disable_recursion_pending();
         } else if (each->is_directory(error) && !each->is_symlink(error)) {
             fs::create_directories(to / inside, error);

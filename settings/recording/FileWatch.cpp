@@ -10,6 +10,35 @@ using platform::Result;
 
 namespace {
 
+/// Keeping a state changes the file's stamp, since it has one name more then.
+class NotingHistory : public platform::FileHistory {
+  public:
+    NotingHistory(std::unique_ptr<FileHistory> history, std::string path, FileWatch& watch)
+        : history_(std::move(history)), path_(std::move(path)), watch_(watch) {}
+
+    Result<std::vector<std::string>> names() const override { return history_->names(); }
+    Result<platform::FileStamp> stamp(const std::string& name) const override {
+        return history_->stamp(name);
+    }
+    Result<Data> read(const std::string& name) const override { return history_->read(name); }
+    Result<Kept> keep(const std::string& name) override {
+        const auto kept = history_->keep(name);
+        watch_.noteOwnChange(path_);
+        return kept;
+    }
+    Result<Kept> mark(const std::string& name) override { return history_->mark(name); }
+    Result<void> remove(const std::string& name) override {
+        const auto removed = history_->remove(name);
+        watch_.noteOwnChange(path_);
+        return removed;
+    }
+
+  private:
+    std::unique_ptr<FileHistory> history_;
+    std::string path_;
+    FileWatch& watch_;
+};
+
 class NotingFiles : public platform::FileSystem {
   public:
     NotingFiles(std::shared_ptr<FileSystem> files, FileWatch& watch)
@@ -30,6 +59,12 @@ class NotingFiles : public platform::FileSystem {
     Result<std::unique_ptr<platform::FileLock>> lockExclusively(std::string_view path,
                                                                 double seconds) override {
         return files_->lockExclusively(path, seconds);
+    }
+    Result<std::unique_ptr<platform::FileHistory>> openHistory(std::string_view path,
+                                                               platform::Missing missing) override {
+        auto history = files_->openHistory(path, missing);
+        if (!history || !*history) return history;
+        return std::make_unique<NotingHistory>(*std::move(history), std::string(path), watch_);
     }
     std::string hostPath(std::string_view path) const override { return files_->hostPath(path); }
 

@@ -10,6 +10,7 @@
 #include "device/HostFile.h"
 #include "device/PhonePaths.h"
 #include "device/PrivateLock.h"
+#include "device/RootFileHistory.h"
 #include "device/RootFileSystem.h"
 
 namespace settings {
@@ -42,7 +43,8 @@ Result<RootFiles> filesOfRoot(const std::string& rootDirectory) {
     fs::recursive_directory_iterator entry(rootDirectory, error);
     for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
         const std::string path = "/" + entry->path().lexically_relative(rootDirectory).string();
-        if (isOfProcesses(path)) {
+        // A replay begins with the files as they are, not with what they were.
+        if (isOfProcesses(path) || device::RootFileHistory::isFolderName(entry->path().filename().string())) {
             entry.disable_recursion_pending();
             continue;
         }

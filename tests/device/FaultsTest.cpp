@@ -181,4 +181,30 @@ TEST(FaultyServices, aDeviceWithoutAService_staysWithoutIt) {
     EXPECT_FALSE(device.files || device.calendars || device.networks || device.tones || device.mail);
 }
 
+TEST_F(FaultyFilesTest, history_hasTheFaultsOfTheDiskToo) {
+    const auto open = [&](platform::Missing missing) { return files->openHistory(profiles, missing); };
+    faults->begin(Fault::DiskFull);
+    EXPECT_EQ(errorOf(open(platform::Missing::Make)),
+              "The file \"/profiles\" could not be kept in its history: No space left on device.");
+    EXPECT_EQ(errorOf(open(platform::Missing::Leave)), "");
+    faults->clear();
+    const auto opened = open(platform::Missing::Make);
+    ASSERT_TRUE(opened && *opened);
+    platform::FileHistory& history = **opened;
+    EXPECT_EQ(errorOf(history.keep("1")), "");
+    faults->begin(Fault::DiskFull);
+    EXPECT_EQ(errorOf(open(platform::Missing::Make)), "");
+    EXPECT_NE(errorOf(history.keep("2")), "");
+    EXPECT_NE(errorOf(history.mark("2")), "");
+    EXPECT_EQ(errorOf(history.remove("1")), "");
+    faults->clear();
+    EXPECT_EQ(errorOf(history.keep("1")), "");
+    faults->begin(Fault::ReadOnly);
+    EXPECT_NE(errorOf(history.keep("2")), "");
+    EXPECT_NE(errorOf(history.remove("1")), "");
+    EXPECT_EQ(history.names().value_or(std::vector<std::string>{}), std::vector<std::string>{"1"});
+    EXPECT_EQ(history.read("1").value_or(Data{}), (Data{1, 2, 3, 4}));
+    EXPECT_EQ(errorOf(history.stamp("1")), "");
+}
+
 }  // namespace

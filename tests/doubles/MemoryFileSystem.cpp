@@ -4,6 +4,8 @@
 #include <chrono>
 #include <utility>
 
+#include "platform/foundation/Calendar.h"
+
 namespace doubles {
 
 using platform::failure;
@@ -30,6 +32,72 @@ class MemoryFileSystem::HeldLock : public platform::FileLock {
     }
 
   private:
+    MemoryFileSystem& files_;
+    std::string path_;
+};
+
+class MemoryFileSystem::History : public platform::FileHistory {
+  public:
+    History(MemoryFileSystem& files, std::string path) : files_(files), path_(std::move(path)) {}
+
+    Result<std::vector<std::string>> names() const override {
+        const auto states = look();
+        std::vector<std::string> names;
+        for (const auto& [name, file] : *states) names.push_back(name);
+        return names;
+    }
+    Result<platform::FileStamp> stamp(const std::string& name) const override {
+        const auto states = look();
+        const auto found = states->find(name);
+        if (found == states->end()) return failed(name, "looked at", noSuchFile);
+        return found->second->stamp;
+    }
+    Result<platform::Data> read(const std::string& name) const override {
+        const auto states = look();
+        const auto found = states->find(name);
+        if (found == states->end()) return failed(name, "read", noSuchFile);
+        return found->second->data;
+    }
+    Result<Kept> keep(const std::string& name) override {
+        const auto states = look();
+        if (!files_.historyFailure_.empty())
+            return failed(path_, "kept in its history", files_.historyFailure_);
+        const auto file = files_.files_.find(path_);
+        if (file == files_.files_.end()) return failed(path_, "kept in its history", noSuchFile);
+        if (!states->try_emplace(name, file->second).second) return Kept::NameIsTaken;
+        ++file->second->stamp.changedNanoseconds;
+        return Kept::Yes;
+    }
+    Result<Kept> mark(const std::string& name) override {
+        const auto states = look();
+        if (!files_.historyFailure_.empty())
+            return failed(path_, "kept in its history", files_.historyFailure_);
+        return states->try_emplace(name, files_.makeFile({})).second ? Kept::Yes : Kept::NameIsTaken;
+    }
+    Result<void> remove(const std::string& name) override {
+        const auto states = look();
+        if (states->erase(name) == 0) return failed(name, "removed", noSuchFile);
+        return {};
+    }
+
+  private:
+    using States = std::map<std::string, std::shared_ptr<File>>;
+    /// The states, and the lock for as long as they are looked at.
+    class Look {
+      public:
+        Look(MemoryFileSystem& files, const std::string& path)
+            : lock_(files.mutex_), states_(files.histories_[path]) {
+            ++files.historyAccesses_;
+        }
+        States* operator->() const { return &states_; }
+        States& operator*() const { return states_; }
+
+      private:
+        std::lock_guard<std::mutex> lock_;
+        States& states_;
+    };
+    Look look() const { return {files_, path_}; }
+
     MemoryFileSystem& files_;
     std::string path_;
 };
@@ -73,6 +141,16 @@ void MemoryFileSystem::failLocks(bool fail) {
     locksFail_ = fail;
 }
 
+void MemoryFileSystem::failHistories(std::string reason) {
+    const std::lock_guard lock(mutex_);
+    historyFailure_ = std::move(reason);
+}
+
+int MemoryFileSystem::historyAccesses() const {
+    const std::lock_guard lock(mutex_);
+    return historyAccesses_;
+}
+
 int MemoryFileSystem::reads(const std::string& path) const {
     const std::lock_guard lock(mutex_);
     return reads_[path];
@@ -103,11 +181,17 @@ void MemoryFileSystem::store(const std::string& path, platform::Data data) {
          slash = path.find('/', slash + 1)) {
         directories_.insert(path.substr(0, slash));
     }
-    File& file = files_[path];
-    ++revision_;
-    file.stamp = {1, revision_, static_cast<std::int64_t>(data.size()), static_cast<std::int64_t>(revision_),
-                  static_cast<std::int64_t>(revision_)};
-    file.data = std::move(data);
+    files_[path] = makeFile(std::move(data));
+}
+
+std::shared_ptr<MemoryFileSystem::File> MemoryFileSystem::makeFile(platform::Data data) {
+    constexpr double referenceInUnixTime = 978307200.0;
+    const double seconds = platform::dateNow().secondsSinceReference + referenceInUnixTime;
+    // No two states have the same time.
+    const auto time =
+        static_cast<std::int64_t>(seconds) * 1'000'000'000 + static_cast<std::int64_t>(++revision_);
+    const platform::FileStamp stamp{1, revision_, static_cast<std::int64_t>(data.size()), time, time};
+    return std::make_shared<File>(File{std::move(data), stamp});
 }
 
 bool MemoryFileSystem::hasDirectory(const std::string& path) const {
@@ -122,7 +206,7 @@ Result<platform::Data> MemoryFileSystem::read(std::string_view path) const {
         return failed(name, "read", reason);
     const auto file = files_.find(name);
     if (file == files_.end()) return failed(name, "read", hasDirectory(name) ? "Is a directory" : noSuchFile);
-    return file->second.data;
+    return file->second->data;
 }
 
 Result<void> MemoryFileSystem::write(std::string_view path, const platform::Data& data, platform::Write how) {
@@ -133,10 +217,14 @@ Result<void> MemoryFileSystem::write(std::string_view path, const platform::Data
         return failed(name, "written", reason);
     if (hasDirectory(name)) return failed(name, "written", "Is a directory");
     const auto old = files_.find(name);
-    const auto inode = old == files_.end() ? revision_ + 1 : old->second.stamp.inode;
-    store(name, data);
-    // A file that is written in place stays the same file.
-    if (how == platform::Write::InPlace) files_[name].stamp.inode = inode;
+    if (how == platform::Write::InPlace && old != files_.end()) {
+        // It stays the same file, whatever other names it has.
+        const auto written = makeFile(data);
+        written->stamp.inode = old->second->stamp.inode;
+        *old->second = *written;
+    } else {
+        store(name, data);
+    }
     return {};
 }
 
@@ -158,7 +246,7 @@ Result<std::optional<platform::FileStamp>> MemoryFileSystem::stamp(std::string_v
         return failed(name, "looked at", reason);
     const auto file = files_.find(name);
     if (file == files_.end()) return std::nullopt;
-    return file->second.stamp;
+    return file->second->stamp;
 }
 
 Result<void> MemoryFileSystem::remove(std::string_view path) {
@@ -211,6 +299,19 @@ Result<std::unique_ptr<platform::FileLock>> MemoryFileSystem::lockExclusively(st
     }
     locks_.insert(name);
     return std::make_unique<HeldLock>(*this, name);
+}
+
+Result<std::unique_ptr<platform::FileHistory>> MemoryFileSystem::openHistory(std::string_view path,
+                                                                             platform::Missing missing) {
+    const std::lock_guard lock(mutex_);
+    ++historyAccesses_;
+    const std::string name(path);
+    if (!histories_.contains(name)) {
+        if (missing == platform::Missing::Leave) return nullptr;
+        if (!historyFailure_.empty()) return failed(name, "kept in its history", historyFailure_);
+        histories_.try_emplace(name);
+    }
+    return std::make_unique<History>(*this, name);
 }
 
 }  // namespace doubles

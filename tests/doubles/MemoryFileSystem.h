@@ -13,7 +13,7 @@
 namespace doubles {
 
 /// A file system that lives in memory, and fails when it is told to. Directories exist once something is in
-/// them or they were created. Usable from any thread.
+/// them or they were created. Files have the time of the phone's clock. Usable from any thread.
 class MemoryFileSystem : public platform::FileSystem {
   public:
     /// From now on the operation fails with this reason on every path, or on the given one; an empty reason
@@ -25,6 +25,11 @@ class MemoryFileSystem : public platform::FileSystem {
     void failStamps(std::string reason, std::string path = {});
     /// Locks fail as if their time were over.
     void failLocks(bool fail);
+
+    /// Nothing more can be kept in a history.
+    void failHistories(std::string reason);
+    /// How often anything of a history was looked at, or changed.
+    int historyAccesses() const;
 
     /// How often each file was read or written, successfully or not.
     int reads(const std::string& path) const;
@@ -46,10 +51,13 @@ class MemoryFileSystem : public platform::FileSystem {
     platform::Result<std::vector<std::string>> list(std::string_view path) const override;
     platform::Result<std::unique_ptr<platform::FileLock>> lockExclusively(std::string_view path,
                                                                           double seconds) override;
+    platform::Result<std::unique_ptr<platform::FileHistory>> openHistory(std::string_view path,
+                                                                         platform::Missing missing) override;
     std::string hostPath(std::string_view path) const override { return std::string(path); }
 
   private:
     class HeldLock;
+    class History;
     struct File {
         platform::Data data;
         platform::FileStamp stamp;
@@ -62,12 +70,16 @@ class MemoryFileSystem : public platform::FileSystem {
         std::string reason(const std::string& path) const;
     };
 
+    std::shared_ptr<File> makeFile(platform::Data data);
     void store(const std::string& path, platform::Data data);
     bool hasDirectory(const std::string& path) const;
 
     mutable std::mutex mutex_;
     std::condition_variable unlocked_;
-    std::map<std::string, File> files_;
+    /// A file has as many names as there are pointers to it.
+    std::map<std::string, std::shared_ptr<File>> files_;
+    /// By the path of the file that they are of.
+    std::map<std::string, std::map<std::string, std::shared_ptr<File>>> histories_;
     std::set<std::string> directories_{"/"};
     std::set<std::string> locks_;
     mutable std::map<std::string, int> reads_;
@@ -77,6 +89,8 @@ class MemoryFileSystem : public platform::FileSystem {
     Failure writeFailure_;
     Failure removalFailure_;
     Failure stampFailure_;
+    std::string historyFailure_;
+    int historyAccesses_ = 0;
     bool locksFail_ = false;
     std::uint64_t revision_ = 0;
 };

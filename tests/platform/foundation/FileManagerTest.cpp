@@ -56,6 +56,7 @@ TEST_F(FileManagerTest, withoutAFileSystem_everyOperationFailsAndNamesTheFile) {
     EXPECT_FALSE(manager.createDirectoryAtPath("/a"));
     EXPECT_FALSE(manager.contentsOfDirectoryAtPath("/a"));
     EXPECT_FALSE(manager.lockExclusively("/a", 0));
+    EXPECT_FALSE(manager.openHistory("/a", platform::Missing::Leave));
     EXPECT_FALSE(manager.fileExistsAtPath("/a"));
     EXPECT_FALSE(manager.directoryExistsAtPath("/a"));
     EXPECT_FALSE(manager.stampAtPath("/a"));
