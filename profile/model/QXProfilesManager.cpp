@@ -26,8 +26,6 @@ using platform::Journal;
 using platform::Result;
 using platform::Value;
 
-constexpr double longestLockWait = 2.0;
-
 /// The one store of the process, made when it is first asked for.
 struct SharedManager {
     std::mutex mutex;
@@ -67,12 +65,6 @@ Result<ProfilesFile> updated(const ProfilesFile& file, const ProfileEdit& edit) 
 Result<ProfilesFile> deleted(const ProfilesFile& file, const ProfileEdit& edit) {
     const auto profile = file.find(edit.identifier());
     return profile ? file.removing(*profile) : noSuchProfile(edit);
-}
-
-void announce(std::string_view notification) {
-    postLocally(notification);
-    platform::CFNotificationCenterPostNotification(platform::CFNotificationCenterGetDarwinNotifyCenter(),
-                                                   notification, nullptr, {}, true);
 }
 
 Result<ProfilesFile> parsed(platform::Data bytes) {
@@ -189,6 +181,7 @@ void QXProfilesManager::install(File file, const Result<Stamp>& stamp) {
     stamp_ = stamp;
     badFile_.reset();
     unreadable_.clear();
+    isKept_ = false;
     ++generation_;
 }
 
@@ -270,6 +263,12 @@ std::shared_ptr<QXProfile> QXProfilesManager::record(ProfilesFile::Profile profi
     return record;
 }
 
+void QXProfilesManager::announce(std::string_view notification) {
+    postLocally(notification);
+    platform::CFNotificationCenterPostNotification(platform::CFNotificationCenterGetDarwinNotifyCenter(),
+                                                   notification, nullptr, {}, true);
+}
+
 void QXProfilesManager::addProfile_success_failure(const std::shared_ptr<QXProfile>& profile, Success success,
                                                    Failure failure) {
     change(addition, profile, std::move(success), std::move(failure));
@@ -331,8 +330,11 @@ Result<void> QXProfilesManager::replace(const File& present, ProfilesFile next,
                                         const std::vector<std::string>& changed, Order order) {
     FileManager& files = FileManager::defaultManager();
     const auto file = std::make_shared<const ProfilesFile>(std::move(next));
+    keepWhatWasFound();
     const auto written = files.writeData_toFile(file->bytes(), profilesPath, platform::Write::Atomically);
     if (!written) return written;
+    // Before the stamp is taken, which that changes.
+    const auto kept = ProfileHistory::keep(&file->bytes());
     const Result<Stamp> stamp = files.stampAtPath(profilesPath);
 
     const std::scoped_lock lock(mutex_);
@@ -346,6 +348,7 @@ Result<void> QXProfilesManager::replace(const File& present, ProfilesFile next,
     auto inOrder = isNext && order == Order::Kept ? std::move(inOrder_) : Records();
     install(file, stamp);
     inOrder_ = std::move(inOrder);
+    noteKept(kept);
     return {};
 }
 

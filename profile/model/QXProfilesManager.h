@@ -17,14 +17,22 @@
 #include "platform/foundation/Object.h"
 #include "profile/model/ChangedProfiles.h"
 #include "profile/model/ProfileEdit.h"
+#include "profile/model/ProfileHistory.h"
+#include "profile/model/ProfilesDifference.h"
 #include "profile/model/ProfilesFile.h"
+#include "profile/model/ProfilesPath.h"
 #include "profile/model/QXProfile.h"
 
 namespace quietrix {
 
-/// Where the phone keeps the profiles.
-inline constexpr std::string_view profilesPath =
-    "/var/mobile/Library/Preferences/com.velmora.quietrix.profiles.plist";
+/// What going back to an earlier state of the profiles file did.
+struct ProfilesRestoration {
+    /// The file was in that state; nothing was done and nothing is posted.
+    bool wasPresent = false;
+    /// From the state before to the one that was gone back to. A file that could not be used before counts as
+    /// one without profiles.
+    ProfilesDifference difference;
+};
 
 /// The store of all profiles. What it holds is the profiles file as it was last read or written; each
 /// question looks first whether the file is still that one, and takes it over when it is not. It may be
@@ -103,7 +111,17 @@ class QXProfilesManager : public platform::Object {
     /// is announced once: added, changed, deleted.
     void changeProfiles(const Plan& plan, Success success, Failure failure);
 
+    /// Goes back to the state of that number in the ProfileHistory. One change as those above: under the
+    /// lock, the generation's bytes become the file, merged with nothing; a generation without a file removes
+    /// it. The state before is kept first, and the new one afterwards, so that it can be taken back. Then the
+    /// notifications of what was added, changed and removed are queued for the main thread.
+    ///
+    /// Nothing is changed when there is no such number, or when that state is lost or no profiles file. A
+    /// file that cannot be used, which no other change touches, is replaced too, but only once it is kept.
+    platform::Result<ProfilesRestoration> restoreGeneration(std::uint64_t number);
+
   private:
+    static constexpr double longestLockWait = 2.0;
     using File = std::shared_ptr<const ProfilesFile>;
     /// Empty for the file that is not there.
     using Stamp = std::optional<platform::FileStamp>;
@@ -115,6 +133,8 @@ class QXProfilesManager : public platform::Object {
     static const Kind update;
     static const Kind deletion;
 
+    /// Posts the name in the local centre and system-wide. Main thread.
+    static void announce(std::string_view notification);
     void change(const Kind& kind, const std::shared_ptr<QXProfile>& profile, Success success,
                 Failure failure);
     platform::Result<void> handOver(const Kind& kind, QXProfile& profile);
@@ -125,6 +145,11 @@ class QXProfilesManager : public platform::Object {
     /// The file's lock is held. Writes what comes after the present state and takes it over.
     platform::Result<void> replace(const File& present, ProfilesFile next,
                                    const std::vector<std::string>& changed, Order order);
+    platform::Result<ProfilesRestoration> restore(std::uint64_t number);
+    /// Keeps what somebody else has written since the last change here. The file is locked.
+    void keepWhatWasFound();
+    /// A state that cannot be kept is logged, and is no reason for a change to fail. The mutex is held.
+    void noteKept(const platform::Result<std::optional<ProfileGeneration>>& kept);
     /// The file as it is now, which the store has taken over.
     platform::Result<File> takeOverFile();
     std::unexpected<platform::Error> keepWhatWasRead(const platform::Error& error);
@@ -151,6 +176,9 @@ class QXProfilesManager : public platform::Object {
     std::optional<platform::Error> badFile_;
     /// What was last reported of a file that could not even be looked at or read.
     std::string unreadable_;
+    /// Whether the file in that state is in its history, and what was last logged of one that is not.
+    bool isKept_ = false;
+    std::string unkept_;
     /// The profiles of whose values something was reported since the file was read.
     std::unordered_set<std::string> reported_;
     /// The records in use, by the identifiers of the profiles they were made for.

@@ -8,7 +8,8 @@
 #include "platform/foundation/LogSink.h"
 #include "platform/foundation/PropertyList.h"
 #include "platform/foundation/RunLoop.h"
-#include "profile/model/QXProfilesManager.h"
+#include "profile/model/ProfileHistory.h"
+#include "profile/model/ProfilesPath.h"
 #include "shell/base/BundleImage.h"
 #include "shell/base/Localization.h"
 #include "shell/base/ProductInfo.h"
@@ -122,7 +123,7 @@ bool QuietrixMiscController::resetProfilesInfo(bool shouldDelete) {
 bool QuietrixMiscController::deleteProfilesFile() {
     auto& files = FileManager::defaultManager();
     if (!files.fileExistsAtPath(profilesPath)) return false;
-    const auto removed = files.removeItemAtPath(profilesPath);
+    const auto removed = ProfileHistory::removeProfilesFile();
     if (!removed) {
         logResetError(deletingLine, "Error while deleting the configuration file. Error: " +
                                         removed.error().localizedDescription);
@@ -136,6 +137,7 @@ bool QuietrixMiscController::clearProfilesFile() {
     if (!data) return false;
     const auto list = platform::PropertyListSerialization::propertyListWithData(*data);
     if (!list || list->dictionary() == nullptr) return false;
+    ProfileHistory::keepOrLog();
     const auto cleared = platform::PropertyListSerialization::dataWithPropertyList(
         platform::Dictionary(), platform::PropertyListFormat::XML);
     const bool written =

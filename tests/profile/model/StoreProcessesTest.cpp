@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <limits>
 #include <random>
 #include <set>
 #include <thread>
@@ -41,12 +42,18 @@ class StoreProcesses : public StoreFixture {
         }
     }
 
-    pid_t start(const std::string& prefix, int count) {
+    enum class Others { OnlyChange, GoBack };
+    pid_t start(const std::string& prefix, int count, Others others = Others::OnlyChange) {
         std::string program = STORE_WRITER;
         std::string root = root_.path().string();
         std::string prefixArgument = prefix;
         std::string countArgument = std::to_string(count);
-        char* arguments[] = {program.data(), root.data(), prefixArgument.data(), countArgument.data(),
+        std::string othersArgument = "others-go-back";
+        char* arguments[] = {program.data(),
+                             root.data(),
+                             prefixArgument.data(),
+                             countArgument.data(),
+                             others == Others::GoBack ? othersArgument.data() : nullptr,
                              nullptr};
         pid_t child = -1;
         if (posix_spawn(&child, program.c_str(), nullptr, nullptr, arguments, environ) != 0) return -1;
@@ -184,7 +191,68 @@ TEST_F(StoreProcesses, changes_leaveNoTemporaryFilesBehind) {
     std::set<std::string> names;
     for (const auto& entry : fs::directory_iterator(host_.parent_path()))
         names.insert(entry.path().filename().string());
-    EXPECT_EQ((std::set<std::string>{host_.filename().string(), ".locks"}), names);
+    const std::string name = host_.filename().string();
+    EXPECT_EQ((std::set<std::string>{name, "." + name + ".history", ".locks"}), names);
+}
+
+TEST_F(StoreProcesses, changesAndRestorationsAtOnce_leaveAHistoryInOrder) {
+    constexpr int count = 60;
+    const std::vector<pid_t> children{start("a", count, Others::GoBack), start("b", count, Others::GoBack)};
+    std::set<std::uint64_t> given;
+    for (int i = 0; i < count; ++i) {
+        ASSERT_EQ("success", onceLocked([&] { return add(profile("m" + std::to_string(i))); }));
+        const auto kept = *required(quietrix::ProfileHistory::keep());
+        given.insert(required(kept)->number);
+        if (i % 3 != 0) continue;
+        // Back to what somebody had a moment ago, and to what is there again.
+        const auto generations = *required(quietrix::ProfileHistory::generations());
+        const std::uint64_t earlier = generations.at(std::min<std::size_t>(generations.size() - 1, 3)).number;
+        for (const std::uint64_t number : {earlier, required(kept)->number}) {
+            const std::string outcome = onceLocked([&] {
+                const auto restored = store_->restoreGeneration(number);
+                return restored ? "success" : restored.error().localizedDescription;
+            });
+            // Others may have made so many changes meanwhile that it was thinned out.
+            EXPECT_THAT(outcome, testing::AnyOf("success", HasSubstr("There is no state of the number")));
+        }
+    }
+    for (const pid_t child : children) EXPECT_EQ(0, waitFor(child));
+    const auto entries = *required(quietrix::ProfileHistory::entries());
+    ASSERT_LE(entries.size(), 80U);
+    ASSERT_GE(entries.size(), 50U);
+    std::uint64_t above = std::numeric_limits<std::uint64_t>::max();
+    for (const auto& each : entries) {
+        ASSERT_TRUE(each.number);
+        EXPECT_LT(*each.number, above) << "in order, and each once";
+        above = *each.number;
+        EXPECT_EQ("", each.problem) << *each.number;
+    }
+    EXPECT_GE(*entries.front().number, *given.rbegin());
+    EXPECT_EQ(fs::hard_link_count(host_), 2U);
+}
+
+TEST_F(StoreProcesses, killedAtAnyInstant_leavesAHistoryThatGoesOn) {
+    std::mt19937 random(11);
+    std::uint64_t newest = 0;
+    for (int round = 0; round < 20; ++round) {
+        const auto stamp = files_->stamp(path_);
+        const pid_t child = start("k" + std::to_string(round) + "-", 1000);
+        ASSERT_GT(child, 0);
+        ASSERT_TRUE(changesFrom(stamp));
+        // The instant of the kill is what the test is about: in the midst of any change.
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 20000));
+        ASSERT_EQ(0, kill(child, SIGKILL));
+        waitFor(child);
+        // What was written and not linked any more is kept by the next who comes.
+        ASSERT_EQ("success", add(profile("after" + std::to_string(round))));
+        const auto generations = *required(quietrix::ProfileHistory::generations());
+        ASSERT_GT(generations.front().number, newest);
+        newest = generations.front().number;
+        for (const auto& each : generations)
+            ASSERT_TRUE(quietrix::ProfileHistory::profiles(each)) << "round " << round << ", " << each.name;
+        const auto before = quietrix::ProfileHistory::profiles(generations.at(1));
+        ASSERT_EQ(required(before)->profiles().size() + 1, readAnew().size()) << "round " << round;
+    }
 }
 
 }  // namespace
