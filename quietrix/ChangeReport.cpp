@@ -74,4 +74,18 @@ std::string ChangeReport::text() const {
            counted(refused.size(), "refused\n");
 }
 
+ChangeReport changeReport(const quietrix::ProfilesDifference& difference) {
+    ChangeReport report;
+    for (const auto& each : difference.added) report.added.push_back({each.identifier, each.title});
+    for (const auto& each : difference.removed) report.removed.push_back({each.identifier, each.title});
+    for (const auto& each : difference.changed) {
+        ChangeReport::Changed changed{{each.identifier, each.title}, {}};
+        for (const auto& value : each.values)
+            changed.changes.push_back({value.key, value.before, value.after});
+        report.changed.push_back(std::move(changed));
+    }
+    report.unchanged = difference.unchanged;
+    return report;
+}
+
 }  // namespace console

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "profile/model/ProfilesDifference.h"
 #include "quietrix/Outcome.h"
 #include "quietrix/ProfileDifference.h"
 #include "quietrix/ProfileReference.h"
@@ -39,5 +40,8 @@ struct ChangeReport {
     /// A line for each, and one that counts them.
     std::string text() const;
 };
+
+/// The same of two states of the file.
+ChangeReport changeReport(const quietrix::ProfilesDifference& difference);
 
 }  // namespace console

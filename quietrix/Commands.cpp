@@ -20,8 +20,9 @@ constexpr int any = 1 << 20;
 constexpr char mark = '\x01';
 
 // In the order of the help.
-constexpr std::array adders{&addList,   &addShow,   &addAdd,   &addSet,   &addEnable, &addDelete,
-                            &addSwitch, &addExport, &addWatch, &addReset, &addDoctor, &addKeys};
+constexpr std::array adders{&addList,    &addShow,   &addAdd,    &addSet,   &addEnable,
+                            &addDelete,  &addSwitch, &addExport, &addWatch, &addHistory,
+                            &addRestore, &addReset,  &addDoctor, &addKeys};
 
 std::vector<std::string> marked(std::vector<std::string> arguments) {
     for (std::string& argument : arguments) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "device/EscapedText.h"
 #include "platform/foundation/FileManager.h"
+#include "profile/model/ProfileHistory.h"
 #include "quietrix/Commands.h"
 #include "quietrix/ProfileEditing.h"
 #include "shell/base/NotificationNames.h"
@@ -30,7 +31,7 @@ Outcome reset(Session& session, bool isAgreed) {
         if (!files.fileExistsAtPath(quietrix::profilesPath)) return missing();
         // Of a file that cannot be used nobody knows how many there were; it goes all the same.
         if (const auto profiles = session.profiles()) count = profiles->size();
-        if (const auto removed = files.removeItemAtPath(quietrix::profilesPath); !removed)
+        if (const auto removed = quietrix::ProfileHistory::removeProfilesFile(); !removed)
             return refusal(Status::Failed, removed.error().localizedDescription);
     }
     session.post(quietrix::ProfileAppliedStateChangedNotification);

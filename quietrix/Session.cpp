@@ -80,6 +80,17 @@ std::expected<void, Refusal> Session::change(const Plan& plan, NewRoot newRoot) 
     return {};
 }
 
+std::expected<quietrix::ProfilesRestoration, Refusal> Session::restore(std::uint64_t number) {
+    // Where there is nothing to go back to, nothing is locked or made either.
+    if (const auto known = quietrix::ProfileHistory::generationOfNumber(number); !known)
+        return refusal(Status::Failed, known.error().localizedDescription);
+    connect();
+    auto restored = store_->restoreGeneration(number);
+    if (!restored) return refusal(Status::Failed, restored.error().localizedDescription);
+    platform::RunLoop::main().drain();
+    return *std::move(restored);
+}
+
 std::expected<void, Refusal> Session::makeRootReady() {
     const auto isNew = device::isUnfilledRoot(files_->rootDirectory());
     if (!isNew) return refusal(Status::Failed, isNew.error().localizedDescription);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -39,6 +40,9 @@ class Session {
     /// everything as it is. What was changed is announced by the time this returns.
     enum class NewRoot { Make, Leave };
     std::expected<void, Refusal> change(const Plan& plan, NewRoot newRoot = NewRoot::Leave);
+
+    /// Goes back to that state of the history. What was changed is announced by the time this returns.
+    std::expected<quietrix::ProfilesRestoration, Refusal> restore(std::uint64_t number);
 
     /// A root that is not there yet, or empty, becomes a freshly set-up phone; any other is left as it is.
     std::expected<void, Refusal> makeRootReady();

@@ -16,19 +16,24 @@ ProfilesDifference::Profile named(const ProfilesFile& file, ProfilesFile::Profil
 }
 
 /// Both are sorted by their keys.
-std::vector<std::string> differingKeys(const Dictionary& older, const Dictionary& newer) {
-    std::vector<std::string> keys;
+std::vector<ProfilesDifference::Value> differingValues(const Dictionary& older, const Dictionary& newer) {
+    std::vector<ProfilesDifference::Value> values;
     auto one = older.begin();
     auto other = newer.begin();
     while (one != older.end() || other != newer.end()) {
         const bool isGone = other == newer.end() || (one != older.end() && one->first < other->first);
         const bool isNew = one == older.end() || (other != newer.end() && other->first < one->first);
-        if (isGone || isNew || one->second != other->second)
-            keys.emplace_back(isNew ? other->first : one->first);
+        if (isGone) {
+            values.push_back({one->first, one->second, {}});
+        } else if (isNew) {
+            values.push_back({other->first, {}, other->second});
+        } else if (one->second != other->second) {
+            values.push_back({one->first, one->second, other->second});
+        }
         if (!isNew) ++one;
         if (!isGone) ++other;
     }
-    return keys;
+    return values;
 }
 
 }  // namespace
@@ -43,8 +48,8 @@ ProfilesDifference ProfilesDifference::between(const ProfilesFile& older, const 
             difference.added.push_back(std::move(now));
             continue;
         }
-        now.keys = differingKeys(older.values(*before), values);
-        if (now.keys.empty()) {
+        now.values = differingValues(older.values(*before), values);
+        if (now.values.empty()) {
             ++difference.unchanged;
         } else {
             difference.changed.push_back(std::move(now));

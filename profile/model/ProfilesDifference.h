@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/foundation/Value.h"
 #include "profile/model/ProfilesFile.h"
 
 namespace quietrix {
@@ -12,12 +13,20 @@ namespace quietrix {
 /// What became of the profiles between two states of the file. Their order, and what is no profile, does not
 /// count.
 struct ProfilesDifference {
+    struct Value {
+        std::string key;
+        /// Nil where the profile does not have the key.
+        platform::Value before;
+        platform::Value after;
+
+        bool operator==(const Value&) const = default;
+    };
     struct Profile {
         std::string identifier;
         /// Its newer one, of a profile that is in both; empty where the file has none that is a text.
         std::string title;
-        /// Of a changed one, those whose values differ or that only one of the two has; sorted.
-        std::vector<std::string> keys{};
+        /// Of a changed one, those that differ, by their keys.
+        std::vector<Value> values{};
 
         bool operator==(const Profile&) const = default;
     };

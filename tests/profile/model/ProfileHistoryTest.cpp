@@ -81,7 +81,8 @@ TEST_F(ProfileHistoryTest, eachChange_isKeptUnderTheNextNumber) {
     using Profile = ProfilesDifference::Profile;
     EXPECT_EQ(all[0].difference, (ProfilesDifference{.removed = {Profile{"B", "Home"}}, .unchanged = 1}));
     EXPECT_EQ(all[1].difference,
-              (ProfilesDifference{.changed = {Profile{"A", "Office", {"title"}}}, .unchanged = 1}));
+              (ProfilesDifference{.changed = {Profile{"A", "Office", {{"title", "Work", "Office"}}}},
+                                  .unchanged = 1}));
     EXPECT_EQ(all[2].difference, (ProfilesDifference{.added = {Profile{"B", "Home"}}, .unchanged = 1}));
     EXPECT_EQ(all[3].difference, (ProfilesDifference{.added = {Profile{"A", "Work"}}}));
     for (std::size_t i = 0; i < all.size(); ++i) {
@@ -139,7 +140,7 @@ TEST_F(ProfileHistoryTest, restoring_isAChangeThatCanBeTakenBack) {
     posted();
     restored = *required(store_->restoreGeneration(3));
     EXPECT_EQ(restored.difference.changed,
-              (std::vector<ProfilesDifference::Profile>{{"A", "Office", {"title"}}}));
+              (std::vector<ProfilesDifference::Profile>{{"A", "Office", {{"title", "Work", "Office"}}}}));
     EXPECT_EQ(posted(), (std::vector<std::string>{std::string(quietrix::ProfileAddedNotification),
                                                   std::string(quietrix::ProfileChangedNotification)}));
     EXPECT_EQ(9U, numbers().front());
