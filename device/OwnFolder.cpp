@@ -24,24 +24,32 @@ std::unexpected<std::string> belongsToAnother(const std::string& path, uid_t own
 Explained<OwnFolder> OwnFolder::open(const std::string& parent, std::string_view name,
                                      platform::Missing missing) {
     std::string path = parent + std::string(name);
-    struct stat status{};
-    struct stat above{};
-    int error = lstat(path.c_str(), &status) == 0 ? 0 : errno;
-    if (error == ENOENT || error == ENOTDIR) {
+    const auto openIt = [&path] {
+        return Descriptor(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    };
+    Descriptor directory = openIt();
+    if (!directory && errno == ENOENT) {
         if (missing == platform::Missing::Leave) return OwnFolder{{}, std::move(path)};
         if (mkdir(path.c_str(), host::newDirectoryMode) != 0 && errno != EEXIST) {
-            if (errno == ENOENT || errno == ENOTDIR) return std::unexpected(host::message(errno));
+            if (errno == ENOENT) return std::unexpected(host::message(errno));
             return aboutPath(path, host::message(errno));
         }
-        error = lstat(path.c_str(), &status) == 0 ? 0 : errno;
+        directory = openIt();
     }
-    if (error != 0) return aboutPath(path, host::message(error));
-    if (stat(parent.c_str(), &above) != 0) return aboutPath(path, host::message(errno));
+    const int error = errno;
+    struct stat status{};
+    // Of a folder that cannot be opened because it is somebody else's, that is what is wrong.
+    if (directory ? fstat(directory.get(), &status) != 0 : lstat(path.c_str(), &status) != 0) {
+        if (error != ENOTDIR) return aboutPath(path, host::message(error));
+        if (missing == platform::Missing::Leave) return OwnFolder{{}, std::move(path)};
+        return std::unexpected(host::message(error));
+    }
     if (!S_ISDIR(status.st_mode)) return aboutPath(path, host::message(ENOTDIR));
-    if (status.st_uid != geteuid() && status.st_uid != above.st_uid)
+    struct stat above{};
+    if (status.st_uid != geteuid() && (stat(parent.c_str(), &above) != 0 || status.st_uid != above.st_uid)) {
         return belongsToAnother(path, status.st_uid);
-    Descriptor directory(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    if (!directory || fstat(directory.get(), &status) != 0) return aboutPath(path, host::message(errno));
+    }
+    if (!directory) return aboutPath(path, host::message(error));
     return OwnFolder{std::move(directory), std::move(path), status.st_uid, status.st_mode & 07777};
 }
 

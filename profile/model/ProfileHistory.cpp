@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
-#include <set>
 #include <string_view>
 #include <tuple>
 #include <utility>
@@ -45,23 +44,24 @@ constexpr double referenceInUnixTime = 978307200.0;
 constexpr int mostAttempts = 100;
 
 /// Tells bytes from others that an editor, a copy or a failing disk has made of them; it is no protection
-/// against somebody who means to deceive, who could as well rename the file. Eight bytes at a time: a change
-/// of a large file must not be noticeably slower for it.
+/// against somebody who means to deceive, who could as well rename the file. It keeps the processor's
+/// multipliers busy: a change of a large file must not be noticeably slower for it.
 std::uint64_t digestOf(const Data& bytes) {
     constexpr std::uint64_t odd = 0x9E3779B97F4A7C15;
-    std::uint64_t digest = bytes.size() * odd;
-    const auto mix = [&](std::uint64_t word) {
+    const auto mixed = [](std::uint64_t digest, std::uint64_t word) {
         digest = (digest ^ word) * odd;
-        digest ^= digest >> 32;
+        return digest ^ digest >> 32;
     };
+    std::array<std::uint64_t, 4> lanes{1, 2, 3, 4};
+    std::array<std::uint64_t, 4> words{};
     std::size_t position = 0;
-    for (; position + sizeof(std::uint64_t) <= bytes.size(); position += sizeof(std::uint64_t)) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, bytes.data() + position, sizeof word);
-        mix(word);
+    for (; bytes.size() - position >= sizeof words; position += sizeof words) {
+        std::memcpy(words.data(), bytes.data() + position, sizeof words);
+        for (std::size_t lane = 0; lane < lanes.size(); ++lane) lanes[lane] = mixed(lanes[lane], words[lane]);
     }
-    // Byte by byte, so that the end is not taken for a word with zeroes.
-    for (; position < bytes.size(); ++position) mix(bytes[position]);
+    std::uint64_t digest = bytes.size();
+    for (const std::uint64_t lane : lanes) digest = mixed(digest, lane);
+    for (; position < bytes.size(); ++position) digest = mixed(digest, bytes[position]);
     return digest;
 }
 
@@ -131,22 +131,19 @@ std::tuple<std::int64_t, std::int64_t, std::int64_t> dayOf(Date time) {
     return {day.year, day.month, day.day};
 }
 
-/// The newest one's time stands for the present. So a clock that was set back only makes the days fewer that
-/// are told apart, and it is never the newest that goes.
+/// The newest one's time stands for the present. So a clock that was set wrong costs days, and never the
+/// newest.
 void thin(FileHistory& history, const std::vector<ProfileGeneration>& newestFirst) {
-    if (newestFirst.size() <= ProfileHistory::latestKept) return;
     constexpr double longest = ProfileHistory::daysKept * 86400.0;
     const double present = newestFirst.front().time.secondsSinceReference;
-    std::set<std::tuple<std::int64_t, std::int64_t, std::int64_t>> days;
     int daysBefore = 0;
-    for (std::size_t i = 0; i < newestFirst.size(); ++i) {
-        const ProfileGeneration& generation = newestFirst[i];
-        const bool isLastOfDay = days.insert(dayOf(generation.time)).second;
-        if (i < ProfileHistory::latestKept) continue;
-        const bool isRecent = present - generation.time.secondsSinceReference <= longest;
+    for (std::size_t i = ProfileHistory::latestKept; i < newestFirst.size(); ++i) {
+        const Date time = newestFirst[i].time;
+        const bool isLastOfDay = dayOf(time) != dayOf(newestFirst[i - 1].time);
+        const bool isRecent = present - time.secondsSinceReference <= longest;
         if (isLastOfDay && isRecent && ++daysBefore <= ProfileHistory::daysKept) continue;
         // One that stays for now is tried again with the next change.
-        static_cast<void>(history.remove(generation.name));
+        static_cast<void>(history.remove(newestFirst[i].name));
     }
 }
 
@@ -177,8 +174,21 @@ std::unexpected<platform::Error> notKept(const std::string& reason) {
 /// Empty where the file has become another meanwhile, or somebody else has taken the number.
 using Attempt = Result<std::optional<ProfileGeneration>>;
 
+/// What has just been made in the folder under the number. Two who looked at the folder at the same time may
+/// have taken the same one for two states: the later of them sees that here, and both give it back.
+Attempt claimed(FileHistory& history, const ProfileGeneration& next) {
+    const auto generations = generationsIn(history);
+    if (!generations) return std::unexpected(generations.error());
+    if (std::ranges::count(*generations, next.number, &ProfileGeneration::number) != 1) {
+        static_cast<void>(history.remove(next.name));
+        return std::nullopt;
+    }
+    thin(history, *generations);
+    return next;
+}
+
 Attempt keepFile(FileHistory& history, const FileStamp& file, const Data& bytes) {
-    auto generations = generationsIn(history);
+    const auto generations = generationsIn(history);
     if (!generations) return std::unexpected(generations.error());
     if (!generations->empty() && holds(history, generations->front(), file, bytes))
         return generations->front();
@@ -190,13 +200,9 @@ Attempt keepFile(FileHistory& history, const FileStamp& file, const Data& bytes)
     if (*kept == FileHistory::Kept::NameIsTaken) return std::nullopt;
     // What was linked may be another file than the one whose bytes the name tells of.
     const auto linked = history.stamp(next.name);
-    if (!linked || !isSameState(*linked, file)) {
-        static_cast<void>(history.remove(next.name));
-        return std::nullopt;
-    }
-    generations->insert(generations->begin(), next);
-    thin(history, *generations);
-    return next;
+    if (linked && isSameState(*linked, file)) return claimed(history, next);
+    static_cast<void>(history.remove(next.name));
+    return std::nullopt;
 }
 
 Attempt keepAbsence(FileHistory& history, const std::vector<ProfileGeneration>& newestFirst) {
@@ -206,7 +212,7 @@ Attempt keepAbsence(FileHistory& history, const std::vector<ProfileGeneration>& 
     const auto marked = history.mark(next.name);
     if (!marked) return std::unexpected(marked.error());
     if (*marked == FileHistory::Kept::NameIsTaken) return std::nullopt;
-    return next;
+    return claimed(history, next);
 }
 
 /// The present state of a root whose history cannot be had or added to. It can be looked at all the same.

@@ -433,6 +433,17 @@ TEST_F(InterruptedHistoryTest, numberThatAnotherTakes_isPassedOver) {
     for (const ProfileHistoryEntry& each : entries()) EXPECT_EQ(each.problem, "");
 }
 
+TEST_F(InterruptedHistoryTest, numberOfAnAbsence_isNotGivenToTheFileThatCameMeanwhile) {
+    EXPECT_EQ("success", add(profile("A")));
+    ASSERT_TRUE(phone_.files->remove(path_));
+    // Somebody who looks finds no file; before it is marked, a change puts one there.
+    files_->interruption = [&] {
+        ASSERT_TRUE(folder()->mark("0000000002-0000000000001-0123456789abcdef.plist"));
+    };
+    EXPECT_EQ(3U, required(*required(history::keep()))->number);
+    EXPECT_EQ(numbers(), (std::vector<std::uint64_t>{3, 2, 1}));
+}
+
 TEST_F(InterruptedHistoryTest, fileThatIsReplacedMeanwhile_isNotKeptUnderTheOldOnesName) {
     EXPECT_EQ("success", add(profile("A")));
     putFile(fileOf({profile("A", "found")->storedValues()}));

@@ -196,7 +196,7 @@ TEST_F(StoreProcesses, changes_leaveNoTemporaryFilesBehind) {
 }
 
 TEST_F(StoreProcesses, changesAndRestorationsAtOnce_leaveAHistoryInOrder) {
-    constexpr int count = 60;
+    constexpr int count = 40;
     const std::vector<pid_t> children{start("a", count, Others::GoBack), start("b", count, Others::GoBack)};
     std::set<std::uint64_t> given;
     for (int i = 0; i < count; ++i) {
