@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What one change of a profile costs, on the disk, beside writing the same bytes as durably with bare system
-// calls, and what a reload of an unchanged file costs beside one look at the file:
+// calls, and beside the same change where no state can be kept; and what a reload of an unchanged file costs
+// beside one look at the file:
 //     profiles-store-bench DIRECTORY
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -8,6 +9,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -29,11 +31,11 @@ using quietrix::QXProfilesManager;
 /// A phone in the directory whose store holds that many profiles.
 class Phone {
   public:
-    Phone(const fs::path& directory, std::int64_t profiles) : root_(directory / std::to_string(profiles)) {
+    Phone(const fs::path& directory, std::int64_t profiles)
+        : root_(directory / std::to_string(profiles)), count_(profiles) {
         fs::create_directories(file().parent_path());
-        platform::Device phone;
-        phone.files = std::make_shared<device::RootFileSystem>(root_.string());
-        platform::Device::install(phone);
+        device_.files = std::make_shared<device::RootFileSystem>(root_.string());
+        use();
         if (!platform::FileManager::defaultManager().writeData_toFile(
                 bench::manyProfilesFile(profiles), quietrix::profilesPath, platform::Write::Atomically)) {
             std::abort();
@@ -44,7 +46,21 @@ class Phone {
     Phone(const Phone&) = delete;
     Phone& operator=(const Phone&) = delete;
 
+    /// What follows is about this phone, of several.
+    void use() const { platform::Device::install(device_); }
+    /// Nothing can be kept while a file has the folder's name.
+    void keepNothing() const {
+        std::ofstream(file().parent_path() / ("." + file().filename().string() + ".history"));
+    }
     QXProfilesManager& store() { return *store_; }
+    /// Moves a switch of the next profile.
+    void change() {
+        const auto profile =
+            store_->profileByIdentifier_shouldReload(bench::profileIdentifier(turn_++ % count_), false);
+        profile->setVibrate(!profile->vibrate());
+        store_->updateProfile_success_failure(profile, nullptr, [](const platform::Error&) { std::abort(); });
+        platform::RunLoop::main().drain();
+    }
     fs::path file() const { return fs::path(root_.string() + std::string(quietrix::profilesPath)); }
     platform::Data contents() const {
         return platform::FileManager::defaultManager().contentsAtPath(quietrix::profilesPath).value();
@@ -52,6 +68,9 @@ class Phone {
 
   private:
     fs::path root_;
+    std::int64_t count_;
+    std::int64_t turn_ = 0;
+    platform::Device device_;
     std::shared_ptr<QXProfilesManager> store_ = std::make_shared<QXProfilesManager>();
 };
 
@@ -76,15 +95,7 @@ void writeDurably(const platform::Data& bytes, const fs::path& path) {
 void compare(const fs::path& directory, std::int64_t count, double target) {
     Phone phone(directory, count);
     const std::string at = bench::grouped(count) + " profiles";
-    std::int64_t turn = 0;
-    const auto change = [&] {
-        const auto profile =
-            phone.store().profileByIdentifier_shouldReload(bench::profileIdentifier(turn++ % count), false);
-        profile->setVibrate(!profile->vibrate());
-        phone.store().updateProfile_success_failure(profile, nullptr,
-                                                    [](const platform::Error&) { std::abort(); });
-        platform::RunLoop::main().drain();
-    };
+    const auto change = [&] { phone.change(); };
     // The first change of a file that another program wrote lays it out anew; it is not what is measured.
     change();
     const platform::Data same = phone.contents();
@@ -93,6 +104,23 @@ void compare(const fs::path& directory, std::int64_t count, double target) {
         {"A switch changed and durable", at, "the bytes written and synced", bench::atMost(target)},
         bench::Figure::TimesAsLong, bench::timed(Clock::Wall, change),
         bench::timed(Clock::Wall, [&] { writeDurably(same, bare); }));
+    {
+        Phone without(directory / "without", count);
+        without.keepNothing();
+        without.change();
+        bench::compare({"A switch changed, its state kept", at, "no state kept", bench::atMost(1.05)},
+                       bench::Figure::TimesAsLong,
+                       bench::timed(Clock::Wall,
+                                    [&] {
+                                        phone.use();
+                                        phone.change();
+                                    }),
+                       bench::timed(Clock::Wall, [&] {
+                           without.use();
+                           without.change();
+                       }));
+        phone.use();
+    }
     const std::string path = phone.file().string();
     bench::compare({"Unchanged file reloaded", at, "stat", bench::atMost(3)}, bench::Figure::TimesAsLong,
                    bench::timed(Clock::Processor, [&] { phone.store().reloadProfiles(); }),
