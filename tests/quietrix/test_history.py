@@ -148,10 +148,12 @@ class Restoring(HistoryTest):
         with open(self.path(PROFILES) + ".new", "wb") as file:
             file.write(b"bplist00 broken")
         os.rename(self.path(PROFILES) + ".new", self.path(PROFILES))
-        self.refuse(FAILED, "enable", "Work")
+        self.assertEqual(FAILED, self.run_("enable", "Work").status)
         self.assertIn("cannot be used", self.history()[0]["problem"])
-        self.do("restore", "2")
+        # The log tells of the broken file, which is kept.
+        self.assertEqual(DONE, self.run_("restore", "2").status)
         self.assertEqual(["Work"], self.titles())
+        self.assertEqual([4, 3, 2, 1], self.numbers())
 
 
 class NotKept(HistoryTest):
@@ -196,6 +198,7 @@ class OpenScreens(HistoryTest):
     def test_screensAndCommands_keepAndShowEachOthersStates(self):
         drive = Drive(self.SETTINGS_PROGRAM, self.BUNDLE, root=self.root)
         self.addCleanup(drive.close)
+        self.do("on")
         drive.do("state")
         self.do("add", "Work", "vibrate=no")
         drive.do("wait", event="darwinReceived", name=ADDED, seconds=PATIENCE)
@@ -211,7 +214,7 @@ class OpenScreens(HistoryTest):
         self.assertEqual([4, 3, 2, 1], self.numbers())
 
     def test_resetOfTheScreen_isTakenBackAndSeen(self):
-        self.give(profile("Work"), profile("Home"))
+        self.give(profile("Work"), profile("Home"), switch=True)
         drive = Drive(self.SETTINGS_PROGRAM, self.BUNDLE, root=self.root, device={"clock": "2026-11-20T12:00:00"})
         self.addCleanup(drive.close)
         drive.do("state")

@@ -136,6 +136,17 @@ TEST(FileWatch, othersChanges_areToldOnceAndOwnOnesNot) {
     watch.setPaths({"/d/a", "/b"});
     ASSERT_TRUE(own->write("/d/a", {1}, platform::Write::Atomically));
     EXPECT_FALSE(watch.hasChanged());
+    {
+        // The file has one name more then, and one less, which its stamp tells.
+        const auto history = own->openHistory("/d/a", platform::Missing::Make);
+        ASSERT_TRUE(history && *history);
+        const auto stamp = files->stamp("/d/a");
+        ASSERT_TRUE((*history)->keep("1"));
+        EXPECT_NE(stamp, files->stamp("/d/a"));
+        EXPECT_FALSE(watch.hasChanged());
+        ASSERT_TRUE((*history)->remove("1"));
+        EXPECT_FALSE(watch.hasChanged());
+    }
     ASSERT_TRUE(files->write("/b", {2}, platform::Write::Atomically));
     EXPECT_TRUE(watch.hasChanged());
     // The same paths again forget nothing.
@@ -153,6 +164,7 @@ TEST(RecordedRoot, files_areThereAgainUntilTheRootGoes) {
     testing_support::writeText(directory / "var/mobile/a.plist", "text");
     testing_support::writeText(directory / "private/var/run/notifications/x.spill", "no");
     testing_support::writeText(directory / ".locks/a", "no");
+    testing_support::writeText(directory / "var/mobile/.a.plist.history/1", "no");
     std::filesystem::create_symlink(directory / "var/mobile/a.plist", directory.path() / "link");
     const auto files = settings::filesOfRoot(directory.path().string());
     ASSERT_TRUE(files) << files.error().localizedDescription;
