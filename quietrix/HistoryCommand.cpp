@@ -24,8 +24,7 @@ constexpr std::size_t mostNamed = 3;
 /// In universal time with milliseconds.
 std::string exactTime(platform::Date time) {
     constexpr double referenceInUnixTime = 978307200.0;
-    const auto milliseconds =
-        static_cast<long long>(std::llround((time.secondsSinceReference + referenceInUnixTime) * 1000.0));
+    const auto milliseconds = std::llround((time.secondsSinceReference + referenceInUnixTime) * 1000.0);
     std::array<char, 8> fraction{};
     std::snprintf(fraction.data(), fraction.size(), ".%03dZ", static_cast<int>(milliseconds % 1000));
     return device::universalTimeText(static_cast<std::time_t>(milliseconds / 1000), "%Y-%m-%dT%H:%M:%S") +
