@@ -5,7 +5,7 @@ import re
 from collections.abc import Iterator
 from dataclasses import dataclass
 
-_TOKEN = re.compile(
+TOKEN = re.compile(
     r"""
       (?P<comment> //(?:\\\n|[^\n])* | /\*.*?\*/ )
     | (?P<raw> (?:u8|[uUL])?R"(?P<fence>[^\s()\\]{0,16})\((?P<inside>.*?)\)(?P=fence)" )
@@ -44,7 +44,7 @@ class Sources:
     def __init__(self, texts: dict[str, str]) -> None:
         self.texts = texts
         self.tokens: dict[str, _Tokens] = {
-            path: [match for match in _TOKEN.finditer(text) if match.lastgroup != "comment"]
+            path: [match for match in TOKEN.finditer(text) if match.lastgroup != "comment"]
             for path, text in texts.items()
         }
 
@@ -109,7 +109,7 @@ class Sources:
         value = _bare(value)
         if not value or depth > 8:
             return None
-        texts = [_decoded(token) for token in value]
+        texts = [decoded(token) for token in value]
         if all(text is not None for text in texts):
             text = b"".join(text for text in texts if text is not None).decode("utf-8", "replace")
             return [(path, token_line(self.texts[path], value[0]), text)]
@@ -359,7 +359,7 @@ def _structures(tokens: _Tokens, member: str) -> Iterator[tuple[str, int]]:
             yield tokens[index + 1].group(), names.index(member)
 
 
-def _decoded(token: re.Match[str]) -> bytes | None:
+def decoded(token: re.Match[str]) -> bytes | None:
     if token.group("raw") is not None:
         return token.group("inside").encode()
     if token.group("text") is None:
