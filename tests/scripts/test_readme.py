@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Runs each command that the README shows, as it stands there.
+"""Runs each command that the README shows, as it stands there, and looks whether CHANGELOG.md tells of this version.
 
     test_readme.py SOURCE_DIRECTORY BUILD_DIRECTORY
 
@@ -7,6 +7,7 @@
 between its "…". `./test` alone is not run, being what runs this.
 """
 import os
+import plistlib
 import re
 import select
 import shutil
@@ -76,6 +77,13 @@ class ReadmeTest(unittest.TestCase):
         self.assertIn("./run", shown)
         self.assertIn("./test", shown)
         self.assertTrue([command for command, answer in commands(readme()) if " drive " in command and answer])
+
+    def test_changelog_beginsWithTheProductsVersion(self):
+        with open(os.path.join(source, "resources", "Quietrix.plist"), "rb") as file:
+            version = plistlib.load(file)["Version"]
+        with open(os.path.join(source, "CHANGELOG.md"), encoding="utf-8") as file:
+            newest = re.search(r"^## (\S+)", file.read(), re.MULTILINE)
+        self.assertEqual(newest[1], version)
 
     def test_eachCommand_doesWhatTheReadmeShows(self):
         for command, shown in commands(readme()):
