@@ -30,7 +30,7 @@ PASSED_OVER = [
     (r".*\.(cpp|mjs)", r"(…>? ?|…?</?)?<.*", "XML and HTML that is written"),
     (r"settings/program/CommandLine\.cpp", r"The phone's Settings application,.*|The (new )?recording|Device keys: …",
      "the program's help"),
-    (r"settings/channels/Serve\.cpp", r"Quietrix Settings is at …", "the address"),
+    (r"settings/(channels|program|watching)/\w+\.cpp", r"Quietrix Settings is at .*", "the address"),
     (r"settings/program/RecordedRuns\.cpp", r"(The same|Renewed): .*|(…:)?…: … … was: .*", "what a replay has come to"),
     (r"settings/checking/Report\.cpp", r"…, … accepted, on … in …\.|Files of the bundle", "what a check has come to"),
     (r".*", r"(texttone:)?Calendar Alert|Sound Theme|New Profile|Quietrix (Go|Settings)", "names"),
