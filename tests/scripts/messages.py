@@ -20,7 +20,7 @@ GAP = "…"
 # What makes an error or a log line out of the text that it is given, as its first argument.
 SINKS = {"failure", "complain", "stale", "wrongUse", "log", "Error"}
 # What hands on a message that was made elsewhere.
-HANDED_ON = re.compile(r".*(?:localizedDescription|\.what\(\)|getMessage\(\))|(?:std::)?move\(\w+\)", re.S)
+HANDED_ON = re.compile(r".*(?:localizedDescription|error\(\)\.message|\.what\(\)|getMessage\(\))|(?:std::)?move\(\w+\)", re.S)
 PARAMETER = re.compile(r"(?:const )?[\w:]+(?:<.*>)?[&* ]* \w+|(?:const )?[\w:]+&{1,2}")
 # What is given to these is no message: selectors, what only a developer sees, the help of a command line.
 NO_MESSAGES = {"method", "static_assert", "assert", "add_option", "add_flag", "add_subcommand"}
