@@ -282,6 +282,9 @@ class _Js:
             else:
                 text += self.source[place]
                 place += 1
+        if place >= len(self.source):
+            # The search lost its way, by a pattern with such a sign perhaps.
+            self.found.append(Message(self.path, self.source.count("\n", 0, start) + 1, None, "a template that does not end"))
         if re.search(r"\b(?:html|svg)$", self.source[max(0, start - 5):start]):
             for part in re.split(r"<[^<>]*>", text):
                 if _SENTENCE.fullmatch(squeezed(part)):

@@ -115,6 +115,10 @@ class MessagesOfOthers(unittest.TestCase):
         self.assertEqual(["It is on.", "It is … on.", "There is no such file.", "not a sentence"],
                          sorted(texts("settings/web/src/a.ts", source)))
 
+    def test_templateThatDoesNotEnd_isTold(self):
+        found = messages.of_javascript("a.ts", "const pattern = /[`]/;\nsay('It is gone.');")
+        self.assertEqual([Message("a.ts", 1, None, "a template that does not end")], found)
+
     def test_wordsOfThePage_areAllLookedAt(self):
         self.assertEqual(["Settings cannot be reached", "“…” could not be saved."],
                          texts("settings/web/src/words/en.ts", "a: 'Back', b: 'Settings cannot be reached', c: '“{text}” could not be saved.',"))
