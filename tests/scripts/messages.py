@@ -80,7 +80,7 @@ def _tokens(source: str) -> list[_Token]:
         if kind == "comment" or found and match.start() < found[-1].end:
             continue
         token = _Token(kind, sign, match.start(), match.end())
-        if kind in ("text", "raw", "fence", "inside"):
+        if kind in ("text", "raw"):
             token.kind, token.text = "text", (cpp_calls.decoded(match) or b"").decode("utf-8", "replace")
         elif kind == "character":
             token.kind, token.text = "text", " " if sign.startswith("'\\") else sign[1:-1]
@@ -108,11 +108,12 @@ def _nested(tokens: list[_Token], place: int = 0, closing: str | None = None) ->
 
 
 class _Cpp:
-    """Walks through the expressions of a source."""
+    """Walks through the expressions of a source: what stands between separators, in each bracket for itself."""
 
     def __init__(self, path: str, source: str) -> None:
         # Directives are no expressions; their lines stay, for the numbers of the others.
-        self.source = re.sub(r"^[ \t]*#(?:\\\n|[^\n])*", lambda found: re.sub(r"[^\n]", " ", found[0]), source, flags=re.M)
+        self.source = re.sub(r"^[ \t]*#(?:\\\n|[^\n])*", lambda found: re.sub(r"[^\n]", " ", found[0]), source,
+                             flags=re.MULTILINE)
         self.path = path
         self.found: list[Message] = []
         self._walk(_nested(_tokens(self.source))[0])
