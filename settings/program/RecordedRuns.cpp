@@ -52,6 +52,7 @@ namespace settings {
 namespace fs = std::filesystem;
 using platform::failure;
 using platform::Result;
+using std::chrono::steady_clock;
 
 namespace {
 
