@@ -111,7 +111,7 @@ void BuildRun::start() {
             // What the process has called is not its own end.
             platform::dispatchMain([this, status] { finish(status); });
         });
-    if (const auto& started = process_->started(); !started) {
+    if (const auto started = process_->started(); !started) {
         process_.reset();
         output_ = device::Descriptor();
         return events_.ended(BuildError{"", 0, 0, started.error().localizedDescription});

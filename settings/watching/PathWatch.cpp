@@ -13,6 +13,7 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/foundation/LogSink.h"
 #include "platform/foundation/RunLoop.h"
 
 namespace settings {
@@ -72,6 +73,8 @@ void PathWatch::refresh() {
     for (auto& [path, folder] : folders) {
         // A directory that has gone meanwhile is told of by the one around it.
         const int watch = inotify_add_watch(notices_.get(), path.c_str(), notedChanges);
+        if (watch < 0 && errno == ENOSPC && !std::exchange(hasComplained_, true))
+            platform::log("Not all files are watched: the system's limit of inotify watches is reached.");
         if (watch < 0) continue;
         // One that is reached by two paths has one watch.
         const auto [entry, isNew] = watched.try_emplace(watch, folder);

@@ -62,6 +62,7 @@ class PathWatch {
     std::vector<std::string> files_;
     std::map<int, Folder> watched_;
     bool mustRefresh_ = false;
+    bool hasComplained_ = false;
 };
 
 }  // namespace settings

@@ -67,11 +67,11 @@ void ProgramRelay::heard(std::uint64_t number, const Value& message) {
     if (successor_ && number == successorNumber_) {
         if (stage_ == Stage::Loading && message["ready"].isTrue()) successorReady(message);
         if (stage_ == Stage::Opening && message["serving"].isTrue()) successorServes();
-    } else if (serving_ && number == servingNumber_ && stage_ == Stage::Asking) {
-        if (message["handover"].isNil()) return;
+    } else if (serving_ && number == servingNumber_ && !message["handover"].isNil()) {
+        // The one that has asked may have ended, and another one be on its way.
         given_ = message["handover"];
         leaving_.push_back(std::move(serving_));
-        go();
+        if (stage_ == Stage::Asking) go();
     }
 }
 

@@ -59,7 +59,9 @@ class ProgramRelay {
     void tell(platform::Dictionary build);
     bool isRenewing() const { return successor_ != nullptr; }
     /// Whether the present renewal has got so far that it goes to its end.
-    bool isBeyondRecall() const { return stage_ == Stage::Opening || given_.has_value(); }
+    bool isBeyondRecall() const {
+        return stage_ == Stage::Asking || stage_ == Stage::Opening || given_.has_value();
+    }
     /// Null while nobody serves.
     const ServedProgram* serving() const { return serving_.get(); }
     const std::string& secret() const { return secret_; }

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "settings/watching/Watcher.h"
 
-#include <signal.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <filesystem>
 #include <iostream>
@@ -70,6 +70,8 @@ Result<void> Watcher::run() {
 }
 
 Result<void> Watcher::watchSignals() {
+    // Whoever reads the builds' output may go.
+    std::signal(SIGPIPE, SIG_IGN);
     sigset_t ends;
     sigemptyset(&ends);
     sigaddset(&ends, SIGINT);

@@ -3,10 +3,10 @@
 // process id. QUIETRIX_PROGRAM names the program.
 import { spawn, spawnSync } from 'node:child_process';
 import { readFileSync } from 'node:fs';
-import { mkdir, mkdtemp, readdir, readFile, rename, rm, writeFile } from 'node:fs/promises';
+import { cp, mkdir, mkdtemp, readdir, readFile, rename, rm, writeFile } from 'node:fs/promises';
 import { createServer } from 'node:net';
 import { tmpdir } from 'node:os';
-import { join } from 'node:path';
+import { dirname, join } from 'node:path';
 import { createInterface } from 'node:readline';
 import { fileURLToPath } from 'node:url';
 import { openPage } from './harness.mjs';
@@ -87,11 +87,13 @@ export async function openPhone(session, options = {}, pageOptions = {}) {
 
 /**
  * Starts the application; `device` are its device settings, `profiles` and `enabled` what its files hold. With a `port` it
- * listens there, and its secret is kept for restart().
+ * listens there, and its secret is kept for restart(). `watch` has it started anew when its own copy of the bundle changes.
  */
-export async function startPhone({ device = {}, profiles = [], enabled = true, port = null } = {}) {
+export async function startPhone({ device = {}, profiles = [], enabled = true, port = null, watch = false } = {}) {
     const directory = await mkdtemp(join(tmpdir(), 'quietrix-phone-'));
     const root = join(directory, 'phone');
+    const bundle = join(directory, 'QuietrixPreferences.bundle');
+    if (watch) await cp(join(dirname(program), '../share/QuietrixPreferences.bundle'), bundle, { recursive: true });
     const path = (name) => join(root, preferences, name);
     const write = async (name, value) => {
         await writeFile(`${path(name)}.new`, `<plist version="1.0">${xml(value)}</plist>`);
@@ -126,6 +128,12 @@ export async function startPhone({ device = {}, profiles = [], enabled = true, p
         listPhoneFiles: (phonePath) => readdir(join(root, phonePath)).catch(() => []),
         /** What the application has written to standard error. */
         errors: () => errors,
+        /** Changes a file of the bundle of a phone that is watched, in place of a compiler. */
+        async changeBundle(name, change) {
+            const file = join(bundle, name);
+            await writeFile(`${file}.new`, change(await readFile(file, 'utf8')));
+            await rename(`${file}.new`, file);
+        },
         readProfiles: () => readFile(path('com.velmora.quietrix.profiles.plist')),
     };
     await phone.writeProfiles(profiles);
@@ -137,7 +145,7 @@ export async function startPhone({ device = {}, profiles = [], enabled = true, p
     const runtime = join(directory, 'runtime');
     await mkdir(runtime, { mode: 0o700 });
     const start = async (more = []) => {
-        const listening = port === null ? [] : ['--port', `${port}`];
+        const listening = [...(port === null ? [] : ['--port', `${port}`]), ...(watch ? ['--watch', '--bundle', bundle] : [])];
         child = spawn(program, ['serve', ...options, ...listening, ...more], { env: { ...environment, XDG_RUNTIME_DIR: runtime }, stdio: ['ignore', 'pipe', 'pipe'] });
         child.stderr.on('data', (data) => { errors += data; });
         ended = new Promise((resolve) => child.on('exit', resolve));

@@ -107,3 +107,23 @@ test('Back_ofTheBrowser_onARealEditor_storesTheTitleAndGoesBack', async () => {
     await ui.page.waitForFunction(() => history.state.depth === 1);
     await ui.close();
 });
+
+test('Program_startedAnewWhileATextIsTyped_showsTheNewBundleOnTheSameScreen', async () => {
+    const ui = await openEditor(null, { watch: true });
+    await ui.page.evaluate(() => {
+        globalThis.before = true;
+        globalThis.said = [];
+        new MutationObserver((changes) => globalThis.said.push(...changes.map(() => document.querySelector('.phone').dataset.connection)))
+            .observe(document.querySelector('.phone'), { attributes: true, attributeFilter: ['data-connection'] });
+    });
+    await field(ui.page).fill('Theatre');
+    await ui.phone.changeBundle('en.lproj/Localizable.strings', (text) => text.replace('= "Vibrate"', '= "Shake"'));
+    await row(ui.page, 'Shake').waitFor();
+    assert.equal(await field(ui.page).inputValue(), 'Theatre');
+    assert.equal(await field(ui.page).evaluate((element) => element === document.activeElement), true);
+    assert.equal(await ui.page.evaluate(() => globalThis.before && !globalThis.said.includes('lost')), true);
+    await field(ui.page).press('Enter');
+    await ui.page.waitForFunction(() => document.querySelector('h1')?.textContent.includes('Theatre'));
+    assert.deepEqual(titles(ui), ['Night', 'Theatre']);
+    await ui.close();
+});

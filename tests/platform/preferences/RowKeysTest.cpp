@@ -216,13 +216,14 @@ TEST_F(RowKeysTest, longLists_areFollowed) {
 
 TEST_F(RowKeysTest, Traits_followedElsewhere_keepTheKeysOfTheSameRows) {
     const auto own = std::make_shared<Object>();
-    const SpecifierList before{makeGroup(), recordRow("one", "Work"), recordRow("two", "Night"),
-                               makeRow("Plain", PSCellType::Link), with(makeRow("Own"), "own", own)};
+    const SpecifierList before{makeGroup(""), recordRow("one", "Work"), recordRow("two", "Night"),
+                               makeRow("Plain", PSCellType::Link),
+                               with(makeRow("Own", PSCellType::Link), "own", own)};
     const Keys keys = follow(before);
     const auto traits = keys_.traits();
     ASSERT_EQ(before.size(), traits.size());
     RowKeys elsewhere = RowKeys::ofTraits(traits);
-    const SpecifierList after{makeGroup(), recordRow("two", "Renamed"), makeRow("Plain", PSCellType::Link),
+    const SpecifierList after{makeGroup(""), recordRow("two", "Renamed"), makeRow("Plain", PSCellType::Link),
                               recordRow("three", "Work")};
     elsewhere.follow(after);
     EXPECT_EQ(keys[0], elsewhere.keyAt(0));
@@ -236,7 +237,7 @@ TEST_F(RowKeysTest, NewRows_haveKeysAboveThoseOfElsewhere) {
     rowKeysAbove(high);
     rowKeysAbove(1);
     EXPECT_EQ(high, lastRowKey());
-    EXPECT_EQ(high + 1, follow({makeRow("New")}).front());
+    EXPECT_EQ(high + 1, follow({makeRow("New", PSCellType::Link)}).front());
 }
 
 }  // namespace
