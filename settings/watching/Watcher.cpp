@@ -194,7 +194,8 @@ void Watcher::serving() {
     }
     if (!std::exchange(hasServed_, true)) {
         std::cout << "Quietrix Settings is at http://127.0.0.1:" << server::portOfListener(listener_.get())
-                  << "/#secret=" << relay_->secret() << std::endl;
+                  << "/#secret=" << relay_->secret() << '\n'
+                  << std::flush;
         if (options_.build) {
             if (const auto begun = beginBuilds(); !begun) platform::log(begun.error().localizedDescription);
         }
