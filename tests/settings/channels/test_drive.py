@@ -337,7 +337,7 @@ class Phone(DriveTest):
                                   "clockRuns": True, "wifi": False})
         drive = self.open(device={"languages": "ar-EG,en", "idiom": "pad", "scale": "3", "darkMode": "true",
                                   "clock": "2026-11-20T09:00:00"})
-        self.assertEqual(drive.state["device"], {"darkMode": True, "rightToLeft": True, "language": "ar-EG", "scale": 3,
+        self.assertEqual(drive.state["device"], {"darkMode": True, "rightToLeft": True, "language": "ar-EG", "languages": ["ar-EG", "en"], "scale": 3,
                                                  "idiom": "pad", "clock": "2026-11-20T09:00:00", "clockRuns": False,
                                                  "wifi": False})
         drive.do("dark", on=False)
