@@ -35,7 +35,7 @@ RootFiles imagesOf(const RecordingStart& start) {
 std::optional<std::string> bundleOf(const CommandLine& line, const RecordingStart& start,
                                     const device::ProgramPaths& paths) {
     if (!line.bundleDirectory.empty()) return line.bundleDirectory;
-    const auto own = paths.bundle();
+    auto own = paths.bundle();
     if (own && fs::path(*own).filename() == start.bundle) return own;
     return std::nullopt;
 }

@@ -10,13 +10,13 @@
 
 namespace {
 
+using doubles::required;
 using platform::Dictionary;
 using platform::Value;
 using settings::RecordedMoments;
 using settings::RecordingImages;
 using settings::RecordingViewer;
 using testing::HasSubstr;
-using doubles::required;
 using testing_support::TemporaryDirectory;
 
 const std::string begun = R"({"time":0,"start":true})";
