@@ -212,7 +212,19 @@ test('Past_ofAnotherScreen_isReachedMomentByMoment', async () => {
     await past.locator('.row', { hasText: 'Cinema' }).waitFor({ state: 'detached' });
     await press(ui, 'Later');
     await past.locator('.row', { hasText: 'Cinema' }).waitFor();
+    await press(ui, 'Before');
+    await past.locator('.row', { hasText: 'Cinema' }).waitFor({ state: 'detached' });
+    await past.locator('.row', { hasText: 'Miscellaneous' }).waitFor();
+    await ui.panel.getByText(/^The phone as it was .*just before this/).waitFor();
+    await press(ui, 'Before');
+    await past.locator('.row', { hasText: 'Cinema' }).waitFor();
+    // While the past is shown, the list's keys show what they lead to.
+    await line(ui.panel, 'SampleMiscController').click();
+    await past.getByText('Reset Profiles').waitFor();
     await line(ui.panel, 'SampleMiscController').focus();
+    await ui.page.keyboard.press('ArrowUp');
+    await ui.page.keyboard.press('ArrowUp');
+    await past.locator('.row', { hasText: 'Cinema' }).waitFor();
     await ui.page.keyboard.press('Escape');
     await past.waitFor({ state: 'detached' });
     await ui.close();

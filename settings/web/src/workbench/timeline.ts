@@ -149,6 +149,7 @@ export class TimelineTab extends ToolTab {
 
     private leavePast(): void {
         if (this.recording) return;
+        this.side = 'after';
         this.past.leave();
         this.chosen = null;
         this.draw();
@@ -246,7 +247,7 @@ export class TimelineTab extends ToolTab {
                 <button class="wb-button" type="button" @click=${() => this.foldAll(false)}>Unfold all</button>
                 <span class="wb-note" role="status">${waiting ? `Paused, ${count} more` : recording ? wordsFor(recording) : ''}</span></div>
             ${kinds.length === 0 ? nothing : html`<div class="wb-bar wb-chips" role="group" aria-label="Kinds of events">${kinds.map(([kind, number]) => html`<button class="wb-chip" type="button" aria-pressed=${!hidden.has(kind)} @click=${() => toggle(kind)}>${kind} <span class="wb-chip-count">${number}</span></button>`)}</div>`}
-            ${this.past.isShown || (recording && this.chosen) ? this.pastBar() : nothing}`;
+            ${this.past.isShown || (this.chosen && (recording || this.side === 'before')) ? this.pastBar() : nothing}`;
     }
 
     private pastBar(): TemplateResult {
