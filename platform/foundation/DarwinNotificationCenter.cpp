@@ -24,11 +24,12 @@ Result<void> DarwinNotificationCenter::connect() {
         if (!transport || transport_.lock() == transport) return {};
         connection = ++connection_;
     }
+    // Before the transport's thread asks for it: who asks first is the loop's main thread.
+    RunLoop& loop = RunLoop::main();
     Result<void> started =
         transport->start([this, connection](const std::string& name) { received(name, connection); });
     if (!started) return started;
 
-    RunLoop& loop = RunLoop::main();
     const std::uint64_t check = loop.addPendingCheck([this, watched = std::weak_ptr(transport)] {
         const auto living = watched.lock();
         if (living && living->hasPending()) return true;
