@@ -130,6 +130,19 @@ class Bench:
                     shutil.rmtree(root)
             report("Program start to first answer", f"{kind} root", "true", "ms more", figures, at_most=30)
 
+    def command_list(self):
+        """The command `quietrix list`, from its start to its end, beside `true`."""
+        command = os.path.join(os.path.dirname(self.program), "../quietrix/quietrix")
+        root = self.root(self.memory, 10)
+
+        def run(*arguments):
+            begun = time.perf_counter()
+            subprocess.run(arguments, check=True, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
+            return (time.perf_counter() - begun) * 1000
+
+        figures = [run(command, "--root", root, "list") - run("true") for _ in range(ROUNDS)]
+        report("`quietrix list`", profiles(10), "true", "ms more", figures, at_most=20)
+
     def root_list(self):
         """The store must read the file anew each time: another program has written it."""
         opening = {}
@@ -210,6 +223,7 @@ class Bench:
 def main():
     bench = Bench(*sys.argv[1:6])
     bench.start()
+    bench.command_list()
     bench.root_list()
     bench.editor_switch()
     bench.enabled()

@@ -69,7 +69,7 @@ Result<Value> listOf(std::string_view key, std::string_view text) {
 Result<Value> valueOfText(const KeyForm& form, std::string_view text) {
     switch (form.kind) {
         case Kind::Boolean:
-            if (const Value boolean = booleanOf(text)) return boolean;
+            if (Value boolean = booleanOf(text)) return boolean;
             return Value(text);
         case Kind::Volume:
             return numberOf<double>(text);

@@ -56,6 +56,10 @@ void Output::note(std::string_view sentence) {
     writeWhole(STDERR_FILENO, std::string(programName) + ": " + device::visibleText(sentence) + "\n");
 }
 
+void Output::log(const std::string& sentence) {
+    if (!isJSON() && logged_.insert(sentence).second) note(sentence);
+}
+
 void Output::ask(std::string_view question) {
     writeWhole(STDERR_FILENO, device::visibleText(question));
 }
@@ -68,7 +72,7 @@ Status Output::print(const Outcome& outcome) {
             if (!refused.candidates.is_null()) error["candidates"] = refused.candidates;
             writeWhole(STDERR_FILENO, jsonText(error) + "\n");
         } else {
-            note(refused.message);
+            log(refused.message);
         }
         return refused.status;
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -24,6 +25,8 @@ class Output {
     /// One line on standard error.
     void note(std::string_view sentence);
 
+    /// The same for people only, and once: an outcome that says it again is not printed again.
+    void log(const std::string& sentence);
     /// A question on standard error, whose answer is waited for in the same line.
     void ask(std::string_view question);
 
@@ -35,6 +38,7 @@ class Output {
     Format format_;
     bool hasColours_;
     bool hasFailed_ = false;
+    std::set<std::string> logged_;
 };
 
 }  // namespace console

@@ -22,7 +22,7 @@ namespace {
 class VisibleLog : public platform::LogSink {
   public:
     explicit VisibleLog(Output& output) : output_(output) {}
-    void write(const std::string& line) override { output_.note(line); }
+    void write(const std::string& line) override { output_.log(line); }
 
   private:
     Output& output_;
@@ -109,8 +109,8 @@ std::expected<void, Refusal> Session::makeRootReady() {
 void Session::connect() {
     const auto connected = DarwinNotificationCenter::shared().connect();
     if (!connected)
-        output_.note("Open screens will not show the change at once. " +
-                     connected.error().localizedDescription);
+        output_.log("Open screens will not show the change at once. " +
+                    connected.error().localizedDescription);
 }
 
 void Session::post(std::string_view notification) {

@@ -351,6 +351,8 @@ class Troubles(CommandTest):
             ended = self.run_(*words)
             self.assertEqual((FAILED, ""), (ended.status, ended.output), words)
             self.assertIn("com.velmora.quietrix.profiles.plist", ended.errors)
+            self.assertEqual(1, ended.errors.count("\n"))
+        self.assertIn("com.velmora.quietrix.profiles.plist", self.run_("--json", "list").error)
         findings = {each["check"]: each for each in self.run_("--json", "doctor").json}
         self.assertFalse(findings["profiles file"]["ok"])
         self.assertTrue(findings["settings file"]["ok"])
