@@ -28,7 +28,7 @@ std::string numberText(double number) {
 
 /// What the library leaves as it is but would move a terminal's text becomes an escape of JSON's.
 std::string stringText(boost::json::string_view text) {
-    const std::string plain = boost::json::serialize(boost::json::string(text));
+    std::string plain = boost::json::serialize(boost::json::string(text));
     if (!device::movesText(plain)) return plain;
     std::string escaped;
     for (std::size_t at = 0; at < plain.size();) {
