@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/uikit/UIApplication.h"
+#include "profile/model/ProfileHistory.h"
 #include "shell/base/Localization.h"
 #include "tests/support/misc/MiscFixture.h"
 
@@ -144,6 +145,49 @@ TEST_F(Misc, fileThatCannotBeRemoved_isLoggedAndShown) {
     EXPECT_NE(nullptr, alert());
     EXPECT_TRUE(phone_.processes->killed.empty());
     EXPECT_TRUE(hasProfilesFile());
+}
+
+/// Puts a profiles file there as another program would, and gives its bytes.
+platform::Data putFileOfAnother(doubles::MemoryFileSystem& files) {
+    const platform::Dictionary noProfiles{{"format", 1}, {"profiles", platform::Array{}}};
+    auto file = platform::PropertyListSerialization::dataWithPropertyList(
+        noProfiles, platform::PropertyListFormat::Binary);
+    files.put(std::string(profilesPath), *required(file));
+    return *std::move(file);
+}
+
+TEST_F(Misc, whatWasReset_canBeGoneBackTo) {
+    addProfile();
+    const platform::Data file = putFileOfAnother(*phone_.files);
+    open();
+    confirmReset();
+    phone_.advance(2.0);
+    EXPECT_FALSE(hasProfilesFile());
+    const auto states = *required(ProfileHistory::entries());
+    ASSERT_EQ(3U, states.size());
+    EXPECT_TRUE(states[0].isAbsence);
+    EXPECT_TRUE(QXProfilesManager::sharedManager()->restoreGeneration(2));
+    EXPECT_EQ(file, *required(phone_.files->read(profilesPath)));
+}
+
+TEST_F(Misc, whatCannotBeKept_isResetAllTheSame) {
+    phone_.files->failHistories("No space left on device");
+    addProfile();
+    open();
+    confirmReset();
+    phone_.advance(2.0);
+    EXPECT_FALSE(hasProfilesFile());
+    ASSERT_FALSE(phone_.log->lines().empty());
+    EXPECT_TRUE(phone_.log->lines().back().ends_with("in its history: No space left on device."));
+}
+
+TEST_F(Misc, cleared_canBeGoneBackTo) {
+    const platform::Data file = putFileOfAnother(*phone_.files);
+    open();
+    EXPECT_TRUE(screen_->resetProfilesInfo(false));
+    EXPECT_NE(file, *required(phone_.files->read(profilesPath)));
+    EXPECT_TRUE(QXProfilesManager::sharedManager()->restoreGeneration(1));
+    EXPECT_EQ(file, *required(phone_.files->read(profilesPath)));
 }
 
 TEST_F(Misc, cancelled_changesNothing) {
