@@ -82,6 +82,8 @@ Outcome<void> writeAll(int descriptor, std::span<const std::uint8_t> bytes) {
 Outcome<Location> followLinks(std::string path) {
     constexpr int maximumLinks = 40;
     for (int links = 0; links <= maximumLinks; ++links) {
+        // A name alone is one in the present directory.
+        if (!path.empty() && path.find('/') == std::string::npos) path.insert(0, "./");
         const std::size_t slash = path.rfind('/');
         if (slash == std::string::npos || slash + 1 == path.size()) return std::unexpected(EISDIR);
         const std::string directory = path.substr(0, slash + 1);

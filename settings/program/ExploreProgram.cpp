@@ -121,9 +121,7 @@ int livePhone(const CommandLine& line, const std::string& resources, const Recor
 }
 
 Result<void> writeRecording(const std::string& path, const std::string& text) {
-    // The replacement needs to know the directory.
-    const std::string whole = fs::absolute(path).string();
-    if (const auto written = device::host::replaceFile(whole, platform::Data(text.begin(), text.end()));
+    if (const auto written = device::host::replaceFile(path, platform::Data(text.begin(), text.end()));
         !written)
         return failure("The recording \"" + path + "\" could not be written: " + written.error() + ".");
     return {};
