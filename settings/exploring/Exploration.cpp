@@ -23,10 +23,12 @@ namespace {
 constexpr std::uint64_t stepsOfLife = 250;
 /// What is done over and over at a life's end, to see whether memory grows.
 constexpr std::size_t pressesOfRound = 4;
-/// The first rounds fill what is made once.
-constexpr std::size_t firstRounds = 6;
-/// Whoever grows in each of these last ones grows for ever; what is only filled now and then does not.
-constexpr std::size_t growingRounds = 25;
+/// The first rounds fill what is made once; whoever does not grow then is not looked at any longer.
+constexpr std::size_t firstRounds = 7;
+/// Whoever grows in each of these last stretches grows for ever; what is only filled now and then does not.
+constexpr std::size_t roundsOfStretch = 5;
+constexpr std::size_t growingStretches = 5;
+constexpr std::size_t growingRounds = growingStretches * roundsOfStretch;
 /// A shortening takes no more tries than this.
 constexpr std::size_t mostTries = 3000;
 constexpr std::chrono::seconds shortestPatience{2};
@@ -39,13 +41,16 @@ struct RoundEnd {
     Value stack;
 };
 
-/// Whether memory has grown with each of the last rounds although the phone is as it was.
-bool growsSteadily(const std::vector<RoundEnd>& ends, std::size_t rounds) {
-    if (ends.size() <= rounds) return false;
-    for (std::size_t i = ends.size() - rounds; i < ends.size(); ++i) {
-        const RoundEnd& before = ends[i - 1];
-        if (ends[i].memory <= before.memory || ends[i].stored != before.stored ||
-            ends[i].count != before.count || ends[i].stack != before.stack)
+/// Whether memory has grown in each of the last stretches of rounds although the phone is as it was. Within a
+/// stretch it may shrink: what is made larger by doubling gives back what it had before.
+bool growsSteadily(const std::vector<RoundEnd>& ends, std::size_t stretches) {
+    if (ends.size() <= stretches * roundsOfStretch) return false;
+    const RoundEnd& last = ends.back();
+    for (std::size_t back = 0; back < stretches * roundsOfStretch; ++back) {
+        const RoundEnd& each = ends[ends.size() - 1 - back];
+        if (each.stored != last.stored || each.count != last.count || each.stack != last.stack) return false;
+        if (back % roundsOfStretch == 0 &&
+            each.memory <= ends[ends.size() - 1 - back - roundsOfStretch].memory)
             return false;
     }
     return true;
@@ -80,9 +85,9 @@ Result<std::optional<Breach>> performRounds(ExploredPhone& phone, const std::vec
         if (!breach || *breach) return breach;
         const Value screen = phone.state()["screen"];
         ends.push_back({phone.memory(), phone.stored(), screen["count"], screen["stack"]});
-        if (ends.size() == firstRounds && !growsSteadily(ends, firstRounds / 2)) return std::nullopt;
+        if (ends.size() == firstRounds && !growsSteadily(ends, 1)) return std::nullopt;
     }
-    if (!growsSteadily(ends, growingRounds)) return std::nullopt;
+    if (!growsSteadily(ends, growingStretches)) return std::nullopt;
     const auto grown = ends.back().memory - ends[ends.size() - 1 - growingRounds].memory;
     return Breach{"memoryGrows", "",
                   "The same presses take " +

@@ -23,7 +23,6 @@ namespace settings {
 
 using platform::Array;
 using platform::Dictionary;
-using platform::Value;
 
 namespace {
 
@@ -70,7 +69,7 @@ std::string PhoneHost::report(const std::string& line) {
     if (std::holds_alternative<RecordedStep::Command>(step->what)) step->answer = "{}";
     const auto answer = replayer_.play(*step);
     if (!answer) return refusal(answer.error().localizedDescription);
-    const std::string found = jsonText(findings(*step));
+    std::string found = jsonText(findings(*step));
     if (!*answer) return found;
     // The answer has told all that had happened when the last one was over: what stays would look like memory
     // that is lost.
