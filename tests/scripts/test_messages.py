@@ -23,7 +23,7 @@ class MessagesOfCpp(unittest.TestCase):
         self.assertEqual([Message("a/A.cpp", 3, "It is gone.")], found)
 
     def test_adjacentLiterals_areOne(self):
-        self.assertEqual(["It is gone."], cpp('return failure("It is "\n    "gone.");'))
+        self.assertEqual(["It is gone."], cpp('return failure("It is "  // so far\n    "gone.");'))
 
     def test_sum_hasGapsForWhatIsNoLiteral(self):
         self.assertEqual(['The row "…" is gone, and … are left.'],
@@ -77,6 +77,12 @@ class MessagesOfCpp(unittest.TestCase):
     def test_textAsAnArgumentOfAnArgument_isFoundToo(self):
         self.assertEqual(["could not be read", "It is gone."],
                          cpp('return failure(place(" could not be read") + wrapped("It is gone."));'))
+
+    def test_otherArguments_areLookedAtToo(self):
+        self.assertEqual(["Look there once more.", "It is gone."], sorted(cpp('wrongUse("It is gone.", hint("Look there once more."));'), reverse=True))
+
+    def test_memberOfAWrappersName_isACall(self):
+        self.assertEqual(["it is", "… all gone."], cpp('return failure(names.string("it is") + " all gone.");'))
 
     def test_callOfWhatTheSourcesDoNotTell_isToldWithTheCall(self):
         self.assertEqual([Message("a/A.cpp", 2, None, "failure(reasonOf(a))")],
@@ -162,6 +168,7 @@ class Comparison(unittest.TestCase):
 
     def test_pastedRow_isOne(self):
         row = troubleshooting.row_for('Give "a|b" or none.')
+        self.assertIn(r'`Give "a\|b" or none.`', row)
         self.assertEqual([], self.problems('Give "a|b" or none.', document="\n" + row + "\n"))
 
     def test_rowWithoutAMessage_isToldWithItsLine(self):
