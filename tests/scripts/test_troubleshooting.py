@@ -42,6 +42,14 @@ PASSED_OVER = [
      r"|Keep this mail as a draft\?", "labels and questions"),
     (r"settings/web/src/workbench/\w+\.ts", r"What is (ticked|switched) .*|No faults any more\.|It is started again.*|Record writes .*|Fetching .*"
      r"|Nothing has happened yet\.|No notification yet\.|The phone as it was .*", "what a tab is for, and how things stand"),
+    (r"usage/.*|.*/ProgramUsage\.cpp", r".*", "completions and manuals"),
+    (r"quietrix/.*", r"[A-Z](?!.*--(help|root))[^…]*[^.…]|PROFILE is .*|The phone's profiles, .*"
+     r"|0 \(All\), .*|Deleted … profiles?", "the help of commands, questions, what was done"),
+    (r"quietrix/DoctorCommand\.cpp", r".*", "each finding comes with what to do"),
+    (r"settings/watching/BuildErrors\.cpp", r"\^.*", "patterns"),
+    (r"settings/exploring/(ExploredStep|StepChoice)\.cpp", r"[^.]*", "texts that are typed"),
+    (r"settings/exploring/ExplorationReport\.cpp", r".*", "what an exploration has come to"),
+    (r"settings/web/src/workbench/\w+\.ts", r"These are the phone's .*|Reading … of …", "how things stand"),
     (r"test", r"…: nothing found", "what a fuzzer has come to"),
     (r"gallery", r"The gallery is in .*", "where the result is"),
     # The place that a sentence begins with; what follows has a row.
@@ -62,6 +70,13 @@ UNREAD = [
     ("profile/model/QXProfilesManager.cpp", "failure(error)", "a handler of that name, which is given an error"),
     ("settings/channels/server/SecretFile.cpp", r'failure("\"" + path + "\" " + reason + ".")', "the reasons stand where it is called"),
     ("settings/channels/server/Server.cpp", "failure(sentenceOf(error))", "both sentences stand in sentenceOf()"),
+    ("profile/model/QXProfilesManagerHistory.cpp", "log(reason)", "the sentence of an error"),
+    ("quietrix/Output.cpp", "log(refused.message)", "the sentence of a refusal"),
+    ("quietrix/Session.cpp", "log(line)", "what the store logs"),
+    ("settings/channels/server/RunningServer.cpp", r'failure("\"" + path + "\" " + what + ": " + std::strerror(errno) + ".")',
+     "what could not be done stands where it is called"),
+    ("settings/channels/server/RuntimeFolder.cpp", r'failure("\"" + path + "\" " + reason + ".")', "the reasons stand where it is called"),
+    ("settings/watching/Watcher.cpp", "failure(*failure_)", "the sentence of an error"),
     ("settings/program/PhoneSetup.cpp", "failure(*shell->shortage())", "the shell's couldNotRun() and a reason"),
     ("settings/recording/RecordedMachine.cpp", "log(line)", "what was logged when it was recorded"),
     ("settings/recording/RecordedWorld.cpp", "failure(*refusal.reason)", "what was refused when it was recorded"),
