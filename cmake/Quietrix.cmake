@@ -26,7 +26,12 @@ if(CCACHE_PROGRAM AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(quietrix_options INTERFACE -fpch-preprocess)
 endif()
 
-set(QUIETRIX_PLATFORM_INTERFACE_VERSION 1)
+# The one of platform/foundation/Bundle.h, which bundles name in their Info property lists.
+file(STRINGS "${CMAKE_SOURCE_DIR}/platform/foundation/Bundle.h" interface_version REGEX "platformInterfaceVersion = [0-9]+;")
+if(NOT interface_version MATCHES "= ([0-9]+)")
+    message(FATAL_ERROR "platform/foundation/Bundle.h has no interface version.")
+endif()
+set(QUIETRIX_PLATFORM_INTERFACE_VERSION "${CMAKE_MATCH_1}")
 
 # What nearly every source includes is parsed once. Only for g++: the fuzzers' clang sees what a source forgets to include.
 add_library(quietrix_library_headers STATIC "${CMAKE_BINARY_DIR}/library-headers.cpp")
@@ -41,7 +46,7 @@ function(quietrix_library name kind)
     cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
     add_library(${name} ${kind} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE quietrix_options PUBLIC ${arg_LIBS})
-    target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}")
+    target_include_directories(${name} PUBLIC "$<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}>")
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         set_target_properties(${name} PROPERTIES DEFINE_SYMBOL "")
         target_precompile_headers(${name} REUSE_FROM quietrix_library_headers)

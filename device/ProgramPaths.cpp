@@ -23,13 +23,16 @@ std::string ProgramPaths::ownFile() {
 }
 
 std::string ProgramPaths::systemShell() const {
+    const fs::path installed = (programDirectory_ / QUIETRIX_HELPER_PROGRAMS / "SpringBoard").lexically_normal();
+    std::error_code error;
+    if (fs::exists(installed, error)) return installed.string();
     return (programDirectory_ / "../libexec/quietrix/SpringBoard").lexically_normal().string();
 }
 
 std::optional<std::string> ProgramPaths::find(const char* name) const {
-    for (const char* share : {"share/quietrix", "share"}) {
+    for (const char* place : {QUIETRIX_PRIVATE_LIBRARIES, QUIETRIX_SHARED_FILES, "../share"}) {
         std::error_code error;
-        const fs::path directory = fs::weakly_canonical(programDirectory_ / ".." / share / name, error);
+        const fs::path directory = fs::weakly_canonical(programDirectory_ / place / name, error);
         if (!error && fs::is_directory(directory, error)) return directory.string();
     }
     return std::nullopt;

@@ -7,8 +7,9 @@
 
 namespace device {
 
-/// Where the program finds what belongs to it: in "../share/quietrix" beside an installed program, in
-/// "../share" of the tree that it was built in. Host paths.
+/// Where the program finds what belongs to it: beside an installed program in "../lib/quietrix" (what holds code)
+/// and "../share/quietrix", or where else the build was told to install these, in "../share" of the tree that it
+/// was built in. The ways are relative, so that what was installed can be moved. Host paths.
 class ProgramPaths {
   public:
     /// Of the running program.
@@ -25,7 +26,7 @@ class ProgramPaths {
     std::optional<std::string> resources() const { return find("Settings"); }
     /// The browser page; empty when it was not built.
     std::optional<std::string> page() const { return find("page"); }
-    /// The phone's system shell, in "../libexec/quietrix" of either tree; it need not be there.
+    /// The phone's system shell, in "../libexec/quietrix" of either; it need not be there.
     std::string systemShell() const;
 
   private:

@@ -29,7 +29,7 @@ class Drive:
         self._time_limit = time_limit
         self._buffer = b""
         self._errors = tempfile.TemporaryFile()
-        arguments = [program, *channel, "--root", self.root, "--bundle", bundle]
+        arguments = [program, *channel, "--root", self.root, *(["--bundle", bundle] if bundle else [])]
         for key, value in (device or {}).items():
             arguments += ["--device", f"{key}={value}"]
         self.process = subprocess.Popen(arguments, stdin=subprocess.PIPE, stdout=subprocess.PIPE,

@@ -1,5 +1,7 @@
 # SPDX-License-Identifier: MIT
-"""Goes the steps of docs/write-your-own-bundle.md in an empty folder: test_steps.py PROGRAM SOURCE_TREE.
+"""Goes the steps of docs/write-your-own-bundle.md in an empty folder: test_steps.py PREFIX SOURCE_TREE.
+
+PREFIX is where the programs, the headers and the CMake package are installed.
 
 A step's files are those that it links to below examples/. Its commands ("sh") are run by bash as they stand there, and what
 they print must hold the pieces of the block behind them ("text"), in their order.
@@ -27,7 +29,7 @@ def steps(page):
 
 
 class Steps(unittest.TestCase):
-    PROGRAM = ""
+    PREFIX = Path()
     TREE = Path()
 
     def setUp(self):
@@ -44,7 +46,7 @@ class Steps(unittest.TestCase):
     def run_commands(self, commands):
         done = subprocess.run(["bash", "-euo", "pipefail", "-c", commands], cwd=self.folder, capture_output=True,
                               text=True, timeout=PATIENCE, check=False,
-                              env={**os.environ, "QUIETRIX": str(self.TREE), "SETTINGS": self.PROGRAM})
+                              env={**os.environ, "QUIETRIX": str(self.PREFIX)})
         self.assertEqual(done.returncode, 0, f"{commands}\n{done.stderr}")
         return done.stdout
 
@@ -63,8 +65,7 @@ class Steps(unittest.TestCase):
         for number, title, body in all_steps:
             with self.subTest(f"{number}. {title}"):
                 for name in FILE.findall(body):
-                    if name != "CMakeLists.txt":
-                        self.bring(name)
+                    self.bring(name)
                 output = ""
                 for kind, text in BLOCK.findall(body):
                     if kind == "sh":
@@ -77,10 +78,10 @@ class Steps(unittest.TestCase):
         whole = {path.relative_to(self.TREE / "examples/ringer").as_posix()
                  for path in (self.TREE / "examples/ringer").rglob("*") if path.is_file()}
         brought = {path.relative_to(self.folder).as_posix() for path in self.folder.rglob("*") if path.is_file()}
-        self.assertEqual(whole - brought, {"CMakeLists.txt"} | NOT_IN_STEPS)
+        self.assertEqual(whole - brought, NOT_IN_STEPS)
 
 
 if __name__ == "__main__":
-    Steps.PROGRAM, Steps.TREE = sys.argv[1], Path(sys.argv[2])
+    Steps.PREFIX, Steps.TREE = Path(sys.argv[1]), Path(sys.argv[2])
     run = unittest.main(argv=sys.argv[:1] + sys.argv[3:], exit=False)
     sys.exit(0 if run.result.wasSuccessful() and run.result.testsRun else 1)

@@ -1,0 +1,54 @@
+# SPDX-License-Identifier: MIT
+# What `cmake --install` puts where. Two components: "program" runs, "development" builds bundles. Everything finds
+# everything else by ways from its own place, so that the whole can be moved.
+include(CMakePackageConfigHelpers)
+
+# Code that only these programs open.
+set(private_libraries "${CMAKE_INSTALL_LIBDIR}/quietrix")
+set(shared_files "${CMAKE_INSTALL_DATADIR}/quietrix")
+set(helper_programs "${CMAKE_INSTALL_LIBEXECDIR}/quietrix")
+set(cmake_package "${CMAKE_INSTALL_LIBDIR}/cmake/QuietrixPlatform")
+set(headers "${CMAKE_INSTALL_INCLUDEDIR}/quietrix")
+
+# run_path(TARGET DIRECTORY): from the directory that the target is installed into to the libraries.
+function(run_path target directory)
+    file(RELATIVE_PATH way "/${directory}" "/${private_libraries}")
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${way}")
+endfunction()
+
+foreach(program IN ITEMS quietrix-settings)
+    run_path(${program} "${CMAKE_INSTALL_BINDIR}")
+    install(TARGETS ${program} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT program)
+endforeach()
+run_path(SpringBoard "${helper_programs}")
+install(TARGETS SpringBoard RUNTIME DESTINATION "${helper_programs}" COMPONENT program)
+
+run_path(velmora "${private_libraries}")
+install(TARGETS platform velmora EXPORT QuietrixPlatformTargets
+    LIBRARY DESTINATION "${private_libraries}" COMPONENT program NAMELINK_COMPONENT development
+    INCLUDES DESTINATION "${headers}")
+
+# Bundles hold code, so they stand with the libraries.
+run_path(QuietrixPreferences "${private_libraries}/QuietrixPreferences.bundle")
+install(DIRECTORY "${CMAKE_BINARY_DIR}/share/QuietrixPreferences.bundle" DESTINATION "${private_libraries}"
+    COMPONENT program PATTERN QuietrixPreferences EXCLUDE)
+install(TARGETS QuietrixPreferences
+    LIBRARY DESTINATION "${private_libraries}/QuietrixPreferences.bundle" COMPONENT program)
+
+install(DIRECTORY "${CMAKE_BINARY_DIR}/share/Settings" DESTINATION "${shared_files}" COMPONENT program)
+if(QUIETRIX_WEB)
+    install(DIRECTORY "${CMAKE_BINARY_DIR}/share/page" DESTINATION "${shared_files}" COMPONENT program)
+endif()
+
+install(DIRECTORY "${CMAKE_SOURCE_DIR}/platform" "${CMAKE_SOURCE_DIR}/velmora" DESTINATION "${headers}"
+    COMPONENT development FILES_MATCHING PATTERN "*.h")
+install(EXPORT QuietrixPlatformTargets NAMESPACE QuietrixPlatform:: DESTINATION "${cmake_package}"
+    COMPONENT development)
+configure_package_config_file("${CMAKE_SOURCE_DIR}/cmake/QuietrixPlatformConfig.cmake.in"
+    "${CMAKE_BINARY_DIR}/QuietrixPlatformConfig.cmake" INSTALL_DESTINATION "${cmake_package}")
+# Bundles are built for an interface version; a project asks for that.
+write_basic_package_version_file("${CMAKE_BINARY_DIR}/QuietrixPlatformConfigVersion.cmake"
+    VERSION "${QUIETRIX_PLATFORM_INTERFACE_VERSION}" COMPATIBILITY ExactVersion)
+install(FILES "${CMAKE_BINARY_DIR}/QuietrixPlatformConfig.cmake"
+    "${CMAKE_BINARY_DIR}/QuietrixPlatformConfigVersion.cmake" "${CMAKE_SOURCE_DIR}/cmake/QuietrixBundle.cmake"
+    DESTINATION "${cmake_package}" COMPONENT development)
