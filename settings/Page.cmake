@@ -7,6 +7,8 @@ find_program(NPM_PROGRAM npm REQUIRED)
 set(page_source "${CMAKE_CURRENT_SOURCE_DIR}/web")
 set(page_work "${CMAKE_BINARY_DIR}/web")
 set(page_output "${CMAKE_BINARY_DIR}/share/page")
+# What is bundled into the page, under which terms.
+set(PAGE_LICENCES "${page_work}/licences.txt" PARENT_SCOPE)
 file(GLOB_RECURSE page_files CONFIGURE_DEPENDS RELATIVE "${page_source}"
      "web/src/*" "web/styles/*")
 list(APPEND page_files package.json package-lock.json build.mjs tsconfig.json)
@@ -37,9 +39,9 @@ add_custom_command(OUTPUT "${page_work}/installed"
     WORKING_DIRECTORY "${page_work}"
     DEPENDS "${page_work}/package.json" "${page_work}/package-lock.json"
     COMMENT "Installing the page's packages" VERBATIM)
-add_custom_command(OUTPUT "${page_output}/index.html"
+add_custom_command(OUTPUT "${page_output}/index.html" "${page_work}/licences.txt"
     COMMAND ${CMAKE_COMMAND} -E rm -rf "${page_output}"
-    COMMAND ${PAGE_NODE} build.mjs "--outdir=${page_output}"
+    COMMAND ${PAGE_NODE} build.mjs "--outdir=${page_output}" "--licences=${page_work}/licences.txt"
     COMMAND ${CMAKE_COMMAND} -E touch "${page_output}/index.html"
     WORKING_DIRECTORY "${page_work}"
     DEPENDS "${page_work}/installed" ${page_copies}

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Builds the page: build.mjs --outdir=DIR [--modules=DIR]. Nothing is written but below the output directory.
+// Builds the page: build.mjs --outdir=DIR [--modules=DIR] [--licences=FILE]. Nothing is written but below the output
+// directory, and the file, which tells what is bundled into the page under which terms.
 import { copyFile, mkdir, readFile, readdir, writeFile } from 'node:fs/promises';
 import { createRequire } from 'node:module';
 import { dirname, join, relative, resolve } from 'node:path';
@@ -10,7 +11,7 @@ const here = dirname(fileURLToPath(import.meta.url));
 
 let values;
 try {
-    ({ values } = parseArgs({ options: { outdir: { type: 'string' }, modules: { type: 'string' } } }));
+    ({ values } = parseArgs({ options: { outdir: { type: 'string' }, modules: { type: 'string' }, licences: { type: 'string' } } }));
 } catch (error) {
     console.error(`build.mjs: ${error.message}`);
     process.exit(2);
@@ -67,3 +68,22 @@ const [, page] = Object.entries(built.metafile.outputs).find(([output]) => pathO
 const shared = page.imports.filter(({ kind }) => kind === 'import-statement').map(({ path }) => `<link rel="modulepreload" href="/${pathOf(path)}">\n`);
 const document = await readFile(join(here, 'src/index.html'), 'utf8');
 await writeFile(join(outdir, 'index.html'), document.replace('<script type="module"', `${shared.join('')}$&`));
+
+// The packages that something of the page comes from, and no others, are what is given on with it.
+if (values.licences) {
+    const names = Object.entries(built.metafile.outputs).flatMap(([, { inputs }]) => Object.keys(inputs));
+    const files = names.map((name) => relative(modules, resolve(here, name))).filter((name) => !name.startsWith('..'));
+    const packages = new Set(files.map((name) => name.match(/^(@[^/]+\/)?[^/]+/)[0]));
+    const texts = [];
+    for (const name of [...packages].sort()) {
+        const directory = join(modules, name);
+        const { version, license } = JSON.parse(await readFile(join(directory, 'package.json'), 'utf8'));
+        const file = (await readdir(directory)).find((entry) => /^licen[cs]e(\.(md|txt))?$/i.test(entry));
+        if (!file) {
+            console.error(`build.mjs: ${directory} has no licence`);
+            process.exit(1);
+        }
+        texts.push(`The page holds ${name} ${version} (${license}):\n\n${(await readFile(join(directory, file), 'utf8')).trim()}\n`);
+    }
+    await writeFile(resolve(values.licences), `\n${texts.join('\n')}`);
+}
