@@ -16,10 +16,35 @@ function(run_path target directory)
     set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${way}")
 endfunction()
 
-foreach(program IN ITEMS quietrix-settings)
+foreach(program IN ITEMS quietrix-settings quietrix)
     run_path(${program} "${CMAKE_INSTALL_BINDIR}")
     install(TARGETS ${program} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT program)
 endforeach()
+# Manuals and completions are what the programs themselves tell of their command lines.
+# usage_file(PROGRAM FORM DIRECTORY NAME): asks the program for the form, and installs that under the name.
+set(usage_files)
+function(usage_file program form directory name)
+    set(file "${CMAKE_BINARY_DIR}/usage-texts/${form}/${name}")
+    set(filter cat)
+    if(name MATCHES "[.]gz$")
+        set(filter "gzip -9n")
+    endif()
+    add_custom_command(OUTPUT "${file}"
+        COMMAND ${CMAKE_COMMAND} -E make_directory "${CMAKE_BINARY_DIR}/usage-texts/${form}"
+        COMMAND sh -c "set -e; text=$(\"$1\" --usage \"$2\"); printf '%s\\n' \"$text\" | ${filter} > \"$0\""
+            "${file}" "$<TARGET_FILE:${program}>" "${form}"
+        DEPENDS ${program} VERBATIM)
+    install(FILES "${file}" DESTINATION "${CMAKE_INSTALL_DATADIR}/${directory}" COMPONENT program)
+    set(usage_files ${usage_files} "${file}" PARENT_SCOPE)
+endfunction()
+foreach(program IN ITEMS quietrix-settings quietrix)
+    usage_file(${program} man man/man1 ${program}.1.gz)
+    usage_file(${program} bash bash-completion/completions ${program})
+    usage_file(${program} zsh zsh/vendor-completions _${program})
+    usage_file(${program} fish fish/vendor_completions.d ${program}.fish)
+endforeach()
+add_custom_target(usage-texts ALL DEPENDS ${usage_files})
+
 run_path(SpringBoard "${helper_programs}")
 install(TARGETS SpringBoard RUNTIME DESTINATION "${helper_programs}" COMPONENT program)
 

@@ -23,7 +23,8 @@ std::string ProgramPaths::ownFile() {
 }
 
 std::string ProgramPaths::systemShell() const {
-    const fs::path installed = (programDirectory_ / QUIETRIX_HELPER_PROGRAMS / "SpringBoard").lexically_normal();
+    const fs::path installed =
+        (programDirectory_ / QUIETRIX_HELPER_PROGRAMS / "SpringBoard").lexically_normal();
     std::error_code error;
     if (fs::exists(installed, error)) return installed.string();
     return (programDirectory_ / "../libexec/quietrix/SpringBoard").lexically_normal().string();

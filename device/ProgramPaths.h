@@ -7,9 +7,9 @@
 
 namespace device {
 
-/// Where the program finds what belongs to it: beside an installed program in "../lib/quietrix" (what holds code)
-/// and "../share/quietrix", or where else the build was told to install these, in "../share" of the tree that it
-/// was built in. The ways are relative, so that what was installed can be moved. Host paths.
+/// Where the program finds what belongs to it: beside an installed program in "../lib/quietrix" (what holds
+/// code) and "../share/quietrix", or where else the build was told to install these, in "../share" of the
+/// tree that it was built in. The ways are relative, so that what was installed can be moved. Host paths.
 class ProgramPaths {
   public:
     /// Of the running program.

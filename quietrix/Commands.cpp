@@ -8,6 +8,7 @@
 
 #include "device/EscapedText.h"
 #include "device/ProgramPaths.h"
+#include "quietrix/ProgramUsage.h"
 
 namespace console {
 
@@ -120,6 +121,8 @@ std::expected<CommandLine, Outcome> parsedCommandLine(std::vector<std::string> a
         "more\n"
         "than one, 4 when it was not confirmed.");
 
+    if (auto text = usage::asked(arguments, *program, programManual(), programCandidates()))
+        return told(*std::move(text));
     arguments = marked(std::move(arguments));
     // The library takes them from the end.
     std::ranges::reverse(arguments);

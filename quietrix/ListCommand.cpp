@@ -34,10 +34,25 @@ Outcome list(Session& session) {
     return answer;
 }
 
+/// For shells, which offer them as words: a title that is no line is left out.
+Outcome titles(Session& session) {
+    const auto profiles = session.profiles();
+    if (!profiles) return std::unexpected(profiles.error());
+    Answer answer{.text = "", .json = jsonOfProfiles(*profiles)};
+    for (const auto& profile : *profiles) {
+        const std::string& title = profile->title();
+        if (!title.empty() && device::visibleText(title) == title) answer.text += title + "\n";
+    }
+    return answer;
+}
+
 }  // namespace
 
 void addList(Commands& commands) {
-    commands.add("list", "Lists the profiles: state, title, hours, conditions, identifier").run(list);
+    Command& command =
+        commands.add("list", "Lists the profiles: state, title, hours, conditions, identifier");
+    const auto titlesOnly = command.flag("--titles", "Prints the titles alone, a line each");
+    command.run([titlesOnly](Session& session) { return titlesOnly() ? titles(session) : list(session); });
 }
 
 }  // namespace console

@@ -8,6 +8,8 @@
 #include <system_error>
 #include <utility>
 
+#include "settings/program/ProgramUsage.h"
+
 namespace settings {
 
 namespace {
@@ -221,6 +223,8 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
     // For what the watcher itself starts.
     serve.add_flag("--watched", given.watch.isWatched)->group("")->excludes(watch);
 
+    if (auto text = usage::asked(arguments, program, programManual(), programCandidates()))
+        return std::unexpected(EarlyEnd{0, *std::move(text)});
     // The library takes them from the end.
     std::ranges::reverse(arguments);
     try {

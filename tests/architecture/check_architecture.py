@@ -34,7 +34,7 @@ LAYERS = (
     "shell/base", "profile/model", "support/sharing", "shell/chrome", "profile/cells",
     "profile/hours", "profile/editor", "conditions", "conditions/calendars", "conditions/eventstatus",
     "conditions/networks", "conditions/tone", "support/misc", "shell/root",
-    "device", "springboard",
+    "device", "springboard", "usage",
     "settings/application", "settings/commands", "settings/state", "settings/channels/server", "settings/channels",
     "settings/checking", "settings/recording", "settings/exploring", "settings/watching", "settings/program",
     "quietrix",
@@ -51,6 +51,7 @@ SCREENS = ("profile/hours", "profile/editor", "conditions", "conditions/calendar
 MAY_INCLUDE = {
     "device": (),
     "springboard": ("device",),
+    "usage": (),
     "settings/application": ("device",),
     "settings/commands": ("device", "settings/application"),
     "settings/state": ("settings/application",),
@@ -62,8 +63,8 @@ MAY_INCLUDE = {
     "settings/exploring": ("device", "settings/application", "settings/channels", "settings/recording"),
     "settings/watching": ("device", "settings/channels", "settings/channels/server"),
     "settings/program": ("device", "settings/application", "settings/channels", "settings/checking",
-                         "settings/exploring", "settings/recording", "settings/watching"),
-    "quietrix": ("shell/base", "profile/model", "device"),
+                         "settings/exploring", "settings/recording", "settings/watching", "usage"),
+    "quietrix": ("shell/base", "profile/model", "device", "usage"),
 }
 
 CPP_HEADERS = set("""
@@ -88,7 +89,7 @@ def layer_of(path):
 
 
 def sources(tree):
-    for top in ("platform", "velmora", "shell", "profile", "conditions", "support", "device", "springboard", "settings",
+    for top in ("platform", "velmora", "shell", "profile", "conditions", "support", "device", "springboard", "usage", "settings",
                 "quietrix", "examples"):
         for path in sorted((tree / top).rglob("*")):
             if path.suffix in (".h", ".cpp") and "node_modules" not in path.parts:
