@@ -42,6 +42,8 @@ class Clients {
     /// Does one command of the connection whose turn it is; false when there is none to do now.
     bool answerNext();
     bool hasCommands() const;
+    /// How many connections there are.
+    std::size_t count() const { return clients_.size(); }
     /// Tells every connection what has become otherwise by itself, and ends each "wait" whose event has come
     /// or whose time is over. Nothing may be in flight, and the journal's events must have been collected.
     void showChanges();

@@ -10,7 +10,9 @@
 #include <utility>
 
 #include "platform/foundation/Device.h"
+#include "platform/foundation/LogSink.h"
 #include "platform/foundation/RunLoop.h"
+#include "settings/channels/server/ActivatedListener.h"
 
 namespace settings {
 
@@ -47,13 +49,33 @@ Serve::~Serve() {
 }
 
 Result<void> Serve::run(const ServeOptions& options) {
-    auto serverOptions = prepare(options);
-    return serverOptions ? serve(*std::move(serverOptions)) : std::unexpected(serverOptions.error());
+    if (Result<void> started = start(options); !started) return started;
+    if (Result<void> told = tellAddress(); !told) return told;
+    runUntilEnded();
+    return {};
 }
 
 Result<void> Serve::start(const ServeOptions& options) {
     auto serverOptions = prepare(options);
-    return serverOptions ? listen(*std::move(serverOptions)) : std::unexpected(serverOptions.error());
+    if (!serverOptions) return std::unexpected(serverOptions.error());
+    if (Result<void> listening = listen(*std::move(serverOptions)); !listening) return listening;
+    idleEnd_ = IdleEnd(options.patience);
+    announce(options);
+    return {};
+}
+
+void Serve::announce(const ServeOptions& options) {
+    if (!options.runtimeDirectory.empty()) {
+        auto announced =
+            server::RunningServer::announce(options.runtimeDirectory, options.rootDirectory, server().url());
+        if (announced) {
+            announced_.emplace(std::move(*announced));
+        } else {
+            platform::log("Other programs do not find this server: " +
+                          announced.error().localizedDescription);
+        }
+    }
+    server::tellReady();
 }
 
 void Serve::hold() {
@@ -77,9 +99,9 @@ Result<server::ServerOptions> Serve::prepare(const ServeOptions& options) {
     serverOptions.imageFile = [this](std::string_view name) { return imageFile(name); };
     serverOptions.listener = options.listener;
     // No page can be waiting at a port that is another one with each start.
-    if (options.listener >= 0) {
+    if (!options.secret.empty()) {
         serverOptions.secret = [&](std::uint16_t) { return Result<std::string>(options.secret); };
-    } else if (options.port != 0) {
+    } else if (options.port != 0 || options.listener >= 0) {
         serverOptions.secret = [&](std::uint16_t port) {
             return server::keptSecret({options.runtimeDirectory, options.rootDirectory, port},
                                       options.oldSecret);
@@ -95,6 +117,7 @@ Result<void> Serve::watchDeadlines() {
     RunLoop::main().watch(deadlines_, [this] {
         std::uint64_t times = 0;
         [[maybe_unused]] const ssize_t count = read(deadlines_, &times, sizeof times);
+        endWhenIdle();
     });
     return {};
 }
@@ -140,9 +163,20 @@ void Serve::pushChanges() {
     application_.events().trim();
 }
 
+void Serve::endWhenIdle() {
+    // Whoever has just come is there.
+    sortInbox();
+    const auto now = std::chrono::steady_clock::now();
+    idleEnd_.see(clients_.count(), now);
+    if (idleEnd_.isDue(now)) RunLoop::main().stop();
+}
+
 void Serve::setDeadline() {
     itimerspec setting{};
-    if (const auto deadline = clients_.nextDeadline()) {
+    idleEnd_.see(clients_.count(), std::chrono::steady_clock::now());
+    auto deadline = clients_.nextDeadline();
+    if (const auto end = idleEnd_.deadline(); end && (!deadline || *end < *deadline)) deadline = end;
+    if (deadline) {
         using std::chrono::nanoseconds;
         const auto time = std::chrono::duration_cast<nanoseconds>(deadline->time_since_epoch()).count();
         setting.it_value = {time / 1'000'000'000, time % 1'000'000'000};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -12,7 +13,9 @@
 #include "platform/foundation/ToneSource.h"
 #include "settings/application/Application.h"
 #include "settings/channels/Clients.h"
+#include "settings/channels/IdleEnd.h"
 #include "settings/channels/ServedChannel.h"
+#include "settings/channels/server/RunningServer.h"
 #include "settings/channels/server/SecretFile.h"
 
 namespace settings {
@@ -24,14 +27,16 @@ struct ServeOptions {
     std::string pageDirectory;
     /// The root that the application works on.
     std::string rootDirectory;
-    /// Where the secret outlives the program; "": nowhere.
+    /// Where the server is announced while it runs, and its secret outlives the program; "": nowhere.
     std::string runtimeDirectory;
     /// Whether pages that a program before on that root and port has left open may go on.
     server::OldSecret oldSecret = server::OldSecret::TakeOver;
     /// A socket that listens already, in the place of the port; owned by the server. -1 for none.
     int listener = -1;
-    /// What lets pages in at that socket.
+    /// What lets pages in; "" for one of the server's own.
     std::string secret = {};
+    /// How long nobody may have a page open before the run ends by itself; nothing for no end.
+    std::optional<std::chrono::steady_clock::duration> patience = {};
 };
 
 /// The channel of the browser page: a session for each connection of the loopback server, all on the same
@@ -44,7 +49,8 @@ class Serve : private ServedChannel {
     Serve(Application& application, std::shared_ptr<platform::FileSystem> files);
     ~Serve() override;
 
-    /// Starts listening, prints the address as one line on standard output, and runs until SIGINT or SIGTERM.
+    /// Starts listening, prints the address as one line on standard output, and runs until SIGINT or SIGTERM,
+    /// or until it has been idle for too long.
     /// An error says why it could not begin.
     platform::Result<void> run(const ServeOptions& options);
     /// The two halves of run(): the address is not printed, and what is asked for by then is answered in the
@@ -66,6 +72,9 @@ class Serve : private ServedChannel {
     void sortInbox();
     void pushChanges();
     void setDeadline();
+    /// Ends the run when nobody has a page open for too long.
+    void endWhenIdle();
+    void announce(const ServeOptions& options);
     static platform::Result<platform::ToneSound> sound(const std::string& identifier);
     std::optional<std::string> imageFile(std::string_view name) const;
 
@@ -75,6 +84,8 @@ class Serve : private ServedChannel {
     /// A timer of real time, unlike the loop's own.
     int deadlines_ = -1;
     bool isHeld_ = false;
+    IdleEnd idleEnd_;
+    std::optional<server::RunningServer> announced_;
 };
 
 }  // namespace settings

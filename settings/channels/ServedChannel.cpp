@@ -84,11 +84,15 @@ void ServedChannel::runUntilEnded() {
     if (!isEnding()) RunLoop::main().run();
 }
 
-Result<void> ServedChannel::serve(server::ServerOptions options, std::string_view query) {
-    if (Result<void> listening = listen(std::move(options)); !listening) return listening;
+Result<void> ServedChannel::tellAddress(std::string_view query) {
     std::string address = server_->url();
     address.insert(address.find('#'), query);
-    if (Result<void> printed = print("Quietrix Settings is at " + address + "\n"); !printed) return printed;
+    return print("Quietrix Settings is at " + address + "\n");
+}
+
+Result<void> ServedChannel::serve(server::ServerOptions options, std::string_view query) {
+    if (Result<void> listening = listen(std::move(options)); !listening) return listening;
+    if (Result<void> told = tellAddress(query); !told) return told;
     runUntilEnded();
     return {};
 }

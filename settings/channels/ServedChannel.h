@@ -42,8 +42,9 @@ class ServedChannel : private server::ServerHandler {
     /// SIGINT or SIGTERM. `query` ("?NAME=VALUE", or empty) is what the printed address has before the
     /// secret. An error says why it could not begin.
     platform::Result<void> serve(server::ServerOptions options, std::string_view query = {});
-    /// serve() without its address: what is asked for between the two is answered in the second.
+    /// The parts of serve(). What is asked for as soon as the server listens is answered when the loop runs.
     platform::Result<void> listen(server::ServerOptions options);
+    platform::Result<void> tellAddress(std::string_view query = {});
     void runUntilEnded();
     void endServer() { server_.reset(); }
     /// From within the loop, when something has come or comeBack() was called.

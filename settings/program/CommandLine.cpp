@@ -3,8 +3,10 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <optional>
+#include <ratio>
 #include <system_error>
 #include <utility>
 
@@ -24,6 +26,7 @@ struct Given {
     std::vector<std::string> device;
     std::uint16_t port = 0;
     bool newSecret = false;
+    std::optional<double> idleMinutes;
     WatchArguments watch;
     std::string recording;
     bool update = false;
@@ -119,6 +122,10 @@ std::expected<CommandLine, EarlyEnd> checked(Subcommand subcommand, const Given&
     line.subcommand = subcommand;
     line.port = given.port;
     line.newSecret = given.newSecret;
+    if (given.idleMinutes) {
+        line.patience = std::chrono::round<std::chrono::milliseconds>(
+            std::chrono::duration<double, std::ratio<60>>(*given.idleMinutes));
+    }
     line.watch = given.watch;
     for (const std::string& directory : line.watch.sources) {
         std::error_code error;
@@ -173,6 +180,13 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
         *program.add_subcommand("drive", "Takes commands as lines of JSON and answers each with a line");
     CLI::App& serve =
         *program.add_subcommand("serve", "Shows the screens in a browser, on this machine only");
+    CLI::App& opened = *program.add_subcommand(
+        "open", "Shows the page of the server that runs, or of one that is started for it, in the browser");
+    opened
+        .add_option("--root", given.root,
+                    "The phone's files: a directory, made and filled when it is not there")
+        ->type_name("DIR");
+    opened.set_version_flag("--version", versionText);
     CLI::App& recorded =
         *program.add_subcommand("record", "Does what drive does, and writes down all that passes");
     CLI::App& replayed = *program.add_subcommand(
@@ -203,11 +217,18 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
         ->type_name("N");
     serve.add_flag("--new-secret", given.newSecret,
                    "Shuts out pages that are still open from an earlier start with the same root and port");
+    CLI::Option* const idle =
+        serve
+            .add_option("--idle", given.idleMinutes,
+                        "Ends when nobody has had a page open for that many minutes; without this it stays")
+            ->type_name("MINUTES")
+            ->check(CLI::Range(0.001, 525600.0));
 
-    CLI::Option* const watch =
-        serve.add_flag("--watch", given.watch.isOn,
-                       "Starts itself anew, at the same screen, when the bundle or the "
-                       "program has changed");
+    CLI::Option* const watch = serve
+                                   .add_flag("--watch", given.watch.isOn,
+                                             "Starts itself anew, at the same screen, when the bundle or the "
+                                             "program has changed")
+                                   ->excludes(idle);
     CLI::Option* const build =
         serve
             .add_option("--build", given.watch.build,
@@ -240,11 +261,12 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
         return std::unexpected(wrongUse(unknown.empty()
                                             ? error.what()
                                             : "There is no command \"" + unknown.front() +
-                                                  "\": drive, serve, record, replay, view, check or explore."));
+                                                  "\": drive, serve, open, record, replay, view, check or explore."));
     } catch (const CLI::Error& error) {
         return std::unexpected(wrongUse(error.what()));
     }
     const Subcommand chosen = serve.parsed()      ? Subcommand::Serve
+                              : opened.parsed()   ? Subcommand::Open
                               : recorded.parsed() ? Subcommand::Record
                               : replayed.parsed() ? Subcommand::Replay
                               : viewed.parsed()   ? Subcommand::View

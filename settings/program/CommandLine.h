@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <expected>
 #include <optional>
@@ -12,9 +13,9 @@
 
 namespace settings {
 
-/// What the program is told to do: to talk the screen protocol over a channel, to replay or show what was
-/// said, to look for a bundle's mistakes, or to use it at random.
-enum class Subcommand { Drive, Serve, Record, Replay, View, Check, Explore };
+/// What the program is told to do: to talk the screen protocol over a channel, to show the page of a server
+/// that does, to replay or show what was said, to look for a bundle's mistakes, or to use it at random.
+enum class Subcommand { Drive, Serve, Open, Record, Replay, View, Check, Explore };
 
 /// For Subcommand::Check. Empty texts for what was not asked for.
 struct CheckArguments {
@@ -63,6 +64,8 @@ struct CommandLine {
     std::uint16_t port = 0;
     /// For Subcommand::Serve: whether pages that are still open from an earlier start are shut out.
     bool newSecret = false;
+    /// For Subcommand::Serve: how long nobody may have a page open before it ends; nothing for no end.
+    std::optional<std::chrono::milliseconds> patience;
     WatchArguments watch;
     /// For Subcommand::Record, Subcommand::Replay and Subcommand::View: the file.
     std::string recording;

@@ -106,6 +106,7 @@ Result<bool> WatchedRun::start(const std::string& pageDirectory, const std::stri
     options.rootDirectory = rootDirectory;
     options.listener = ServedProgram::listenerDescriptor;
     options.secret = go["secret"].stringOr();
+    options.runtimeDirectory = device::runtimeDirectory().value_or("");
     if (auto started = channel_.start(options); !started) return std::unexpected(started.error());
     RunLoop::main().watch(line_.descriptor(), [this] { hear(); });
     line_.send({{"serving", true}});

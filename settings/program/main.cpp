@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,9 +14,11 @@
 #include "settings/channels/Drive.h"
 #include "settings/channels/Serve.h"
 #include "settings/channels/Session.h"
+#include "settings/channels/server/ActivatedListener.h"
 #include "settings/program/CheckProgram.h"
 #include "settings/program/CommandLine.h"
 #include "settings/program/ExploreProgram.h"
+#include "settings/program/OpenPage.h"
 #include "settings/program/PhoneSetup.h"
 #include "settings/program/RecordedRuns.h"
 #include "settings/program/ViewProgram.h"
@@ -41,14 +44,20 @@ int drive(settings::Application& application) {
 }
 
 int serve(settings::Application& application, settings::PhoneSetup& phone, const device::ProgramPaths& paths,
-          const settings::CommandLine& line) {
+          const settings::CommandLine& line, std::optional<int> listener) {
     if (line.watch.isWatched)
         return settings::serveWatched(application, phone, paths.page().value_or(""), line.rootDirectory);
     settings::Serve channel(application, phone.files());
     // Without the page there still is the protocol; the server answers "not found" for the files.
-    const auto served = channel.run(
-        {line.port, paths.page().value_or(""), line.rootDirectory, device::runtimeDirectory().value_or(""),
-         line.newSecret ? settings::server::OldSecret::Forget : settings::server::OldSecret::TakeOver});
+    settings::ServeOptions options;
+    options.port = line.port;
+    options.pageDirectory = paths.page().value_or("");
+    options.rootDirectory = line.rootDirectory;
+    options.runtimeDirectory = device::runtimeDirectory().value_or("");
+    if (line.newSecret) options.oldSecret = settings::server::OldSecret::Forget;
+    options.listener = listener.value_or(-1);
+    options.patience = line.patience;
+    const auto served = channel.run(options);
     return served ? 0 : complain(served.error().localizedDescription);
 }
 
@@ -60,6 +69,15 @@ int run(int argumentCount, char** argumentValues) {
         (line.error().status == 0 ? std::cout : std::cerr) << line.error().text;
         return line.error().status;
     }
+    if (line->subcommand == settings::Subcommand::Open) {
+        const auto opened = settings::openPage(*line);
+        return opened ? 0 : complain(opened.error().localizedDescription);
+    }
+    // Before there are other threads, and other programs.
+    platform::Result<std::optional<int>> listener = std::nullopt;
+    if (line->subcommand == settings::Subcommand::Serve && !line->watch.isOn && !line->watch.isWatched)
+        listener = settings::server::activatedListener();
+    if (!listener) return complain(listener.error().localizedDescription);
     if (const auto enough = device::checkDescriptors(neededDescriptors); !enough)
         return complain(enough.error().localizedDescription);
     if (const auto enough = device::checkMemory(neededMemory); !enough)
@@ -95,8 +113,9 @@ int run(int argumentCount, char** argumentValues) {
     application.start();
     // The start is over when the channel's loop runs.
     platform::dispatchMain(device::goOnWhenMemoryIsOut);
-    return line->subcommand == settings::Subcommand::Drive ? drive(application)
-                                                           : serve(application, **phone, paths, *line);
+    return line->subcommand == settings::Subcommand::Drive
+               ? drive(application)
+               : serve(application, **phone, paths, *line, *listener);
 }
 
 }  // namespace

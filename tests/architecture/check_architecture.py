@@ -63,7 +63,7 @@ MAY_INCLUDE = {
     "settings/exploring": ("device", "settings/application", "settings/channels", "settings/recording"),
     "settings/watching": ("device", "settings/channels", "settings/channels/server"),
     "settings/program": ("device", "settings/application", "settings/channels", "settings/checking",
-                         "settings/exploring", "settings/recording", "settings/watching", "usage"),
+                         "settings/channels/server", "settings/exploring", "settings/recording", "settings/watching", "usage"),
     "quietrix": ("shell/base", "profile/model", "device", "usage"),
 }
 

@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: MIT
+#include "settings/program/OpenPage.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "device/Descriptor.h"
+#include "device/DesktopProgram.h"
+#include "device/ProgramPaths.h"
+#include "settings/channels/server/RunningServer.h"
+#include "settings/channels/server/RuntimeFolder.h"
+
+namespace settings {
+
+using device::Descriptor;
+using platform::failure;
+using platform::Result;
+using server::RunningServer;
+
+namespace {
+
+constexpr const char* idleMinutes = "10";
+/// More than a program says that cannot begin.
+constexpr off_t longestComplaint = 64 << 10;
+
+/// Starts a program in a session of its own, with these as its output and errors; nothing when that failed,
+/// and errno says why.
+std::optional<pid_t> start(std::vector<std::string> arguments, int output, int errors) {
+    posix_spawn_file_actions_t files;
+    posix_spawn_file_actions_init(&files);
+    posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_adddup2(&files, output, STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&files, errors, STDERR_FILENO);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
+    std::vector<char*> pointers;
+    for (std::string& argument : arguments) pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    pid_t child = 0;
+    const int error = posix_spawnp(&child, pointers.front(), &files, &attributes, pointers.data(), environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&files);
+    if (error == 0) return child;
+    errno = error;
+    return std::nullopt;
+}
+
+/// Whether the program says yes; no when it is not there.
+bool succeeds(std::vector<std::string> arguments) {
+    const Descriptor nowhere(open("/dev/null", O_WRONLY | O_CLOEXEC));
+    const auto child = start(std::move(arguments), nowhere.get(), nowhere.get());
+    int status = 0;
+    while (child && waitpid(*child, &status, 0) < 0) {
+        if (errno != EINTR) return false;
+    }
+    return child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+/// Up to the end of the line; "" when there is none.
+std::string lineFrom(int descriptor) {
+    std::string line;
+    std::array<char, 256> bytes{};
+    while (line.find('\n') == std::string::npos) {
+        const ssize_t count = read(descriptor, bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) return {};
+        line.append(bytes.data(), static_cast<std::size_t>(count));
+    }
+    line.erase(line.find('\n'));
+    return line;
+}
+
+std::string firstLine(int file) {
+    std::string text(longestComplaint, '\0');
+    const ssize_t count = pread(file, text.data(), text.size(), 0);
+    text.resize(count < 0 ? 0 : static_cast<std::size_t>(count));
+    text.erase(std::min(text.find_first_of(std::string_view("\n\0", 2)), text.size()));
+    return text;
+}
+
+/// Starts a server that stays when this program has ended; its line with the address.
+Result<std::string> startServer(const std::string& rootDirectory) {
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0)
+        return failure(std::string("No server can be started: ") + std::strerror(errno) + ".");
+    const Descriptor reading(ends[0]);
+    std::optional<Descriptor> writing(std::in_place, ends[1]);
+    // What it says later is nobody's; in a file of a fixed size that takes no more than it has.
+    const Descriptor complaints(memfd_create("complaints", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+    if (!complaints || ftruncate(complaints.get(), longestComplaint) != 0 ||
+        fcntl(complaints.get(), F_ADD_SEALS, F_SEAL_GROW) != 0)
+        return failure(std::string("No server can be started: ") + std::strerror(errno) + ".");
+    const auto child =
+        start({device::ProgramPaths::ownFile(), "serve", "--root", rootDirectory, "--idle", idleMinutes},
+              writing->get(), complaints.get());
+    if (!child) return failure(std::string("No server can be started: ") + std::strerror(errno) + ".");
+    writing.reset();
+    std::string line = lineFrom(reading.get());
+    if (!line.empty()) return line;
+    std::string reason = firstLine(complaints.get());
+    if (constexpr std::string_view own = "quietrix-settings: "; reason.starts_with(own))
+        reason.erase(0, own.size());
+    return failure(reason.empty() ? "The server that was started has ended." : reason);
+}
+
+/// Only one that looks and starts at a time; nothing where there is no place to agree on that.
+std::optional<Descriptor> lock(const std::string& runtimeDirectory, const std::string& rootDirectory) {
+    const auto folder = server::RuntimeFolder::open(runtimeDirectory);
+    if (!folder) return std::nullopt;
+    const std::string name = "opening-" + server::RuntimeFolder::digestOfRoot(rootDirectory);
+    Descriptor file(openat(folder->descriptor(), name.c_str(),
+                           O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, S_IRUSR | S_IWUSR));
+    if (!file || !server::RuntimeFolder::strangenessOf(file.get()).empty()) return std::nullopt;
+    while (flock(file.get(), LOCK_EX) != 0) {
+        if (errno != EINTR) return std::nullopt;
+    }
+    return file;
+}
+
+void print(const std::string& url) {
+    std::cout << "Quietrix Settings is at " << url << std::endl;
+}
+
+void show(const RunningServer::Found& found) {
+    print(found.url);
+    // A browser that cannot be had has been made up for by the address.
+    device::startDesktopProgram("xdg-open", found.file, [] {});
+}
+
+}  // namespace
+
+Result<void> openPage(const CommandLine& line) {
+    const std::string runtime = device::runtimeDirectory().value_or("");
+    const auto held = lock(runtime, line.rootDirectory);
+    if (const auto found = RunningServer::find(runtime, line.rootDirectory)) {
+        show(*found);
+        return {};
+    }
+    const bool isUsualRoot = line.rootDirectory == device::defaultRootDirectory();
+    if (isUsualRoot &&
+        succeeds({"systemctl", "--user", "--quiet", "is-active", "quietrix-settings.socket"}) &&
+        succeeds({"systemctl", "--user", "--quiet", "start", "quietrix-settings.service"})) {
+        if (const auto found = RunningServer::find(runtime, line.rootDirectory)) {
+            show(*found);
+            return {};
+        }
+    }
+    const auto started = startServer(line.rootDirectory);
+    if (!started) return std::unexpected(started.error());
+    if (const auto found = RunningServer::find(runtime, line.rootDirectory)) {
+        show(*found);
+    } else {
+        std::cout << *started << std::endl;
+    }
+    return {};
+}
+
+}  // namespace settings
