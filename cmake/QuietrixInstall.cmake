@@ -65,6 +65,20 @@ if(QUIETRIX_WEB)
     install(DIRECTORY "${CMAKE_BINARY_DIR}/share/page" DESTINATION "${shared_files}" COMPONENT program)
 endif()
 
+# The desktop and the user's service manager. Neither names a prefix: both look on a path of their own.
+set(desktop_name com.velmora.QuietrixSettings)
+set(desktop_source "${CMAKE_SOURCE_DIR}/packaging/desktop/${desktop_name}")
+string(TIMESTAMP RELEASE_DATE "%Y-%m-%d" UTC)
+configure_file("${desktop_source}.metainfo.xml.in" "${CMAKE_BINARY_DIR}/${desktop_name}.metainfo.xml" @ONLY)
+install(FILES "${desktop_source}.desktop" DESTINATION "${CMAKE_INSTALL_DATADIR}/applications" COMPONENT program)
+install(FILES "${desktop_source}.svg" DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps"
+    COMPONENT program)
+install(FILES "${CMAKE_BINARY_DIR}/${desktop_name}.metainfo.xml"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo" COMPONENT program)
+install(FILES "${CMAKE_SOURCE_DIR}/packaging/systemd/quietrix-settings.socket"
+    "${CMAKE_SOURCE_DIR}/packaging/systemd/quietrix-settings.service"
+    DESTINATION lib/systemd/user COMPONENT program)
+
 install(DIRECTORY "${CMAKE_SOURCE_DIR}/platform" "${CMAKE_SOURCE_DIR}/velmora" DESTINATION "${headers}"
     COMPONENT development FILES_MATCHING PATTERN "*.h")
 install(EXPORT QuietrixPlatformTargets NAMESPACE QuietrixPlatform:: DESTINATION "${cmake_package}"
