@@ -44,7 +44,11 @@ Explained<OwnFolder> OwnFolder::open(const std::string& parent, std::string_view
         if (missing == platform::Missing::Leave) return OwnFolder{{}, std::move(path)};
         return std::unexpected(host::message(error));
     }
-    if (!S_ISDIR(status.st_mode)) return aboutPath(path, host::message(ENOTDIR));
+    // Another version may have made something else of the name: programs that do and programs that do not
+    // would not know of each other.
+    if (!S_ISDIR(status.st_mode))
+        return aboutPath(path,
+                         host::message(ENOTDIR) + "; take it away while no other program uses this phone");
     struct stat above{};
     if (status.st_uid != geteuid() && (stat(parent.c_str(), &above) != 0 || status.st_uid != above.st_uid)) {
         return belongsToAnother(path, status.st_uid);

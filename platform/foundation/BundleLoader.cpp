@@ -32,7 +32,7 @@ Result<void> checkVersion(const std::string& bundlePath, const Dictionary& info)
                        own + ".");
     }
     return failure(theBundle(bundlePath) + " was built for interface version " + std::to_string(*version) +
-                   "; this system has version " + own + ".");
+                   "; this system has version " + own + ": build it anew for that.");
 }
 
 Result<std::string> executableName(const std::string& bundlePath, const Dictionary& info) {

@@ -65,7 +65,8 @@ Result<void> ProfilesFile::readEntries() {
     const Value version = list_->value(*format);
     if (version != Value(currentFormat)) {
         return failure("Its \"format\" is " + version.description() + ", and only " +
-                       std::to_string(currentFormat) + " is known.");
+                       std::to_string(currentFormat) +
+                       " is known: use the version of the program that wrote it.");
     }
     const auto profiles = list_->find(root, profilesKey);
     if (!profiles || !list_->isArray(*profiles)) return failure("It has no array \"profiles\".");

@@ -135,11 +135,13 @@ TEST_F(PrivateLockTest, readerOfWhatWasNeverLocked_makesNothing) {
 
 TEST_F(PrivateLockTest, somethingElseUnderTheNames_isNamedWithItsPath) {
     writeText(folder, "");
-    EXPECT_EQ(refusal(), "\"" + folder + "\": Not a directory");
+    EXPECT_EQ(refusal(),
+              "\"" + folder + "\": Not a directory; take it away while no other program uses this phone");
     fs::remove(folder);
     fs::create_directory(directory / "elsewhere");
     fs::create_directory_symlink(directory / "elsewhere", folder);
-    EXPECT_EQ(refusal(), "\"" + folder + "\": Not a directory");
+    EXPECT_EQ(refusal(),
+              "\"" + folder + "\": Not a directory; take it away while no other program uses this phone");
     EXPECT_TRUE(fs::is_empty(directory / "elsewhere"));
     fs::remove(folder);
     fs::create_directories(lockFile);

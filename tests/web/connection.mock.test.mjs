@@ -70,6 +70,21 @@ test('Connection_restartedApplication_isTakenOverAlthoughItsRevisionsBeginAnew',
     await ui.close();
 });
 
+test('Connection_applicationOfAnotherVersion_isLeftWithTheWordsWhatToDo', async () => {
+    const ui = await openPage(session);
+    // It was upgraded and started anew; this page is the old one's.
+    ui.phone.protocol = 2;
+    ui.server.dropAll();
+    await ui.page.getByRole('heading', { name: 'This page and Settings are of different versions. Reload the page, or start Settings anew.' }).waitFor();
+    assert.deepEqual(await accessibilityProblems(ui.page), []);
+    const commands = ui.phone.commands.length;
+    // The page that comes with a reload may speak with it; this one is of the old version still.
+    await ui.page.reload();
+    await ui.page.getByRole('heading', { name: 'This page and Settings are of different versions.' }).waitFor();
+    assert.deepEqual(ui.phone.commands.slice(commands).filter((command) => command.do !== 'state'), []);
+    await ui.close();
+});
+
 test('Connection_neverMade_showsAFinishedScreenAndRecovers', async () => {
     const ui = await openPage(session);
     // The socket is refused from the first attempt on, as by an application that has gone away.

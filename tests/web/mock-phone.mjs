@@ -214,7 +214,7 @@ export class MockPhone {
         const fullBar = screen.bar();
         if (beneath) fullBar.back = { title: beneath.title, image: null };
         return {
-            ...(this.build ? { build: this.build } : {}), protocol: 1, revision: this.revision, events: [], device: this.device, presented: this.presented && { id: this.number(this.presented), ...this.presented },
+            ...(this.build ? { build: this.build } : {}), protocol: this.protocol ?? 1, revision: this.revision, events: [], device: this.device, presented: this.presented && { id: this.number(this.presented), ...this.presented },
             screen: {
                 id: this.number(screen), class: screen.class, title: screen.title, specifier: null, links: screen.links ?? [], stack: screens.map((entry) => entry.class), modals: this.levels.length - 1,
                 bar: fullBar, editing: this.editing, count: rows.length, rows: rows.slice(from, from + count), pane: screen.pane ?? null, tones: screen.tones ?? null, missing: screen.missing ?? null,

@@ -192,8 +192,10 @@ export class App implements View, Beside {
             renewImages();
             forgetPatterns();
         }
-        if (status === 'refused' || status === 'uninvited') {
-            this.end(status === 'refused' ? this.texts.restarted : this.texts.uninvited);
+        const ends: Partial<Record<Status, string>> = { refused: this.texts.restarted, uninvited: this.texts.uninvited, foreign: this.texts.foreign };
+        const end = ends[status];
+        if (end !== undefined) {
+            this.end(end);
             return;
         }
         if (status === 'renewing') this.isRenewed = true;

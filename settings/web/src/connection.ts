@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 import { newNonce, proofOf } from './door';
-import { parseMessage, type Command, type Message } from './protocol';
+import { parseMessage, speaksOtherVersion, type Command, type Message } from './protocol';
 
 /**
  * "silent" is an open connection on which an answer is long in coming, "renewing" one that the application has closed to be started
- * anew at once. The last two are ends: "refused" by an application that has another secret, "uninvited" without any.
+ * anew at once. The last three are ends: "refused" by an application that has another secret, "uninvited" without any,
+ * "foreign" when what it says is of another version of the protocol.
  */
-export type Status = 'connecting' | 'open' | 'silent' | 'renewing' | 'lost' | 'refused' | 'uninvited';
+export type Status = 'connecting' | 'open' | 'silent' | 'renewing' | 'lost' | 'refused' | 'uninvited' | 'foreign';
 
 export interface ConnectionEvents {
     opened(): void;
@@ -94,6 +95,11 @@ export class Connection {
                 this.tell('open');
             }
             const message = parseMessage(event.data);
+            if (message && speaksOtherVersion(message)) {
+                socket.close();
+                this.end('foreign');
+                return;
+            }
             this.hear(message?.id ?? null);
             if (message) this.events.received(message);
         });

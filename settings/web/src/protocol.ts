@@ -330,3 +330,12 @@ export function parseMessage(data: unknown): Message | null {
         source,
     };
 }
+
+/** The version of the protocol that this page speaks. */
+const version = 1;
+
+/** Whether the application that has sent this speaks another version: it, or the page's files, were changed while the other was running. */
+export function speaksOtherVersion(message: Message): boolean {
+    const told = bag(message.source['state'])?.['protocol'];
+    return typeof told === 'number' && told !== version;
+}

@@ -196,9 +196,9 @@ TEST_F(BundleTest, load_byAnotherPath_opensTheSameCodeOnce) {
 }
 
 TEST_F(BundleTest, load_ofAnotherInterfaceVersion_runsNoneOfTheCode) {
-    EXPECT_EQ(
-        errorOf(fixture("Marked", 0).load()),
-        "The bundle \"" + fixtures + "\" was built for interface version 0; this system has version 1.");
+    EXPECT_EQ(errorOf(fixture("Marked", 0).load()),
+              "The bundle \"" + fixtures +
+                  "\" was built for interface version 0; this system has version 1: build it anew for that.");
     putInfo(fixtures, {{"CFBundleExecutable", "Marked"}});
     EXPECT_EQ(errorOf(Bundle(fixtures).load()),
               "The bundle \"" + fixtures +

@@ -28,6 +28,7 @@ export const de: Words = {
     retry: 'Erneut versuchen',
     restarted: 'Einstellungen wurde neu gestartet. Öffne die Adresse, die dabei ausgegeben wurde.',
     uninvited: 'Öffne die Adresse, die Einstellungen beim Start ausgegeben hat.',
+    foreign: 'Diese Seite und Einstellungen gehören zu verschiedenen Versionen. Lade die Seite neu oder starte Einstellungen neu.',
     empty: 'Noch nichts vorhanden',
     to: 'An:',
     subject: 'Betreff:',

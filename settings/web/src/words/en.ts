@@ -27,6 +27,7 @@ export const en = {
     retry: 'Try Again',
     restarted: 'Settings was restarted. Open the address that it printed.',
     uninvited: 'Open the address that Settings printed when it started.',
+    foreign: 'This page and Settings are of different versions. Reload the page, or start Settings anew.',
     empty: 'Nothing here yet',
     to: 'To:',
     subject: 'Subject:',

@@ -28,6 +28,7 @@ export const es: Words = {
     retry: 'Reintentar',
     restarted: 'Ajustes se ha reiniciado. Abre la dirección que ha mostrado.',
     uninvited: 'Abre la dirección que Ajustes mostró al iniciarse.',
+    foreign: 'Esta página y Ajustes son de versiones distintas. Vuelve a cargar la página o reinicia Ajustes.',
     empty: 'Aún no hay nada',
     to: 'Para:',
     subject: 'Asunto:',

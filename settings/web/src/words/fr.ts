@@ -28,6 +28,7 @@ export const fr: Words = {
     retry: 'Réessayer',
     restarted: 'Réglages a redémarré. Ouvrez l’adresse affichée au démarrage.',
     uninvited: 'Ouvrez l’adresse que Réglages a affichée au démarrage.',
+    foreign: 'Cette page et Réglages sont de versions différentes. Rechargez la page ou redémarrez Réglages.',
     empty: 'Rien pour le moment',
     to: 'À :',
     subject: 'Objet :',

@@ -28,6 +28,7 @@ export const zhHans: Words = {
     retry: '重试',
     restarted: '设置已重新启动。请打开它显示的地址。',
     uninvited: '请打开设置启动时显示的地址。',
+    foreign: '此页面与设置的版本不同。请重新加载页面，或重新启动设置。',
     empty: '暂无内容',
     to: '收件人：',
     subject: '主题：',
