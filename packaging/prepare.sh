@@ -74,6 +74,7 @@ test_packages=(libgtest-dev libgmock-dev clang-19 clang-tidy-19 clang-format-19 
     dbus python3-dbusmock doxygen)
 page_packages=(chromium fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji)
 measure_packages=(libplist-dev dbus)
+debian_packages=(dpkg-dev lintian debootstrap desktop-file-utils appstream systemd)
 test_commands=(python3=python3 git=git)
 
 # prepare PACKAGE… -- PACKAGE=COMMAND…: refuses tools that are too old, installs what is missing, all at once.
@@ -96,6 +97,11 @@ prepare_build() { prepare "${build_packages[@]}" -- "${build_commands[@]}"; }
 prepare_gallery() { prepare "${build_packages[@]}" "${page_packages[@]}" -- "${build_commands[@]}"; }
 
 prepare_measure() { prepare "${build_packages[@]}" "${measure_packages[@]}" -- "${build_commands[@]}" python3=python3; }
+
+prepare_packages() {
+    prepare "${build_packages[@]}" "${debian_packages[@]}" -- "${build_commands[@]}" "${test_commands[@]}" || return
+    prefer_debians_cmake
+}
 
 prepare_tests() {
     prepare "${build_packages[@]}" "${page_packages[@]}" "${test_packages[@]}" -- "${build_commands[@]}" "${test_commands[@]}" || return

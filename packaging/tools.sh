@@ -33,16 +33,18 @@ check_tools() {
     return $status
 }
 
-# prefer_debians_cmake: sets `cmake` and `ctest` to Debian 12's own where it can, so that what a newer one lets pass
+# prefer_debians_cmake: sets `cmake`, `ctest` and `cpack` to Debian 12's own where it can, so that what a newer one lets pass
 # shows on the machine of whoever has it.
 prefer_debians_cmake() {
     cmake=cmake
+    cpack=cpack
     ctest=ctest
     case "$(version_of cmake)" in 3.25*) return ;; esac
     need_packages cmake || return
     case "$(version_of /usr/bin/cmake)" in
         3.25*)
             cmake=/usr/bin/cmake
+            cpack=/usr/bin/cpack
             ctest=/usr/bin/ctest
             ;;
         *) say "There is no CMake 3.25 here: the build is tried with $(version_of cmake) only." ;;
