@@ -47,7 +47,8 @@ TEST_F(StoreBadFile, fileOfAnotherForm_isNeverOverwritten) {
 TEST_F(StoreBadFile, everyWrongForm_isNamed) {
     putFile(fileOf({profile("A")->storedValues()}));
     ASSERT_NE(nullptr, stored("A"));
-    expectRefused(bytesOf(Dictionary{{"format", 2}, {"profiles", Array{}}}), "\"format\" is 2");
+    expectRefused(bytesOf(Dictionary{{"format", 2}, {"profiles", Array{}}}),
+                  "\"format\" is 2, and only 1 is known: use the version of the program that wrote it");
     expectRefused(bytesOf(Dictionary{{"format", true}, {"profiles", Array{}}}), "\"format\"");
     expectRefused(bytesOf(Dictionary{{"format", 1.0}, {"profiles", Array{}}}), "\"format\"");
     expectRefused(bytesOf(Dictionary{{"format", 1}}), "\"profiles\"");
