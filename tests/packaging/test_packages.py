@@ -120,8 +120,8 @@ class PackagesTest(unittest.TestCase):
         return self.inside(*command, user=USER, **options)
 
     def versions(self):
-        listed = self.inside("dpkg-query", "-W", "-f", "${Package} ${Version} ${db:Status-Status}\n", "*quietrix*")
-        return [line for line in listed.splitlines() if line.endswith(" installed")]
+        listed = self.inside("dpkg-query", "-W", "-f", "${Package} ${Version} ${db:Status-Status}\n")
+        return [line for line in listed.splitlines() if "quietrix" in line and line.endswith(" installed")]
 
     def test_1_upgradeAndBack_leaveTheRunningServerAndItsDataAlone(self):
         self.apt("install", "--no-install-recommends", f"/tmp/{self.older.name}")
