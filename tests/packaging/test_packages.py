@@ -20,7 +20,7 @@ from pathlib import Path
 HERE = Path(__file__).resolve().parent
 sys.path[:0] = [str(HERE / "../settings/channels/server"), str(HERE / "../settings/program")]
 from loopback_client import PATIENCE, WebSocket  # noqa: E402
-from test_open import Address  # noqa: E402
+from test_open import ADDRESS, Address  # noqa: E402
 
 PACKAGES = TREE = CACHE = Path()
 SYSTEM = "bookworm"
@@ -165,6 +165,10 @@ class PackagesTest(unittest.TestCase):
         for program in ("quietrix-settings", "quietrix"):
             self.assertRegex(self.as_user(program, "--version"), rf"^{program} \d+\.\d+\.\d+\n$")
             self.assertIn("Usage:", self.as_user(program, "--help"))
+        # It goes on, also when the package goes.
+        shown = self.as_user("quietrix-settings", "open")
+        self.assertRegex(shown.rstrip("\n"), ADDRESS)
+        self.assertEqual(self.as_user("quietrix-settings", "open"), shown)
         answer = json.loads(self.as_user("quietrix-settings", "drive", input='{"do":"state"}\n'))
         self.assertEqual(answer["state"]["screen"]["class"], "QuietrixPreferencesController")
         self.assertIn("SpringBoard", [event.get("name") for event in answer["state"]["events"] if event["event"] == "process"])

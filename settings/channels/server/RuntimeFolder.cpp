@@ -71,8 +71,11 @@ std::string RuntimeFolder::strangenessOf(int descriptor) {
 
 std::string RuntimeFolder::digestOfRoot(const std::string& rootDirectory) {
     std::error_code error;
-    // The root may be made by whoever asks.
-    const auto canonical = std::filesystem::weakly_canonical(rootDirectory, error);
+    // The root may be made only after it is asked for, and then has to be the same: whole, and without a
+    // slash behind it.
+    auto whole = std::filesystem::absolute(rootDirectory, error).lexically_normal();
+    if (!whole.has_filename()) whole = whole.parent_path();
+    const auto canonical = std::filesystem::weakly_canonical(whole, error);
     const std::string root = error ? rootDirectory : canonical.string();
     const std::unique_ptr<char, decltype(&g_free)> digest(
         g_compute_checksum_for_string(G_CHECKSUM_SHA256, root.data(), static_cast<gssize>(root.size())),

@@ -130,9 +130,13 @@ class OpenTest(unittest.TestCase):
         os.symlink(self.root, self.directory / "link")
         self.assertEqual(self.opens("--root", str(self.directory / "link")).url, address.url)
         self.assertNotEqual(self.opens("--root", str(self.directory / "other")).url, address.url)
+        os.chdir(self.directory)
+        self.addCleanup(os.chdir, "/")
+        self.assertEqual(self.opens("--root", "./new/").url, self.opens("--root", str(self.directory / "new")).url)
+        self.assertEqual(len(self.records()), 3)
         server.terminate()
         self.assertEqual(server.wait(PATIENCE), 0)
-        self.assertEqual(len(self.records()), 1, "an ended server takes its file away")
+        self.assertEqual(len(self.records()), 2, "an ended server takes its file away")
 
     def test_serverThatWasKilled_isNotFound(self):
         server, address = self.serve()
