@@ -70,6 +70,7 @@ std::expected<std::vector<Record>, Refusal> profilesNamed(const std::vector<std:
 
 std::vector<std::string> shortIdentifiers(const std::vector<Record>& profiles) {
     std::vector<std::string_view> sorted;
+    sorted.reserve(profiles.size());
     for (const Record& profile : profiles) sorted.push_back(profile->identifier());
     std::ranges::sort(sorted);
     std::vector<std::string> result;

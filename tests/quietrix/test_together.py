@@ -131,7 +131,7 @@ class Watcher:
         self.process = test.start(*options, "watch", stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         test.addCleanup(self.close)
         # It says so when it knows what is there.
-        assert b"Watching" in self.process.stderr.readline()
+        test.assertIn("Watching", self.line(self.process.stderr))
 
     def close(self):
         if self.process.poll() is None:
@@ -140,8 +140,15 @@ class Watcher:
         self.process.stdout.close()
         self.process.stderr.close()
 
-    def line(self):
-        return self.process.stdout.readline().decode()
+    def line(self, stream=None):
+        """The next line; a watch that does not tell what it should ends the test instead of holding it up."""
+        stream = stream or self.process.stdout
+        deadline = threading.Timer(PATIENCE, self.process.kill)
+        deadline.start()
+        try:
+            return stream.readline().decode()
+        finally:
+            deadline.cancel()
 
     def event(self):
         """The next one, and when and how it came put aside."""
@@ -192,7 +199,7 @@ class Watching(CommandTest):
         # A file that is no good for a moment is no change.
         with open(self.path(PROFILES), "wb") as file:
             file.write(b"no list")
-        self.assertIn(b"cannot be used", watcher.process.stderr.readline())
+        self.assertIn("cannot be used", watcher.line(watcher.process.stderr))
         self.write(PROFILES, {"format": 1, "profiles": [profile("A", vibrate=False), profile("B")]})
         self.assertIn('added "B"', watcher.line())
 
