@@ -29,6 +29,7 @@ Outcome remove(Session& session, const std::vector<std::string>& names, bool isA
             if (!profiles) return std::unexpected(profiles.error());
             gone = *std::move(profiles);
             std::vector<Session::Change> changes;
+            changes.reserve(gone.size());
             for (const Record& profile : gone) changes.push_back({Session::Change::Kind::Delete, profile});
             return changes;
         });
