@@ -51,6 +51,7 @@ std::optional<pid_t> start(std::vector<std::string> arguments, int output, int e
     posix_spawnattr_init(&attributes);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) pointers.push_back(argument.data());
     pointers.push_back(nullptr);
     pid_t child = 0;
@@ -135,7 +136,7 @@ std::optional<Descriptor> lock(const std::string& runtimeDirectory, const std::s
 }
 
 void print(const std::string& url) {
-    std::cout << "Quietrix Settings is at " << url << std::endl;
+    std::cout << "Quietrix Settings is at " << url << '\n' << std::flush;
 }
 
 void show(const RunningServer::Found& found) {
@@ -167,7 +168,7 @@ Result<void> openPage(const CommandLine& line) {
     if (const auto found = RunningServer::find(runtime, line.rootDirectory)) {
         show(*found);
     } else {
-        std::cout << *started << std::endl;
+        std::cout << *started << '\n' << std::flush;
     }
     return {};
 }
