@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "settings/channels/IdleEnd.h"
-
 #include <gtest/gtest.h>
+
+#include "settings/channels/IdleEnd.h"
 
 namespace settings {
 namespace {
