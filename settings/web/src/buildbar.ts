@@ -29,12 +29,15 @@ export class BuildBar {
         this.line.hidden = true;
         this.status.setAttribute('role', 'status');
         this.alert.setAttribute('role', 'alert');
+        this.element.hidden = true;
         this.element.append(this.line, this.alert, this.status);
         new ResizeObserver(() => this.makeRoom()).observe(this.element);
     }
 
     show(build: Build | null): void {
         this.shown = build;
+        // There for as long as the program is watched, so that what comes later is read out.
+        this.element.hidden = build === null;
         if (build?.pathEnded == null) this.seen = null;
         const isBuilding = build?.state === 'building';
         const error = build?.error ?? null;
