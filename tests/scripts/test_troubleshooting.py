@@ -69,7 +69,6 @@ UNREAD = [
     ("profile/model/QXProfilesManager.cpp", "log(line)", "the lines of QXProfile"),
     ("profile/model/QXProfilesManager.cpp", "failure(error)", "a handler of that name, which is given an error"),
     ("settings/channels/server/SecretFile.cpp", r'failure("\"" + path + "\" " + reason + ".")', "the reasons stand where it is called"),
-    ("settings/channels/server/Server.cpp", "failure(sentenceOf(error))", "both sentences stand in sentenceOf()"),
     ("profile/model/QXProfilesManagerHistory.cpp", "log(reason)", "the sentence of an error"),
     ("quietrix/Output.cpp", "log(refused.message)", "the sentence of a refusal"),
     ("quietrix/Session.cpp", "log(line)", "what the store logs"),

@@ -13,7 +13,7 @@ const written = (letters: string): string => [...letters].map((letter) => {
 /** What a value is put in for, and what is to be typed, stays. The overriding marks write any letters from the right. */
 function pseudo(text: string, direction: 'ltr' | 'rtl'): string {
     const [before, after] = direction === 'rtl' ? ['\u202e', '\u202c'] : ['', ''];
-    const parts = text.split(/(\{\w+\}|`[^`]*`)/);
+    const parts = text.split(/(\{\w+\}|\x60[^\x60]*\x60)/);
     return `[${parts.map((part, at) => (at % 2 === 1 || part === '' ? part : before + written(part) + after)).join('')}]`;
 }
 
