@@ -72,7 +72,7 @@ build_packages=(g++ libboost1.81-dev libboost-json1.81-dev libcli11-dev libgmime
 build_commands=(cmake=cmake pkgconf=pkg-config ninja-build=ninja nodejs=node npm=npm)
 test_packages=(libgtest-dev libgmock-dev clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev
     dbus python3-dbusmock doxygen)
-page_packages=(chromium fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji)
+page_packages=(chromium-headless-shell fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji)
 measure_packages=(libplist-dev dbus)
 debian_packages=(dpkg-dev lintian debootstrap desktop-file-utils appstream systemd)
 test_commands=(python3=python3 git=git)

@@ -159,7 +159,7 @@ class Gallery(ScriptCase):
         self.tool("sudo", '[ "$1" = -n ] && exit 0; exec "$@"')
         self.assertEqual(self.run_bash("prepare_gallery").returncode, 0)
         installs = [call for call in self.called() if call.startswith("apt-get")]
-        self.assertTrue(len(installs) == 1 and installs[0].endswith("install -y --no-install-recommends chromium"), installs)
+        self.assertTrue(len(installs) == 1 and installs[0].endswith("install -y --no-install-recommends chromium-headless-shell"), installs)
 
 
 class DebiansCMake(ScriptCase):
