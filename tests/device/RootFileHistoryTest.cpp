@@ -126,8 +126,8 @@ TEST_F(RootFileHistoryTest, folderThatTookThePlaceOfTheOther_isNotTouched) {
 
 TEST_F(RootFileHistoryTest, whatIsNoFolder_isNamed) {
     writeText(folder, "a file");
-    EXPECT_EQ(refusal(),
-              "The history of the file \"/d/f\" could not be opened: \"" + folder + "\": Not a directory.");
+    EXPECT_EQ(refusal(), "The history of the file \"/d/f\" could not be opened: \"" + folder +
+                             "\": Not a directory; take it away while no other program uses this phone.");
 }
 
 TEST_F(RootFileHistoryTest, folderOfAnotherUser_isRefused) {
