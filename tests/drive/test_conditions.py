@@ -196,25 +196,6 @@ class EventStatus(ConditionsTest):
                          [(name, 7, "QXEventStatusTableCell")
                           for name in ("All", "Accepted", "Tentative", "Declined/Cancelled")])
 
-    def test_chosen_isStored(self):
-        drive = self.open_picker(applyProfileEventStatus=2)
-        drive.tap(drive.row(name="Declined/Cancelled"))
-        self.assertEqual((self.updates(drive), self.saved(drive)["applyProfileEventStatus"], self.checked(drive)),
-                         ([True], 3, ["Declined/Cancelled"]))
-
-    def test_link_isThereAsLongAsTheCalendarRow(self):
-        drive = self.edit()
-        drive.set(drive.row(identifier="enabled"), False)
-        self.assertEqual(drive.screen["links"], [])
-        drive.set(drive.row(identifier="enabled"), True)
-        self.assertEqual(len(drive.screen["links"]), 1)
-
-    def test_otherLanguage_hasItsWords(self):
-        drive = self.edit(device={"languages": "de"}, applyProfileEventStatus=1)
-        self.assertEqual(drive.screen["links"][0]["title"], "Terminstatus")
-        drive.do("link", item=0)
-        self.assertEqual((drive.screen["title"], self.checked(drive)), ("Terminstatus", ["Angenommen"]))
-
 
 class Networks(ConditionsTest):
     def open_picker(self, device=None, **values):

@@ -229,14 +229,6 @@ class NewProfile(EditorTest):
         self.assertEqual(self.saved(self.drive, "Gym")["ringerVolume"], 0.5)
         self.assertNotIn("newProfile", self.saved(self.drive, "Gym"))
 
-    def test_cancelled_leavesNothing(self):
-        self.drive.set(self.drive.row(identifier="title"), "Gym")
-        self.drive.bar("left", 0)
-        self.assertEqual(self.story(self.drive), [])
-        self.assertNotIn("Gym", self.drive.names())
-        self.assertEqual([entry["title"] for entry in self.read(self.drive, PROFILES)["profiles"]], ["Home"])
-        self.assertEqual(self.drive.screen["bar"]["barTint"], {"pattern": "nav", "alpha": 1})
-
     def test_hours_areAnnouncedAndShown(self):
         if not self.drive.row(identifier="enabled")["value"]:
             self.drive.set(self.drive.row(identifier="enabled"), True)

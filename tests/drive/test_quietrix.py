@@ -118,13 +118,6 @@ class RootList(QuietrixTest):
         drive.do("dark", on=False)
         self.assertEqual(drive.rows[1]["onTint"], {"pattern": "nav", "alpha": 1})
 
-    def test_addButton_presentsAScreenThatCanBeLeft(self):
-        drive = self.open(switch=True)
-        drive.bar("right", 0)
-        self.assertEqual((drive.screen["modals"], drive.screen["title"]), (1, "New Profile"))
-        drive.bar("left", 0)
-        self.assertEqual((drive.screen["modals"], drive.screen["class"]), (0, "QuietrixPreferencesController"))
-
 
 class Deleting(QuietrixTest):
     def setUp(self):
