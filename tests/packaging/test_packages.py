@@ -173,7 +173,20 @@ class PackagesTest(unittest.TestCase):
         self.assertEqual(answer["state"]["screen"]["class"], "QuietrixPreferencesController")
         self.assertIn("SpringBoard", [event.get("name") for event in answer["state"]["events"] if event["event"] == "process"])
 
-    def test_3_ringer_isBuiltFromTheDevelopmentPackageAlone(self):
+    def test_3_command_doesHereWhatItDoesInTheTree(self):
+        self.apt("install", "--no-install-recommends", "python3")
+        tests = self.root / HOME.lstrip("/") / "tests"
+        for folder in ("drive", "quietrix"):
+            shutil.copytree(TREE / "tests" / folder, tests / folder)
+        self.inside("chown", "-R", f"{USER}:", f"{HOME}/tests")
+        command, phone, bundle = "/usr/bin/quietrix", "/usr/bin/quietrix-settings", "/usr/lib/quietrix/QuietrixPreferences.bundle"
+        for name, arguments in (("commands", [command]), ("together", [command, phone, bundle, ""]), ("history", [command, phone, bundle])):
+            with self.subTest(name):
+                told = self.as_user("env", f"PYTHONPATH={HOME}/tests/drive", "python3", "-B", f"{HOME}/tests/quietrix/test_{name}.py",
+                                    *arguments)
+                self.assertRegex(told, r"Ran [1-9]\d* tests")
+
+    def test_4_ringer_isBuiltFromTheDevelopmentPackageAlone(self):
         self.apt("install", "--no-install-recommends", f"/tmp/{self.development.name}", "cmake", "g++", "make")
         shutil.copytree(TREE / "examples/ringer", self.root / HOME.lstrip("/") / "ringer")
         self.inside("chown", "-R", f"{USER}:", f"{HOME}/ringer")
@@ -184,7 +197,7 @@ class PackagesTest(unittest.TestCase):
         answer = json.loads(self.as_user("quietrix-settings", "drive", "--bundle", bundle, input='{"do":"state"}\n'))
         self.assertEqual(answer["state"]["screen"]["class"], "RingerController")
 
-    def test_4_purge_leavesTheUsersDataAlone(self):
+    def test_5_purge_leavesTheUsersDataAlone(self):
         self.apt("purge", "quietrix-settings", "libquietrix-platform-dev")
         self.assertEqual(self.versions(), [])
         left = self.inside("find", "/", "-xdev", "-path", "/home", "-prune", "-o", "-path", "/tmp", "-prune", "-o", "-path",

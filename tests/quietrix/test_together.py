@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 """`quietrix` beside other processes on the same root: shells, a phone with open screens, whoever writes the files:
-test_together.py PROGRAM PHONE BUNDLE STORE_WRITER."""
+test_together.py PROGRAM PHONE BUNDLE STORE_WRITER, the last of which may be "".
+"""
 import json
 import os
 import shutil
@@ -213,6 +214,13 @@ class Watching(CommandTest):
         self.do("on")
         self.assertEqual({"event": "enabled"}, watcher.event())
 
+    def writer(self, count):
+        """Adds so many profiles, each of which it then names "renamed": by the store itself, or, where that is not at hand, by a shell."""
+        if self.WRITER:
+            return subprocess.Popen([self.WRITER, self.root, "w", str(count)])
+        script = 'for n in $(seq "$2"); do "$0" --root "$1" set "$("$0" --root "$1" add "w $n")" title=renamed || exit; done'
+        return subprocess.Popen(["bash", "-c", script, self.PROGRAM, self.root, str(count)], stdout=subprocess.DEVNULL)
+
     def test_thousandQuickChanges_leadToWhatIsInTheFile(self):
         # How long a disk takes is not what this is about.
         if os.path.isdir("/dev/shm"):
@@ -221,7 +229,7 @@ class Watching(CommandTest):
             self.root = os.path.join(memory, "phone")
         self.give(profile("first"))
         watcher = Watcher(self, "--json")
-        writer = subprocess.Popen([self.WRITER, self.root, "w", "500"])
+        writer = self.writer(500)
         told, titles = set(), {}
         while len(told) < 500 or any(title != "renamed" for title in titles.values()):
             event = watcher.event()
