@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "device/EscapedText.h"
+#include "json/JSONValue.h"
 #include "platform/foundation/CaseInsensitive.h"
 #include "quietrix/JSONText.h"
 
@@ -39,7 +40,7 @@ Result<Value> listOf(std::string_view key, std::string_view text) {
     if (text.starts_with('[')) {
         const auto json = parsedJSON(text);
         if (!json) return failure(std::string(key) + ": " + json.error().localizedDescription);
-        return valueOf(*json);
+        return json::valueOf(*json);
     }
     if (text.empty()) return Value(platform::Array());
     platform::Array list;

@@ -157,33 +157,4 @@ boost::json::value jsonOf(const Value& value) {
     return nullptr;
 }
 
-Value valueOf(const boost::json::value& json) {
-    switch (json.kind()) {
-        case boost::json::kind::null:
-            return nullptr;
-        case boost::json::kind::bool_:
-            return json.get_bool();
-        case boost::json::kind::int64:
-            return json.get_int64();
-        case boost::json::kind::uint64:
-            return json.get_uint64();
-        case boost::json::kind::double_:
-            return json.get_double();
-        case boost::json::kind::string:
-            return std::string_view(json.get_string().data(), json.get_string().size());
-        case boost::json::kind::array: {
-            platform::Array array;
-            for (const auto& element : json.get_array()) array.push_back(valueOf(element));
-            return array;
-        }
-        case boost::json::kind::object: {
-            std::vector<platform::Dictionary::Entry> entries;
-            for (const auto& [key, member] : json.get_object())
-                entries.emplace_back(std::string(key.data(), key.size()), valueOf(member));
-            return platform::Dictionary::ofEntries(std::move(entries));
-        }
-    }
-    return nullptr;
-}
-
 }  // namespace console

@@ -23,7 +23,5 @@ platform::Result<boost::json::value> parsedJSON(std::string_view text);
 /// A property list's value as JSON has it: dates and data are their descriptions, what is no UTF-8 is made
 /// visible, numbers that are not finite are null.
 boost::json::value jsonOf(const platform::Value& value);
-/// The other way; null is nil.
-platform::Value valueOf(const boost::json::value& json);
 
 }  // namespace console

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "device/EscapedText.h"
+#include "json/JSONValue.h"
 #include "platform/foundation/PropertyList.h"
 #include "quietrix/Assignment.h"
 #include "quietrix/JSONText.h"
@@ -151,7 +152,7 @@ Result<ProfilesDocument> ProfilesDocument::parse(const platform::Data& bytes, Do
         const std::string text(bytes.begin(), bytes.end());
         const auto json = parsedJSON(text);
         if (!json) return std::unexpected(json.error());
-        root = valueOf(*json);
+        root = json::valueOf(*json);
     } else {
         const auto list = PropertyListSerialization::propertyListWithData(bytes);
         if (!list) return std::unexpected(list.error());

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "json/JSONValue.h"
 #include "platform/foundation/Unicode.h"
 
 namespace settings {
@@ -15,37 +16,6 @@ using platform::Dictionary;
 using platform::Value;
 
 namespace {
-
-Value valueOf(const boost::json::value& json) {
-    switch (json.kind()) {
-        case boost::json::kind::null:
-            return nullptr;
-        case boost::json::kind::bool_:
-            return json.get_bool();
-        case boost::json::kind::int64:
-            return json.get_int64();
-        case boost::json::kind::uint64:
-            return json.get_uint64();
-        case boost::json::kind::double_:
-            return json.get_double();
-        case boost::json::kind::string:
-            return std::string_view(json.get_string().data(), json.get_string().size());
-        case boost::json::kind::array: {
-            Array array;
-            array.reserve(json.get_array().size());
-            for (const auto& entry : json.get_array()) array.push_back(valueOf(entry));
-            return array;
-        }
-        case boost::json::kind::object: {
-            std::vector<Dictionary::Entry> entries;
-            entries.reserve(json.get_object().size());
-            for (const auto& [key, entry] : json.get_object())
-                entries.emplace_back(std::string(key.data(), key.size()), valueOf(entry));
-            return Dictionary::ofEntries(std::move(entries));
-        }
-    }
-    return nullptr;
-}
 
 /// The text with every ill-formed byte replaced; nearly always the text itself.
 std::string wellFormed(std::string_view text) {
@@ -118,7 +88,7 @@ platform::Result<Value> parseJSON(std::string_view text, std::size_t depth) {
     boost::json::error_code error;
     const boost::json::value json = boost::json::parse({text.data(), text.size()}, error, {}, options);
     if (error) return platform::failure("The line is no JSON: " + error.message() + ".");
-    return valueOf(json);
+    return json::valueOf(json);
 }
 
 std::string jsonText(const Value& value) {

@@ -34,7 +34,7 @@ LAYERS = (
     "shell/base", "profile/model", "support/sharing", "shell/chrome", "profile/cells",
     "profile/hours", "profile/editor", "conditions", "conditions/calendars", "conditions/eventstatus",
     "conditions/networks", "conditions/tone", "support/misc", "shell/root",
-    "device", "springboard", "usage",
+    "device", "springboard", "json", "usage",
     "settings/application", "settings/commands", "settings/state", "settings/channels/server", "settings/channels",
     "settings/checking", "settings/recording", "settings/exploring", "settings/watching", "settings/program",
     "quietrix",
@@ -51,12 +51,13 @@ SCREENS = ("profile/hours", "profile/editor", "conditions", "conditions/calendar
 MAY_INCLUDE = {
     "device": (),
     "springboard": ("device",),
+    "json": (),
     "usage": (),
     "settings/application": ("device",),
     "settings/commands": ("device", "settings/application"),
     "settings/state": ("settings/application",),
     "settings/channels/server": (),
-    "settings/channels": ("settings/application", "settings/commands", "settings/state", "settings/channels/server"),
+    "settings/channels": ("json", "settings/application", "settings/commands", "settings/state", "settings/channels/server"),
     "settings/checking": ("settings/application", "settings/channels"),
     "settings/recording": ("device", "springboard", "settings/application", "settings/commands", "settings/channels",
                            "settings/channels/server"),
@@ -64,7 +65,7 @@ MAY_INCLUDE = {
     "settings/watching": ("device", "settings/channels", "settings/channels/server"),
     "settings/program": ("device", "settings/application", "settings/channels", "settings/checking",
                          "settings/channels/server", "settings/exploring", "settings/recording", "settings/watching", "usage"),
-    "quietrix": ("shell/base", "profile/model", "device", "usage"),
+    "quietrix": ("shell/base", "profile/model", "device", "json", "usage"),
 }
 
 CPP_HEADERS = set("""
@@ -89,7 +90,7 @@ def layer_of(path):
 
 
 def sources(tree):
-    for top in ("platform", "velmora", "shell", "profile", "conditions", "support", "device", "springboard", "usage", "settings",
+    for top in ("platform", "velmora", "shell", "profile", "conditions", "support", "device", "springboard", "json", "usage", "settings",
                 "quietrix", "examples"):
         for path in sorted((tree / top).rglob("*")):
             if path.suffix in (".h", ".cpp") and "node_modules" not in path.parts:
