@@ -64,6 +64,8 @@ class SeveralShells(CommandTest):
             for name in files:
                 os.chmod(os.path.join(folder, name), 0o444)
         other = {"user": 65534} if os.geteuid() == 0 else {}
+        if subprocess.run(["test", "-x", self.PROGRAM], check=False, **other).returncode != 0:
+            self.skipTest("the program lies where nobody else can start it")
 
         def run(*words):
             return subprocess.run(self.arguments(*words), stdin=subprocess.DEVNULL, capture_output=True, check=False,
