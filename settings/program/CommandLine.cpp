@@ -139,8 +139,8 @@ std::expected<CommandLine, EarlyEnd> checked(Subcommand subcommand, const Given&
 
     // A replay has a root of its own, and nobody's own phone is looked at for mistakes unless it is named.
     const bool looksOnly = subcommand == Subcommand::Check || subcommand == Subcommand::Explore;
-    const bool needsRoot = subcommand != Subcommand::Replay && subcommand != Subcommand::View &&
-                           (!looksOnly || given.root);
+    const bool needsRoot =
+        subcommand != Subcommand::Replay && subcommand != Subcommand::View && (!looksOnly || given.root);
     const auto root = given.root || !needsRoot ? given.root : device::defaultRootDirectory();
     if (needsRoot && (!root || root->empty()))
         return std::unexpected(wrongUse("There is no root directory: give one with --root."));
@@ -258,10 +258,10 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
             EarlyEnd{0, chosen.empty() ? program.help("", CLI::AppFormatMode::All) : chosen.front()->help()});
     } catch (const CLI::RequiredError& error) {
         const auto unknown = program.remaining();
-        return std::unexpected(wrongUse(unknown.empty()
-                                            ? error.what()
-                                            : "There is no command \"" + unknown.front() +
-                                                  "\": drive, serve, open, record, replay, view, check or explore."));
+        return std::unexpected(wrongUse(
+            unknown.empty() ? error.what()
+                            : "There is no command \"" + unknown.front() +
+                                  "\": drive, serve, open, record, replay, view, check or explore."));
     } catch (const CLI::Error& error) {
         return std::unexpected(wrongUse(error.what()));
     }
