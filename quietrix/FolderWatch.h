@@ -18,7 +18,7 @@ class FolderWatch {
     FolderWatch& operator=(const FolderWatch&) = delete;
 
     /// Has what is at the path by now watched, if it is there and can be. Nothing tells that a directory has
-    /// come, so this is for now and again.
+    /// come, so this is called from time to time.
     void renew();
 
   private:

@@ -142,7 +142,7 @@ void thin(FileHistory& history, const std::vector<ProfileGeneration>& newestFirs
         const bool isLastOfDay = dayOf(time) != dayOf(newestFirst[i - 1].time);
         const bool isRecent = present - time.secondsSinceReference <= longest;
         if (isLastOfDay && isRecent && ++daysBefore <= ProfileHistory::daysKept) continue;
-        // One that stays for now is tried again with the next change.
+        // One that cannot be removed is met again here after the next change.
         static_cast<void>(history.remove(newestFirst[i].name));
     }
 }
