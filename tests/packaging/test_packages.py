@@ -65,7 +65,7 @@ def use_this_machines_sources(root):
         shutil.copy(name, root / name.lstrip("/"))
     settings = [line for line in run("apt-config", "dump").splitlines() if line.startswith("Acquire::")]
     (root / "etc/apt/apt.conf.d/99machine").write_text("\n".join(settings) + "\n", encoding="utf-8")
-    shutil.copytree("/etc/ssl/certs", root / "etc/ssl/certs", dirs_exist_ok=True)
+    shutil.copy("/etc/ssl/certs/ca-certificates.crt", root / "etc/ssl/certs")
 
 
 def older(package, version):
@@ -85,6 +85,7 @@ class PackagesTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         # All of it is in the namespace of this process's mounts and goes with it.
+        CACHE.mkdir(parents=True, exist_ok=True)
         layers = Path(tempfile.mkdtemp(prefix="layers-", dir=CACHE))
         cls.addClassCleanup(shutil.rmtree, layers, ignore_errors=True)
         base = bare_system()
@@ -127,6 +128,8 @@ class PackagesTest(unittest.TestCase):
         self.apt("install", "--no-install-recommends", f"/tmp/{self.older.name}")
         self.inside("mkdir", "-m", "700", f"{HOME}/run")
         self.inside("chown", f"{USER}:", f"{HOME}/run")
+        # An open list goes on showing the switch as it was.
+        self.as_user("quietrix", "on")
         command = ["chroot", f"--userspec={USER}", str(self.root), "env", "-i", f"HOME={HOME}", f"XDG_RUNTIME_DIR={HOME}/run",
                    "LANG=C.UTF-8", "/usr/bin/quietrix-settings", "serve"]
         server = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True)
@@ -144,7 +147,6 @@ class PackagesTest(unittest.TestCase):
             self.assertTrue(message["ok"], message.get("error"))
             return {row["name"] for row in message["state"]["screen"]["rows"]}
 
-        self.as_user("quietrix", "on")
         titles = []
         for version, package in (("older", None), ("upgrade", self.program), ("back", self.older)):
             with self.subTest(version):
