@@ -39,6 +39,7 @@ std::string_view Faults::nameOf(Fault fault) {
 
 std::vector<std::string_view> Faults::names() {
     std::vector<std::string_view> names;
+    names.reserve(allNames.size());
     for (const Name& each : allNames) names.push_back(each.name);
     return names;
 }

@@ -245,7 +245,7 @@ void wrap(std::shared_ptr<Service>& service, const std::shared_ptr<Faults>& faul
 
 }  // namespace
 
-platform::Device withFaults(platform::Device device, std::shared_ptr<Faults> faults) {
+platform::Device withFaults(platform::Device device, const std::shared_ptr<Faults>& faults) {
     wrap<FaultyFiles>(device.files, faults);
     wrap<FaultyCalendars>(device.calendars, faults);
     wrap<FaultyNetworks>(device.networks, faults);

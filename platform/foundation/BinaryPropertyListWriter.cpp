@@ -60,7 +60,7 @@ BinaryPropertyListWriter::Object BinaryPropertyListWriter::numberContainer(const
 
 BinaryPropertyListWriter::Object BinaryPropertyListWriter::append(Entry entry) {
     size_ += sizeOf(entry, 0);
-    entries_.push_back(std::move(entry));
+    entries_.push_back(entry);
     return static_cast<Object>(entries_.size() - 1);
 }
 

@@ -5,6 +5,7 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <initializer_list>
 #include <iterator>
 #include <memory>
@@ -163,11 +164,14 @@ class Value {
     void share(Kind kind, T content) {
         SharedOwners* const owners = new SharedContent<T>(std::move(content));
         kind_ = kind;
-        bits_ = reinterpret_cast<std::uintptr_t>(owners);
+        std::memcpy(&bits_, static_cast<const void*>(&owners), sizeof(SharedOwners*));
     }
     bool isShared() const { return kind_ >= Kind::String; }
     SharedOwners& owners() const {
-        return *reinterpret_cast<SharedOwners*>(static_cast<std::uintptr_t>(bits_));
+        // A cast would hide from the compiler where the pointer came from.
+        SharedOwners* owners = nullptr;
+        std::memcpy(static_cast<void*>(&owners), &bits_, sizeof(SharedOwners*));
+        return *owners;
     }
     /// Of a content that nobody has any more.
     void destroy();

@@ -17,17 +17,14 @@ namespace settings {
 
 /// A phone that lives in a process of its own and does what it is sent, so that its end is seen from outside.
 /// Each line that comes is a step of a recording, without an answer; for each goes out one object:
-///
-/// | field | |
-/// |---|---|
-/// | `answer` | of a command, in one line |
-/// | `time` | the milliseconds since the start by now |
-/// | `memory` | the bytes that the process has allocated and not freed |
-/// | `stored` | the bytes of the files that the bundle stores |
-/// | `kept` | the classes of screens that are still there although they were left, looked for when time
-/// passes | | `names` | notifications that something listens to, when there are new ones | | `paths` | the
-/// phone paths of the stored files, after the start | | `error` | instead of all: why the step cannot be done
-/// |
+/// - `answer`: of a command, in one line;
+/// - `time`: the milliseconds since the start by now;
+/// - `memory`: the bytes that the process has allocated and not freed;
+/// - `stored`: the bytes of the files that the bundle stores;
+/// - `kept`: the classes of screens that are still there although they were left, looked for as time passes;
+/// - `names`: notifications that something listens to, when there are new ones;
+/// - `paths`: the phone paths of the stored files, after the start;
+/// - `error`: instead of all, why the step cannot be done.
 ///
 /// Main thread.
 class PhoneHost {
