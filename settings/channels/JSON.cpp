@@ -12,7 +12,6 @@
 namespace settings {
 
 using platform::Array;
-using platform::Dictionary;
 using platform::Value;
 
 namespace {

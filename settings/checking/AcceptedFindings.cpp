@@ -11,7 +11,6 @@
 
 namespace settings {
 
-using platform::Dictionary;
 using platform::failure;
 using platform::Result;
 using platform::Value;

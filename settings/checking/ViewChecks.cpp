@@ -15,7 +15,6 @@ namespace settings {
 
 using platform::UILabel;
 using platform::UITableView;
-using platform::UITableViewCell;
 using platform::UIView;
 
 namespace {

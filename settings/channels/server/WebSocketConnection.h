@@ -124,7 +124,7 @@ class WebSocketConnection : public std::enable_shared_from_this<WebSocketConnect
     }
 
     /// Closes with that code once the queue is sent, and cuts off a client that takes too long over it.
-    void close(websocket::close_reason reason) {
+    void close(const websocket::close_reason& reason) {
         if (closing_) return;
         closing_ = true;
         taken_.cancel();
