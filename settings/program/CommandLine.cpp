@@ -27,6 +27,7 @@ struct Given {
     std::uint16_t port = 0;
     bool newSecret = false;
     std::optional<double> idleMinutes;
+    std::optional<unsigned> openPatience;
     WatchArguments watch;
     std::string recording;
     bool update = false;
@@ -126,6 +127,7 @@ std::expected<CommandLine, EarlyEnd> checked(Subcommand subcommand, const Given&
         line.patience = std::chrono::round<std::chrono::milliseconds>(
             std::chrono::duration<double, std::ratio<60>>(*given.idleMinutes));
     }
+    if (given.openPatience) line.openPatience = std::chrono::seconds(*given.openPatience);
     line.watch = given.watch;
     for (const std::string& directory : line.watch.sources) {
         std::error_code error;
@@ -186,6 +188,11 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
         .add_option("--root", given.root,
                     "The phone's files: a directory, made and filled when it is not there")
         ->type_name("DIR");
+    opened
+        .add_option("--patience", given.openPatience,
+                    "So long it waits for another open, and for the server; without this 60 seconds")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1u, 3600u));
     opened.set_version_flag("--version", versionText);
     CLI::App& recorded =
         *program.add_subcommand("record", "Does what drive does, and writes down all that passes");

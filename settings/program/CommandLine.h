@@ -66,6 +66,8 @@ struct CommandLine {
     bool newSecret = false;
     /// For Subcommand::Serve: how long nobody may have a page open before it ends; nothing for no end.
     std::optional<std::chrono::milliseconds> patience;
+    /// For Subcommand::Open: how long others are waited for.
+    std::chrono::seconds openPatience{60};
     WatchArguments watch;
     /// For Subcommand::Record, Subcommand::Replay and Subcommand::View: the file.
     std::string recording;

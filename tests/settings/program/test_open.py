@@ -1,5 +1,7 @@
 # SPDX-License-Identifier: MIT
 """Servers that are found, started by need and end by themselves: test_open.py PROGRAM FIXTURES [unittest arguments]."""
+import fcntl
+import hashlib
 import os
 import re
 import select
@@ -7,6 +9,7 @@ import shutil
 import signal
 import socket
 import stat
+import struct
 import subprocess
 import sys
 import tempfile
@@ -124,6 +127,49 @@ class OpenTest(unittest.TestCase):
         lines = [process.communicate(timeout=PATIENCE)[0] for process in both]
         self.assertEqual(lines[0], lines[1])
         self.assertEqual(len(self.records()), 1)
+
+    def refused(self, *arguments):
+        """What it says in one line instead of an address."""
+        status, output, errors = self.open(*arguments)
+        self.assertEqual((status, output, errors.count("\n")), (2, "", 1), errors)
+        return errors
+
+    def test_anotherThatDoesNotEnd_isNamed(self):
+        # Stopped, say, at a terminal.
+        folder = self.runtime / "quietrix-settings"
+        folder.mkdir(mode=0o700)
+        opening = folder / ("opening-" + hashlib.sha256(self.root.encode()).hexdigest())
+        with open(opening, "w+", encoding="ascii", opener=lambda path, flags: os.open(path, flags, 0o600)) as held:
+            fcntl.flock(held, fcntl.LOCK_EX)
+            self.assertIn("Another process has been opening the page of this phone for 1 second;",
+                          self.refused("--root", self.root, "--patience", "1"))
+            held.write("4711\n")
+            held.flush()
+            self.assertIn("The process 4711 has been opening", self.refused("--root", self.root, "--patience", "1"))
+            fcntl.flock(held, fcntl.LOCK_UN)
+            self.opens()
+            held.seek(0)
+            self.assertNotIn("4711", held.read(), "whoever has it is who stands there")
+
+    def test_serverThatDoesNotBegin_isEnded(self):
+        locks = Path(self.root, ".locks")
+        locks.mkdir(mode=0o700, parents=True)
+        with open(locks / "root", "w+", encoding="ascii", opener=lambda path, flags: os.open(path, flags, 0o600)) as held:
+            def lock_byte(position):
+                f_ofd_setlk = 37
+                fcntl.fcntl(held, f_ofd_setlk, struct.pack("hhqqi4x", fcntl.F_WRLCK, os.SEEK_SET, position, 1, 0))
+
+            # Whoever fills a root has the second byte, and the next one waits with the first.
+            lock_byte(1)
+            self.assertIn("The server that was started said nothing for 1 second and was ended;",
+                          self.refused("--root", self.root, "--patience", "1"))
+            self.assertEqual(self.records(), [])
+            lock_byte(0)
+
+    def test_serviceManagerThatDoesNotAnswer_isNotNeeded(self):
+        self.put("systemctl", "exec sleep 1000")
+        usual = str(self.directory / "data/quietrix/phone")
+        self.assertEqual(self.opens("--root", usual).url, self.opens("--root", usual).url)
 
     def test_serverThatRuns_isFoundByItsRootHoweverWritten(self):
         server, address = self.serve()
