@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "settings/program/CheckProgram.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <string_view>
 #include <system_error>
-#include <utility>
 
 #include "device/PhonePaths.h"
 #include "device/PrivateLock.h"
@@ -18,6 +16,7 @@
 #include "settings/checking/BundleCheck.h"
 #include "settings/checking/Report.h"
 #include "settings/program/PhoneSetup.h"
+#include "settings/recording/RecordedRoot.h"
 
 namespace settings {
 
@@ -30,29 +29,6 @@ namespace {
 constexpr int clean = 0;
 constexpr int hasFindings = 1;
 constexpr int cannotBegin = 2;
-
-/// A directory that goes with this object.
-class ScratchRoot {
-  public:
-    static Result<ScratchRoot> create() {
-        std::error_code error;
-        std::string name = (fs::temp_directory_path(error) / "quietrix-check-XXXXXX").string();
-        if (error || !mkdtemp(name.data())) return failure("No directory could be made for the phone.");
-        return ScratchRoot(std::move(name));
-    }
-    explicit ScratchRoot(std::string path) : path_(std::move(path)) {}
-    ScratchRoot(ScratchRoot&& other) noexcept : path_(std::exchange(other.path_, {})) {}
-    ScratchRoot& operator=(ScratchRoot&&) = delete;
-    ~ScratchRoot() {
-        std::error_code ignored;
-        if (!path_.empty()) fs::remove_all(path_, ignored);
-    }
-
-    std::string root() const { return path_ + "/phone"; }
-
-  private:
-    std::string path_;
-};
 
 /// What is the running phone's own and no data.
 bool isOwn(std::string_view phonePath) {
@@ -106,15 +82,15 @@ Result<int> check(const CommandLine& line, const std::string& resourceDirectory,
     if (!line.rootDirectory.empty() && !fs::is_directory(line.rootDirectory, error))
         return failure("The root \"" + line.rootDirectory + "\" is not a directory.");
 
-    const auto scratch = ScratchRoot::create();
+    const auto scratch = TemporaryRoot::create({});
     if (!scratch) return std::unexpected(scratch.error());
     const auto phone = PhoneSetup::create(
-        {scratch->root(), line.bundleDirectory, resourceDirectory, line.device, systemShell});
+        {scratch->path(), line.bundleDirectory, resourceDirectory, line.device, systemShell});
     if (!phone) return std::unexpected(phone.error());
     Application application((*phone)->bundlePath(), phone->get());
     CheckOptions options{.timings = line.check.timings ? Timings::On : Timings::Off};
     if (!line.rootDirectory.empty())
-        options.bringData = [&] { return copyData(line.rootDirectory, scratch->root()); };
+        options.bringData = [&] { return copyData(line.rootDirectory, scratch->path()); };
     const auto outcome = checkBundle(application, (*phone)->bundlePath(), options);
     if (!outcome) return std::unexpected(outcome.error());
 

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "settings/recording/RecordedRoot.h"
 
-#include <stdlib.h>
-
-#include <cerrno>
 #include <filesystem>
 #include <system_error>
 
@@ -29,9 +26,9 @@ std::unexpected<platform::Error> failed(const std::string& path, const std::stri
 }
 
 /// Sockets and locks of living processes.
-bool isOfProcesses(const std::string& phonePath) {
+bool isOfProcesses(const fs::path& phonePath) {
     return phonePath == device::phonePaths::notifications ||
-           phonePath == "/" + std::string(device::PrivateLock::folderName);
+           phonePath.filename() == device::PrivateLock::folderName;
 }
 
 }  // namespace
@@ -60,11 +57,10 @@ Result<RootFiles> filesOfRoot(const std::string& rootDirectory) {
 }
 
 Result<TemporaryRoot> TemporaryRoot::create(const RootFiles& files) {
-    std::error_code error;
-    std::string path = (fs::temp_directory_path(error) / "quietrix-replay-XXXXXX").string();
-    if (error || !mkdtemp(path.data())) return failed(path, "made", device::host::message(errno));
-    TemporaryRoot root(path);
-    const device::RootFileSystem phone(path);
+    auto folder = device::TemporaryFolder::create();
+    if (!folder) return failure("No directory could be made for the phone: " + folder.error() + ".");
+    TemporaryRoot root(*std::move(folder));
+    const device::RootFileSystem phone(root.path());
     for (const auto& [phonePath, bytes] : files) {
         const std::string hostPath = phone.hostPath(phonePath);
         if (hostPath.empty()) return failed(phonePath, "made", "it is no path of the phone");
@@ -74,11 +70,6 @@ Result<TemporaryRoot> TemporaryRoot::create(const RootFiles& files) {
         if (!written) return failed(phonePath, "made", device::host::message(written.error()));
     }
     return root;
-}
-
-TemporaryRoot::~TemporaryRoot() {
-    std::error_code ignored;
-    if (!path_.empty()) fs::remove_all(path_, ignored);
 }
 
 }  // namespace settings

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "device/TemporaryFolder.h"
 #include "platform/foundation/Error.h"
 #include "platform/foundation/Value.h"
 
@@ -20,17 +21,14 @@ platform::Result<RootFiles> filesOfRoot(const std::string& rootDirectory);
 class TemporaryRoot {
   public:
     static platform::Result<TemporaryRoot> create(const RootFiles& files);
-    TemporaryRoot(TemporaryRoot&& other) noexcept : path_(std::exchange(other.path_, {})) {}
-    TemporaryRoot& operator=(TemporaryRoot&&) = delete;
-    ~TemporaryRoot();
 
     /// Its host path.
-    const std::string& path() const { return path_; }
+    const std::string& path() const { return folder_.path(); }
 
   private:
-    explicit TemporaryRoot(std::string path) : path_(std::move(path)) {}
+    explicit TemporaryRoot(device::TemporaryFolder folder) : folder_(std::move(folder)) {}
 
-    std::string path_;
+    device::TemporaryFolder folder_;
 };
 
 }  // namespace settings

@@ -337,6 +337,44 @@ class ViewTest(RecordingTest):
         self.assertEqual(sorted(os.listdir(self.directory)), ["story.rec", "tmp"])
         self.assertEqual(os.listdir(self.temporary), [], "images are still there")
 
+    def test_killed_leavesNothingThatTheNextOneDoesNotClear(self):
+        self.record().close()
+        first, living = self.view(), self.view()
+        both = set(os.listdir(self.temporary))
+        first.process.kill()
+        first.process.wait()
+        self.assertEqual(set(os.listdir(self.temporary)), both, "it could do nothing about it")
+        third = self.view()
+        left = set(os.listdir(self.temporary))
+        self.assertEqual((len(both), len(left), len(left & both)), (2, 2, 1))
+        for server in (living, third):
+            self.assertEqual(server.get("/image/SpeakerMax@2x").status, 200)
+
+    def test_phonesOfTheSameRoot_liveOnBesideIt(self):
+        root = os.path.join(self.directory, "phone")
+        story = self.record(root=root)
+        story.set(1, True)
+        self.write(story, PROFILES, {"format": 1, "profiles": [profile("A"), profile("B"), profile("C")]})
+        story.do("post", name=APPLIED)
+        story.close()
+        before, recorded = self.bytes(), lines(self.file)[-2]["answer"]["state"]["screen"]
+        driven = self.start(root=root)
+        served = EchoServer(self.PROGRAM, "serve", "--root", root, "--bundle", self.BUNDLE)
+        self.addCleanup(served.clean)
+        with WebSocket(self.view()) as page, WebSocket(served) as other:
+            for each in (page, other):
+                each.connection.settimeout(PATIENCE)
+            shown = self.ask(other, do="state")
+            for title in ("B", "A", "C"):
+                driven.delete(driven.row(name=title))
+                driven.choose("Delete")
+                # A page is told by itself.
+                while title in [row["name"] for row in shown["state"]["screen"]["rows"]]:
+                    shown = json.loads(other.receive()[1])
+                self.assertEqual(self.ask(page, do="state")["state"]["screen"], recorded)
+            self.assertEqual(self.read(driven, PROFILES)["profiles"], [])
+        self.assertEqual(self.bytes(), before)
+
     def test_killedWhileItRecorded_showsWhatThereIs(self):
         story = self.record()
         story.set(1, True)

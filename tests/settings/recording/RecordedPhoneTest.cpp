@@ -164,6 +164,7 @@ TEST(RecordedRoot, files_areThereAgainUntilTheRootGoes) {
     testing_support::writeText(directory / "var/mobile/a.plist", "text");
     testing_support::writeText(directory / "private/var/run/notifications/x.spill", "no");
     testing_support::writeText(directory / ".locks/a", "no");
+    testing_support::writeText(directory / "var/mobile/.locks/a.plist", "no");
     testing_support::writeText(directory / "var/mobile/.a.plist.history/1", "no");
     std::filesystem::create_symlink(directory / "var/mobile/a.plist", directory.path() / "link");
     const auto files = settings::filesOfRoot(directory.path().string());
