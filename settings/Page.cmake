@@ -25,13 +25,7 @@ else()
 endif()
 set(PAGE_NODE "${PAGE_NODE}" PARENT_SCOPE)
 
-set(page_copies)
-foreach(file IN LISTS page_files)
-    add_custom_command(OUTPUT "${page_work}/${file}"
-        COMMAND ${CMAKE_COMMAND} -E copy "${page_source}/${file}" "${page_work}/${file}"
-        DEPENDS "${page_source}/${file}" VERBATIM)
-    list(APPEND page_copies "${page_work}/${file}")
-endforeach()
+quietrix_copy_files(page_copies page-files FROM "${page_source}" TO "${page_work}" FILES ${page_files})
 
 add_custom_command(OUTPUT "${page_work}/installed"
     COMMAND ${NPM_PROGRAM} ci --include=dev --include=optional --no-audit --no-fund --loglevel=error
@@ -44,6 +38,6 @@ add_custom_command(OUTPUT "${page_output}/index.html" "${page_work}/licences.txt
     COMMAND ${PAGE_NODE} build.mjs "--outdir=${page_output}" "--licences=${page_work}/licences.txt"
     COMMAND ${CMAKE_COMMAND} -E touch "${page_output}/index.html"
     WORKING_DIRECTORY "${page_work}"
-    DEPENDS "${page_work}/installed" ${page_copies}
+    DEPENDS "${page_work}/installed" ${page_copies} "${CMAKE_CURRENT_BINARY_DIR}/page-files.txt"
     COMMENT "Building the page" VERBATIM)
 add_custom_target(page ALL DEPENDS "${page_output}/index.html")

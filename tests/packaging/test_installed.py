@@ -2,6 +2,7 @@
 """What was installed and moved, used as its user would: test_installed.py PREFIX SOURCE_TREE BUILD [unittest arguments]."""
 import os
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -20,7 +21,7 @@ BUILD = Path()
 
 def elf_files():
     for path in sorted(PREFIX.rglob("*")):
-        if path.is_file() and not path.is_symlink() and path.open("rb").read(4) == b"\x7fELF":
+        if path.is_file() and not path.is_symlink() and path.read_bytes()[:4] == b"\x7fELF":
             yield path
 
 
@@ -59,6 +60,43 @@ class InstalledTest(unittest.TestCase):
             listing = subprocess.run(["readelf", "-d", path], check=True, capture_output=True, text=True).stdout
             ways = re.findall(r"R(?:UN)?PATH\).*\[(.*)\]", listing)
             self.assertTrue(all(way.startswith("$ORIGIN") for way in ways), f"{path}: {ways}")
+
+    def test_bundles_holdJustWhatTheSourcesHave(self):
+        def listed(directory, *patterns):
+            return {path.relative_to(directory).as_posix() for pattern in patterns for path in directory.glob(pattern) if path.is_file()}
+
+        self.assertEqual(listed(PREFIX / "lib/quietrix/QuietrixPreferences.bundle", "**/*"),
+                         listed(TREE / "resources", "*.plist", "*.png", "*.lproj/*.strings") | {"QuietrixPreferences"})
+        self.assertEqual(listed(PREFIX / "share/quietrix/Settings", "**/*"),
+                         listed(TREE / "settings/resources", "**/*.plist", "**/*.strings", "root/**/*"))
+        if (BUILD / "web").is_dir():
+            self.assertEqual(*(listed(directory, "src/**/*", "styles/**/*") for directory in (BUILD / "web", TREE / "settings/web")))
+
+    def test_resourceThatIsTakenAway_leavesTheBundleThatOthersBuild(self):
+        directory = Path(self.root).parent
+        shutil.copytree(TREE / "examples/ringer", directory / "ringer")
+        extra = [directory / "ringer" / name for name in ("Extra.png", "fr.lproj/Localizable.strings")]
+        extra[1].parent.mkdir()
+        for path, like in zip(extra, ("Bell.png", "en.lproj/Localizable.strings")):
+            shutil.copy(directory / "ringer" / like, path)
+        [cmake] = re.findall(r"^CMAKE_COMMAND:INTERNAL=(.*)$", (BUILD / "CMakeCache.txt").read_text(encoding="utf-8"), re.MULTILINE)
+        [generator] = re.findall(r"^CMAKE_GENERATOR:INTERNAL=(.*)$", (BUILD / "CMakeCache.txt").read_text(encoding="utf-8"), re.MULTILINE)
+        bundle = directory / "build/Ringer.bundle"
+
+        def build():
+            subprocess.run([cmake, "--build", directory / "build", "--target", "QuietrixRinger-resources"], check=True, capture_output=True)
+            return {path.relative_to(bundle).as_posix() for path in bundle.rglob("*")}
+
+        subprocess.run([cmake, "-G", generator, "-S", directory / "ringer", "-B", directory / "build", f"-DCMAKE_PREFIX_PATH={PREFIX}"],
+                       check=True, capture_output=True)
+        before = build()
+        self.assertLessEqual({"Extra.png", "fr.lproj/Localizable.strings"}, before)
+        (bundle / "Other").write_text("somebody else's", encoding="utf-8")
+        for path in extra:
+            path.unlink()
+        self.assertEqual(build(), before - {"Extra.png", "fr.lproj/Localizable.strings", "fr.lproj"} | {"Other"})
+        shutil.copy(directory / "ringer/Bell.png", extra[0])
+        self.assertIn("Extra.png", build())
 
     def test_headers_areThoseOfTheTwoLibraries(self):
         for room in ("platform", "velmora"):
