@@ -25,6 +25,11 @@ class IdleEnd {
         }
     }
 
+    /// A page is about to come: the whole time is waited for it.
+    void beginAnew(Time now) {
+        if (idleSince_) idleSince_ = now;
+    }
+
     /// When the end will be due if nobody comes; nothing while a page is open, and for a server that stays.
     std::optional<Time> deadline() const {
         if (!patience_ || !idleSince_) return std::nullopt;

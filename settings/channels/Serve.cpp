@@ -168,7 +168,9 @@ void Serve::endWhenIdle() {
     sortInbox();
     const auto now = std::chrono::steady_clock::now();
     idleEnd_.see(clients_.count(), now);
-    if (idleEnd_.isDue(now)) RunLoop::main().stop();
+    if (!idleEnd_.isDue(now)) return;
+    if (!announced_ || announced_->retract()) return RunLoop::main().stop();
+    idleEnd_.beginAnew(now);
 }
 
 void Serve::setDeadline() {

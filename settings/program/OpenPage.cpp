@@ -225,6 +225,14 @@ void show(const RunningServer::Found& found) {
     device::startDesktopProgram("xdg-open", found.file, [] {});
 }
 
+/// Of a server that runs.
+std::string whyNotFound(const std::string& runtimeDirectory) {
+    if (runtimeDirectory.empty()) return "XDG_RUNTIME_DIR is not set.";
+    const auto folder = server::RuntimeFolder::open(runtimeDirectory);
+    return folder ? "It could not leave its address in \"" + folder->path() + "\"."
+                  : folder.error().localizedDescription;
+}
+
 }  // namespace
 
 Result<void> openPage(const CommandLine& line) {
@@ -252,6 +260,8 @@ Result<void> openPage(const CommandLine& line) {
         show(*found);
     } else {
         std::cout << *started << '\n' << std::flush;
+        std::cerr << "quietrix-settings: No browser is opened, and another open will not find this server: "
+                  << whyNotFound(runtime) << '\n';
     }
     return {};
 }

@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -46,6 +47,20 @@ std::vector<std::string> namesIn(const RuntimeFolder& folder, const std::string&
     return names;
 }
 
+std::int64_t modificationOf(int file) {
+    struct stat facts{};
+    if (fstat(file, &facts) != 0) return 0;
+    return std::int64_t{facts.st_mtim.tv_sec} * 1'000'000'000 + facts.st_mtim.tv_nsec;
+}
+
+/// Whether the open file still is the one of that name.
+bool hasName(const RuntimeFolder& folder, const std::string& name, int file) {
+    struct stat named{};
+    struct stat opened{};
+    return fstatat(folder.descriptor(), name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           fstat(file, &opened) == 0 && named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
+}
+
 /// The address that the open file leads to, while its server runs; what another has left is taken away.
 std::optional<std::string> addressIn(const RuntimeFolder& folder, const std::string& name, int file) {
     if (!RuntimeFolder::strangenessOf(file).empty()) return std::nullopt;
@@ -60,6 +75,9 @@ std::optional<std::string> addressIn(const RuntimeFolder& folder, const std::str
     if (!text.starts_with(before) || !text.ends_with(after)) return std::nullopt;
     text.remove_prefix(before.size());
     text.remove_suffix(after.size());
+    // The server sees this, or has taken the name away before.
+    futimens(file, nullptr);
+    if (!hasName(folder, name, file)) return std::nullopt;
     return std::string(text);
 }
 
@@ -90,17 +108,33 @@ Result<RunningServer> RunningServer::announce(const std::string& runtimeDirector
 }
 
 RunningServer::RunningServer(RuntimeFolder folder, std::string name, int descriptor)
-    : folder_(std::move(folder)), name_(std::move(name)), descriptor_(descriptor) {}
+    : folder_(std::move(folder)),
+      name_(std::move(name)),
+      foundAt_(modificationOf(descriptor)),
+      descriptor_(descriptor) {}
 
 RunningServer::RunningServer(RunningServer&& other) noexcept
     : folder_(std::move(other.folder_)),
       name_(std::move(other.name_)),
+      foundAt_(other.foundAt_),
       descriptor_(std::exchange(other.descriptor_, -1)) {}
 
 RunningServer::~RunningServer() {
     if (descriptor_ < 0) return;
     unlinkat(folder_.descriptor(), name_.c_str(), 0);
     close(descriptor_);
+}
+
+bool RunningServer::retract() {
+    const std::string hidden = "." + name_;
+    const int folder = folder_.descriptor();
+    // Whoever finds it from here on sees that the name is gone.
+    if (renameat(folder, name_.c_str(), folder, hidden.c_str()) != 0) return true;
+    if (const std::int64_t last = std::exchange(foundAt_, modificationOf(descriptor_)); last == foundAt_) {
+        unlinkat(folder, hidden.c_str(), 0);
+        return true;
+    }
+    return renameat(folder, hidden.c_str(), folder, name_.c_str()) != 0;
 }
 
 std::optional<RunningServer::Found> RunningServer::find(const std::string& runtimeDirectory,

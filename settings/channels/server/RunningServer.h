@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -23,14 +24,18 @@ class RunningServer {
     /// Takes the file away.
     ~RunningServer();
 
+    /// Takes the file away for good, unless somebody has found it since it was announced or last asked for:
+    /// then it stays, since a page is about to come. Whether it went.
+    bool retract();
+
     /// What is found of a server.
     struct Found {
         /// The page that leads to it.
         std::string file;
         std::string url;
     };
-    /// One of those that run on that root; nothing when there is none, or no runtime folder. Takes away what
-    /// ended ones have left.
+    /// One of those that run on that root; nothing when there is none, or no runtime folder. It will
+    /// not end for want of pages before it has waited for one anew. Takes away what ended ones have left.
     static std::optional<Found> find(const std::string& runtimeDirectory, const std::string& rootDirectory);
 
   private:
@@ -38,6 +43,8 @@ class RunningServer {
 
     RuntimeFolder folder_;
     std::string name_;
+    /// When somebody found it last, in nanoseconds of the file.
+    std::int64_t foundAt_;
     /// Holds the lock; -1 once this was moved from.
     int descriptor_;
 };

@@ -36,6 +36,15 @@ TEST(IdleEnd, LastPageWasClosed_countsFromThere) {
     EXPECT_EQ(idle.deadline(), start + minutes(30));
 }
 
+TEST(IdleEnd, PageIsAboutToCome_waitsTheWholeTimeAnew) {
+    IdleEnd idle(minutes(10));
+    idle.beginAnew(start);
+    EXPECT_FALSE(idle.deadline());
+    idle.see(0, start);
+    idle.beginAnew(start + minutes(10));
+    EXPECT_EQ(idle.deadline(), start + minutes(20));
+}
+
 TEST(IdleEnd, ServerThatStays_isNeverDue) {
     IdleEnd idle;
     idle.see(0, start);

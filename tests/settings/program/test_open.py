@@ -13,6 +13,7 @@ import struct
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 from pathlib import Path
 
@@ -72,6 +73,19 @@ class OpenTest(unittest.TestCase):
             if environment.exists() and str(self.runtime).encode() in environment.read_bytes():
                 os.kill(process, signal.SIGTERM)
                 self.until_ended(process)
+
+    def end_unfound_server(self):
+        """The one that has this test's directory in its environment."""
+        servers = []
+        for process in Path("/proc").glob("[0-9]*"):
+            try:
+                if b"\0serve\0" in (process / "cmdline").read_bytes() and str(self.directory).encode() in (process / "environ").read_bytes():
+                    servers.append(int(process.name))
+            except OSError:
+                continue
+        [server] = servers
+        os.kill(server, signal.SIGTERM)
+        self.until_ended(server)
 
     def until_ended(self, process):
         try:
@@ -209,6 +223,22 @@ class OpenTest(unittest.TestCase):
         self.assertIn("Other programs do not find this server", server.stderr.read())
         self.runtime.chmod(0o700)
 
+    def test_withoutAPlaceToFindServers_saysWhyNoBrowserOpens(self):
+        for mode, directory, reason in ((0o700, "", "XDG_RUNTIME_DIR is not set."), (0o755, str(self.runtime), "is open to other users."),
+                                        (0o700, "run", '"run" is no absolute path.')):
+            with self.subTest(reason):
+                self.runtime.chmod(mode)
+                self.environment["XDG_RUNTIME_DIR"] = directory
+                process = self.start("open", "--root", self.root)
+                output, errors = process.communicate(timeout=PATIENCE)
+                Address(output.rstrip("\n"))
+                self.end_unfound_server()
+                self.assertEqual((process.returncode, errors.count("\n")), (0, 1))
+                self.assertIn("No browser is opened", errors)
+                self.assertTrue(errors.endswith(reason + "\n"), errors)
+                self.assertFalse(self.opened.exists())
+        self.runtime.chmod(0o700)
+
     def test_socketOfTheServiceManager_isAskedForTheUsualRoot(self):
         calls = self.directory / "calls"
         self.put("systemctl", f"""echo "$*" >>"{calls}"
@@ -259,6 +289,17 @@ read -r line <"{self.directory}/started"
             self.assertIn('"ok":false', payload if isinstance(payload, str) else payload.decode())
             self.assertIsNone(server.poll())
         self.assertEqual(server.wait(PATIENCE), 0)
+
+    def test_foundByOpen_waitsForThePageAnew(self):
+        server, address = self.serve("--idle", "0.05")
+        with WebSocket(address):
+            [record] = self.records()
+            os.utime(record, (0, 0))
+            self.assertEqual(self.opens().url, address.url)
+            begin = time.monotonic()
+        self.assertEqual(server.wait(PATIENCE), 0)
+        self.assertGreaterEqual(time.monotonic() - begin, 2 * 0.05 * 60)
+        self.assertEqual(list((self.runtime / "quietrix-settings").glob("*running*")), [])
 
     def test_handedOverSocket_isNotGivenOn(self):
         server = self.activated(self.listener())
