@@ -307,14 +307,15 @@ Result<std::vector<ProfileHistoryEntry>> ProfileHistory::entries() {
     const auto present = keep();
     auto states = generations();
     if (!states && present) return std::unexpected(states.error());
-    if (!states) states.emplace();
+    const bool isKnown = states.has_value();
+    if (!isKnown) states.emplace();
     std::ranges::reverse(*states);
 
     std::vector<ProfileHistoryEntry> entries;
     // The last state that could be read. Before the very first there was nothing; before one that follows on
-    // others which were thinned out, nobody knows.
+    // others which were thinned out, or where none can be had, nobody knows.
     std::optional<ProfilesFile> before;
-    if (states->empty() || states->front().number == 1) before.emplace();
+    if (isKnown && (states->empty() || states->front().number == 1)) before.emplace();
     const auto add = [&](ProfileHistoryEntry entry, Result<ProfilesFile> file) {
         if (file) {
             if (before) entry.difference = ProfilesDifference::between(*before, *file);

@@ -47,6 +47,7 @@ using std::chrono::steady_clock;
 namespace {
 
 constexpr const char* idleMinutes = "10";
+constexpr const char* endedAtOnce = "The server that was started has ended.";
 /// A service manager that takes longer to say whether it listens is left out.
 constexpr seconds longestQuestion{5};
 /// More than a program says that cannot begin.
@@ -144,8 +145,16 @@ std::string firstLine(int file) {
     return text;
 }
 
-/// Starts a server that stays when this program has ended; its line with the address.
-Result<std::string> startServer(const std::string& rootDirectory, seconds patience) {
+struct Started {
+    pid_t process = 0;
+    /// Its line with the address.
+    std::string line;
+
+    bool hasEnded() const { return waitpid(process, nullptr, WNOHANG) == process; }
+};
+
+/// Starts a server that stays when this program has ended.
+Result<Started> startServer(const std::string& rootDirectory, seconds patience) {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
         return failure(std::string("No server can be started: ") + std::strerror(errno) + ".");
@@ -168,11 +177,11 @@ Result<std::string> startServer(const std::string& rootDirectory, seconds patien
         return failure("The server that was started said nothing for " + secondsText(patience) +
                        " and was ended; \"quietrix-settings serve\" shows where it stops.");
     }
-    if (!line->empty()) return *line;
+    if (!line->empty()) return Started{*child, *line};
     std::string reason = firstLine(complaints.get());
     if (constexpr std::string_view own = "quietrix-settings: "; reason.starts_with(own))
         reason.erase(0, own.size());
-    return failure(reason.empty() ? "The server that was started has ended." : reason);
+    return failure(reason.empty() ? endedAtOnce : reason);
 }
 
 /// The process that wrote its number into the file when it got the lock, for a sentence's begin.
@@ -258,11 +267,12 @@ Result<void> openPage(const CommandLine& line) {
     if (!started) return std::unexpected(started.error());
     if (const auto found = RunningServer::find(runtime, line.rootDirectory)) {
         show(*found);
-    } else {
-        std::cout << *started << '\n' << std::flush;
-        std::cerr << "quietrix-settings: No browser is opened, and another open will not find this server: "
-                  << whyNotFound(runtime) << '\n';
+        return {};
     }
+    if (started->hasEnded()) return failure(endedAtOnce);
+    std::cout << started->line << '\n' << std::flush;
+    std::cerr << "quietrix-settings: No browser is opened, and another open will not find this server: "
+              << whyNotFound(runtime) << '\n';
     return {};
 }
 

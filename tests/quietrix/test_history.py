@@ -164,6 +164,7 @@ class NotKept(HistoryTest):
         self.assertIs(self.stored()["Work"]["enabled"], False)
         present, = self.history()
         self.assertEqual((None, True), (present["number"], present["present"]))
+        self.assertEqual([None] * 4, [present[part] for part in ("added", "changed", "removed", "unchanged")], "nobody knows")
         self.assertIn(present["problem"], self.run_("history").output)
         self.assertIn(present["problem"], ended.errors)
         return present["problem"]
