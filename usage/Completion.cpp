@@ -79,7 +79,14 @@ class BashScript {
     /// Which command there is, and how many arguments stand behind it.
     void writeWalk() {
         script_ << "    for ((i = 1; i < COMP_CWORD; ++i)); do\n        case ${COMP_WORDS[i]} in\n";
-        if (hasRoot(program_)) script_ << "            --root) root=(--root \"${COMP_WORDS[++i]}\") ;;\n";
+        // A value may stand behind "=", which is a word of its own here.
+        constexpr std::string_view skipEquals = "[ \"${COMP_WORDS[i+1]-}\" != = ] || ((++i)); ";
+        if (hasRoot(program_)) {
+            // As it was typed: in quotes perhaps, and nothing in it may be run.
+            script_ << "            --root) " << skipEquals << "candidate=${COMP_WORDS[++i]}\n"
+                    << "                [[ $candidate == *[$'\\n$`()<>;&|']* ]] || "
+                       "eval \"root=(--root $candidate)\" 2> /dev/null ;;\n";
+        }
         std::string valued;
         const auto add = [&](const Syntax& each) {
             for (const Argument& option : each.options) {
@@ -92,7 +99,7 @@ class BashScript {
         };
         add(program_);
         for (const Syntax& command : program_.commands) add(command);
-        if (!valued.empty()) script_ << "            " << valued << ") ((++i)) ;;\n";
+        if (!valued.empty()) script_ << "            " << valued << ") " << skipEquals << "((++i)) ;;\n";
         script_ << "            -*) ;;\n"
                    "            *) if [ -z \"$command\" ]; then command=${COMP_WORDS[i]}; else "
                    "((++position)); fi ;;\n"
@@ -179,7 +186,8 @@ class ZshScript {
                 << "() {\n    local curcontext=$curcontext state line ret=1\n"
                    "    local -a root=()\n    typeset -A opt_args\n";
         if (hasRoot(program_))
-            script_ << "    (( ${words[(I)--root]} )) && root=(--root \"${words[${words[(I)--root]}+1]}\")\n";
+            script_ << "    (( ${words[(I)--root]} )) && root=(--root "
+                       "\"${(Q)${words[${words[(I)--root]}+1]/#\\~\\//$HOME/}}\")\n";
         script_ << "    _arguments -C";
         for (const Argument& option : program_.options) writeOption(option);
         script_

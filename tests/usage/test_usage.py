@@ -86,6 +86,11 @@ class UsageTest(unittest.TestCase):
         self.assertEqual(self.bash("quietrix", "--root", str(self.root), "show", ""), expected)
         self.assertEqual(self.bash("quietrix", "show", "D"), expected[1:2], "the root by itself is in the data directory")
         self.assertEqual(self.bash("quietrix", "--root", "nowhere", "show", ""), [])
+        # As bash has split it, and as it was typed.
+        for words in (("--root", "=", str(self.root)), ("--root", "~/quietrix/phone"), ("--root", f'"{self.root}"')):
+            self.assertEqual(self.bash("quietrix", *words, "show", "W"), ["Work"], words)
+        for harmful in ("$(touch evil)", "`touch evil`", "x;touch evil", "x|touch evil", "<(touch evil)", '"', "'x"):
+            self.assertEqual(self.bash("quietrix", "--root", harmful, "show", "W"), ["Work"], harmful)
 
     @unittest.skipUnless(shutil.which("zsh"), "zsh is not here")
     def test_zsh_understandsTheScripts(self):
@@ -102,7 +107,7 @@ class UsageTest(unittest.TestCase):
                   'zpty -r z out "*READY*"; zpty -n -w z "$1"$\'\\t\'; zpty -r z out "*$2*"; print -r -- ok; zpty -d z')
         folder = str(PREFIX / "share/zsh/vendor-completions")
         for typed, shown in (("quietrix-settings re", "replay"), ("quietrix-settings serve --", "Shuts out"),
-                             ("quietrix show ", "Dinner")):
+                             ("quietrix show ", "Dinner"), ('quietrix --root ~/"quietrix"/phone show ', "Dinner")):
             self.assertEqual(self.run_in(["timeout", "60", "zsh", "-f", "-c"], script, folder, typed, shown), ["ok"], typed)
 
     @unittest.skipUnless(shutil.which("fish"), "fish is not here")
