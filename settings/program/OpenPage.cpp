@@ -47,7 +47,6 @@ using std::chrono::steady_clock;
 namespace {
 
 constexpr const char* idleMinutes = "10";
-constexpr const char* endedAtOnce = "The server that was started has ended.";
 /// A service manager that takes longer to say whether it listens is left out.
 constexpr seconds longestQuestion{5};
 /// More than a program says that cannot begin.
@@ -145,6 +144,11 @@ std::string firstLine(int file) {
     return text;
 }
 
+/// Of the server that was started, which may have said why.
+std::unexpected<platform::Error> ended(const std::string& reason) {
+    return failure(reason.empty() ? "The server that was started has ended." : reason);
+}
+
 struct Started {
     pid_t process = 0;
     /// Its line with the address.
@@ -181,7 +185,7 @@ Result<Started> startServer(const std::string& rootDirectory, seconds patience) 
     std::string reason = firstLine(complaints.get());
     if (constexpr std::string_view own = "quietrix-settings: "; reason.starts_with(own))
         reason.erase(0, own.size());
-    return failure(reason.empty() ? endedAtOnce : reason);
+    return ended(reason);
 }
 
 /// The process that wrote its number into the file when it got the lock, for a sentence's begin.
@@ -269,7 +273,7 @@ Result<void> openPage(const CommandLine& line) {
         show(*found);
         return {};
     }
-    if (started->hasEnded()) return failure(endedAtOnce);
+    if (started->hasEnded()) return ended("");
     std::cout << started->line << '\n' << std::flush;
     std::cerr << "quietrix-settings: No browser is opened, and another open will not find this server: "
               << whyNotFound(runtime) << '\n';

@@ -15,6 +15,7 @@ namespace {
 constexpr std::size_t maximumImageBytes = std::size_t{8} << 20;
 constexpr std::size_t maximumPageFileBytes = std::size_t{32} << 20;
 constexpr std::size_t maximumSoundBytes = std::size_t{8} << 20;
+constexpr std::string_view firstPage = "index.html";
 constexpr std::string_view imageFolder = "image/";
 constexpr std::string_view soundFolder = "sounds/";
 constexpr std::string_view plainText = "text/plain; charset=utf-8";
@@ -129,7 +130,7 @@ Answer Responder::answer(const Request& request) const {
     if (path->starts_with(imageFolder))
         return image(request, std::string_view(*path).substr(imageFolder.size()));
     if (path->starts_with(soundFolder)) return AskForSound{path->substr(soundFolder.size())};
-    return page(request, path->empty() ? std::string_view("index.html") : std::string_view(*path));
+    return page(request, path->empty() ? firstPage : std::string_view(*path));
 }
 
 Response Responder::sound(const Request& request, const platform::Result<platform::ToneSound>& sound) {
@@ -156,6 +157,11 @@ Response Responder::image(const Request& request, std::string_view name) const {
 Response Responder::page(const Request& request, std::string_view path) const {
     const auto file = pathBeneath(pageDirectory_, path);
     auto content = file ? readRegularFile(*file, maximumPageFileBytes) : std::nullopt;
+    if (!content && path == firstPage && !pageDirectory_.empty()) {
+        return textResponse(404,
+                            "The page's files are gone: the program was moved or removed while it ran. End "
+                            "it, and start it anew.");
+    }
     if (!content) return notFound();
     return fileResponse(request, std::move(*content), contentTypeOf(path));
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <map>
 
 #include "settings/channels/server/Responder.h"
@@ -136,6 +138,15 @@ TEST_F(ResponderTest, fileKnownToTheBrowser_isNotSentAgainUntilItChanges) {
     directory_.write("page/app.js", "no()");
     EXPECT_EQ(response(again).status, 200u);
     EXPECT_EQ(response(again).body, "no()");
+}
+
+TEST_F(ResponderTest, pageThatWasMovedAway_isSaid) {
+    std::filesystem::rename(directory_.path() / "page", directory_.path() / "moved");
+    EXPECT_EQ(response(request("/")).status, 404u);
+    EXPECT_THAT(response(request("/")).body, testing::HasSubstr("moved or removed while it ran"));
+    EXPECT_EQ(response(request("/app.js")).body, "There is nothing at this address.\n");
+    const Responder pageless(8123, secret, "", {});
+    EXPECT_EQ(std::get<Response>(pageless.answer(request("/"))).body, "There is nothing at this address.\n");
 }
 
 TEST_F(ResponderTest, image_isServedByNameWhateverTheQuery) {
