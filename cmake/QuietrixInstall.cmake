@@ -53,16 +53,41 @@ install(TARGETS platform velmora EXPORT QuietrixPlatformTargets
     LIBRARY DESTINATION "${private_libraries}" COMPONENT program NAMELINK_COMPONENT development
     INCLUDES DESTINATION "${headers}")
 
+# install_folder(BUILT DIRECTORY …): what is built as a folder, into the directory. What an earlier installation has put
+# into that folder and this one does not have goes: it is nobody else's, and an old text or image would be found.
+function(install_folder built directory)
+    cmake_path(GET built FILENAME name)
+    string(CONFIGURE [[
+        set(place "@directory@/@name@")
+        if(NOT IS_ABSOLUTE "${place}")
+            set(place "${CMAKE_INSTALL_PREFIX}/${place}")
+        endif()
+        set(place "$ENV{DESTDIR}${place}")
+        file(GLOB_RECURSE files RELATIVE "${place}" "${place}/*")
+        foreach(file IN LISTS files)
+            if(NOT EXISTS "@built@/${file}")
+                file(REMOVE "${place}/${file}")
+                cmake_path(GET file PARENT_PATH folder)
+                if(folder)
+                    execute_process(COMMAND rmdir -p --ignore-fail-on-non-empty "${folder}" WORKING_DIRECTORY "${place}" ERROR_QUIET)
+                endif()
+            endif()
+        endforeach()
+    ]] code @ONLY)
+    install(CODE "${code}" COMPONENT program)
+    install(DIRECTORY "${built}" DESTINATION "${directory}" COMPONENT program ${ARGN})
+endfunction()
+
 # Bundles hold code, so they stand with the libraries.
 run_path(QuietrixPreferences "${private_libraries}/QuietrixPreferences.bundle")
-install(DIRECTORY "${CMAKE_BINARY_DIR}/share/QuietrixPreferences.bundle" DESTINATION "${private_libraries}"
-    COMPONENT program PATTERN QuietrixPreferences EXCLUDE)
+install_folder("${CMAKE_BINARY_DIR}/share/QuietrixPreferences.bundle" "${private_libraries}"
+    PATTERN QuietrixPreferences EXCLUDE)
 install(TARGETS QuietrixPreferences
     LIBRARY DESTINATION "${private_libraries}/QuietrixPreferences.bundle" COMPONENT program)
 
-install(DIRECTORY "${CMAKE_BINARY_DIR}/share/Settings" DESTINATION "${shared_files}" COMPONENT program)
+install_folder("${CMAKE_BINARY_DIR}/share/Settings" "${shared_files}")
 if(QUIETRIX_WEB)
-    install(DIRECTORY "${CMAKE_BINARY_DIR}/share/page" DESTINATION "${shared_files}" COMPONENT program)
+    install_folder("${CMAKE_BINARY_DIR}/share/page" "${shared_files}")
 endif()
 
 # The desktop and the user's service manager. Neither names a prefix: both look on a path of their own.

@@ -69,6 +69,10 @@ class InstalledTest(unittest.TestCase):
                          listed(TREE / "resources", "*.plist", "*.png", "*.lproj/*.strings") | {"QuietrixPreferences"})
         self.assertEqual(listed(PREFIX / "share/quietrix/Settings", "**/*"),
                          listed(TREE / "settings/resources", "**/*.plist", "**/*.strings", "root/**/*"))
+        if (BUILD / "share/page").is_dir():
+            self.assertEqual(listed(PREFIX / "share/quietrix/page", "**/*"), listed(BUILD / "share/page", "**/*"))
+        for gone in ("lib/quietrix/QuietrixPreferences.bundle/xx.lproj", "share/quietrix/page/old"):
+            self.assertFalse((PREFIX / gone).exists(), "a folder that an older installation had")
         if (BUILD / "web").is_dir():
             self.assertEqual(*(listed(directory, "src/**/*", "styles/**/*") for directory in (BUILD / "web", TREE / "settings/web")))
 
