@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 #include "platform/foundation/PropertyList.h"
-#include "profile/model/ProfilesFile.h"
+#include "profile/model/ProfilesFileChanges.h"
 #include "profile/model/QXProfile.h"
 
 namespace {
@@ -64,7 +64,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     QXProfile added;
     added.setIdentifier("the one that the fuzzer adds");
     if (!file->find(added.identifier())) {
-        const ProfilesFile longer = reread(file->adding(added.storedValues()));
+        ProfilesFile::Changes addition(*file);
+        addition.add(added.storedValues());
+        const ProfilesFile longer = reread(addition.finish());
         requireSame(*file, longer, {});
         require(platform::Value(added.storedValues()) ==
                 platform::Value(longer.values(*longer.find(added.identifier()))));
@@ -72,9 +74,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (profiles.empty()) return 0;
     const std::string identifier = file->identifier(profiles.front());
     added.setIdentifier(identifier);
-    const auto updated = file->updating(profiles.front(), added.storedValues());
+    ProfilesFile::Changes update(*file);
+    update.update(identifier, added.storedValues());
+    const auto updated = update.finish();
     requireSame(*file, reread(updated), identifier);
-    const auto removed = updated->removing(updated->find(identifier).value());
+    ProfilesFile::Changes removal(*updated);
+    removal.remove(identifier);
+    const auto removed = removal.finish();
     requireSame(*file, reread(removed), identifier);
     require(!removed->find(identifier));
     return 0;

@@ -4,12 +4,10 @@
 #include <algorithm>
 #include <functional>
 #include <set>
-#include <unordered_map>
 #include <utility>
 
 #include "platform/foundation/LargeXMLList.h"
 #include "platform/foundation/PropertyList.h"
-#include "profile/model/ProfilesFileDraft.h"
 
 namespace quietrix {
 
@@ -172,45 +170,6 @@ std::string ProfilesFile::identifier(Profile profile) const {
 
 Dictionary ProfilesFile::values(Profile profile) const {
     return *list_->value(profile).dictionary();
-}
-
-Result<ProfilesFile> ProfilesFile::adding(const Dictionary& values) const {
-    Change change{.entries = entries_, .places = places_, .position = entries_.size(), .values = &values};
-    change.entries.emplace_back(0, true);
-    return Draft(*this).finish(std::move(change));
-}
-
-Result<ProfilesFile> ProfilesFile::updating(Profile profile, const Dictionary& values) const {
-    const auto entry = std::ranges::find_if(entries_, [&](const Entry& candidate) {
-        return candidate.isProfile() && candidate.object() == profile;
-    });
-    const auto position = static_cast<std::size_t>(entry - entries_.begin());
-    Change change{
-        .entries = entries_, .places = places_, .position = position, .values = &values, .previous = profile};
-    std::erase_if(change.places, [&](const Place& place) { return place.object == profile; });
-    return Draft(*this).finish(std::move(change));
-}
-
-Result<ProfilesFile> ProfilesFile::removing(Profile profile) const {
-    Change change{.entries = entries_, .places = places_, .previous = profile};
-    const std::string name = identifier(profile);
-    // Entries and texts that come again and again are looked at once.
-    std::unordered_map<Profile, bool> carriesName;
-    std::unordered_map<BinaryList::Object, bool> isName;
-    std::erase_if(change.entries, [&](const Entry& entry) {
-        if (entry.object() == profile) return true;
-        if (entry.isProfile()) return false;
-        const auto [known, isNew] = carriesName.try_emplace(entry.object(), false);
-        const auto text = isNew ? list_->find(entry.object(), identifierKey) : std::nullopt;
-        if (text) {
-            const auto [verdict, isNewText] = isName.try_emplace(*text, false);
-            if (isNewText) verdict->second = list_->textIs(*text, name);
-            known->second = verdict->second;
-        }
-        return known->second;
-    });
-    std::erase_if(change.places, [&](const Place& place) { return place.object == profile; });
-    return Draft(*this).finish(std::move(change));
 }
 
 }  // namespace quietrix

@@ -12,8 +12,8 @@
 
 namespace quietrix {
 
-/// What the profiles file holds, and what it will hold after a change. It knows bytes, not paths: reading and
-/// writing them is the store's business. Immutable; usable from any thread.
+/// What the profiles file holds; its Changes are what it will hold after some. It knows bytes, not paths:
+/// reading and writing them is the store's business. Immutable; usable from any thread.
 ///
 /// The file is the dictionary {"format": 1, "profiles": […]}. What this class does not know it keeps and
 /// writes back as it is: keys beside those two, keys of a profile that a record does not have, and entries of
@@ -23,6 +23,7 @@ class ProfilesFile {
   public:
     /// A profile of this very state of the file.
     using Profile = platform::BinaryList::Object;
+    class Changes;
 
     /// The file that is not there: no profiles.
     ProfilesFile() = default;
@@ -42,14 +43,6 @@ class ProfilesFile {
     std::optional<Profile> find(std::string_view identifier) const;
     std::string identifier(Profile profile) const;
     platform::Dictionary values(Profile profile) const;
-
-    /// The file with one profile more, at the end. The caller has made sure that its identifier is free.
-    platform::Result<ProfilesFile> adding(const platform::Dictionary& values) const;
-    /// The file with the values in place of the profile's own; keys that a record does not have stay.
-    platform::Result<ProfilesFile> updating(Profile profile, const platform::Dictionary& values) const;
-    /// The file without the profile, and without other entries under its identifier: it would come back as
-    /// one of those.
-    platform::Result<ProfilesFile> removing(Profile profile) const;
 
   private:
     class Draft;
@@ -79,16 +72,6 @@ class ProfilesFile {
         /// The identifier's object: many entries may share it.
         platform::BinaryList::Object name;
         std::uint32_t position;
-    };
-    /// What the next state has: the entries and places that stay, and the values, if any, for the entry at a
-    /// position.
-    struct Change {
-        std::vector<Entry> entries;
-        std::vector<Place> places;
-        std::size_t position = 0;
-        const platform::Dictionary* values = nullptr;
-        /// The profile that the change replaces or removes.
-        std::optional<Profile> previous = std::nullopt;
     };
 
     static std::uint32_t hashOf(std::string_view identifier);

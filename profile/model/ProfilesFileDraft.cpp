@@ -18,6 +18,8 @@ namespace {
 // The array of the profiles and the root, which every change makes anew.
 constexpr BinaryList::Object tailCount = 2;
 
+constexpr std::string_view identifierKey = "identifier";
+
 // A small file may carry a few changes' remains rather than be written anew each time.
 constexpr std::uint64_t alwaysAllowed = 4096;
 
@@ -52,42 +54,74 @@ std::uint64_t ProfilesFile::Draft::bytesOf(Object old) const {
     return bytes;
 }
 
-Result<BinaryList::Object> ProfilesFile::Draft::record(const Change& change) {
-    Dictionary values = *change.values;
-    std::vector<BinaryList::Pair> pairs;
-    // A new profile shares the keys, and the values that are equal, of the one before it.
-    std::optional<Profile> model = change.previous;
-    if (!model && !base_.places_.empty()) {
-        model = std::ranges::find_if(base_.entries_.rbegin(), base_.entries_.rend(), [](const Entry& entry) {
-                    return entry.isProfile();
-                })->object();
-    }
-    for (const auto& [key, value] : model ? base_.list_->pairs(*model) : std::vector<BinaryList::Pair>()) {
-        const std::string name = *base_.list_->string(key);
-        const auto wanted = values.find(name);
+std::vector<ProfilesFile::Draft::Part> ProfilesFile::Draft::oldParts(Profile profile) const {
+    std::vector<Part> parts;
+    for (const Pair& pair : base_.list_->pairs(profile))
+        parts.push_back({*base_.list_->string(pair.key), pair});
+    return parts;
+}
+
+Result<BinaryList::Object> ProfilesFile::Draft::updated(Profile previous, Dictionary values) {
+    std::vector<Part> parts;
+    for (Part& part : oldParts(previous)) {
+        const auto wanted = values.find(part.name);
         if (wanted == values.end()) {
-            if (change.previous && !isRecordKey(name)) pairs.push_back({keep(key), keep(value)});
+            if (!isRecordKey(part.name))
+                parts.push_back({std::move(part.name), {keep(part.objects.key), keep(part.objects.value)}});
             continue;
         }
         Result<Object> object = 0;
-        if (base_.list_->value(value) == wanted->second) {
-            object = keep(value);
+        if (base_.list_->value(part.objects.value) == wanted->second) {
+            object = keep(part.objects.value);
         } else {
             object = builder_.add(wanted->second);
-            if (change.previous) left_ += bytesOf(value);
+            left_ += bytesOf(part.objects.value);
         }
         if (!object) return object;
-        pairs.push_back({keep(key), *object});
+        values.erase(wanted);
+        parts.push_back({std::move(part.name), {keep(part.objects.key), *object}});
+    }
+    left_ += bytesOf(previous);
+    if (const auto rest = appendRest(values, parts); !rest) return std::unexpected(rest.error());
+    return addParts(parts);
+}
+
+/// It shares the keys, and the values that are equal, of the one before it.
+Result<BinaryList::Object> ProfilesFile::Draft::added(Dictionary values) {
+    std::vector<Part> parts;
+    for (Part& part : last_) {
+        const auto wanted = values.find(part.name);
+        if (wanted == values.end()) continue;
+        const Value value = isLastOld_ ? base_.list_->value(part.objects.value) : part.value;
+        const auto present = [&](Object object) { return isLastOld_ ? keep(object) : object; };
+        const Result<Object> object = value == wanted->second ? Result<Object>(present(part.objects.value))
+                                                              : builder_.add(wanted->second);
+        if (!object) return object;
+        parts.push_back({std::move(part.name), {present(part.objects.key), *object}, wanted->second});
         values.erase(wanted);
     }
+    if (const auto rest = appendRest(values, parts); !rest) return std::unexpected(rest.error());
+    last_ = std::move(parts);
+    isLastOld_ = false;
+    return addParts(last_);
+}
+
+Result<void> ProfilesFile::Draft::appendRest(const Dictionary& values, std::vector<Part>& parts) {
     for (const QXProfileKey& key : profileKeys()) {
         const auto wanted = values.find(key.name);
         if (wanted == values.end()) continue;
         const Result<Object> name = builder_.add(Value(key.name));
         const Result<Object> object = builder_.add(wanted->second);
-        if (!name || !object) return name ? object : name;
-        pairs.push_back({*name, *object});
+        if (!name || !object) return std::unexpected(name ? object.error() : name.error());
+        parts.push_back({std::string(key.name), {*name, *object}, wanted->second});
     }
+    return {};
+}
+
+BinaryList::Object ProfilesFile::Draft::addParts(const std::vector<Part>& parts) {
+    std::vector<Pair> pairs;
+    pairs.reserve(parts.size());
+    for (const Part& part : parts) pairs.push_back(part.objects);
     return builder_.addDictionary(pairs);
 }
 
@@ -115,31 +149,76 @@ Result<ProfilesFile::Draft::Root> ProfilesFile::Draft::root() {
     return root;
 }
 
-Result<ProfilesFile> ProfilesFile::Draft::finish(Change change) && {
-    Object made = 0;
-    if (change.values) {
-        const Result<Object> object = record(change);
-        if (!object) return std::unexpected(object.error());
-        made = *object;
-    }
-    if (change.previous) left_ += bytesOf(*change.previous);
+bool ProfilesFile::Draft::carriesRemovedName(Object entry, const Changes& changes) {
+    const auto [known, isNew] = carriesName_.try_emplace(entry, false);
+    const auto text = isNew ? base_.list_->find(entry, identifierKey) : std::nullopt;
+    if (!text) return known->second;
+    const auto [verdict, isNewText] = isName_.try_emplace(*text, false);
+    if (isNewText && base_.list_->isString(*text))
+        verdict->second = changes.removedNames_.contains(*base_.list_->string(*text));
+    known->second = verdict->second;
+    return known->second;
+}
 
-    ProfilesFile next;
-    next.places_ = std::move(change.places);
-    for (Place& place : next.places_) place.object = keep(place.object);
-    if (change.values) {
-        const Place place{hashOf(change.values->at("identifier").stringOr()), made};
-        next.places_.insert(std::ranges::upper_bound(next.places_, place.hash, {}, &Place::hash), place);
+/// What the file has already.
+Result<void> ProfilesFile::Draft::fillOld(ProfilesFile& next, const Changes& changes) {
+    std::map<Profile, Object> made;
+    next.entries_.reserve(base_.entries_.size() + changes.added_.size());
+    for (const Entry& entry : base_.entries_) {
+        const bool isLeftOut = !changes.removed_.empty() &&
+                               (changes.removed_.contains(entry.object()) ||
+                                (!entry.isProfile() && carriesRemovedName(entry.object(), changes)));
+        if (isLeftOut) continue;
+        const auto wanted =
+            entry.isProfile() ? changes.updated_.find(entry.object()) : changes.updated_.end();
+        if (wanted == changes.updated_.end()) {
+            next.entries_.emplace_back(keep(entry.object()), entry.isProfile());
+            continue;
+        }
+        const Result<Object> object = updated(entry.object(), wanted->second);
+        if (!object) return std::unexpected(object.error());
+        made.emplace(entry.object(), *object);
+        next.entries_.emplace_back(*object, true);
     }
-    next.entries_ = std::move(change.entries);
-    std::vector<Object> elements;
-    elements.reserve(next.entries_.size());
-    for (Entry& entry : next.entries_) {
-        const bool isMade = change.values && elements.size() == change.position;
-        entry = Entry(isMade ? made : keep(entry.object()), entry.isProfile());
-        elements.push_back(entry.object());
+    for (const Profile profile : changes.removed_) left_ += bytesOf(profile);
+
+    next.places_.reserve(base_.places_.size() + changes.added_.size());
+    for (const Place& place : base_.places_) {
+        if (changes.removed_.contains(place.object)) continue;
+        const auto replaced = made.find(place.object);
+        next.places_.push_back({place.hash, replaced == made.end() ? keep(place.object) : replaced->second});
+    }
+    return {};
+}
+
+Result<void> ProfilesFile::Draft::fillAdded(ProfilesFile& next, const Changes& changes) {
+    const auto model =
+        std::ranges::find_if(base_.entries_.rbegin(), base_.entries_.rend(), &Entry::isProfile);
+    if (model != base_.entries_.rend()) last_ = oldParts(model->object());
+    const auto old = static_cast<std::ptrdiff_t>(next.places_.size());
+    for (const Dictionary& values : changes.added_) {
+        if (values.empty()) continue;
+        const Result<Object> object = added(values);
+        if (!object) return std::unexpected(object.error());
+        next.entries_.emplace_back(*object, true);
+        next.places_.push_back({hashOf(values.at(identifierKey).stringOr()), *object});
+    }
+    const auto addedPlaces = next.places_.begin() + old;
+    std::ranges::stable_sort(addedPlaces, next.places_.end(), {}, &Place::hash);
+    std::ranges::inplace_merge(next.places_.begin(), addedPlaces, next.places_.end(), {}, &Place::hash);
+    return {};
+}
+
+Result<ProfilesFile> ProfilesFile::Draft::finish(const Changes& changes) && {
+    ProfilesFile next;
+    if (const auto filled = fillOld(next, changes); !filled) return std::unexpected(filled.error());
+    if (!changes.added_.empty()) {
+        if (const auto filled = fillAdded(next, changes); !filled) return std::unexpected(filled.error());
     }
     next.foreignEntries_ = next.entries_.size() - next.places_.size();
+    std::vector<Object> elements;
+    elements.reserve(next.entries_.size());
+    for (const Entry& entry : next.entries_) elements.push_back(entry.object());
 
     // Nothing may come between and after these two: the next change takes them off again.
     auto rootEntries = root();

@@ -10,6 +10,7 @@
 #include "platform/foundation/Journal.h"
 #include "platform/foundation/LogSink.h"
 #include "platform/foundation/RunLoop.h"
+#include "profile/model/ProfilesFileChanges.h"
 #include "shell/base/LocalNotifications.h"
 #include "shell/base/NotificationNames.h"
 
@@ -46,25 +47,28 @@ std::unexpected<Error> noSuchProfile(const ProfileEdit& edit) {
                    quoted(profilesPath) + "; it may have been deleted.");
 }
 
-Result<ProfilesFile> added(const ProfilesFile& file, const ProfileEdit& edit) {
+Result<void> add(ProfilesFile::Changes& changes, const ProfileEdit& edit) {
     const std::string identifier = edit.identifier();
     if (identifier.empty()) return failure("A profile without an identifier cannot be added.");
-    if (file.find(identifier)) {
+    if (changes.has(identifier)) {
         return failure("There is a profile with the identifier " + quoted(identifier) + " in " +
                        quoted(profilesPath) + " already.");
     }
-    return file.adding(edit.values);
+    changes.add(edit.values);
+    return {};
 }
 
-Result<ProfilesFile> updated(const ProfilesFile& file, const ProfileEdit& edit) {
-    const auto profile = file.find(edit.identifier());
-    if (!profile) return noSuchProfile(edit);
-    return file.updating(*profile, edit.appliedTo(file.values(*profile)));
+Result<void> update(ProfilesFile::Changes& changes, const ProfileEdit& edit) {
+    const auto present = changes.values(edit.identifier());
+    if (!present) return noSuchProfile(edit);
+    changes.update(edit.identifier(), edit.appliedTo(*present));
+    return {};
 }
 
-Result<ProfilesFile> deleted(const ProfilesFile& file, const ProfileEdit& edit) {
-    const auto profile = file.find(edit.identifier());
-    return profile ? file.removing(*profile) : noSuchProfile(edit);
+Result<void> remove(ProfilesFile::Changes& changes, const ProfileEdit& edit) {
+    if (!changes.has(edit.identifier())) return noSuchProfile(edit);
+    changes.remove(edit.identifier());
+    return {};
 }
 
 Result<ProfilesFile> parsed(platform::Data bytes) {
@@ -88,15 +92,15 @@ struct QXProfilesManager::Kind {
     std::string_view call;
     std::string_view notification;
     HandsOver handsOver;
-    Result<ProfilesFile> (*edit)(const ProfilesFile& file, const ProfileEdit& edit);
+    Result<void> (*carryOut)(ProfilesFile::Changes& changes, const ProfileEdit& edit);
 };
 
 const QXProfilesManager::Kind QXProfilesManager::addition{"add", ProfileAddedNotification,
-                                                          HandsOver::WholeRecord, added};
+                                                          HandsOver::WholeRecord, add};
 const QXProfilesManager::Kind QXProfilesManager::update{"update", ProfileChangedNotification,
-                                                        HandsOver::WholeRecord, updated};
+                                                        HandsOver::WholeRecord, quietrix::update};
 const QXProfilesManager::Kind QXProfilesManager::deletion{"delete", ProfileDeletedNotification,
-                                                          HandsOver::Identifier, deleted};
+                                                          HandsOver::Identifier, remove};
 
 std::shared_ptr<QXProfilesManager> QXProfilesManager::sharedManager() {
     SharedManager& slot = SharedManager::slot();
@@ -186,19 +190,31 @@ void QXProfilesManager::install(File file, const Result<Stamp>& stamp) {
 }
 
 void QXProfilesManager::replaceChangedRecords() {
-    for (const ChangedProfiles::Entry& entry : changed_->take()) {
-        const std::shared_ptr<platform::Object> changed = entry.record.lock();
-        const std::scoped_lock lock(mutex_);
-        const auto current = records_.find(entry.identifier);
-        if (current != records_.end() && current->second == changed) letGo(entry.identifier);
+    const auto entries = changed_->take();
+    // Let go of after the mutex.
+    std::vector<std::shared_ptr<platform::Object>> records;
+    records.reserve(entries.size());
+    for (const ChangedProfiles::Entry& entry : entries) records.push_back(entry.record.lock());
+    const std::scoped_lock lock(mutex_);
+    std::vector<std::string> changed;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const auto current = records_.find(entries[i].identifier);
+        if (current != records_.end() && current->second == records[i])
+            changed.push_back(entries[i].identifier);
     }
+    letGo(changed);
 }
 
-void QXProfilesManager::letGo(const std::string& identifier) {
-    const auto record = records_.find(identifier);
-    if (record == records_.end()) return;
-    std::ranges::replace(inOrder_, record->second, nullptr);
-    records_.erase(record);
+void QXProfilesManager::letGo(const std::vector<std::string>& identifiers) {
+    std::unordered_set<std::shared_ptr<QXProfile>> gone;
+    for (const std::string& identifier : identifiers) {
+        const auto record = records_.find(identifier);
+        if (record == records_.end()) continue;
+        gone.insert(std::move(record->second));
+        records_.erase(record);
+    }
+    if (gone.empty()) return;
+    std::ranges::replace_if(inOrder_, [&](const auto& record) { return gone.contains(record); }, nullptr);
 }
 
 const QXProfilesManager::Records& QXProfilesManager::recordsInOrder() {
@@ -319,7 +335,9 @@ Result<void> QXProfilesManager::apply(const Kind& kind, const ProfileEdit& edit)
     if (!fileLock) return std::unexpected(fileLock.error());
     const auto present = takeOverFile();
     if (!present) return std::unexpected(present.error());
-    auto next = kind.edit(**present, edit);
+    ProfilesFile::Changes changes(**present);
+    if (const auto made = kind.carryOut(changes, edit); !made) return made;
+    auto next = changes.finish();
     if (!next) return std::unexpected(next.error());
     // An update leaves the order as it is, an addition is at its end.
     return replace(*present, *std::move(next), {edit.identifier()},
@@ -341,7 +359,7 @@ Result<void> QXProfilesManager::replace(const File& present, ProfilesFile next,
     // Another thread's reload may have taken over the written file already.
     const bool isNext = file_ == present;
     if (isNext) {
-        for (const std::string& identifier : changed) letGo(identifier);
+        letGo(changed);
     } else {
         records_.clear();
     }
@@ -388,23 +406,24 @@ Result<std::vector<const QXProfilesManager::Kind*>> QXProfilesManager::carryOut(
     if (!changes) return std::unexpected(changes.error());
     if (changes->empty()) return std::vector<const Kind*>();
 
-    ProfilesFile next = **present;
+    ProfilesFile::Changes edits(**present);
     std::vector<std::string> changed;
     for (const Change& change : *changes) {
         if (!change.profile)
             return platform::failure("There is no profile to " + std::string(kindOf(change.kind).call) +
                                      ": the record is nil.");
         const ProfileEdit edit = editFor(kindOf(change.kind), *change.profile);
-        auto after = kindOf(change.kind).edit(next, edit);
-        if (!after) return std::unexpected(after.error());
-        next = *std::move(after);
+        if (const auto made = kindOf(change.kind).carryOut(edits, edit); !made)
+            return std::unexpected(made.error());
         changed.push_back(edit.identifier());
     }
+    auto next = edits.finish();
+    if (!next) return std::unexpected(next.error());
     const auto has = [&](Change::Kind kind) {
         return std::ranges::find(*changes, kind, &Change::kind) != changes->end();
     };
-    const auto replaced =
-        replace(*present, std::move(next), changed, has(Change::Kind::Delete) ? Order::Changed : Order::Kept);
+    const auto replaced = replace(*present, *std::move(next), changed,
+                                  has(Change::Kind::Delete) ? Order::Changed : Order::Kept);
     if (!replaced) return std::unexpected(replaced.error());
     std::vector<const Kind*> kinds;
     for (const Change::Kind kind : {Change::Kind::Add, Change::Kind::Update, Change::Kind::Delete}) {

@@ -157,8 +157,8 @@ class QXProfilesManager : public platform::Object {
     void install(File file, const platform::Result<Stamp>& stamp);
     std::shared_ptr<QXProfile> record(ProfilesFile::Profile profile);
     void replaceChangedRecords();
-    /// The mutex is held. Has the record of that identifier made anew when it is next asked for.
-    void letGo(const std::string& identifier);
+    /// The mutex is held. Has the records of these identifiers made anew when they are next asked for.
+    void letGo(const std::vector<std::string>& identifiers);
     /// The mutex is held.
     const Records& recordsInOrder();
     Records profilesThatAre(bool enabled);

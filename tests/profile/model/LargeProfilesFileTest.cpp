@@ -11,7 +11,7 @@
 
 #include "platform/foundation/LargeXMLList.h"
 #include "platform/foundation/PropertyList.h"
-#include "profile/model/ProfilesFile.h"
+#include "profile/model/ProfilesFileChanges.h"
 #include "profile/model/QXProfile.h"
 #include "tests/doubles/Required.h"
 
@@ -21,11 +21,14 @@ using doubles::errorOf;
 
 std::atomic<std::size_t> allocated = 0;
 std::atomic<std::size_t> most = 0;
+/// What was ever allocated, whether it was released or not.
+std::atomic<std::size_t> total = 0;
 
 void* countedAllocation(std::size_t size) {
     void* const block = std::malloc(size);
     if (!block) throw std::bad_alloc();
     const std::size_t now = allocated += malloc_usable_size(block);
+    total += size;
     if (now > most) most = now;
     return block;
 }
@@ -136,6 +139,36 @@ class Binary {
     Data bytes_;
     std::vector<std::uint32_t> table_;
 };
+
+/// What is allocated while so many profiles are added together, and then changed together.
+std::size_t changingTakes(int count) {
+    const std::size_t before = total;
+    quietrix::QXProfile record;
+    const ProfilesFile none;
+    ProfilesFile::Changes additions(none);
+    for (int i = 0; i < count; ++i) {
+        record.setIdentifier(std::to_string(i));
+        additions.add(record.storedValues());
+    }
+    const auto file = additions.finish();
+    EXPECT_TRUE(file);
+    ProfilesFile::Changes changes(*file);
+    record.setTitle("changed");
+    for (int i = 0; i < count; ++i) {
+        record.setIdentifier(std::to_string(i));
+        if (i % 10 == 0) {
+            changes.remove(record.identifier());
+        } else {
+            changes.update(record.identifier(), record.storedValues());
+        }
+    }
+    EXPECT_TRUE(changes.finish());
+    return total - before;
+}
+
+TEST(ManyChanges, twiceAsMany_takeTwiceAsMuch) {
+    EXPECT_LT(changingTakes(400), changingTakes(200) * 5 / 2);
+}
 
 TEST(LargeProfilesFile, shortestProfilesThereAre_takeThreeTimesTheirSizeAtMost) {
     constexpr std::uint32_t count = 165'000;

@@ -6,7 +6,7 @@
 #include <random>
 
 #include "platform/foundation/PropertyList.h"
-#include "profile/model/ProfilesFile.h"
+#include "profile/model/ProfilesFileChanges.h"
 #include "profile/model/QXProfile.h"
 
 namespace {
@@ -35,6 +35,24 @@ Value expected(const std::vector<Dictionary>& profiles) {
     return Dictionary{{"format", 1}, {"profiles", Array(profiles.begin(), profiles.end())}};
 }
 
+ProfilesFile adding(const ProfilesFile& file, const Dictionary& values) {
+    ProfilesFile::Changes changes(file);
+    changes.add(values);
+    return changes.finish().value();
+}
+
+ProfilesFile updating(const ProfilesFile& file, const Dictionary& values) {
+    ProfilesFile::Changes changes(file);
+    changes.update(values.at("identifier").stringOr(), values);
+    return changes.finish().value();
+}
+
+ProfilesFile removing(const ProfilesFile& file, std::string_view identifier) {
+    ProfilesFile::Changes changes(file);
+    changes.remove(identifier);
+    return changes.finish().value();
+}
+
 TEST(ProfilesFile, fileThatIsNotThere_hasNoProfiles) {
     const ProfilesFile file;
     EXPECT_TRUE(file.profiles().empty());
@@ -43,11 +61,11 @@ TEST(ProfilesFile, fileThatIsNotThere_hasNoProfiles) {
 }
 
 TEST(ProfilesFile, changes_leaveTheStateTheyStartFrom) {
-    const ProfilesFile one = ProfilesFile().adding(profile("A", "a")).value();
+    const ProfilesFile one = adding(ProfilesFile(), profile("A", "a"));
     const Data before = one.bytes();
-    const ProfilesFile two = one.adding(profile("B", "b")).value();
-    const ProfilesFile changed = two.updating(two.find("A").value(), profile("A", "x")).value();
-    const ProfilesFile without = changed.removing(changed.find("A").value()).value();
+    const ProfilesFile two = adding(one, profile("B", "b"));
+    const ProfilesFile changed = updating(two, profile("A", "x"));
+    const ProfilesFile without = removing(changed, "A");
     EXPECT_EQ(before, one.bytes());
     EXPECT_EQ(expected({profile("A", "a")}), contents(one));
     EXPECT_EQ(expected({profile("A", "a"), profile("B", "b")}), contents(two));
@@ -66,15 +84,14 @@ TEST(ProfilesFile, randomChanges_giveWhatAPlainListGives) {
         const auto choice = random() % 8;
         if (choice < 3 || model.empty()) {
             model.push_back(profile(std::to_string(next++), std::string(random() % 40, 't')));
-            file = file.adding(model.back()).value();
+            file = adding(file, model.back());
         } else if (choice < 6) {
-            const std::string identifier = model[position].at("identifier").stringOr();
             model[position].insert_or_assign("title", "Größe " + std::to_string(random() % 5));
             model[position].insert_or_assign("enabled", random() % 2 == 0);
             model[position].insert_or_assign("wifiNetworks", Array(random() % 3, Value("net")));
-            file = file.updating(file.find(identifier).value(), model[position]).value();
+            file = updating(file, model[position]);
         } else {
-            file = file.removing(file.find(model[position].at("identifier").stringOr()).value()).value();
+            file = removing(file, model[position].at("identifier").stringOr());
             model.erase(model.begin() + static_cast<std::ptrdiff_t>(position));
         }
         if (step % 50 == 0) {
@@ -89,12 +106,63 @@ TEST(ProfilesFile, randomChanges_giveWhatAPlainListGives) {
     for (const auto object : file.profiles()) EXPECT_EQ(object, file.find(file.identifier(object)));
 }
 
+TEST(ProfilesFile, changesTogether_areWhatTheyAreOneByOne) {
+    std::mt19937 random(20261122);
+    // Entries that are no profiles: a number, and one with the identifier of another.
+    const Dictionary begun{{"format", 1},
+                           {"profiles", Array{7, Dictionary{{"identifier", "0"}, {"engine", "kept"}},
+                                              Dictionary{{"identifier", "0"}}}}};
+    auto bytes = PropertyListSerialization::dataWithPropertyList(begun, PropertyListFormat::Binary);
+    ProfilesFile together = ProfilesFile::parse(*std::move(bytes)).value();
+    ProfilesFile alone = together;
+    std::size_t most = 0;
+    for (int round = 0; round < 60; ++round) {
+        ProfilesFile::Changes changes(together);
+        for (int step = 0; step < 40; ++step) {
+            const std::string identifier = std::to_string(random() % 30);
+            const Dictionary values = profile(identifier, std::string(random() % 40, 't'));
+            const auto present = alone.find(identifier);
+            ASSERT_EQ(present.has_value(), changes.has(identifier));
+            ASSERT_EQ(present ? std::optional(alone.values(*present)) : std::nullopt,
+                      changes.values(identifier));
+            if (!present) {
+                changes.add(values);
+                alone = adding(alone, values);
+            } else if (random() % 3 != 0) {
+                changes.update(identifier, values);
+                alone = updating(alone, values);
+            } else {
+                changes.remove(identifier);
+                alone = removing(alone, identifier);
+            }
+        }
+        together = changes.finish().value();
+        ASSERT_EQ(contents(alone), contents(together)) << round;
+        ASSERT_EQ(alone.foreignEntries(), together.foreignEntries());
+        ASSERT_TRUE(ProfilesFile::parse(together.bytes()));
+        for (const auto object : together.profiles())
+            ASSERT_EQ(object, together.find(together.identifier(object)));
+        most = std::max(most, together.bytes().size());
+    }
+    // What is left behind does not pile up.
+    EXPECT_LT(most, 30U * 700U);
+}
+
+TEST(ProfilesFile, profilesAddedTogether_shareWhatTheyHaveInCommon) {
+    ProfilesFile oneByOne;
+    ProfilesFile::Changes changes(oneByOne);
+    for (int i = 0; i < 100; ++i) changes.add(profile("profile " + std::to_string(i), "title"));
+    const ProfilesFile together = changes.finish().value();
+    for (int i = 0; i < 100; ++i)
+        oneByOne = adding(oneByOne, profile("profile " + std::to_string(i), "title"));
+    EXPECT_EQ(contents(oneByOne), contents(together));
+    EXPECT_EQ(oneByOne.bytes().size(), together.bytes().size());
+}
+
 TEST(ProfilesFile, oneChangeAmongMany_writesOnlyThatProfileAnew) {
     ProfilesFile file;
-    for (int i = 0; i < 300; ++i)
-        file = file.adding(profile("profile " + std::to_string(i), "title")).value();
-    const ProfilesFile changed =
-        file.updating(file.find("profile 7").value(), profile("profile 7", "x")).value();
+    for (int i = 0; i < 300; ++i) file = adding(file, profile("profile " + std::to_string(i), "title"));
+    const ProfilesFile changed = updating(file, profile("profile 7", "x"));
     // All that stood before the array of the profiles stays where it is, byte for byte.
     const std::size_t kept = static_cast<std::size_t>(
         std::mismatch(file.bytes().begin(), file.bytes().end(), changed.bytes().begin()).first -
@@ -118,15 +186,13 @@ TEST(ProfilesFile, listsOfOtherWidths_areTakenOver) {
         const auto file = ProfilesFile::parse(*std::move(bytes));
         ASSERT_TRUE(file) << file.error().localizedDescription;
         ASSERT_EQ(static_cast<std::size_t>(count), file->profiles().size());
-        const auto changed = file->removing(file->find("1").value());
-        ASSERT_TRUE(changed) << changed.error().localizedDescription;
         profiles.erase(profiles.begin() + 1);
-        EXPECT_EQ(expected(profiles), contents(*changed));
+        EXPECT_EQ(expected(profiles), contents(removing(*file, "1")));
     }
 }
 
 TEST(ProfilesFile, profileThatWasAdded_isFoundWithItsValues) {
-    const ProfilesFile file = ProfilesFile().adding(profile("A", "a")).value();
+    const ProfilesFile file = adding(ProfilesFile(), profile("A", "a"));
     const auto found = file.find("A");
     ASSERT_TRUE(found);
     EXPECT_EQ(profile("A", "a"), file.values(*found));
@@ -198,9 +264,8 @@ TEST(ProfilesFile, oneObjectMillionsOfTimes_isOneProfile) {
     ASSERT_TRUE(file) << file.error().localizedDescription;
     EXPECT_EQ(1U, file->profiles().size());
     EXPECT_EQ(count - 1, file->foreignEntries());
-    const auto without = file->removing(file->find(std::string(1000, 'n')).value());
-    ASSERT_TRUE(without);
-    EXPECT_EQ(0U, without->foreignEntries()) << "each would be the profile come back";
+    EXPECT_EQ(0U, removing(*file, std::string(1000, 'n')).foreignEntries())
+        << "each would be the profile come back";
 }
 
 TEST(ProfilesFile, oneLongIdentifierManyTimes_isReadOnce) {
@@ -215,15 +280,14 @@ TEST(ProfilesFile, oneLongIdentifierManyTimes_isReadOnce) {
     ASSERT_TRUE(file) << file.error().localizedDescription;
     EXPECT_EQ(2U, file->profiles().size());
     EXPECT_EQ(file->profiles().at(1), file->find(std::string(1 << 20, 'n')));
-    const auto without = file->removing(file->profiles().at(0));
-    ASSERT_TRUE(without);
-    EXPECT_EQ(1U, without->profiles().size());
-    EXPECT_EQ(49'999U, without->foreignEntries());
+    const ProfilesFile without = removing(*file, file->identifier(file->profiles().at(0)));
+    EXPECT_EQ(1U, without.profiles().size());
+    EXPECT_EQ(49'999U, without.foreignEntries());
 }
 
 TEST(ProfilesFile, everyPrefixAndFlippedByte_isRefusedOrCanBeChanged) {
     ProfilesFile file;
-    for (const char* identifier : {"A", "B", "C"}) file = file.adding(profile(identifier, "Büro")).value();
+    for (const char* identifier : {"A", "B", "C"}) file = adding(file, profile(identifier, "Büro"));
     const Data whole = file.bytes();
     int refused = 0;
     for (std::size_t at = 0; at < whole.size(); ++at) {
@@ -237,10 +301,9 @@ TEST(ProfilesFile, everyPrefixAndFlippedByte_isRefusedOrCanBeChanged) {
                 ++refused;
                 continue;
             }
-            const auto next = parsed->adding(profile("new", "n"));
-            ASSERT_TRUE(next) << next.error().localizedDescription;
-            EXPECT_TRUE(ProfilesFile::parse(next->bytes())) << at;
-            EXPECT_EQ(parsed->profiles().size() + 1, next->profiles().size());
+            const ProfilesFile next = adding(*parsed, profile("new", "n"));
+            EXPECT_TRUE(ProfilesFile::parse(next.bytes())) << at;
+            EXPECT_EQ(parsed->profiles().size() + 1, next.profiles().size());
         }
     }
     EXPECT_GT(refused, 0);
