@@ -16,6 +16,7 @@ namespace {
 
 constexpr const char* programName = "quietrix";
 constexpr const char* versionText = "quietrix " QUIETRIX_VERSION "\n";
+const std::string jsonFlag = "--json";
 constexpr int any = 1 << 20;
 /// Stands before words that the library would take for something else: lists in brackets, "++".
 constexpr char mark = '\x01';
@@ -41,6 +42,14 @@ std::string unmarked(std::string word) {
 std::unexpected<Outcome> wrongUse(std::string reason) {
     if (!reason.ends_with('.')) reason += '.';
     return std::unexpected(Outcome(refusal(Status::WrongUse, std::move(reason))));
+}
+
+/// In the library's words, where they are plain.
+std::string reasonOf(const CLI::Error& error) {
+    constexpr std::string_view valueOfFlag = " was given a disallowed flag override";
+    std::string text = error.what();
+    if (!text.ends_with(valueOfFlag)) return text;
+    return "--" + text.substr(0, text.size() - valueOfFlag.size()) + " takes no value but true";
 }
 
 std::unexpected<Outcome> told(std::string text) {
@@ -82,7 +91,7 @@ Command::OptionalText Command::option(const std::string& name, const std::string
 }
 
 Command::Flag Command::flag(const std::string& name, const std::string& description) {
-    CLI::Option* option = app_.add_flag(name)->description(description);
+    CLI::Option* option = app_.add_flag(name)->description(description)->disable_flag_override();
     return [option] { return !option->empty(); };
 }
 
@@ -101,7 +110,9 @@ const Command::Run* Commands::chosen() const {
 
 bool asksForJSON(const std::vector<std::string>& arguments) {
     const auto end = std::ranges::find(arguments, "--");
-    return std::find(arguments.begin(), end, "--json") != end;
+    return std::any_of(arguments.begin(), end, [](const std::string& argument) {
+        return argument == jsonFlag || argument == jsonFlag + "=true";
+    });
 }
 
 std::expected<CommandLine, Outcome> parsedCommandLine(std::vector<std::string> arguments) {
@@ -112,7 +123,9 @@ std::expected<CommandLine, Outcome> parsedCommandLine(std::vector<std::string> a
     std::string root;
     CLI::Option* rootOption = program->add_option("--root", root, "The phone's files: a directory");
     rootOption->type_name("DIR");
-    program->add_flag("--json")->description("Prints one JSON document instead of text");
+    program->add_flag(jsonFlag)
+        ->description("Prints one JSON document instead of text")
+        ->disable_flag_override();
     Commands commands(*program);
     for (const auto add : adders) add(commands);
     program->footer(
@@ -135,7 +148,10 @@ std::expected<CommandLine, Outcome> parsedCommandLine(std::vector<std::string> a
         return told(chosen.empty() ? program->help() : chosen.front()->help());
     } catch (const CLI::Error& error) {
         const auto unknown = program->remaining();
-        if (!program->get_subcommands().empty()) return wrongUse(error.what());
+        const bool isAboutCommand = program->get_subcommands().empty() &&
+                                    (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr ||
+                                     dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr);
+        if (!isAboutCommand) return wrongUse(reasonOf(error));
         if (unknown.empty()) return wrongUse("Which command? --help lists them");
         return wrongUse("There is no command " + device::quotedText(unmarked(unknown.front())) +
                         "; --help lists them");

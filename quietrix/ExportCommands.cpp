@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -60,6 +61,12 @@ std::expected<platform::Data, Refusal> contentsOf(const std::string& file) {
         const ssize_t count = read(descriptor, piece.data(), piece.size());
         if (count == 0) return data;
         if (count < 0 && errno == EINTR) continue;
+        if (count < 0 && errno == EAGAIN) {
+            // Another process that shares it has made it one that does not wait.
+            pollfd input{descriptor, POLLIN, 0};
+            poll(&input, 1, -1);
+            continue;
+        }
         if (count < 0) return failed(file, "read", device::host::message(errno));
         data.insert(data.end(), piece.begin(), piece.begin() + count);
     }

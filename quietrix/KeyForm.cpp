@@ -67,7 +67,8 @@ std::optional<Value> acceptedTime(const Value& offered) {
 
 std::optional<Value> acceptedVolume(const Value& offered) {
     const auto number = offered.boolean() ? std::nullopt : offered.number();
-    return number && *number >= 0.0 && *number <= 1.0 ? std::optional(Value(*number)) : std::nullopt;
+    // A zero of its own sign is the same volume.
+    return number && *number >= 0.0 && *number <= 1.0 ? std::optional(Value(*number + 0.0)) : std::nullopt;
 }
 
 std::optional<Value> acceptedTone(const Value& offered) {

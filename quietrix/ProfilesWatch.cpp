@@ -75,23 +75,31 @@ void ProfilesWatch::run() {
     pthread_sigmask(SIG_BLOCK, &ends, nullptr);
     const device::Descriptor signals(signalfd(-1, &ends, SFD_CLOEXEC));
     if (signals) RunLoop::main().watch(signals.get(), [] { RunLoop::main().stop(); });
+    session_.output().waitUntil(signals.get());
     tick();
     tells_ = true;
     session_.output().note("Watching " + device::quotedText(session_.files().rootDirectory()) + ".");
     RunLoop::main().run();
     if (signals) RunLoop::main().unwatch(signals.get());
+    session_.output().waitUntil(-1);
 }
 
 void ProfilesWatch::tick() {
     folder_.renew();
-    // Where there is no root yet nobody listens in it.
-    if (!isConnected_ && session_.files().isDirectory("/")) {
-        session_.connect();
-        isConnected_ = true;
-    }
+    connect();
     look();
     if (!isRead(STDOUT_FILENO)) return RunLoop::main().stop();
     RunLoop::main().performAfterDelay(secondsBetweenLooks, [this] { tick(); });
+}
+
+void ProfilesWatch::connect() {
+    // Where there is no phone yet nobody listens, and what listening makes would keep one from being made.
+    if (isConnected_ || !session_.files().isDirectory(device::phonePaths::preferences)) return;
+    const auto connected = session_.connect();
+    isConnected_ = connected.has_value();
+    if (isConnected_ || std::exchange(hasSaidWhyNot_, true)) return;
+    session_.output().log("What other programs post is not heard, and changes may be told a second late. " +
+                          connected.error().localizedDescription);
 }
 
 void ProfilesWatch::look() {
@@ -122,7 +130,7 @@ void ProfilesWatch::lookAtProfiles() {
 }
 
 void ProfilesWatch::lookAtSwitch() {
-    const auto settings = quietrix::readMainSettings();
+    const auto settings = session_.settings();
     // It is written in place: half of it is no reason to tell anything.
     if (!settings) return;
     const bool isOn = (*settings)[quietrix::productSwitchKey()].isTrue();

@@ -33,6 +33,7 @@ class ProfilesWatch {
 
     void observe();
     void tick();
+    void connect();
     void look();
     void lookAtProfiles();
     void lookAtSwitch();
@@ -44,6 +45,7 @@ class ProfilesWatch {
     Session& session_;
     FolderWatch folder_;
     bool isConnected_ = false;
+    bool hasSaidWhyNot_ = false;
     /// As they were last taken over; the same records are the same state.
     Session::Records records_;
     States states_;

@@ -18,7 +18,9 @@ Outcome reset(Session& session, bool isAgreed) {
         return refusal(Status::Failed,
                        "There is no profiles file " + device::quotedText(quietrix::profilesPath) + ".");
     };
-    if (!files.fileExistsAtPath(quietrix::profilesPath)) return missing();
+    const auto stamp = files.stampAtPath(quietrix::profilesPath);
+    if (!stamp) return refusal(Status::Failed, stamp.error().localizedDescription);
+    if (!*stamp) return missing();
     if (files.directoryExistsAtPath(quietrix::profilesPath))
         return refusal(Status::Failed, device::quotedText(quietrix::profilesPath) + " is a directory.");
     if (const auto asked = confirmed(session, isAgreed, "Delete all profiles?"); !asked)

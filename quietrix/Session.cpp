@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "device/DatagramTransport.h"
+#include "device/EscapedText.h"
 #include "device/FreshRoot.h"
 #include "device/ProgramPaths.h"
 #include "device/StandardErrorLog.h"
@@ -11,6 +12,7 @@
 #include "platform/foundation/DarwinNotificationCenter.h"
 #include "platform/foundation/Device.h"
 #include "platform/foundation/RunLoop.h"
+#include "shell/base/MainSettings.h"
 
 namespace console {
 
@@ -62,7 +64,7 @@ std::expected<void, Refusal> Session::change(const Plan& plan, NewRoot newRoot) 
     if (newRoot == NewRoot::Make) {
         if (const auto ready = makeRootReady(); !ready) return ready;
     }
-    connect();
+    const auto connected = connect();
     std::optional<Refusal> refused;
     store_->changeProfiles(
         [&](const Records& records) -> platform::Result<std::vector<Change>> {
@@ -77,6 +79,7 @@ std::expected<void, Refusal> Session::change(const Plan& plan, NewRoot newRoot) 
         });
     platform::RunLoop::main().drain();
     if (refused) return std::unexpected(*std::move(refused));
+    noteUnheard(connected);
     return {};
 }
 
@@ -84,10 +87,11 @@ std::expected<quietrix::ProfilesRestoration, Refusal> Session::restore(std::uint
     // Where there is nothing to go back to, nothing is locked or made either.
     if (const auto known = quietrix::ProfileHistory::generationOfNumber(number); !known)
         return refusal(Status::Failed, known.error().localizedDescription);
-    connect();
+    const auto connected = connect();
     auto restored = store_->restoreGeneration(number);
     if (!restored) return refusal(Status::Failed, restored.error().localizedDescription);
     platform::RunLoop::main().drain();
+    if (!restored->wasPresent) noteUnheard(connected);
     return *std::move(restored);
 }
 
@@ -106,15 +110,28 @@ std::expected<void, Refusal> Session::makeRootReady() {
     return {};
 }
 
-void Session::connect() {
-    const auto connected = DarwinNotificationCenter::shared().connect();
+platform::Result<void> Session::connect() {
+    return DarwinNotificationCenter::shared().connect();
+}
+
+void Session::noteUnheard(const platform::Result<void>& connected) {
     if (!connected)
         output_.log("Open screens will not show the change at once. " +
                     connected.error().localizedDescription);
 }
 
+std::expected<platform::Value, Refusal> Session::settings() const {
+    const std::string path = quietrix::mainSettingsPath();
+    // One that cannot be looked at is not one that is missing.
+    const auto stamp = files_->stamp(path);
+    auto read = stamp ? quietrix::readMainSettings() : std::unexpected(stamp.error());
+    if (read) return *std::move(read);
+    return refusal(Status::Failed, "The settings file " + device::quotedText(path) +
+                                       " cannot be used: " + read.error().localizedDescription);
+}
+
 void Session::post(std::string_view notification) {
-    connect();
+    noteUnheard(connect());
     platform::CFNotificationCenterPostNotification(platform::CFNotificationCenterGetDarwinNotifyCenter(),
                                                    notification, nullptr, {}, true);
     platform::RunLoop::main().drain();

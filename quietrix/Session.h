@@ -48,8 +48,12 @@ class Session {
     std::expected<void, Refusal> makeRootReady();
     /// Posts the name to every process that shares the root, at once.
     void post(std::string_view notification);
-    /// From now on what is posted reaches the others. One line says why it cannot.
-    void connect();
+    /// From now on what is posted reaches the others. The error says why it does not.
+    platform::Result<void> connect();
+    /// Says so, of a change that was made.
+    void noteUnheard(const platform::Result<void>& connected);
+    /// The phone's settings file; nil where there is none. The error says why it cannot be used.
+    std::expected<platform::Value, Refusal> settings() const;
 
   private:
     Output& output_;

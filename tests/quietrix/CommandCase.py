@@ -61,7 +61,9 @@ class CommandTest(unittest.TestCase):
 
     def run_(self, *words, data=b"", environment=None):
         """Runs the command to its end, on no terminal."""
-        environment = {**os.environ, **(environment or {})}
+        # No sound themes but a test's own.
+        environment = {**os.environ, "XDG_DATA_HOME": os.path.join(self.directory, "data"),
+                       "XDG_DATA_DIRS": os.path.join(self.directory, "share"), **(environment or {})}
         return Ended(subprocess.run(self.arguments(*words), input=data, capture_output=True, env=environment,
                                     timeout=PATIENCE))
 

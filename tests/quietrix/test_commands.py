@@ -115,7 +115,7 @@ class Changing(CommandTest):
                 ("vibrate=off", "vibrate", False), ("vibrate=YES", "vibrate", True), ("dnDEnabled=true", "dnDEnabled", True),
                 ("startTime=9:00", "startTime", "9:00 AM"), ("startTime=0:05", "startTime", "12:05 AM"),
                 ("endTime=12:30 pm", "endTime", "12:30 PM"), ("title=", "title", ""), ("title=Work", "title", "Work"),
-                ("playBackVolume=1", "playBackVolume", 1.0), ("playBackVolume=.5", "playBackVolume", 0.5),
+                ("playBackVolume=1", "playBackVolume", 1.0), ("playBackVolume=-0", "playBackVolume", 0.0), ("playBackVolume=.5", "playBackVolume", 0.5),
                 ("wifiNetworks=a,b\\,c,d\\\\,a", "wifiNetworks", ["a", "b,c", "d\\"]),
                 ("wifiNetworks+=x,a", "wifiNetworks", ["a", "b,c", "d\\", "x"]),
                 ("wifiNetworks-=a,nobody", "wifiNetworks", ["b,c", "d\\", "x"]),
@@ -125,7 +125,7 @@ class Changing(CommandTest):
                 ("alertToneIdentifier=texttone:Bell", "alertToneIdentifier", "texttone:Bell"),
                 ("alertToneIdentifier=none", "alertToneIdentifier", None)):
             self.assertEqual(value, self.ask("set", "ID-Work", word)[key], word)
-            self.assertEqual(value, self.read(PROFILES)["profiles"][0].get(key), word)
+            self.assertEqual(str(value), str(self.read(PROFILES)["profiles"][0].get(key)), word)
         self.assertEqual("kept", self.stored()["Work"]["engine"])
 
     def test_set_isAllOrNothing(self):
@@ -159,6 +159,8 @@ class Changing(CommandTest):
         self.give(profile("A"), profile("B"), profile("C"))
         self.refuse(NOT_CONFIRMED, "delete", "A")
         self.refuse(NO_SUCH_PROFILE, "delete", "A", "nobody", "--yes")
+        for words in (("delete", "A", "--yes=false"), ("reset", "--yes=no")):
+            self.assertIn("--yes takes no value", self.refuse(WRONG_USE, *words))
         self.assertEqual(["A", "B", "C"], list(self.stored()))
         for answer, left in ((b"n\n", "ABC"), (b"\n", "ABC"), (b"y\n", "BC")):
             ended = self.on_terminal(answer, "delete", "A")
@@ -198,8 +200,20 @@ class Switch(CommandTest):
         self.assertFalse(os.path.exists(self.path("private")))
         self.assertFalse(self.ask("status")["enabled"])
 
+    def test_switchBesideADamagedProfilesFile_isMovedAllTheSame(self):
+        self.give(switch=False)
+        with open(self.path(PROFILES), "wb") as file:
+            file.write(b"bplist00 no")
+        self.assertEqual({"enabled": True, "root": self.root, "profiles": None}, self.ask("on"))
+        self.assertTrue(self.read(SETTINGS)[SWITCH])
+        ended = self.run_("off")
+        self.assertEqual((DONE, f"off in {self.root}\n"), (ended.status, ended.output))
+        self.assertIn("com.velmora.quietrix.profiles.plist", ended.errors)
+
     def test_on_makesANewRoot(self):
         os.mkdir(self.root)
+        # Looking at an empty directory leaves it empty.
+        self.assertEqual(FAILED, self.run_("doctor").status)
         self.assertTrue(self.ask("on")["enabled"])
         self.assertTrue(all(finding["ok"] for finding in self.ask("doctor")))
 
@@ -400,10 +414,34 @@ class Troubles(CommandTest):
         self.assertEqual(b"", process.stderr.read())
         process.stderr.close()
         self.assertEqual(0, process.wait(PATIENCE))
-        with open("/dev/full", "wb") as full:
-            ended = subprocess.run(self.arguments("list"), stdout=full, stderr=subprocess.PIPE, check=False)
-        self.assertEqual(FAILED, ended.returncode)
-        self.assertEqual(1, ended.stderr.count(b"\n"))
+        for options in ((), ("--json",)):
+            with open("/dev/full", "wb") as full:
+                ended = subprocess.run(self.arguments(*options, "list"), stdout=full, stderr=subprocess.PIPE, check=False)
+            self.assertEqual(FAILED, ended.returncode)
+            self.assertEqual(1, ended.stderr.count(b"\n"))
+        self.assertIn("Standard output cannot be written", json.loads(ended.stderr)["error"])
+
+    def test_streamsThatDoNotWait_areWaitedFor(self):
+        self.give(*(profile(f"{number}") for number in range(2000)))
+        # Another process that shares a pipe may have made it so.
+        reader, writer = os.pipe()
+        os.set_blocking(writer, False)
+        process = self.start("--json", "list", stdout=writer)
+        os.close(writer)
+        with open(reader, "rb") as output:
+            # It is full by then, or soon.
+            self.assertTrue(select.select([output], [], [], PATIENCE)[0])
+            self.assertEqual(2000, len(json.load(output)))
+        self.assertEqual(DONE, process.wait(PATIENCE))
+        reader, writer = os.pipe()
+        os.set_blocking(reader, False)
+        process = self.start("--json", "import", "-", stdin=reader, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        os.close(reader)
+        with open(writer, "wb") as data:
+            data.write(json.dumps([profile("new")]).encode())
+        output, errors = process.communicate(timeout=PATIENCE)
+        self.assertEqual((DONE, b""), (process.returncode, errors))
+        self.assertEqual(1, len(json.loads(output)["added"]))
 
     def test_colours_areForTerminalsThatWantThem(self):
         self.give(profile("A"))
@@ -435,7 +473,8 @@ class Troubles(CommandTest):
 class WrongUse(CommandTest):
     def test_wrongUse_isOneLineAndStatusTwo(self):
         for words in ((), ("frob",), ("show",), ("show", "--frob", "x"), ("list", "more"), ("set", "A"), ("delete",),
-                      ("--frob", "list"), ("--root",), ("export", "a.json", "b.json")):
+                      ("--frob", "list"), ("--root",), ("export", "a.json", "b.json"), ("--json=false", "list"),
+                      ("list", "--titles=no"), ("import", "--dry-run=0", "x.json")):
             self.refuse(WRONG_USE, *words)
         ended = self.run_("--json", "frob")
         self.assertEqual((WRONG_USE, ""), (ended.status, ended.output))
@@ -448,7 +487,8 @@ class WrongUse(CommandTest):
 
     def test_options_mayStandBehindTheCommand(self):
         self.give(profile("A"))
-        self.assertEqual("A", json.loads(self.do("list", "--json").output)[0]["title"])
+        for option in ("--json", "--json=true"):
+            self.assertEqual("A", json.loads(self.do("list", option).output)[0]["title"])
 
 
 if __name__ == "__main__":

@@ -3,8 +3,10 @@
 """`quietrix` beside other processes on the same root: shells, a phone with open screens, whoever writes the files:
 test_together.py PROGRAM PHONE BUNDLE STORE_WRITER, the last of which may be "".
 """
+import fcntl
 import json
 import os
+import select
 import shutil
 import signal
 import subprocess
@@ -76,10 +78,17 @@ class SeveralShells(CommandTest):
             ended = run(*words)
             self.assertEqual((FAILED, b""), (ended.returncode, ended.stdout), (words, ended.stderr))
             self.assertIn(b"/var/mobile/Library/Preferences", ended.stderr)
+            self.assertEqual(1, ended.stderr.count(b"\n"), ended.stderr)
         findings = {each["check"]: each["ok"] for each in json.loads(run("--json", "doctor").stdout)}
         self.assertEqual((True, False, True, True),
                          tuple(findings[check] for check in ("root", "rights", "settings file", "profiles file")))
         self.assertEqual((["A"], True), (list(self.stored()), self.read(SETTINGS)[SWITCH]))
+        # What cannot be looked at is not taken for missing.
+        os.chmod(self.root, 0)
+        for words in (("list",), ("reset", "--yes"), ("off",), ("status",)):
+            ended = run(*words)
+            self.assertEqual((FAILED, True), (ended.returncode, b"Permission denied" in ended.stderr), (words, ended.stderr))
+        os.chmod(self.root, 0o755)
         for folder, _, _ in os.walk(self.root):
             os.chmod(folder, 0o755)
 
@@ -244,6 +253,30 @@ class Watching(CommandTest):
             titles[event["identifier"]] = event["changes"]["title"][1]
         self.assertEqual(0, writer.wait(PATIENCE))
         self.assertEqual({each["identifier"] for each in self.read(PROFILES)["profiles"]}, told | {"ID-first"})
+
+    def test_emptyDirectory_isLeftSo_untilSomebodyMakesAPhoneOfIt(self):
+        os.mkdir(self.root)
+        watcher = Watcher(self)
+        self.assertEqual([], os.listdir(self.root))
+        self.do("on")
+        self.assertTrue(self.read(SETTINGS)[SWITCH])
+        watcher.close()
+
+    def test_readerThatStopped_keepsNobodyFromEndingIt(self):
+        self.give(profile("A"))
+        reader, writer = os.pipe()
+        self.addCleanup(os.close, reader)
+        process = self.start("watch", stdout=writer, stderr=subprocess.PIPE)
+        self.addCleanup(process.stderr.close)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        os.close(writer)
+        self.assertIn(b"Watching", process.stderr.readline())
+        # A line that the pipe cannot hold.
+        self.give(profile("A", wifiNetworks=["n" * (fcntl.fcntl(reader, fcntl.F_GETPIPE_SZ) * 2)]))
+        self.assertTrue(select.select([reader], [], [], PATIENCE)[0])
+        process.send_signal(signal.SIGTERM)
+        self.assertEqual(DONE, process.wait(PATIENCE))
 
     def test_outputThatNobodyReads_endsIt(self):
         self.give(profile("A"))
