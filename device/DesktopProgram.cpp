@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -79,6 +80,21 @@ void reapLater(pid_t child, std::function<void()> refused) {
 }
 
 }  // namespace
+
+bool hasDesktopProgram(const std::string& program) {
+    const char* const list = std::getenv("PATH");
+    std::string path = list ? list : "";
+    while (hasDisplay() && !path.empty()) {
+        const std::string directory = path.substr(0, path.find(':'));
+        path.erase(0, directory.size() + 1);
+        // An empty one is the present directory.
+        const std::string file = (directory.empty() ? "." : directory) + "/" + program;
+        struct stat status{};
+        if (stat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode) && access(file.c_str(), X_OK) == 0)
+            return true;
+    }
+    return false;
+}
 
 bool startDesktopProgram(const std::string& program, const std::string& argument,
                          std::function<void()> refused) {

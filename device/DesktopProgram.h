@@ -10,6 +10,9 @@ namespace device {
 /// as if everything had been taken over, and nothing that is told names this machine.
 enum class Desktop { IsAsked, IsLeftAlone };
 
+/// Whether there is a desktop, and the search path has that program.
+bool hasDesktopProgram(const std::string& program);
+
 /// Starts a program of the desktop with one argument and never waits for it. It runs in a session of its own,
 /// with nothing of ours open but standard error. False when there is no display, or no such program in the
 /// search path. `refused` is called once, later, on the main run loop, when the program ends with a failure

@@ -19,6 +19,11 @@ namespace fs = std::filesystem;
 struct SoundThemes::Search {
     Sounds decided;
     std::set<std::string> seenThemes;
+    std::vector<Fault> faults;
+
+    void report(std::string sentence, std::string state = {}) {
+        faults.push_back({std::move(sentence), std::move(state)});
+    }
 };
 
 namespace {
@@ -69,9 +74,16 @@ std::vector<fs::path> SoundThemes::systemDirectories() {
 }
 
 SoundThemes::Sounds SoundThemes::sounds() {
+    Found found = look();
+    for (const Fault& fault : found.faults) faults_.report(fault.sentence, fault.state);
+    faults_.endQuestion();
+    return std::move(found.sounds);
+}
+
+SoundThemes::Found SoundThemes::look() const {
     Search search;
-    for (const std::string& theme : themeNames()) {
-        const auto found = index(theme);
+    for (const std::string& theme : themeNames(search)) {
+        const auto found = index(theme, search);
         if (found && !found->hidden && theme != lastTheme) addTheme(theme, search);
     }
     addTheme(lastTheme, search);
@@ -79,19 +91,24 @@ SoundThemes::Sounds SoundThemes::sounds() {
 
     std::erase_if(search.decided, [](const auto& sound) { return sound.second.empty(); });
     if (search.decided.size() > maximumSounds) {
-        faults_.report("Of " + std::to_string(search.decided.size()) + " sounds only the first " +
-                       std::to_string(maximumSounds) + " are offered.");
+        search.report("Of " + std::to_string(search.decided.size()) + " sounds only the first " +
+                      std::to_string(maximumSounds) + " are offered.");
         search.decided.erase(std::next(search.decided.begin(), maximumSounds), search.decided.end());
     }
-    faults_.endQuestion();
-    return std::move(search.decided);
+    // A theme that others inherit from is looked at more than once.
+    std::vector<Fault> faults;
+    for (Fault& fault : search.faults) {
+        if (std::ranges::find(faults, fault.sentence, &Fault::sentence) == faults.end())
+            faults.push_back(std::move(fault));
+    }
+    return {std::move(search.decided), std::move(faults)};
 }
 
 fs::path SoundThemes::themeFolder(const fs::path& directory, const std::string& theme) const {
     return theme == theDirectoryItself ? directory : directory / theme;
 }
 
-std::set<std::string> SoundThemes::themeNames() {
+std::set<std::string> SoundThemes::themeNames(Search& search) const {
     std::set<std::string> names{theDirectoryItself};
     for (const fs::path& directory : directories_) {
         std::error_code error;
@@ -102,26 +119,26 @@ std::set<std::string> SoundThemes::themeNames() {
             if (!name.starts_with('.') && entry->is_directory(ignored)) names.insert(name);
         }
         if (error && !isMissing(error))
-            faults_.report("The sounds in " + quotedText(directory.native()) +
-                           " could not be listed: " + error.message() + ".");
+            search.report("The sounds in " + quotedText(directory.native()) +
+                          " could not be listed: " + error.message() + ".");
     }
     return names;
 }
 
 /// Of the first directory in which the theme has one; empty when it has none, or a broken one.
-std::optional<SoundThemeIndex> SoundThemes::index(const std::string& theme) {
+std::optional<SoundThemeIndex> SoundThemes::index(const std::string& theme, Search& search) const {
     for (const fs::path& directory : directories_) {
         const fs::path file = themeFolder(directory, theme) / indexFile;
         const auto head = host::readHead(file.native(), SoundThemeIndex::maximumSize);
         if (!head && (head.error() == ENOENT || head.error() == ENOTDIR)) continue;
         if (!head) {
-            faults_.report("The file " + quotedText(file.native()) +
-                           " could not be read: " + host::message(head.error()) + ".");
+            search.report("The file " + quotedText(file.native()) +
+                          " could not be read: " + host::message(head.error()) + ".");
             return std::nullopt;
         }
         auto index = head->whole ? SoundThemeIndex::parse(head->bytes) : platform::failure("is too large");
         if (!index) {
-            faults_.report(
+            search.report(
                 "The file " + quotedText(file.native()) + " " + index.error().localizedDescription + ".",
                 head->state);
             return std::nullopt;
@@ -132,14 +149,14 @@ std::optional<SoundThemeIndex> SoundThemes::index(const std::string& theme) {
 }
 
 /// The theme, then those it inherits from, each of them once: they may inherit from each other.
-void SoundThemes::addTheme(const std::string& theme, Search& search) {
+void SoundThemes::addTheme(const std::string& theme, Search& search) const {
     std::vector<std::string> waiting{theme};
     while (!waiting.empty()) {
         const std::string next = std::move(waiting.back());
         waiting.pop_back();
         // All others come before the last one, whoever inherits from it.
         if ((next == lastTheme && theme != lastTheme) || !search.seenThemes.insert(next).second) continue;
-        const auto found = index(next);
+        const auto found = index(next, search);
         if (!found) continue;
         for (const std::string& folder : found->directories) {
             for (const fs::path& directory : directories_)
@@ -149,7 +166,7 @@ void SoundThemes::addTheme(const std::string& theme, Search& search) {
     }
 }
 
-void SoundThemes::addFolder(const fs::path& folder, Search& search) {
+void SoundThemes::addFolder(const fs::path& folder, Search& search) const {
     std::map<std::string, fs::path> found;
     std::error_code error;
     for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator();
@@ -164,8 +181,8 @@ void SoundThemes::addFolder(const fs::path& folder, Search& search) {
         if (!isNew && rank < rankOf(known->second)) known->second = file;
     }
     if (error && !isMissing(error))
-        faults_.report("The sounds in " + quotedText(folder.native()) +
-                       " could not be listed: " + error.message() + ".");
+        search.report("The sounds in " + quotedText(folder.native()) +
+                      " could not be listed: " + error.message() + ".");
     for (const auto& [name, file] : found)
         search.decided.emplace(name, rankOf(file) == disabled ? fs::path() : file);
 }

@@ -39,14 +39,26 @@ class SoundThemes {
     /// As they are now. What cannot be read is left out, with one log line until it changes.
     Sounds sounds();
 
+    /// What could not be read, and which state of the file that was.
+    struct Fault {
+        std::string sentence;
+        std::string state;
+    };
+    struct Found {
+        Sounds sounds;
+        std::vector<Fault> faults;
+    };
+    /// The same without a log line.
+    Found look() const;
+
   private:
     /// The present question: names that were decided, a disabled one by an empty path.
     struct Search;
 
-    std::set<std::string> themeNames();
-    std::optional<SoundThemeIndex> index(const std::string& theme);
-    void addTheme(const std::string& theme, Search& search);
-    void addFolder(const std::filesystem::path& folder, Search& search);
+    std::set<std::string> themeNames(Search& search) const;
+    std::optional<SoundThemeIndex> index(const std::string& theme, Search& search) const;
+    void addTheme(const std::string& theme, Search& search) const;
+    void addFolder(const std::filesystem::path& folder, Search& search) const;
     std::filesystem::path themeFolder(const std::filesystem::path& directory, const std::string& theme) const;
 
     std::vector<std::filesystem::path> directories_;

@@ -45,6 +45,14 @@ void localizeCalendarAlert(ToneNames& names) {
 
 ThemeTones::ThemeTones(SoundThemes themes) : themes_(std::move(themes)) {}
 
+bool ThemeTones::has(std::string_view identifier, const SoundThemes::Sounds& sounds) {
+    if (!identifier.starts_with(kind)) return false;
+    const std::string_view name = identifier.substr(kind.size());
+    const std::vector<std::string> own = builtInToneNames();
+    return std::ranges::find(own, name) != own.end() ||
+           std::ranges::any_of(sounds, [&](const auto& sound) { return escapedText(sound.first) == name; });
+}
+
 std::map<std::string, std::filesystem::path, std::less<>> ThemeTones::files() {
     std::map<std::string, std::filesystem::path, std::less<>> files;
     for (const auto& [sound, file] : themes_.sounds()) files.emplace(escapedText(sound), file);

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <map>
 #include <string>
+#include <string_view>
 
 #include "device/tones/SoundThemes.h"
 #include "platform/foundation/ToneSource.h"
@@ -21,6 +22,9 @@ class ThemeTones : public platform::ToneSource {
     static constexpr std::size_t maximumBytes = std::size_t{8} << 20;
 
     explicit ThemeTones(SoundThemes themes);
+
+    /// Whether there is a tone of that identifier, with these sounds.
+    static bool has(std::string_view identifier, const SoundThemes::Sounds& sounds);
 
     /// By name, upper and lower case alike.
     std::vector<platform::ToneEntry> tones() override;

@@ -45,7 +45,7 @@ PASSED_OVER = [
     (r"usage/.*|.*/ProgramUsage\.cpp", r".*", "completions and manuals"),
     (r"quietrix/.*", r"[A-Z](?!.*--(help|root))[^…]*[^.…]|PROFILE is .*|The phone's profiles, .*"
      r"|0 \(All\), .*|Deleted … profiles?", "the help of commands, questions, what was done"),
-    (r"quietrix/DoctorCommand\.cpp", r".*", "each finding comes with what to do"),
+    (r"quietrix/(DoctorCommand|SourceFindings)\.cpp", r".*", "each finding comes with what to do"),
     (r"settings/watching/BuildErrors\.cpp", r"\^.*", "patterns"),
     (r"settings/exploring/(ExploredStep|StepChoice)\.cpp", r"[^.]*", "texts that are typed"),
     (r"settings/exploring/ExplorationReport\.cpp", r".*", "what an exploration has come to"),
@@ -70,7 +70,8 @@ UNREAD = [
     ("profile/model/QXProfilesManager.cpp", "failure(error)", "a handler of that name, which is given an error"),
     ("settings/channels/server/SecretFile.cpp", r'failure("\"" + path + "\" " + reason + ".")', "the reasons stand where it is called"),
     ("profile/model/QXProfilesManagerHistory.cpp", "log(reason)", "the sentence of an error"),
-    ("quietrix/Output.cpp", "log(refused.message)", "the sentence of a refusal"),
+    ("quietrix/Commands.cpp", "wrongUse(reasonOf(error))", "the words of the command line's library, and one that stands there"),
+    ("quietrix/Output.cpp", "log(sentence)", "the sentence of a refusal"),
     ("quietrix/Session.cpp", "log(line)", "what the store logs"),
     ("settings/channels/server/RunningServer.cpp", r'failure("\"" + path + "\" " + what + ": " + std::strerror(errno) + ".")',
      "what could not be done stands where it is called"),
