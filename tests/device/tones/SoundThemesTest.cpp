@@ -140,6 +140,17 @@ TEST_F(SoundThemesTest, brokenTheme_isLeftOutAndLoggedOnceUntilItChanges) {
     EXPECT_EQ(phone.log->lines().size(), 2U);
 }
 
+TEST_F(SoundThemesTest, faultsThatAreAskedFor_areNotLogged) {
+    writeText(base / "machine/bad/index.theme", "nonsense");
+    writeText(base / "machine/good/index.theme", "[Sound Theme]\nDirectories=stereo\nInherits=bad\n");
+    put("machine/good/stereo/bell.oga");
+    const auto found = themes.look();
+    EXPECT_EQ(found.sounds.size(), 1U);
+    ASSERT_EQ(found.faults.size(), 1U) << "however often the file is looked at";
+    EXPECT_THAT(found.faults.front().sentence, HasSubstr("is no sound theme"));
+    EXPECT_THAT(phone.log->lines(), IsEmpty());
+}
+
 TEST_F(SoundThemesTest, soundsBeyondTheLimit_areLeftOutWithALine) {
     for (std::size_t i = 0; i <= SoundThemes::maximumSounds; ++i)
         put("user/sound" + std::to_string(i) + ".wav");
