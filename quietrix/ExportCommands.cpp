@@ -46,7 +46,10 @@ std::unexpected<Refusal> failed(const std::string& file, const std::string& acti
                    "The file " + device::quotedText(file) + " cannot be " + action + ": " + reason + ".");
 }
 
-/// Also of a pipe, which a shell may put in a file's place.
+/// Of several hundred thousand profiles.
+constexpr std::size_t largestDocument = std::size_t{256} << 20;
+
+/// Also of a pipe, which a shell may put in a file's place and which may have no end.
 std::expected<platform::Data, Refusal> contentsOf(const std::string& file) {
     device::Descriptor opened;
     int descriptor = STDIN_FILENO;
@@ -69,6 +72,7 @@ std::expected<platform::Data, Refusal> contentsOf(const std::string& file) {
         }
         if (count < 0) return failed(file, "read", device::host::message(errno));
         data.insert(data.end(), piece.begin(), piece.begin() + count);
+        if (data.size() > largestDocument) return failed(file, "read", "it is larger than 256 MB");
     }
 }
 

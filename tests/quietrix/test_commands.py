@@ -320,6 +320,7 @@ class Moving(CommandTest):
         for command in ("import", "export"):
             self.assertIn("folder.json", self.refuse(FAILED, command, self.file("folder.json")))
         self.assertIn("nowhere", self.refuse(FAILED, "export", self.file("nowhere/all.json")))
+        self.assertIn('"/dev/zero" cannot be read: it is larger', self.refuse(FAILED, "import", "/dev/zero", "--format", "json"))
         self.assertEqual(["A"], list(self.stored()))
 
     def test_export_writesIntoWhatIsNoFileInsteadOfReplacingIt(self):
