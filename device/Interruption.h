@@ -6,8 +6,12 @@
 
 namespace device {
 
-/// While it lives, the signals that ask a program to end (SIGINT, SIGTERM, SIGHUP) are noted instead of
-/// ending it, so that it can take away what it has made. One at a time; main thread.
+/// The signals that ask a program to end: SIGINT, SIGTERM, and SIGHUP unless whoever started it has it
+/// ignored, as nohup does.
+sigset_t endingSignals();
+
+/// While it lives, these signals are noted instead of ending the program, so that it can take away what it
+/// has made. One at a time; main thread.
 class Interruption {
   public:
     Interruption();

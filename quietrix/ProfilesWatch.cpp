@@ -10,6 +10,7 @@
 
 #include "device/Descriptor.h"
 #include "device/EscapedText.h"
+#include "device/Interruption.h"
 #include "device/PhonePaths.h"
 #include "device/UniversalTime.h"
 #include "platform/foundation/DarwinNotificationCenter.h"
@@ -68,9 +69,7 @@ void ProfilesWatch::observe() {
 }
 
 void ProfilesWatch::run() {
-    sigset_t ends;
-    sigemptyset(&ends);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&ends, signal);
+    const sigset_t ends = device::endingSignals();
     // Before the transport's thread starts, which takes over which signals are held back.
     pthread_sigmask(SIG_BLOCK, &ends, nullptr);
     const device::Descriptor signals(signalfd(-1, &ends, SFD_CLOEXEC));

@@ -49,9 +49,8 @@ class Serve : private ServedChannel {
     Serve(Application& application, std::shared_ptr<platform::FileSystem> files);
     ~Serve() override;
 
-    /// Starts listening, prints the address as one line on standard output, and runs until SIGINT or SIGTERM,
-    /// or until it has been idle for too long.
-    /// An error says why it could not begin.
+    /// Starts listening, prints the address as one line on standard output, and runs until a signal asks it
+    /// to end, or until it has been idle for too long. An error says why it could not begin.
     platform::Result<void> run(const ServeOptions& options);
     /// The two halves of run(): the address is not printed, and what is asked for by then is answered in the
     /// second.

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <utility>
 
+#include "device/Interruption.h"
 #include "platform/foundation/RunLoop.h"
 
 namespace settings {
@@ -52,10 +53,7 @@ ServedChannel::~ServedChannel() {
 
 Result<void> ServedChannel::watch() {
     std::signal(SIGPIPE, SIG_IGN);
-    sigset_t ends;
-    sigemptyset(&ends);
-    sigaddset(&ends, SIGINT);
-    sigaddset(&ends, SIGTERM);
+    const sigset_t ends = device::endingSignals();
     if (pthread_sigmask(SIG_BLOCK, &ends, nullptr) != 0) return systemFailure("The watch for signals");
     signals_ = signalfd(-1, &ends, SFD_CLOEXEC | SFD_NONBLOCK);
     if (signals_ < 0) return systemFailure("The watch for signals");

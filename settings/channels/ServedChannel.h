@@ -39,7 +39,7 @@ class ServedChannel : private server::ServerHandler {
     /// which signals are held back.
     platform::Result<void> watch();
     /// Starts listening, prints the address as one line on standard output, and runs the main loop until
-    /// SIGINT or SIGTERM. `query` ("?NAME=VALUE", or empty) is what the printed address has before the
+    /// a signal asks it to end. `query` ("?NAME=VALUE", or empty) is what the printed address has before the
     /// secret. An error says why it could not begin.
     platform::Result<void> serve(server::ServerOptions options, std::string_view query = {});
     /// The parts of serve(). What is asked for as soon as the server listens is answered when the loop runs.

@@ -7,8 +7,8 @@
 
 namespace settings {
 
-/// Serves the page with a recording in it until SIGINT or SIGTERM. Opens no bundle and needs no root. The
-/// error is why the recording cannot be shown. Main thread.
+/// Serves the page with a recording in it until a signal asks it to end. Opens no bundle and needs no root.
+/// The error is why the recording cannot be shown. Main thread.
 platform::Result<void> runView(const CommandLine& line, const device::ProgramPaths& paths);
 
 }  // namespace settings

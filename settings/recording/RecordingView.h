@@ -18,7 +18,7 @@ class RecordingView : private ServedChannel {
     ~RecordingView() override;
 
     /// Starts listening on any free port, prints the address, which opens the page with the timeline, and
-    /// runs until SIGINT or SIGTERM. A host path. An error says why it could not begin.
+    /// runs until a signal asks it to end. A host path. An error says why it could not begin.
     platform::Result<void> run(const std::string& pageDirectory);
 
   private:

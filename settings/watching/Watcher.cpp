@@ -12,6 +12,7 @@
 #include <iostream>
 #include <utility>
 
+#include "device/Interruption.h"
 #include "platform/foundation/LogSink.h"
 #include "platform/foundation/RunLoop.h"
 #include "settings/channels/server/Listener.h"
@@ -72,11 +73,7 @@ Result<void> Watcher::run() {
 Result<void> Watcher::watchSignals() {
     // Whoever reads the builds' output may go.
     std::signal(SIGPIPE, SIG_IGN);
-    sigset_t ends;
-    sigemptyset(&ends);
-    sigaddset(&ends, SIGINT);
-    sigaddset(&ends, SIGTERM);
-    sigaddset(&ends, SIGHUP);
+    const sigset_t ends = device::endingSignals();
     signals_ = device::Descriptor(pthread_sigmask(SIG_BLOCK, &ends, nullptr) == 0
                                       ? signalfd(-1, &ends, SFD_CLOEXEC | SFD_NONBLOCK)
                                       : -1);

@@ -44,8 +44,8 @@ class Watcher {
     Watcher(const Watcher&) = delete;
     Watcher& operator=(const Watcher&) = delete;
 
-    /// Prints the address as one line on standard output once somebody serves there, and runs until SIGINT or
-    /// SIGTERM. An error says why it could not begin.
+    /// Prints the address as one line on standard output once somebody serves there, and runs until a
+    /// signal asks it to end. An error says why it could not begin.
     platform::Result<void> run();
 
   private:

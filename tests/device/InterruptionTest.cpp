@@ -28,6 +28,22 @@ TEST_F(InterruptionDeathTest, signalWhileItLives_isNoted) {
         testing::ExitedWithCode(7), "");
 }
 
+TEST_F(InterruptionDeathTest, hangupThatIsIgnored_staysIgnored) {
+    EXPECT_EXIT(
+        {
+            std::signal(SIGHUP, SIG_IGN);
+            const device::Interruption interruption;
+            raise(SIGHUP);
+            const sigset_t asked = device::endingSignals();
+            const bool isAsked = sigismember(&asked, SIGHUP) == 1 || sigismember(&asked, SIGTERM) != 1;
+            raise(SIGINT);
+            // The thread sanitizer hands a signal over in the next call that waits.
+            while (device::Interruption::signal() == 0) usleep(1000);
+            _exit(!isAsked && device::Interruption::signal() == SIGINT ? 7 : 1);
+        },
+        testing::ExitedWithCode(7), "");
+}
+
 TEST_F(InterruptionDeathTest, signalAfterwards_endsTheProgram) {
     EXPECT_EXIT(
         {

@@ -293,7 +293,7 @@ class ServeTest(unittest.TestCase):
         self.assertIs(self.page().do("state")["screen"]["rows"][1]["value"], True)
 
     def test_signal_endsWithStatusZero(self):
-        for ending in (signal.SIGTERM, signal.SIGINT):
+        for ending in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             with self.subTest(ending):
                 server = EchoServer(PROGRAM, "serve", "--root", self.root, "--bundle", self.bundle)
                 self.addCleanup(server.clean)
