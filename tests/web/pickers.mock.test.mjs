@@ -350,8 +350,8 @@ test('Links_areAGroupOfTheirOwnBeforeTheClosingNote', async () => {
 });
 
 const missing = {
-    calendars: { arrange: (phone) => phone.show(phone.root(), phone.calendars({})), title: 'No Calendars', named: ['--device calendars=DIR', 'Library/Calendars'] },
-    networks: { arrange: (phone) => phone.show(phone.root(), phone.networks([])), title: 'No Networks', named: ['--device networks=system', '--device networks=FILE', 'Library/Preferences/known-networks.plist'] },
+    calendars: { arrange: (phone) => phone.show(phone.root(), phone.calendars({})), title: 'No Calendars', named: ['--device calendars=DIR', '/var/mobile/Library/Calendars'] },
+    networks: { arrange: (phone) => phone.show(phone.root(), phone.networks([])), title: 'No Networks', named: ['--device networks=system', '--device networks=FILE', '/var/mobile/Library/Preferences/known-networks.plist'] },
     tones: { arrange: (phone) => phone.show(phone.root(), phone.toneless()), title: 'No Tones', named: ['--device toneController=NAME'] },
 };
 
