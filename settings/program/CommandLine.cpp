@@ -3,8 +3,10 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <filesystem>
+#include <limits>
 #include <optional>
 #include <ratio>
 #include <system_error>
@@ -17,6 +19,8 @@ namespace settings {
 namespace {
 
 constexpr const char* programName = "quietrix-settings";
+/// Weeks of them.
+constexpr std::uint64_t mostSteps = 1'000'000'000;
 constexpr const char* versionText = "quietrix-settings " QUIETRIX_VERSION;
 
 /// What was written, before it is checked.
@@ -34,6 +38,18 @@ struct Given {
     CheckArguments check;
     ExploreArguments explore;
 };
+
+/// In words of our own: the library names neither what was given nor what may be.
+template <class Number>
+auto numberFrom(Number least, Number most, const std::string& range) {
+    return [=](const std::string& text) {
+        Number number{};
+        const char* const end = text.data() + text.size();
+        const auto read = std::from_chars(text.data(), end, number);
+        const bool isTaken = read.ec == std::errc() && read.ptr == end && number >= least && number <= most;
+        return isTaken ? std::string() : "\"" + text + "\" is not " + range;
+    };
+}
 
 void addBundle(CLI::App& subcommand, Given& given) {
     subcommand
@@ -85,12 +101,14 @@ void addExploreOptions(CLI::App& explore, Given& given) {
         ->allow_extra_args(false);
     explore.add_option("--steps", wanted.steps, "How many steps at most; without this 10000")
         ->type_name("N")
-        ->check(CLI::PositiveNumber);
+        ->check(numberFrom<std::uint64_t>(1, mostSteps, "a whole number from 1 to 1000000000"));
     explore.add_option("--seed", wanted.seed, "What the choices follow from; without this another each time")
-        ->type_name("S");
+        ->type_name("S")
+        ->check(numberFrom<std::uint32_t>(0, std::numeric_limits<std::uint32_t>::max(),
+                                          "a whole number from 0 to 4294967295"));
     explore.add_option("--patience", wanted.patience, "After so long a step hangs; without this 20 seconds")
         ->type_name("SECONDS")
-        ->check(CLI::Range(1, 3600));
+        ->check(numberFrom(1, 3600, "a whole number from 1 to 3600"));
     explore
         .add_option("--out", wanted.out,
                     "Where a failure's recording is written; without this explore-SEED.rec here")
@@ -221,7 +239,9 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
     for (CLI::App* each : {&program, &drive, &serve, &recorded, &check, &explore})
         each->footer("Device keys:\n" + device::DeviceOptions::help());
     serve.add_option("--port", given.port, "The port to listen on; without this any free one")
-        ->type_name("N");
+        ->type_name("N")
+        ->check(numberFrom<std::uint16_t>(0, std::numeric_limits<std::uint16_t>::max(),
+                                          "a port, a whole number from 0 to 65535"));
     serve.add_flag("--new-secret", given.newSecret,
                    "Shuts out pages that are still open from an earlier start with the same root and port");
     CLI::Option* const idle =
@@ -229,7 +249,7 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
             .add_option("--idle", given.idleMinutes,
                         "Ends when nobody has had a page open for that many minutes; without this it stays")
             ->type_name("MINUTES")
-            ->check(CLI::Range(0.001, 525600.0));
+            ->check(numberFrom(0.001, 525600.0, "a number of minutes from 0.001 to 525600"));
 
     CLI::Option* const watch = serve
                                    .add_flag("--watch", given.watch.isOn,
@@ -264,11 +284,13 @@ std::expected<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> a
         return std::unexpected(
             EarlyEnd{0, chosen.empty() ? program.help("", CLI::AppFormatMode::All) : chosen.front()->help()});
     } catch (const CLI::RequiredError& error) {
+        if (!program.get_subcommands().empty()) return std::unexpected(wrongUse(error.what()));
         const auto unknown = program.remaining();
-        return std::unexpected(wrongUse(
-            unknown.empty() ? error.what()
-                            : "There is no command \"" + unknown.front() +
-                                  "\": drive, serve, open, record, replay, view, check or explore."));
+        return std::unexpected(
+            wrongUse(unknown.empty()
+                         ? "A command is needed: drive, serve, open, record, replay, view, check or explore."
+                         : "There is no command \"" + unknown.front() +
+                               "\": drive, serve, open, record, replay, view, check or explore."));
     } catch (const CLI::Error& error) {
         return std::unexpected(wrongUse(error.what()));
     }

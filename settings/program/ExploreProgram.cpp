@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -15,12 +16,14 @@
 
 #include "device/FileReplacement.h"
 #include "device/FreshRoot.h"
+#include "device/HostFile.h"
 #include "device/Interruption.h"
 #include "device/TimeZone.h"
 #include "settings/application/Application.h"
 #include "settings/exploring/Exploration.h"
 #include "settings/exploring/ExplorationReport.h"
 #include "settings/exploring/PhoneHost.h"
+#include "settings/program/Output.h"
 #include "settings/program/PhoneSetup.h"
 #include "settings/recording/RecordedRoot.h"
 #include "settings/recording/RecordedWorld.h"
@@ -120,10 +123,27 @@ int livePhone(const CommandLine& line, const std::string& resources, const Recor
     return PhoneHost(application, *world, root).serve(socket) ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
+std::unexpected<platform::Error> cannotWrite(const std::string& path, const std::string& reason) {
+    return failure("The recording \"" + path + "\" could not be written: " + reason + ".");
+}
+
+/// Before hours are spent on what could not be kept.
+Result<void> checkPlaceOfRecording(const std::string& path) {
+    const auto target = device::host::followLinks(path);
+    if (!target) return cannotWrite(path, device::host::message(target.error()));
+    if (access(target->directory.c_str(), W_OK | X_OK) != 0)
+        return cannotWrite(path, device::host::message(errno));
+    std::error_code error;
+    const auto status = fs::status(path, error);
+    // A device or a pipe would be replaced by a file.
+    if (fs::exists(status) && !fs::is_regular_file(status)) return cannotWrite(path, "It is no regular file");
+    return {};
+}
+
 Result<void> writeRecording(const std::string& path, const std::string& text) {
     if (const auto written = device::host::replaceFile(path, platform::Data(text.begin(), text.end()));
         !written)
-        return failure("The recording \"" + path + "\" could not be written: " + written.error() + ".");
+        return cannotWrite(path, written.error());
     return {};
 }
 
@@ -139,6 +159,8 @@ Result<int> runExplore(const CommandLine& line, const std::string& resources) {
     const ExploreArguments& wanted = line.explore;
     const device::Interruption interruption;
     const std::uint32_t seed = wanted.seed ? *wanted.seed : std::random_device()();
+    const std::string path = wanted.out.empty() ? "explore-" + std::to_string(seed) + ".rec" : wanted.out;
+    if (const auto place = checkPlaceOfRecording(path); !place) return std::unexpected(place.error());
     auto start = startOf(line, resources, seed);
     if (!start) return std::unexpected(start.error());
     std::ofstream trace;
@@ -164,14 +186,13 @@ Result<int> runExplore(const CommandLine& line, const std::string& resources) {
         if (const int signal = device::Interruption::signal(); signal != 0) return endByInterruption(signal);
         return std::unexpected(outcome.error());
     }
-    const std::string path = wanted.out.empty() ? "explore-" + std::to_string(seed) + ".rec" : wanted.out;
-    if (outcome->failure) {
-        const auto written = writeRecording(path, recordingOf(beginning.start, *outcome->failure));
-        if (!written) return std::unexpected(written.error());
-    }
-    std::cout << (wanted.json ? explorationAsJSON(*outcome, seed, path)
-                              : explorationForPeople(*outcome, seed, path))
-              << std::flush;
+    Result<void> written;
+    if (outcome->failure) written = writeRecording(path, recordingOf(beginning.start, *outcome->failure));
+    // What was found is told although it could not be kept: its seed finds it again.
+    const auto printed = printResult(wanted.json ? explorationAsJSON(*outcome, seed, path)
+                                                 : explorationForPeople(*outcome, seed, path));
+    if (!written) return std::unexpected(written.error());
+    if (!printed) return std::unexpected(printed.error());
     return outcome->failure ? found : nothingFound;
 }
 

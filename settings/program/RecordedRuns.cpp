@@ -1,13 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "settings/program/RecordedRuns.h"
 
-#include <poll.h>
 #include <sys/mman.h>
-#include <sys/prctl.h>
-// This header does not say by itself that its functions are C's.
-extern "C" {
-#include <sys/pidfd.h>
-}
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -16,7 +10,6 @@ extern "C" {
 #include <atomic>
 #include <cerrno>
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -38,6 +31,8 @@ extern "C" {
 #include "settings/application/Application.h"
 #include "settings/channels/Drive.h"
 #include "settings/channels/JSON.h"
+#include "settings/program/ChildRun.h"
+#include "settings/program/Output.h"
 #include "settings/program/PhoneSetup.h"
 #include "settings/program/Progress.h"
 #include "settings/recording/AnswerDifference.h"
@@ -58,8 +53,6 @@ namespace {
 
 constexpr int different = 1;
 constexpr int cannotReplay = 2;
-/// An interruption that comes just before the waiting is seen after so many milliseconds.
-constexpr int lookAgain = 200;
 
 std::string nameOfBundle(const std::string& directory) {
     std::error_code error;
@@ -217,12 +210,11 @@ Result<int> replaySteps(const CommandLine& line, const std::string& resources, s
 }
 
 /// Waits for the process of a replay. What comes back is the program's exit status.
-int watch(pid_t process, const CommandLine& line, const ReplayPlace& place) {
-    const device::Descriptor ended(pidfd_open(process, 0));
+Result<int> watch(const ChildRun& process, const CommandLine& line, const ReplayPlace& place) {
     std::size_t lastLine = 0;
     auto lineBegan = steady_clock::now();
     bool isHanging = false;
-    for (pollfd end{ended.get(), POLLIN, 0}; ended && poll(&end, 1, lookAgain) <= 0;) {
+    const int status = process.wait([&] {
         if (place.line != lastLine) {
             lastLine = place.line;
             lineBegan = steady_clock::now();
@@ -230,10 +222,8 @@ int watch(pid_t process, const CommandLine& line, const ReplayPlace& place) {
         // Only where it hung before: any other command may take as long as it likes.
         const std::chrono::seconds longest(place.hungAfter);
         isHanging = longest.count() > 0 && steady_clock::now() - lineBegan > longest;
-        if (isHanging || device::Interruption::signal() != 0) kill(process, SIGKILL);
-    }
-    int status = 0;
-    while (waitpid(process, &status, 0) < 0 && errno == EINTR) continue;
+        return isHanging;
+    });
     if (const int signal = device::Interruption::signal(); signal != 0) {
         std::cerr << "quietrix-settings: Interrupted.\n";
         return 128 + signal;
@@ -244,6 +234,7 @@ int watch(pid_t process, const CommandLine& line, const ReplayPlace& place) {
               << (isHanging ? "gives no answer, as when it was recorded."
                             : "died of it: " + device::processEndText(status) + ".")
               << "\n";
+    if (const auto printed = printResult(""); !printed) return std::unexpected(printed.error());
     return different;
 }
 
@@ -262,22 +253,20 @@ Result<int> replayStream(const CommandLine& line, const std::string& resources, 
         mmap(nullptr, sizeof(ReplayPlace), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     if (shared == MAP_FAILED) return failure("No memory could be had: " + device::host::message(errno) + ".");
     ReplayPlace& place = *new (shared) ReplayPlace;
-    std::cout << std::flush;
-    const pid_t process = fork();
-    if (process < 0) return failure("No process could be had: " + device::host::message(errno) + ".");
-    if (process == 0) {
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        for (const int number : {SIGINT, SIGTERM, SIGHUP}) signal(number, SIG_IGN);
-        const auto status = replaySteps(line, resources, stream, reader, *start, *root, place);
+    const auto process = ChildRun::begin([&] {
+        auto status = replaySteps(line, resources, stream, reader, *start, *root, place);
+        if (status) {
+            if (const auto printed = printResult(""); !printed) status = std::unexpected(printed.error());
+        }
         if (!status)
             std::cerr << "quietrix-settings: " << line.recording << ": "
                       << status.error().localizedDescription << "\n";
         place.status = status.value_or(cannotReplay);
         place.isOver = true;
-        // Without what the parent removes, but with all else that is done at a program's end.
-        std::exit(place.status);
-    }
-    return watch(process, line, place);
+        return place.status;
+    });
+    if (!process) return std::unexpected(process.error());
+    return watch(*process, line, place);
 }
 
 }  // namespace

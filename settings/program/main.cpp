@@ -19,6 +19,7 @@
 #include "settings/program/CommandLine.h"
 #include "settings/program/ExploreProgram.h"
 #include "settings/program/OpenPage.h"
+#include "settings/program/Output.h"
 #include "settings/program/PhoneSetup.h"
 #include "settings/program/RecordedRuns.h"
 #include "settings/program/ViewProgram.h"
@@ -65,8 +66,12 @@ int run(int argumentCount, char** argumentValues) {
     const auto paths = device::ProgramPaths::ofThisProgram();
     const auto line = settings::parseCommandLine(
         std::vector<std::string>(argumentValues + 1, argumentValues + argumentCount), paths);
+    if (!line && line.error().status == 0) {
+        const auto printed = settings::printResult(line.error().text);
+        return printed ? 0 : complain(printed.error().localizedDescription);
+    }
     if (!line) {
-        (line.error().status == 0 ? std::cout : std::cerr) << line.error().text;
+        std::cerr << line.error().text;
         return line.error().status;
     }
     if (line->subcommand == settings::Subcommand::Open) {
@@ -89,8 +94,10 @@ int run(int argumentCount, char** argumentValues) {
         const auto watched = settings::watchPrograms(*line, paths);
         return watched ? 0 : complain(watched.error().localizedDescription);
     }
-    if (line->subcommand == settings::Subcommand::Check)
-        return settings::runCheck(*line, *resources, paths.systemShell());
+    if (line->subcommand == settings::Subcommand::Check) {
+        const auto status = settings::runCheck(*line, *resources, paths.systemShell());
+        return status ? *status : complain(status.error().localizedDescription);
+    }
     if (line->subcommand == settings::Subcommand::View) {
         const auto shown = settings::runView(*line, paths);
         return shown ? 0 : complain(shown.error().localizedDescription);

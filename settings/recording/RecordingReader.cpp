@@ -21,6 +21,8 @@ Result<RecordingStart> RecordingReader::start() {
     const auto line = nextLine();
     if (!line) return std::unexpected(line.error());
     Result<RecordingStart> start = parseRecordingStart(line->value_or(""));
+    // An empty file has no line to be named.
+    if (!start && line_ == 0) return start;
     if (!start) return wrong(start.error().localizedDescription);
     return start;
 }

@@ -223,6 +223,9 @@ class Files(RecordingTest):
                 file.write(text)
             with self.subTest(text=text[:20]):
                 self.refused("no recording of a phone")
+        with open(self.file, "wb"):
+            pass
+        self.refused(f"{self.file}: This is no recording")
         os.remove(self.file)
         self.refused("No such file")
 

@@ -4,6 +4,7 @@ test_check.py PROGRAM FIXTURES SOURCE_TREE OWN_BUNDLE RINGER [unittest arguments
 import json
 import os
 import plistlib
+import signal
 import subprocess
 import sys
 import tempfile
@@ -151,12 +152,55 @@ class CannotBegin(CheckTest):
         wrong = self.file("accepted.jsonl", b'{"kind":"cutLabel"}\n')
         for arguments, reason in ((("--accepted", wrong), "Line 1 has no reason"),
                                   (("--accepted", wrong + ".absent"), "cannot be read"),
+                                  (("--accepted", self.directory), "cannot be read"),
                                   (("--root", wrong), "is not a directory"),
                                   (("--junit", os.path.join(self.directory, "absent/x.xml")), "cannot be written")):
             with self.subTest(reason):
                 done = self.check(sample, *arguments)
                 self.assertEqual(done.returncode, 2)
                 self.assertIn(reason, done.stderr)
+
+
+class Interrupted(CheckTest):
+    """A check that waits for a pipe that nobody writes to."""
+
+    def start(self):
+        pipe = os.path.join(self.directory, "pipe")
+        if not os.path.exists(pipe):
+            os.mkfifo(pipe)
+        process = subprocess.Popen([PROGRAM, "check", os.path.join(FIXTURES, "Sample.bundle"), "--accepted", pipe],
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
+                                   env={**os.environ, "TMPDIR": self.scratch})
+        self.addCleanup(process.communicate)
+        self.addCleanup(process.kill)
+        while not self.children(process):
+            self.assertIsNone(process.poll())
+        return process
+
+    @staticmethod
+    def children(process):
+        with open(f"/proc/{process.pid}/task/{process.pid}/children", encoding="ascii") as file:
+            return [int(each) for each in file.read().split()]
+
+    def test_signal_endsItAndTheDirectoryGoes(self):
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            process = self.start()
+            self.assertEqual(len(os.listdir(self.scratch)), 1)
+            process.send_signal(number)
+            output, errors = process.communicate(timeout=PATIENCE)
+            self.assertEqual((process.returncode, output, errors),
+                             (128 + number, "", "quietrix-settings: Interrupted.\n"))
+            self.assertEqual(os.listdir(self.scratch), [])
+
+    def test_deathOfWhatLooks_isToldAndTheDirectoryGoes(self):
+        for number, status, words in ((signal.SIGABRT, 2, "died of what it looked at: signal 6 (Aborted)."),
+                                      (signal.SIGPIPE, 128 + signal.SIGPIPE, "")):
+            process = self.start()
+            os.kill(self.children(process)[0], number)
+            output, errors = process.communicate(timeout=PATIENCE)
+            self.assertEqual((process.returncode, output), (status, ""))
+            self.assertEqual(errors, f"quietrix-settings: The program {words}\n" if words else "")
+            self.assertEqual(os.listdir(self.scratch), [])
 
 
 class Clean(CheckTest):

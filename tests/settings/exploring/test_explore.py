@@ -165,8 +165,38 @@ class Beginning(ExploreTest):
         self.check_refused("is not a directory", self.path("nowhere"))
         self.check_refused("MissingClass", os.path.join(FIXTURES, "MissingClass.bundle"))
         self.check_refused("is made up", self.fragile, "--device", "networks=system")
-        self.check_refused("--steps", self.fragile, "--steps", "0")
+        self.check_refused('--steps: "0" is not a whole number from 1 to 1000000000', self.fragile, "--steps", "0")
+        self.check_refused('--seed: "-1" is not a whole number', self.fragile, "--seed", "-1")
+        self.check_refused('--patience: "1h" is not a whole number from 1 to 3600', self.fragile, "--patience", "1h")
         self.check_refused("cannot be written", self.fragile, "--trace", self.path("no/such/directory"))
+
+    def test_placeOfTheRecording_isLookedAtBeforeItBegins(self):
+        pipe = self.path("pipe")
+        os.mkfifo(pipe)
+        for path, reason in ((self.path("absent/found.rec"), "No such file or directory"),
+                             (pipe, "It is no regular file"), (self.directory, "It is no regular file")):
+            trace = self.path("trace")
+            self.check_refused(f'The recording "{path}" could not be written: {reason}.', self.fragile, "--out", path,
+                               "--trace", trace)
+            self.assertFalse(os.path.exists(trace))
+
+    def test_recordingThatCannotBeWrittenInTheEnd_isToldBesideWhatWasFound(self):
+        os.mkdir(self.path("gone"))
+        trace = self.path("trace")
+        os.mkfifo(trace)
+        arguments = [PROGRAM, "explore", self.fragile, "--device", "model=dies", "--steps", STEPS, "--seed", SEED,
+                     "--out", self.path("gone/found.rec"), "--trace", trace]
+        with subprocess.Popen(arguments, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, cwd=self.directory,
+                              env={**os.environ, "TMPDIR": self.scratch}) as process:
+            # It goes on once somebody reads what it traces.
+            with open(trace, "rb") as file:
+                os.rmdir(self.path("gone"))
+                file.read()
+            output, errors = process.communicate(timeout=PATIENCE)
+        self.assertEqual(process.returncode, 2)
+        self.assertIn("The program died: signal 6 (Aborted). [died]", output)
+        self.assertIn("could not be written: No such file or directory.", errors)
+        self.assertEqual(errors.count("\n"), 1)
 
     def test_interrupted_leavesNothingBehind(self):
         for number in (signal.SIGINT, signal.SIGTERM):

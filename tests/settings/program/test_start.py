@@ -64,6 +64,34 @@ class StandardDescriptors(StartTest):
             self.assertIn("The address could not be printed: ", self.refused(self.start("serve", redirect)))
 
 
+    def test_resultThatCannotBePrinted_isToldAndStatus2(self):
+        with tempfile.TemporaryDirectory() as directory:
+            bundle = os.path.join(FIXTURES, "Sample.bundle")
+            recording = os.path.join(directory, "short.rec")
+            done = self.start(arguments=["record", recording, "--root", os.path.join(directory, "phone"), "--bundle", bundle])
+            self.assertEqual(done.returncode, 0, done.stderr)
+            for arguments in (["--help"], ["--version"], ["check", bundle], ["check", "--json", bundle],
+                              ["explore", bundle, "--steps", "5", "--seed", "1"], ["replay", "--bundle", bundle, recording]):
+                for redirect in (">&-", ">/dev/full"):
+                    with self.subTest(arguments=arguments, redirect=redirect):
+                        self.assertIn("The result could not be printed: ",
+                                      self.refused(self.start(redirect=redirect, arguments=arguments)))
+
+
+class Arguments(StartTest):
+    def test_wrongNumber_isToldWithWhatMayBe(self):
+        for option, text, reason in (("--port", "abc", "a port, a whole number from 0 to 65535"),
+                                     ("--port", "65536", "a port, a whole number from 0 to 65535"),
+                                     ("--idle", "0", "a number of minutes from 0.001 to 525600")):
+            told = self.refused(self.start(arguments=["serve", option, text]))
+            self.assertEqual(told, f'quietrix-settings: {option}: "{text}" is not {reason}\n')
+
+    def test_noCommand_tellsThose(self):
+        for arguments in (["--"], ["dirve"]):
+            self.assertIn("drive, serve, open, record, replay, view, check or explore.",
+                          self.refused(self.start(arguments=arguments)))
+
+
 class Limits(StartTest):
     def least_descriptors(self):
         """With fewer the dynamic loader cannot open the program's libraries, or a sanitizer not look at the memory."""
