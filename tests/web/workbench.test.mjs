@@ -2,8 +2,8 @@
 // The workbench on the real application.
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
-import { accessibilityProblems, deskSize, settled, startBrowser } from './harness.mjs';
-import { openPhone, openRecording, profile, row } from './real-phone.mjs';
+import { accessibilityProblems, deskSize, openPage, settled, startBrowser, tryAgain } from './harness.mjs';
+import { freePort, openPhone, openRecording, profile, row } from './real-phone.mjs';
 import { cell, line } from './workbench.mjs';
 
 let session;
@@ -242,5 +242,79 @@ test('Recording_opens_whereItEndedAndShowsEachMoment', async () => {
     assert.ok(await ui.page.locator('.stage').evaluate((stage) => stage.closest('[inert]') !== null));
     await ui.page.keyboard.press('F2');
     await past.getByText('Keine Profile').first().waitFor();
+    await ui.close();
+});
+
+const notConnected = (ui) => ui.pane.getByText('Not connected');
+const tabs = ['Rows', 'Console', 'Overlays', 'Post', 'Files', 'Device', 'Faults', 'Timeline'];
+
+/** What a tab shows of the phone when it is back, and that it acts on it again. */
+const isAlive = {
+    Rows: async (ui) => { await cell(line(ui.panel, 'Enabled'), 'value').getByText('false').waitFor(); },
+    Console: async (ui) => { await (await run(ui, 'state')).getByText(/^ok · revision \d+/).waitFor(); },
+    Overlays: async (ui) => {
+        await ui.panel.getByRole('checkbox', { name: 'Pseudo-language' }).first().check();
+        await ui.page.getByRole('switch', { name: /^\[.*\]$/ }).waitFor();
+    },
+    Post: async (ui) => {
+        await ui.panel.getByLabel('Name of the notification').fill('com.example.back');
+        await ui.panel.getByRole('button', { name: 'Post system-wide', exact: true }).click();
+        await ui.panel.getByRole('region', { name: 'Names seen so far' }).getByText('com.example.back').waitFor();
+    },
+    Files: async (ui) => { await ui.panel.getByRole('region', { name: 'settings' }).locator('.json-changed').waitFor(); },
+    Device: async (ui) => {
+        await ui.panel.getByLabel('languages', { exact: true }).fill('de');
+        await ui.panel.getByRole('button', { name: 'Apply' }).click();
+        await row(ui.page, 'Aktiviert').waitFor();
+    },
+    Faults: async (ui) => {
+        await ui.panel.getByText('None active').waitFor();
+        await ui.panel.getByRole('checkbox', { name: 'slow' }).click();
+        await ui.panel.getByText('1 active').waitFor();
+    },
+    Timeline: async (ui) => { await ui.panel.locator('.wb-list-body').getByText('set row=1 value=').last().waitFor(); },
+};
+
+test('Workbench_openWhenTheApplicationIsKilled_goesOnWithTheNextOneOnEachTab', async () => {
+    const ui = await open('Rows', { profiles: [profile('Work')], port: await freePort() });
+    for (const tab of tabs) {
+        await ui.pane.getByRole('tab', { name: tab }).click();
+        await settled(ui.page);
+        await ui.phone.kill();
+        await notConnected(ui).waitFor();
+        assert.equal(await ui.page.locator('.screens').evaluate((element) => element.inert), true, tab);
+        assert.equal(await ui.pane.getByRole('tab', { name: tab }).getAttribute('aria-selected'), 'true');
+        await ui.phone.startAgain();
+        await tryAgain(ui.page);
+        await notConnected(ui).waitFor({ state: 'detached' });
+        await ui.page.waitForFunction(() => document.querySelector('.phone').dataset.connection === 'open');
+        await ui.page.getByRole('switch').first().click();
+        await isAlive[tab](ui);
+    }
+    await ui.close();
+});
+
+test('Workbench_commandWhileTheApplicationIsGone_isRefusedAndNotDoneLater', async () => {
+    const ui = await open('Console', { profiles: [profile('Work')], port: await freePort() });
+    await ui.phone.kill();
+    await notConnected(ui).waitFor();
+    await (await run(ui, 'set row=1 value=false')).getByText('There is no connection.').waitFor();
+    await ui.phone.startAgain();
+    await tryAgain(ui.page);
+    await notConnected(ui).waitFor({ state: 'detached' });
+    await (await run(ui, 'state')).getByText(/^ok · revision/).waitFor();
+    assert.equal(ui.phone.switchIsOn(), true);
+    await ui.close();
+});
+
+test('Workbench_secondPage_seesWhatTheFirstDoes', async () => {
+    const ui = await open('Timeline');
+    const other = await openPage(session, { url: ui.phone.url, viewport: deskSize });
+    await other.page.getByRole('switch').first().click();
+    await ui.panel.getByText(/^command \d+ of connection \d+$/).first().waitFor();
+    await row(ui.page, 'Work').waitFor({ state: 'detached' });
+    await other.close();
+    await ui.page.getByRole('switch').first().click();
+    await row(ui.page, 'Work').waitFor();
     await ui.close();
 });
