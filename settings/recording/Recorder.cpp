@@ -2,6 +2,7 @@
 #include "settings/recording/Recorder.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -38,6 +39,11 @@ Result<device::Descriptor> Recorder::createFile(const std::string& path) {
     device::Descriptor file(
         open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, device::host::newFileMode));
     if (!file) return failed(errno);
+    // Until the file is closed; it is empty when two begin at the same time.
+    if (flock(file.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+        return platform::failure("The recording \"" + path +
+                                 "\" could not be made: another program is recording into it.");
+    }
     struct stat status{};
     if (fstat(file.get(), &status) != 0) return failed(errno);
     if (status.st_size > 0) {

@@ -22,7 +22,8 @@ namespace settings {
 /// between. What others do is taken in between two commands, and while a "wait" waits. Main thread.
 class Recorder {
   public:
-    /// An open file for a new recording. A file with something in it is not written over. A host path.
+    /// An open file for a new recording. A file with something in it is not written over, and
+    /// one that another recorder has open is left to that. A host path.
     static platform::Result<device::Descriptor> createFile(const std::string& path);
 
     /// The application was not started yet, on a phone in this world; both outlive the recorder.

@@ -2,6 +2,7 @@
 """Recording the plug-in's phone and replaying it: test_recording.py PROGRAM BUNDLE [unittest arguments]."""
 import base64
 import copy
+import fcntl
 import json
 import os
 import shutil
@@ -286,6 +287,17 @@ class Files(RecordingTest):
         self.assertEqual((done.returncode, done.stdout), (2, ""))
         self.assertIn("not written over", done.stderr)
         self.assertEqual(self.bytes(), b"precious")
+
+    def test_twoThatBeginAtTheSameTime_leaveTheFileToOne(self):
+        with open(self.file, "wb") as first:
+            # As a recorder has it that has not written anything yet.
+            fcntl.flock(first, fcntl.LOCK_EX)
+            done = subprocess.run([self.PROGRAM, "record", "--bundle", self.BUNDLE, "--root",
+                                   os.path.join(self.directory, "root"), self.file], stdin=subprocess.DEVNULL,
+                                  capture_output=True, text=True, timeout=100)
+        self.assertEqual((done.returncode, done.stdout, done.stderr.count("\n")), (2, "", 1))
+        self.assertIn("another program is recording into it", done.stderr)
+        self.assertEqual(self.bytes(), b"")
 
 
 
