@@ -8,6 +8,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 import xml.etree.ElementTree as XML
 
@@ -173,8 +174,10 @@ class Interrupted(CheckTest):
                                    env={**os.environ, "TMPDIR": self.scratch})
         self.addCleanup(process.communicate)
         self.addCleanup(process.kill)
+        end = time.monotonic() + PATIENCE
         while not self.children(process):
             self.assertIsNone(process.poll())
+            self.assertLess(time.monotonic(), end, "it looks in no process of its own")
         return process
 
     @staticmethod

@@ -20,8 +20,10 @@ class StartTest(unittest.TestCase):
     def start(self, channel="drive", redirect="", limits=(), input=b"", arguments=None):
         """Runs the program to its end; `redirect` is the shell's."""
         with tempfile.TemporaryDirectory() as directory:
-            command = [PROGRAM] + (arguments or [channel, "--root", os.path.join(directory, "phone"), "--bundle",
-                                                 os.path.join(FIXTURES, "Sample.bundle")])
+            if arguments is None:
+                arguments = [channel, "--root", os.path.join(directory, "phone"), "--bundle",
+                             os.path.join(FIXTURES, "Sample.bundle")]
+            command = [PROGRAM, *arguments]
             if redirect:
                 command = ["/bin/sh", "-c", f'exec "$@" {redirect}', "sh", *command]
 
@@ -87,7 +89,7 @@ class Arguments(StartTest):
             self.assertEqual(told, f'quietrix-settings: {option}: "{text}" is not {reason}\n')
 
     def test_noCommand_tellsThose(self):
-        for arguments in (["--"], ["dirve"]):
+        for arguments in ([], ["dirve"]):
             self.assertIn("drive, serve, open, record, replay, view, check or explore.",
                           self.refused(self.start(arguments=arguments)))
 
