@@ -8,17 +8,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-// This header does not say by itself that its functions are C's.
-extern "C" {
-#include <sys/pidfd.h>
-}
-
 #include <cstdlib>
 #include <memory>
 #include <optional>
 #include <utility>
 
 #include "device/Descriptor.h"
+#include "device/ProcessDescriptors.h"
 #include "platform/foundation/RunLoop.h"
 
 namespace device {

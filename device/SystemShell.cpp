@@ -9,11 +9,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-// This header does not say by itself that its functions are C's.
-extern "C" {
-#include <sys/pidfd.h>
-}
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -21,6 +16,7 @@ extern "C" {
 #include <utility>
 #include <vector>
 
+#include "device/ProcessDescriptors.h"
 #include "platform/foundation/Journal.h"
 #include "platform/foundation/LogSink.h"
 #include "platform/foundation/RunLoop.h"

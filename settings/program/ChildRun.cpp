@@ -3,10 +3,6 @@
 
 #include <poll.h>
 #include <sys/prctl.h>
-// This header does not say by itself that its functions are C's.
-extern "C" {
-#include <sys/pidfd.h>
-}
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -18,6 +14,7 @@ extern "C" {
 #include "device/Descriptor.h"
 #include "device/HostFile.h"
 #include "device/Interruption.h"
+#include "device/ProcessDescriptors.h"
 
 namespace settings {
 

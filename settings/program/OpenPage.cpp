@@ -7,10 +7,6 @@
 #include <spawn.h>
 #include <sys/file.h>
 #include <sys/mman.h>
-// This header does not say by itself that its functions are C's.
-extern "C" {
-#include <sys/pidfd.h>
-}
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -31,6 +27,7 @@ extern "C" {
 
 #include "device/Descriptor.h"
 #include "device/DesktopProgram.h"
+#include "device/ProcessDescriptors.h"
 #include "device/ProgramPaths.h"
 #include "settings/channels/server/RunningServer.h"
 #include "settings/channels/server/RuntimeFolder.h"

@@ -8,15 +8,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-// This header does not say by itself that its functions are C's.
-extern "C" {
-#include <sys/pidfd.h>
-}
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 
+#include "device/ProcessDescriptors.h"
 #include "platform/foundation/RunLoop.h"
 
 namespace settings {
