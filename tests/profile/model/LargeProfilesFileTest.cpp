@@ -24,9 +24,10 @@ std::atomic<std::size_t> most = 0;
 /// What was ever allocated, whether it was released or not.
 std::atomic<std::size_t> total = 0;
 
+/// Null where there is no memory.
 void* countedAllocation(std::size_t size) {
     void* const block = std::malloc(size);
-    if (!block) throw std::bad_alloc();
+    if (!block) return nullptr;
     const std::size_t now = allocated += malloc_usable_size(block);
     total += size;
     if (now > most) most = now;
@@ -41,6 +42,10 @@ void countedRelease(void* block) {
 }  // namespace
 
 void* operator new(std::size_t size) {
+    if (void* const block = countedAllocation(size)) return block;
+    throw std::bad_alloc();
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     return countedAllocation(size);
 }
 void operator delete(void* block) noexcept {
