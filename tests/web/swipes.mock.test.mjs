@@ -96,6 +96,16 @@ test('Swipe_takenBackFromAcrossTheRow_asksNothing', async () => {
     await ui.close();
 });
 
+test('Swipe_ended_leavesAKeyItsPress', async () => {
+    const ui = await openPage(session, { touch: true });
+    const held = await pull(ui.page, rowAt(ui.page, 0), 100);
+    // What a key does, before any timer comes.
+    await ui.page.evaluate(() => window.addEventListener('pointerup', () => document.querySelector('[role="switch"]').click(), { once: true }));
+    await held.up();
+    await until(() => lastCommand(ui.phone, 'set'), 'the switch was sent');
+    await ui.close();
+});
+
 test('Delete_pressed_leavesTheOtherRowsAsTheyAre', async () => {
     const ui = await openPage(session, { touch: true });
     const others = async () => {

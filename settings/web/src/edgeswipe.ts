@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 import { direction } from './motion';
+import { swallowClickOf } from './pullend';
 
 /** How near to the leading edge a finger comes down to take hold of the screen, in pixels. */
 const reach = 20;
@@ -67,10 +68,7 @@ export function enableEdgeSwipe(part: HTMLElement, begin: () => Pull | null): vo
         const speed = first && event.timeStamp > first.time ? (way - first.x) / (event.timeStamp - first.time) : 0;
         const isMeant = speed < -flick ? false : way > ended.width * enough || speed > flick;
         ended.pull.end(event.type === 'pointerup' && isMeant);
-        // The click that ends a pull is no press. Without one the listener goes with the task.
-        const swallow = (click: Event): void => { click.stopPropagation(); click.preventDefault(); };
-        part.addEventListener('click', swallow, { capture: true, once: true });
-        setTimeout(() => part.removeEventListener('click', swallow, { capture: true }), 0);
+        swallowClickOf(event.pointerId, part);
     };
 
     part.addEventListener('pointerdown', start, { capture: true });

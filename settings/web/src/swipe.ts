@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 import { direction, presentShift } from './motion';
+import { swallowClickOf } from './pullend';
 
 const dragThreshold = 8;
 /** The part of a row's width from which on letting go asks for the row's deletion. */
@@ -67,10 +68,7 @@ export function enableSwipe(list: HTMLElement, use: SwipeUse): void {
         cell.style.removeProperty('transform');
         button.style.removeProperty('width');
         if (released && offset >= limit && name !== null) use.remove(name);
-        // The click that ends a drag is no tap. Without one the listener goes with the task.
-        const swallow = (click: Event): void => { click.stopPropagation(); click.preventDefault(); };
-        list.addEventListener('click', swallow, { capture: true, once: true });
-        setTimeout(() => list.removeEventListener('click', swallow, { capture: true }), 0);
+        swallowClickOf(event.pointerId, list);
     };
 
     list.addEventListener('pointerdown', start);

@@ -25,6 +25,8 @@ from Shrinker import shrink  # noqa: E402
 from Sources import Sources  # noqa: E402
 
 PHONE_LIFE = 400
+# Beyond so many times the wanted commands what was never reached cannot be.
+MOST_TIMES = 3
 # A fault between two processes may need several tries to show again.
 TRIES = 3
 
@@ -119,6 +121,11 @@ def report(runs, entries, failure, seed, arguments):
     print(f"{len(entries)} entries, in {file.name}: run them with --replay {file.name}", file=sys.stderr)
 
 
+def life_of(seed, number):
+    """The seed of one life after that of the first."""
+    return seed if number == 0 else f"{seed.split('.')[0]}.{number}"
+
+
 def run(arguments, sources):
     runs = Runs(arguments, sources)
     if arguments.replay:
@@ -128,17 +135,26 @@ def run(arguments, sources):
         return 1 if failure else 0
     seeds = arguments.seed or [str(random.SystemRandom().randrange(1_000_000))]
     began = time.monotonic()
+
+    def live(own, commands):
+        entries, failure = runs.random(own, commands)
+        if failure:
+            report(runs, entries, failure, own, arguments)
+        return not failure
+
     for seed in seeds:
         wanted = arguments.commands // len(seeds)
         done = runs.commands
-        life = 0
+        lives = 0
         while runs.commands - done < wanted:
-            own = seed if life == 0 else f"{seed.split('.')[0]}.{life}"
-            entries, failure = runs.random(own, min(PHONE_LIFE, wanted - (runs.commands - done)))
-            if failure:
-                report(runs, entries, failure, own, arguments)
+            if not live(life_of(seed, lives), min(PHONE_LIFE, wanted - (runs.commands - done))):
                 return 1
-            life += 1
+            lives += 1
+    # A walk at random may miss some place, and reaches it when it goes on.
+    while arguments.everything and EVERYTHING - runs.reached and runs.commands < MOST_TIMES * arguments.commands:
+        if not live(life_of(seeds[-1], lives), PHONE_LIFE):
+            return 1
+        lives += 1
     missed = sorted(EVERYTHING - runs.reached)
     if arguments.everything and missed:
         print(f"never reached: {missed}", file=sys.stderr)
