@@ -2,6 +2,8 @@
 #include "profile/model/ProfilesFileDraft.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "profile/model/QXProfileKeys.h"
 
@@ -195,17 +197,19 @@ Result<void> ProfilesFile::Draft::fillAdded(ProfilesFile& next, const Changes& c
     const auto model =
         std::ranges::find_if(base_.entries_.rbegin(), base_.entries_.rend(), &Entry::isProfile);
     if (model != base_.entries_.rend()) last_ = oldParts(model->object());
-    const auto old = static_cast<std::ptrdiff_t>(next.places_.size());
+    std::vector<Place> places;
+    places.reserve(changes.added_.size());
     for (const Dictionary& values : changes.added_) {
         if (values.empty()) continue;
         const Result<Object> object = added(values);
         if (!object) return std::unexpected(object.error());
         next.entries_.emplace_back(*object, true);
-        next.places_.push_back({hashOf(values.at(identifierKey).stringOr()), *object});
+        places.push_back({hashOf(values.at(identifierKey).stringOr()), *object});
     }
-    const auto addedPlaces = next.places_.begin() + old;
-    std::ranges::stable_sort(addedPlaces, next.places_.end(), {}, &Place::hash);
-    std::ranges::inplace_merge(next.places_.begin(), addedPlaces, next.places_.end(), {}, &Place::hash);
+    std::ranges::sort(places, {}, [](const Place& place) { return std::pair(place.hash, place.object); });
+    const std::vector<Place> old = std::exchange(next.places_, {});
+    next.places_.reserve(old.size() + places.size());
+    std::ranges::merge(old, places, std::back_inserter(next.places_), {}, &Place::hash, &Place::hash);
     return {};
 }
 
