@@ -205,6 +205,7 @@ void writeHolder(int file) {
 /// when another one does so for too long.
 Result<Descriptor> lock(const std::string& runtimeDirectory, const std::string& rootDirectory,
                         seconds patience) {
+    // The system waits for a lock either not at all or without an end.
     constexpr std::chrono::milliseconds pause{20};
     const auto folder = server::RuntimeFolder::open(runtimeDirectory);
     if (!folder) return Descriptor();
