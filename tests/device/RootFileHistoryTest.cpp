@@ -131,6 +131,7 @@ TEST_F(RootFileHistoryTest, whatIsNoFolder_isNamed) {
 }
 
 TEST_F(RootFileHistoryTest, folderOfAnotherUser_isRefused) {
+    // Files of two users are needed.
     if (geteuid() != 0) GTEST_SKIP() << "only the superuser can give a file to another user";
     ASSERT_NE(history(), nullptr);
     ASSERT_EQ(chown(folder.c_str(), 65534, 65534), 0);
